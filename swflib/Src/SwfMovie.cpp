@@ -1,0 +1,138 @@
+#include "SwfMovie.h"
+
+#include <cstring>
+
+#include "SwfUtils.h"
+#include "SwfWarnings.h"
+
+namespace libswf {
+
+namespace {
+
+constexpr uint32_t fixedHeaderSize = 12; // signature, version, length, frame rate, frame count
+
+template <class Tags>
+SwfVector<uint8_t> serialiseMovie(SwfMovieHeader& header, Tags& tags, const SwfTags& list, int level) {
+    SwfContext context;
+    context.version = header.version;
+    context.tags = &list;
+    const uint64_t fileLength =
+        uint64_t(header.frameSize.getSize(context)) + fixedHeaderSize + tags.getSize(context);
+    const uint32_t frameCount = list.showFrames();
+    swfAssert(frameCount <= 0xFFFF, "frameCount <= 0xFFFF");
+    header.frameCount = static_cast<uint16_t>(frameCount);
+
+    SwfOStream stream(fileLength);
+    stream.context = context;
+    stream.writeUI8(header.isCompressed ? 'C' : 'F');
+    stream.writeUI8('W');
+    stream.writeUI8('S');
+    stream.writeUI8(header.version);
+    stream.writeUI32(static_cast<uint32_t>(fileLength));
+    header.frameSize.write(stream);
+    stream.writeUI16(floatToFixed8(header.frameRate));
+    stream.writeUI16(header.frameCount);
+    tags.write(stream);
+    if (header.isCompressed)
+        stream.compress(level);
+    SwfVector<uint8_t> file;
+    const uint32_t size = stream.size();
+    file.attach(stream.detach(), size, SwfAttach::adopt);
+    return file;
+}
+
+bool isLzma(const SwfIStream& stream) {
+    return stream.size() > 3 && std::memcmp(stream.data(), "ZWS", 3) == 0 && stream.data()[3] >= 13;
+}
+
+// Reads the header and leaves the stream at the first tag.
+void readHeader(SwfIStream& stream, SwfMovieHeader& header) {
+    const bool lzma = isLzma(stream);
+    header.isCompressed = stream.readUI8("signature") == 'C' || lzma;
+    stream.skip(2);
+    header.version = stream.readUI8("version");
+    const uint32_t fileLength = stream.readUI32("file length");
+    stream.context.version = header.version;
+    if (lzma)
+        stream.decompressLzma(fileLength);
+    else if (header.isCompressed)
+        stream.decompress(fileLength);
+    header.frameSize.read(stream);
+    header.frameRate = fixed8ToFloat(stream.readUI16("frame rate"));
+    header.frameCount = stream.readUI16("frame count");
+}
+
+void warnOfTrailingBytes(const SwfIStream& stream, SwfWarnings* warnings) {
+    if (warnings == nullptr || stream.bytesLeft() == 0)
+        return;
+    SwfWarning warning;
+    warning.kind = SwfWarning::Kind::ignored;
+    warning.offset = stream.position();
+    warning.reason = std::to_string(stream.bytesLeft()) + " bytes after the last tag";
+    warnings->add(std::move(warning));
+}
+
+void saveMovie(const std::string& fileName, SwfVector<uint8_t> file) { writeFile(fileName, {file.data(), file.size()}); }
+
+} // namespace
+
+SwfMovie::SwfMovie(uint8_t version_, int32_t width, int32_t height, float frameRate_, bool isCompressed_) {
+    version = version_;
+    frameSize = SwfRect(0, 0, width, height);
+    frameRate = frameRate_;
+    isCompressed = isCompressed_;
+}
+
+SwfVector<uint8_t> SwfMovie::serialise(int level) { return serialiseMovie(*this, tags, tags, level); }
+
+void SwfMovie::save(const std::string& fileName, int level) { saveMovie(fileName, serialise(level)); }
+
+SwfMovieSafe::SwfMovieSafe() {
+    chooseSafeSprites();
+    isCompressed = true;
+    version = 7;
+    frameRate = 12.0f;
+    frameSize = SwfRect(0, 0, 11000, 8000);
+}
+
+void SwfMovieSafe::load(const std::string& fileName, bool headerOnly) {
+    SwfLoadOptions options;
+    options.headerOnly = headerOnly;
+    load(fileName, options);
+}
+
+void SwfMovieSafe::load(const std::string& fileName, const SwfLoadOptions& options) {
+    parse(readFile(fileName), options);
+}
+
+void SwfMovieSafe::parse(std::vector<uint8_t> file, const SwfLoadOptions& options) {
+    auto owner = std::make_shared<const std::vector<uint8_t>>(std::move(file));
+    const uint8_t* data = owner->data();
+    const size_t size = owner->size();
+    _iStream = std::make_unique<SwfIStream>(std::shared_ptr<const uint8_t>(std::move(owner), data), size);
+    SwfIStream& stream = *_iStream;
+    tags = SwfTagsSafe();
+    readHeader(stream, *this);
+    if (options.headerOnly)
+        return;
+    stream.context.tags = &tags.tags();
+    stream.context.keepRaw = options.keepRaw;
+    stream.context.warnings = options.warnings;
+    if (options.keepRaw)
+        stream.tagOptions(57) |= 1;
+    tags.read(stream, 0);
+    warnOfTrailingBytes(stream, options.warnings);
+    stream.context.warnings = nullptr;
+}
+
+SwfVector<uint8_t> SwfMovieSafe::serialise(int level) { return serialiseMovie(*this, tags, tags.tags(), level); }
+
+void SwfMovieSafe::save(const std::string& fileName, int level) { saveMovie(fileName, serialise(level)); }
+
+SwfBytes SwfMovieSafe::body() const {
+    if (_iStream == nullptr)
+        return {};
+    return SwfBytes::share(_iStream->buffer(), _iStream->data(), _iStream->size());
+}
+
+} // namespace libswf

@@ -1,0 +1,88 @@
+#include <zlib.h>
+
+#include "SwfStream.h"
+#include "SwfStructs.h"
+
+namespace libswf {
+
+SwfOStream::SwfOStream(uint64_t capacity) {
+    if (capacity > UINT32_MAX)
+        throw SwfException(SwfError::doesNotFit, "a movie of more than 4 GB");
+    reserve(capacity);
+}
+
+SwfOStream SwfOStream::counter(const SwfContext& context) {
+    SwfOStream stream;
+    stream._counting = true;
+    stream.context = context;
+    return stream;
+}
+
+void SwfOStream::overflow() { throw SwfAssertionFailure("Size <= Capacity"); }
+
+void SwfOStream::writeEncodedU32(uint32_t v) {
+    while (v >= 128) {
+        writeUI8(static_cast<uint8_t>((v & 0x7F) | 0x80));
+        v >>= 7;
+    }
+    writeUI8(static_cast<uint8_t>(v));
+}
+
+// A full byte stays pending until the next bit or flushBits: 1 to 8 bits are held back.
+void SwfOStream::writeBits(uint32_t n, uint32_t v, uint32_t above) {
+    for (; n > 32; n -= std::min(n - 32, 32u))
+        writeBits(std::min(n - 32, 32u), above, above);
+    if (n == 0)
+        return;
+    uint64_t bits = uint64_t(_bitBuffer) << n | (n == 32 ? v : v & ((1u << n) - 1));
+    uint32_t held = _bitCount + n;
+    for (; held > 8; held -= 8)
+        writeUI8(static_cast<uint8_t>(bits >> (held - 8)));
+    _bitCount = static_cast<uint8_t>(held);
+    _bitBuffer = static_cast<uint8_t>(bits & ((1u << held) - 1));
+}
+
+void SwfOStream::flushBits() {
+    if (_bitCount == 0)
+        return;
+    writeUI8(static_cast<uint8_t>(_bitBuffer << (8 - _bitCount)));
+    _bitBuffer = _bitCount = 0;
+}
+
+void SwfOStream::writeBytes(uint64_t n, const uint8_t* source) {
+    if (_counting)
+        _count += n;
+    else if (n != 0)
+        std::memcpy(claim(n), source, static_cast<size_t>(n));
+}
+
+void SwfOStream::writeUI16Array(uint32_t count, const uint16_t* source) {
+    for (uint32_t i = 0; i < count; ++i)
+        writeUI16(source[i]);
+}
+
+void SwfOStream::writeString(const SwfString& text) {
+    writeBytes(uint64_t(text.length()) + 1, reinterpret_cast<const uint8_t*>(text.c_str()));
+}
+
+void SwfOStream::compress(int level) {
+    z_stream z{};
+    if (deflateInit(&z, level) != Z_OK)
+        throw SwfException(SwfError::compression, "zlib does not start");
+    const uLong bodySize = size() - 8;
+    const uLong bound = deflateBound(&z, bodySize);
+    SwfVector<uint8_t> compressed;
+    compressed.reserve(bound + 8);
+    std::copy(data(), data() + 8, compressed.data());
+    z.next_in = data() + 8;
+    z.avail_in = static_cast<uInt>(bodySize);
+    z.next_out = compressed.data() + 8;
+    z.avail_out = static_cast<uInt>(bound);
+    const int result = deflate(&z, Z_FINISH);
+    const uint64_t total = 8 + (bound - z.avail_out);
+    if (deflateEnd(&z) != Z_OK || result != Z_STREAM_END)
+        throw SwfException(SwfError::compression, "zlib fails");
+    attach(compressed.detach(), static_cast<uint32_t>(total), SwfAttach::adopt);
+}
+
+} // namespace libswf

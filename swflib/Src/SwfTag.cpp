@@ -1,0 +1,75 @@
+#include "SwfTag.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace libswf {
+
+uint32_t SwfTag::getSize(SwfContext& context) {
+    return size = measure(context, [&](SwfOStream& stream) { writeBody(stream); });
+}
+
+void SwfTag::writeHeader(SwfOStream& stream) const {
+    const uint32_t codeWord = (uint32_t(type) * 64) & 0xFFFF;
+    if (!hasLongHeader()) {
+        stream.writeUI16(static_cast<uint16_t>(codeWord | size));
+        return;
+    }
+    stream.writeUI16(static_cast<uint16_t>(codeWord | 63));
+    stream.writeUI32(size);
+}
+
+void SwfTag::write(SwfOStream& stream) {
+    writeHeader(stream);
+    writeBody(stream);
+}
+
+bool SwfTagUnknown::carriesCharacterId(uint16_t code) {
+    static constexpr uint16_t codes[] = {2,  6,  7,  10, 11, 13, 14, 17, 20, 21, 22, 23, 32, 33, 34, 35,
+                                         36, 37, 39, 46, 48, 60, 62, 73, 75, 78, 83, 84, 86, 87, 88};
+    return std::binary_search(std::begin(codes), std::end(codes), code);
+}
+
+SwfTagUnknown::SwfTagUnknown(SwfIStream& stream, uint16_t code, bool takeWhatIsThere) : SwfDefinitionTag(code) {
+    uint64_t length = stream.context.tagSize;
+    if (takeWhatIsThere)
+        length = std::min(length, stream.bodyLeft());
+    data = stream.readPayload(length, "data");
+    splitCharacterId();
+}
+
+SwfTagUnknown::SwfTagUnknown(uint16_t code, SwfBytes body) : SwfDefinitionTag(code), data(std::move(body)) {
+    splitCharacterId();
+}
+
+void SwfTagUnknown::splitCharacterId() {
+    hasCharacterId = carriesCharacterId(type) && data.size() >= 2;
+    if (!hasCharacterId)
+        return;
+    characterId = static_cast<uint16_t>(data.data()[0] | data.data()[1] << 8);
+    data = data.part(2, data.size() - 2);
+}
+
+void SwfTagUnknown::writeBody(SwfOStream& stream) {
+    if (hasCharacterId)
+        stream.writeUI16(characterId);
+    stream.writeBytes(data.span());
+}
+
+const char* knownTagName(uint16_t code) {
+    switch (code) {
+#define SWF_TAG(code, name)                                                                                            \
+    case code: return #name;
+#define SWF_RAW_TAG(code, name)                                                                                        \
+    case code: return #name;
+#include "SwfTags.def"
+    default: return nullptr;
+    }
+}
+
+std::string tagName(uint16_t code) {
+    const char* name = knownTagName(code);
+    return name != nullptr ? name : "Tag " + std::to_string(code);
+}
+
+} // namespace libswf

@@ -1,0 +1,187 @@
+#include "SwfTagReader.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+
+#include "SwfAllTags.h"
+#include "SwfTagCodes.h"
+#include "SwfWarnings.h"
+
+namespace libswf {
+
+namespace {
+
+std::atomic<bool> safeSprites = false;
+
+using Creator = std::unique_ptr<SwfTag> (*)(SwfIStream&);
+
+template <class Tag> std::unique_ptr<SwfTag> create(SwfIStream& stream) { return std::make_unique<Tag>(stream); }
+
+std::array<Creator, SwfIStream::tagCodes> makeCreators() {
+    std::array<Creator, SwfIStream::tagCodes> creators{};
+#define SWF_TAG(code, name) creators[code] = create<SwfTag##name>;
+#include "SwfTags.def"
+    // An import table read from a file becomes a frame label, on purpose; SwfTagImportAssets is built from XML only.
+    // Readers that keep raw what they cannot give back mark code 57 as raw.
+    creators[SwfTagCode::ImportAssets] = creators[SwfTagCode::FrameLabel];
+    if (safeSprites)
+        creators[SwfTagCode::DefineSprite] = create<SwfTagDefineSpriteSafe>;
+    return creators;
+}
+
+bool keptAsBytes(SwfIStream& stream, uint16_t code) {
+    return (code < SwfIStream::tagCodes && (stream.tagOptions(code) & 1) != 0) ||
+           (code == SwfTagCode::DefineSprite && stream.context.spriteDepth >= SwfContext::maxDepth);
+}
+
+void warn(const SwfIStream& stream, const SwfTagHeader& header, SwfWarning::Kind kind, const std::string& reason) {
+    if (stream.context.warnings == nullptr)
+        return;
+    SwfWarning warning;
+    warning.kind = kind;
+    warning.tagCode = header.code;
+    warning.tagName = tagName(header.code);
+    warning.path = tagPathText(stream.tagPath);
+    warning.offset = header.start;
+    warning.reason = reason;
+    stream.context.warnings->add(std::move(warning));
+}
+
+// Why the tag just read cannot give its body back; empty when it can.
+std::string loss(const SwfIStream& stream, uint64_t bodyEnd) {
+    if (stream.inexact() != nullptr)
+        return stream.inexact();
+    if (stream.position() > bodyEnd)
+        return "its fields take more bytes than its length says";
+    const uint8_t* unread = stream.data() + stream.position();
+    const uint8_t* end = stream.data() + bodyEnd;
+    if (std::any_of(unread, end, [](uint8_t byte) { return byte != 0; }))
+        return std::to_string(end - unread) + " bytes are left over after its fields";
+    return {};
+}
+
+// One tag with its body's bounds in force; restores the stream's outer bounds.
+class BodyReader {
+public:
+    BodyReader(SwfIStream& stream, const SwfTagHeader& header, uint64_t listEnd)
+        : _stream(stream), _header(header), _scope(stream.context), _outerEnd(stream.bodyEnd()),
+          _outerInexact(stream.inexact()),
+          _bodyEnd(std::min({header.body + header.length, listEnd, uint64_t(stream.size())})) {
+        stream.context.tagType = header.code;
+        stream.context.tagSize = header.length;
+        stream.context.tagLongHeader = header.isLong && header.length < 63;
+        stream.setBodyEnd(_bodyEnd);
+        stream.setInexact(nullptr);
+    }
+    ~BodyReader() {
+        _stream.setBodyEnd(_outerEnd);
+        _stream.setInexact(_outerInexact);
+        _stream.alignBits();
+        _stream.seek(_header.body + _header.length);
+    }
+
+    /// Null when the tag is dropped.
+    std::unique_ptr<SwfTag> read() {
+        const bool keepRaw = _stream.context.keepRaw;
+        std::string reason;
+        std::unique_ptr<SwfTag> tag;
+        try {
+            tag = readTag(_stream);
+            if (keepRaw && !tag->isUnknown())
+                reason = loss(_stream, _bodyEnd);
+            if (reason.empty())
+                return finish(std::move(tag));
+        } catch (const std::exception& error) {
+            reason = error.what();
+        }
+        if (!keepRaw) {
+            warn(_stream, _header, SwfWarning::Kind::dropped, reason);
+            return nullptr;
+        }
+        warn(_stream, _header, SwfWarning::Kind::keptRaw, reason);
+        _stream.seek(_header.body);
+        tag = std::make_unique<SwfTagUnknown>(_stream, _header.code, true);
+        tag->size = static_cast<uint32_t>(_bodyEnd - std::min(_bodyEnd, _header.body));
+        return finish(std::move(tag));
+    }
+
+private:
+    std::unique_ptr<SwfTag> finish(std::unique_ptr<SwfTag> tag) {
+        if (!tag->longHeader)
+            tag->longHeader = (_header.isLong && _header.length < 63) || _header.length > 63;
+        if (_stream.buffer() != nullptr)
+            tag->source = SwfBytes::share(_stream.buffer(), _stream.data() + _header.start,
+                                          static_cast<size_t>(_bodyEnd - _header.start));
+        return tag;
+    }
+
+    SwfIStream& _stream;
+    const SwfTagHeader& _header;
+    SwfTagScope _scope;
+    uint64_t _outerEnd;
+    const char* _outerInexact;
+    uint64_t _bodyEnd;
+};
+
+} // namespace
+
+void chooseSafeSprites() { safeSprites = true; }
+
+std::unique_ptr<SwfTag> readTag(SwfIStream& stream) {
+    static const std::array<Creator, SwfIStream::tagCodes> creators = makeCreators();
+    const uint16_t code = stream.context.tagType;
+    const uint32_t length = stream.context.tagSize;
+    const bool raw = keptAsBytes(stream, code);
+    std::unique_ptr<SwfTag> tag;
+    if (!raw && code < creators.size() && creators[code] != nullptr)
+        tag = creators[code](stream);
+    else if (length != 0 || raw)
+        tag = std::make_unique<SwfTagUnknown>(stream, code, stream.context.keepRaw);
+    else
+        tag = std::make_unique<SwfTag>(code);
+    tag->size = length;
+    return tag;
+}
+
+bool readTagHeader(SwfIStream& stream, uint64_t end, SwfTagHeader& header) {
+    header.start = stream.position();
+    if (header.start + 2 > end)
+        return false;
+    const uint16_t word = stream.readUI16();
+    header.code = word >> 6;
+    header.length = word & 63;
+    header.isLong = header.length == 63;
+    if (header.isLong) {
+        if (stream.position() + 4 > end) {
+            stream.seek(header.start);
+            return false;
+        }
+        header.length = stream.readUI32();
+    }
+    header.body = stream.position();
+    return true;
+}
+
+void readTagList(SwfIStream& stream, uint64_t end, const std::function<void(std::unique_ptr<SwfTag>)>& append) {
+    end = std::min<uint64_t>(end, stream.size());
+    SwfDepthScope depth(stream.context.spriteDepth);
+    SwfTagHeader header;
+    stream.tagPath.push_back(0);
+    for (bool more = true; more && readTagHeader(stream, end, header); ++stream.tagPath.back()) {
+        std::unique_ptr<SwfTag> tag = BodyReader(stream, header, end).read();
+        more = header.code != SwfTagCode::End;
+        if (more && tag != nullptr)
+            append(std::move(tag));
+    }
+    stream.tagPath.pop_back();
+}
+
+std::string tagPathText(const std::vector<uint32_t>& path) {
+    std::string text;
+    for (uint32_t index : path)
+        text += (text.empty() ? "" : ".") + std::to_string(index);
+    return text;
+}
+
+} // namespace libswf

@@ -1,0 +1,42 @@
+#include "SwfWarnings.h"
+
+#include <cstdio>
+
+namespace libswf {
+
+static const char* kindText(SwfWarning::Kind kind) {
+    switch (kind) {
+    case SwfWarning::Kind::dropped: return "dropped";
+    case SwfWarning::Kind::keptRaw: return "kept raw";
+    case SwfWarning::Kind::skipped: return "skipped";
+    case SwfWarning::Kind::cut: return "cut";
+    default: return "ignored";
+    }
+}
+
+std::string SwfWarning::text() const {
+    std::string result = kindText(kind);
+    result += ": ";
+    if (!path.empty())
+        result += "tag " + path + " ";
+    if (!tagName.empty())
+        result += path.empty() ? tagName + " " : "(" + tagName + ") ";
+    if (row != 0) {
+        result += "row " + std::to_string(row) + ", column " + std::to_string(column);
+    } else if (offset != noOffset) {
+        char place[32];
+        std::snprintf(place, sizeof place, "at offset 0x%llx", static_cast<unsigned long long>(offset));
+        result += place;
+    }
+    if (result.back() == ' ')
+        result.pop_back();
+    return result + ": " + reason;
+}
+
+void SwfWarnings::add(SwfWarning warning) {
+    ++_total;
+    if (_items.size() < limit)
+        _items.push_back(std::move(warning));
+}
+
+} // namespace libswf

@@ -1,0 +1,5 @@
+// Every tag class, for the factory and the XML dispatch.
+#pragma once
+
+#include "SwfTag.h"
+#include "SwfTagDefineSprite.h"

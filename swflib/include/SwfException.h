@@ -1,0 +1,52 @@
+// The errors of the SWF layer.
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <string>
+
+namespace libswf {
+
+/// Codes carried by SwfException.
+namespace SwfError {
+constexpr uint32_t compression = 1; ///< the compression library failed
+constexpr uint32_t doesNotFit = 2;  ///< a count, size or construct that this tag or version cannot hold
+constexpr uint32_t badData = 3;     ///< data ends early, is corrupt, or is of an unknown kind
+constexpr uint32_t openForReading = 4097;
+constexpr uint32_t openForWriting = 4098;
+constexpr uint32_t reading = 4099;
+constexpr uint32_t writing = 4100;
+} // namespace SwfError
+
+/// A failure in the binary format. what() reads "<where>: <text> (code N)".
+class SwfException : public std::exception {
+public:
+    SwfException(uint32_t code, std::string text);
+
+    uint32_t code() const { return _code; }
+    const std::string& text() const { return _text; }
+    const char* what() const noexcept override { return _what.c_str(); }
+
+    /// Puts an outer place in front ("tag 3 (DefineSprite)"), as the exception passes through it.
+    void addPlace(const std::string& place);
+
+private:
+    void compose();
+
+    uint32_t _code;
+    std::string _place;
+    std::string _text;
+    std::string _what;
+};
+
+/// A file that cannot be read or written (codes 4097 to 4100).
+class SwfFileException : public SwfException {
+public:
+    SwfFileException(uint32_t code, std::string fileName);
+    const std::string& fileName() const { return _fileName; }
+
+private:
+    std::string _fileName;
+};
+
+} // namespace libswf

@@ -1,0 +1,70 @@
+// Whole movies.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "SwfTags.h"
+
+namespace libswf {
+
+/// The header fields of a movie.
+struct SwfMovieHeader {
+    bool isCompressed = false; ///< the body is zlib data ("CWS")
+    uint8_t version = 0;
+    float frameRate = 0; ///< frames per second, 8.8 in the file
+    SwfRect frameSize;   ///< the stage, twips
+    uint16_t frameCount = 0; ///< as read; recomputed on write
+};
+
+/// A movie compiled from XML.
+class SwfMovie : public SwfStruct, public SwfMovieHeader {
+public:
+    SwfMovie() = default;
+    /// Width and height in twips.
+    SwfMovie(uint8_t version, int32_t width, int32_t height, float frameRate, bool isCompressed);
+
+    /// The file's bytes. Level is zlib's, used when the movie is compressed. Throws code 2 for more than 4 GB.
+    SwfVector<uint8_t> serialise(int level);
+    /// Throws SwfFileException 4098 or 4100; the old file stays as it was then.
+    void save(const std::string& fileName, int level);
+
+    SwfTags tags;
+
+private:
+    std::unique_ptr<SwfIStream> _iStream;
+};
+
+/// How a movie is read.
+struct SwfLoadOptions {
+    bool headerOnly = false;
+    /// Keep as bytes what the object model cannot give back: tags whose reader fails or leaves bytes over, actions of
+    /// another layout, import tables (code 57).
+    bool keepRaw = false;
+    SwfWarnings* warnings = nullptr;
+};
+
+/// A movie read from a file, tolerantly.
+class SwfMovieSafe : public SwfStruct, public SwfMovieHeader {
+public:
+    /// A new movie: compressed, version 7, 12 frames per second, 550 by 400 pixels.
+    SwfMovieSafe();
+
+    /// Throws SwfFileException 4097 or 4099, SwfException 3 for a bad header or body.
+    void load(const std::string& fileName, bool headerOnly);
+    void load(const std::string& fileName, const SwfLoadOptions& options);
+    /// Reads a movie from memory; takes the buffer over.
+    void parse(std::vector<uint8_t> file, const SwfLoadOptions& options);
+    SwfVector<uint8_t> serialise(int level);
+    void save(const std::string& fileName, int level);
+
+    /// The inflated file, header included; empty for a movie that was not read.
+    SwfBytes body() const;
+
+    SwfTagsSafe tags;
+
+private:
+    std::unique_ptr<SwfIStream> _iStream;
+};
+
+} // namespace libswf

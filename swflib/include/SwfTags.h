@@ -1,0 +1,95 @@
+// Tag lists and the factory that builds tags.
+#pragma once
+
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "SwfTag.h"
+
+namespace libswf {
+
+/// An ordered list of tags, each owned through a shared pointer, with a map from character id to the defining tag.
+class SwfTags : public SwfStruct {
+public:
+    SwfTags() = default;
+    SwfTags(const SwfTags&) = delete;
+    SwfTags& operator=(const SwfTags&) = delete;
+    SwfTags(SwfTags&&) noexcept = default;
+    SwfTags& operator=(SwfTags&&) noexcept = default;
+
+    void append(std::shared_ptr<SwfTag> tag);
+    uint32_t count() const { return static_cast<uint32_t>(_tags.size()); }
+    /// Asserts "index < _tags.size()".
+    SwfTag& at(uint32_t index) const;
+    const std::shared_ptr<SwfTag>& sharedAt(uint32_t index) const;
+    /// The last tag that defines this character; null when there is none.
+    SwfTag* definition(uint16_t characterId) const;
+    uint32_t showFrames() const;
+    const std::vector<std::shared_ptr<SwfTag>>& items() const { return _tags; }
+
+    /// Bytes of all records and the closing End; also prepares and measures every tag.
+    uint32_t getSize(SwfContext& context);
+    /// Writes the records with the sizes that getSize found. A body that comes out shorter than measured is filled up
+    /// with zero bytes, so that the next record stays where its header says.
+    void write(SwfOStream& stream) const;
+
+    /// Reads records for `length` bytes, 0 for all the data. Tolerant: a tag whose body cannot be read is dropped, or
+    /// kept raw when the context says so.
+    void read(SwfIStream& stream, uint32_t length);
+    /// The same up to a position in the stream.
+    void readUntil(SwfIStream& stream, uint64_t end);
+
+private:
+    std::vector<std::shared_ptr<SwfTag>> _tags;
+    std::unordered_map<uint16_t, SwfTag*> _definitions;
+};
+
+/// The tag list of a movie that is read tolerantly: tags may outlive the list.
+class SwfTagsSafe : public SwfStruct {
+public:
+    void append(std::shared_ptr<SwfTag> tag);
+    uint32_t count() const { return _tags.count(); }
+    /// Both assert "tagIndex < _tags.size()".
+    SwfTag* at(uint32_t tagIndex) const;
+    std::shared_ptr<SwfTag> sharedAt(uint32_t tagIndex) const;
+    std::shared_ptr<SwfTag> definition(uint16_t characterId) const;
+    /// Position of the tag that defines a character; count() when there is none.
+    uint32_t definitionIndex(uint16_t characterId) const;
+
+    SwfTags& tags() { return _tags; }
+    const SwfTags& tags() const { return _tags; }
+
+    uint32_t getSize(SwfContext& context) { return size = _tags.getSize(context); }
+    void write(SwfOStream& stream) const { _tags.write(stream); }
+    void read(SwfIStream& stream, uint32_t length);
+    void readUntil(SwfIStream& stream, uint64_t end);
+
+private:
+    SwfTags _tags;
+    std::unordered_map<uint16_t, std::shared_ptr<SwfTag>> _definitions;
+    std::unordered_map<uint16_t, uint32_t> _indices;
+};
+
+/// The header of one record.
+struct SwfTagHeader {
+    uint16_t code = 0;
+    uint32_t length = 0;
+    bool isLong = false;
+    uint64_t start = 0; ///< position of the header
+    uint64_t body = 0;  ///< position of the body
+};
+
+/// Reads a record header. False, with the position unchanged, when fewer bytes are left before `end` than it takes.
+bool readTagHeader(SwfIStream& stream, uint64_t end, SwfTagHeader& header);
+
+/// The factory: builds the tag whose code and length stand in the stream's context and whose body is next.
+std::unique_ptr<SwfTag> readTag(SwfIStream& stream);
+
+/// Sprites read from here on are SwfTagDefineSpriteSafe. Works only before the first tag is built.
+void chooseSafeSprites();
+
+/// "4.2" for the third tag inside the fifth.
+std::string tagPathText(const std::vector<uint32_t>& path);
+
+} // namespace libswf

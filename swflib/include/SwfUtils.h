@@ -1,0 +1,21 @@
+// Whole files.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace libswf {
+
+/// Throws SwfFileException 4097 when the file cannot be opened, 4099 when it cannot be read (folders and files of more
+/// than 4 GB included).
+std::vector<uint8_t> readFile(const std::string& fileName);
+
+/// Writes beside the target and renames, so that a failure leaves an existing file as it was. Asserts that data and
+/// size are not zero. Throws SwfFileException 4098 or 4100.
+void writeFile(const std::string& fileName, std::span<const uint8_t> bytes);
+/// The same for text, which may be empty.
+void writeTextFile(const std::string& fileName, std::string_view text);
+
+} // namespace libswf

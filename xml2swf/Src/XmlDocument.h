@@ -1,0 +1,28 @@
+// A parsed XML text.
+#pragma once
+
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "XmlElement.h"
+
+namespace xml2swf {
+
+/// Parses a private copy of the text: the parser writes into what it parses. Throws XmlSyntaxError.
+class XmlDocument {
+public:
+    static constexpr uint32_t maxDepth = 1000; ///< of nested elements; the parser recurses
+
+    explicit XmlDocument(std::string_view text);
+
+    /// The first top-level element of this name; null when there is none.
+    RawNode* root(const char* name) const;
+    const char* text() const { return _copy.data(); }
+
+private:
+    std::vector<char> _copy;
+    std::unique_ptr<rapidxml::xml_document<char>> _document; // more than 64 KB: not for a worker's stack
+};
+
+} // namespace xml2swf

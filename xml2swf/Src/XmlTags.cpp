@@ -1,0 +1,157 @@
+#include "XmlTags.h"
+
+#include <stdexcept>
+#include <unordered_map>
+
+#include "XmlTagForms.h"
+
+namespace xml2swf {
+
+using namespace libswf;
+
+namespace {
+
+// Both directions of one tag class. `write` is false when the object is not of the class.
+struct TagForm {
+    const char* name;
+    bool (*write)(XmlNode& parent, const char* name, const SwfTag& tag);
+    std::shared_ptr<SwfTag> (*make)();
+    void (*read)(XmlElement& element, SwfTag& tag);
+};
+
+template <class Tag> bool writeAs(XmlNode& parent, const char* name, const SwfTag& tag) {
+    const auto* typed = dynamic_cast<const Tag*>(&tag);
+    if (typed == nullptr)
+        return false;
+    writeChild(parent, name, *typed);
+    return true;
+}
+
+template <class Tag> std::shared_ptr<SwfTag> makeAs() {
+    if constexpr (std::is_same_v<Tag, SwfTagUnknown>)
+        return std::make_shared<Tag>(uint16_t(0));
+    else
+        return std::make_shared<Tag>();
+}
+
+template <class Tag> void readAs(XmlElement& element, SwfTag& tag) { readXml(element, static_cast<Tag&>(tag)); }
+
+template <class Tag> constexpr TagForm formOf(const char* name) { return {name, writeAs<Tag>, makeAs<Tag>, readAs<Tag>}; }
+
+const TagForm unknownForm = formOf<SwfTagUnknown>("Unknown");
+
+const TagForm* formByCode(uint16_t code) {
+    static const std::unordered_map<uint16_t, TagForm> forms = {
+#define SWF_TAG(code, name) {code, formOf<SwfTag##name>(#name)},
+#include "SwfTags.def"
+    };
+    const auto found = forms.find(code);
+    return found == forms.end() ? nullptr : &found->second;
+}
+
+const TagForm* formByName(std::string_view name) {
+    static const std::unordered_map<std::string_view, TagForm> forms = {
+        {"Unknown", unknownForm},
+#define SWF_TAG(code, name) {#name, formOf<SwfTag##name>(#name)},
+#include "SwfTags.def"
+    };
+    const auto found = forms.find(name);
+    return found == forms.end() ? nullptr : &found->second;
+}
+
+// The tag's bytes in the form that keeps any tag.
+void writeUnknown(XmlNode& parent, uint16_t code, SwfBytes body) {
+    writeChild(parent, unknownForm.name, SwfTagUnknown(code, std::move(body)));
+}
+
+SwfBytes bodyOf(SwfTag& tag, const SwfContext& movie) {
+    if (!tag.source.empty()) {
+        const bool isLong = (tag.source.data()[0] & 0x3F) == 0x3F;
+        const size_t header = isLong ? 6 : 2;
+        return tag.source.part(header, tag.source.size() - header);
+    }
+    SwfContext context = movie;
+    context.tagType = tag.type;
+    tag.prepare();
+    const uint32_t size = tag.getSize(context);
+    SwfOStream stream(uint64_t(size) + tag.headerSize());
+    stream.context = context;
+    tag.write(stream);
+    stream.flushBits();
+    std::vector<uint8_t> body(stream.begin() + tag.headerSize(), stream.end());
+    body.resize(size);
+    return SwfBytes::adopt(std::move(body));
+}
+
+void warnKeptRaw(XmlWriteContext& context, const SwfTag& tag, const std::string& reason) {
+    if (context.warnings == nullptr)
+        return;
+    SwfWarning warning;
+    warning.kind = SwfWarning::Kind::keptRaw;
+    warning.tagCode = tag.type;
+    warning.tagName = tagName(tag.type);
+    warning.path = tagPathText(context.tagPath);
+    warning.reason = reason;
+    context.warnings->add(std::move(warning));
+}
+
+} // namespace
+
+void writeTag(XmlNode& parent, SwfTag& tag) {
+    const size_t start = parent.out().size();
+    try {
+        const TagForm* form = tag.isUnknown() ? &unknownForm : formByCode(tag.type);
+        if (form != nullptr && form->write(parent, form->name, tag))
+            return;
+        writeUnknown(parent, tag.type, {}); // a code without a form and an empty body
+    } catch (SwfException& error) {
+        parent.out().resize(start); // the half-written element would compile into a wrong tag
+        if (!parent.context().keepRaw) {
+            error.addPlace("tag " + tagPathText(parent.context().tagPath) + " (" + tagName(tag.type) + ")");
+            throw;
+        }
+        warnKeptRaw(parent.context(), tag, error.what());
+        writeUnknown(parent, tag.type, bodyOf(tag, parent.context().swf));
+    }
+}
+
+void writeTagList(XmlNode& parent, const SwfTags& tags) {
+    std::vector<uint32_t>& path = parent.context().tagPath;
+    path.push_back(0);
+    for (const auto& tag : tags.items()) {
+        writeTag(parent, *tag);
+        ++path.back();
+    }
+    path.pop_back();
+}
+
+std::shared_ptr<SwfTag> makeTag(std::string_view elementName) {
+    const TagForm* form = formByName(elementName);
+    if (form == nullptr)
+        throw std::runtime_error("Trying to get unknown type from factory");
+    return form->make();
+}
+
+std::shared_ptr<SwfTag> readTag(XmlElement& element) {
+    const TagForm* form = formByName(element.name());
+    if (form == nullptr) {
+        element.skip();
+        return nullptr;
+    }
+    std::shared_ptr<SwfTag> tag = form->make();
+    form->read(element, *tag);
+    return tag;
+}
+
+void readTagList(XmlElement& parent, SwfTags& tags) {
+    std::vector<uint32_t>& path = parent.context().tagPath;
+    path.push_back(0);
+    for (XmlElement child : parent.children()) {
+        if (auto tag = readTag(child))
+            tags.append(std::move(tag));
+        ++path.back();
+    }
+    path.pop_back();
+}
+
+} // namespace xml2swf

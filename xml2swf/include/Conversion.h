@@ -1,0 +1,74 @@
+// The two conversions between a movie and its XML text.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "SwfMovie.h"
+#include "XmlErrors.h"
+
+namespace xml2swf {
+
+/// Receives progress. Called on the thread that converts.
+class IProgressReporter {
+public:
+    /// From 0 to 1.
+    virtual void report(double fraction) = 0;
+    virtual ~IProgressReporter() = default;
+};
+
+/// Receives the result of XML to SWF.
+class IXml2SwfConversionTarget {
+public:
+    virtual ~IXml2SwfConversionTarget() = default;
+    /// Width and height in pixels.
+    virtual void movieHeader(uint8_t version, int32_t width, int32_t height, float frameRate, bool isCompressed) = 0;
+    virtual void append(std::shared_ptr<libswf::SwfTag> tag) = 0;
+    /// A stage that whole pixels from (0, 0) cannot express, in twips. Called after movieHeader when there is one.
+    virtual void frameSize(const libswf::SwfRect&) {}
+};
+
+/// Receives the result of SWF to XML.
+class ISwf2XmlConversionTarget {
+public:
+    virtual ~ISwf2XmlConversionTarget() = default;
+    /// The text of the Movie element, without a declaration.
+    virtual void elementText(std::string text) = 0;
+};
+
+/// What both directions take. Null members are left out.
+struct ConversionOptions {
+    /// Show a tag that its XML form cannot express as Unknown with its bytes; otherwise that is an error.
+    bool keepRaw = false;
+    IProgressReporter* progress = nullptr;
+    libswf::SwfWarnings* warnings = nullptr;
+};
+
+/// The text that stands before the Movie element in every XML file.
+constexpr std::string_view xmlDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n";
+
+/// The Movie element of a movie. Without keepRaw throws SwfException code 3 for a value that has no name in XML.
+std::string swfToXml(libswf::SwfMovieSafe& movie, const ConversionOptions& options);
+void swfToXml(libswf::SwfMovieSafe& movie, ISwf2XmlConversionTarget& target, const ConversionOptions& options);
+/// Declaration and Movie element: what an XML file holds.
+std::string swfToXmlDocument(libswf::SwfMovieSafe& movie, const ConversionOptions& options);
+
+/// Compiles a text. False when it has no Movie element. Throws XmlSyntaxError, XmlValueError, Base64Error,
+/// MovieAttributeError, each with its place in `text`.
+bool xmlToSwf(std::string_view text, IXml2SwfConversionTarget& target, const ConversionOptions& options);
+
+/// Builds an SwfMovie. Pixels become twips here, 20 each.
+class MovieTarget : public IXml2SwfConversionTarget {
+public:
+    void movieHeader(uint8_t version, int32_t width, int32_t height, float frameRate, bool isCompressed) override;
+    void append(std::shared_ptr<libswf::SwfTag> tag) override;
+    void frameSize(const libswf::SwfRect& rect) override;
+
+    libswf::SwfMovie movie;
+};
+
+/// The text of an XML file's bytes: UTF-16 with a byte order mark becomes UTF-8, everything else stays as it is.
+std::string documentText(std::string bytes);
+
+} // namespace xml2swf

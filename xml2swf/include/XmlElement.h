@@ -1,0 +1,151 @@
+// Reading of XML elements.
+#pragma once
+
+#include <concepts>
+#include <limits>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "SwfBytes.h"
+#include "SwfStructs.h"
+#include "SwfWarnings.h"
+#include "XmlErrors.h"
+
+namespace xml2swf {
+
+using RawNode = rapidxml::xml_node<char>;
+using RawAttribute = rapidxml::xml_attribute<char>;
+
+/// What the readers of one document share.
+struct XmlReadContext {
+    const char* text = nullptr;              ///< start of the parsed copy, to tell offsets
+    std::string_view original;               ///< the text as given, to tell rows and columns
+    libswf::SwfWarnings* warnings = nullptr; ///< may be null
+    std::vector<uint32_t> tagPath;           ///< indices of the tag being read
+    uint16_t spriteDepth = 0;
+
+    void warn(libswf::SwfWarning::Kind kind, std::string_view element, size_t offset, std::string reason);
+};
+
+/// One name of an enumeration and its value in the file.
+struct XmlName {
+    std::string_view name;
+    uint32_t value;
+};
+using XmlNames = std::span<const XmlName>;
+
+/// The name of a value; empty when it has none.
+std::string_view findName(XmlNames names, uint32_t value);
+/// The name of a value; throws SwfException code 3 when it has none.
+std::string_view nameOf(XmlNames names, uint32_t value, const char* field);
+
+/// An element being read. Attributes may come in any order; a missing one reads as 0, 0.0, false or "". When the reader
+/// is done with the element, attributes and children that it never asked for become warnings.
+class XmlElement {
+public:
+    XmlElement(XmlReadContext& context, RawNode* node);
+    XmlElement(XmlElement&& other) noexcept;
+    XmlElement& operator=(XmlElement&&) = delete;
+    ~XmlElement();
+
+    std::string_view name() const { return {_node->name(), _node->name_size()}; }
+    bool is(std::string_view name) const { return this->name() == name; }
+    /// Byte of the element's name in the text.
+    size_t offset() const;
+    XmlReadContext& context() const { return *_context; }
+
+    // Attributes. A value that is not a number or outside the field's range throws XmlValueError.
+    bool has(std::string_view name);
+    std::optional<std::string_view> attribute(std::string_view name);
+    /// The value of the first attribute, whatever its name.
+    std::optional<std::string_view> firstAttribute();
+    libswf::SwfString string(std::string_view name) { return libswf::SwfString(attribute(name).value_or("")); }
+    template <std::integral Int> Int integer(std::string_view name) {
+        return static_cast<Int>(ranged(name, std::numeric_limits<Int>::min(), std::numeric_limits<Int>::max()));
+    }
+    uint8_t ui8(std::string_view name) { return integer<uint8_t>(name); }
+    uint16_t ui16(std::string_view name) { return integer<uint16_t>(name); }
+    uint32_t ui32(std::string_view name) { return integer<uint32_t>(name); }
+    int16_t si16(std::string_view name) { return integer<int16_t>(name); }
+    int32_t si32(std::string_view name) { return integer<int32_t>(name); }
+    /// 32 bits, given as a signed or an unsigned number.
+    uint32_t bits32(std::string_view name) { return static_cast<uint32_t>(ranged(name, INT32_MIN, UINT32_MAX)); }
+    /// The low `bits` bits of a number of any size.
+    uint32_t masked(std::string_view name, uint32_t bits) {
+        return static_cast<uint32_t>(ranged(name, INT64_MIN, INT64_MAX)) & ((1u << bits) - 1);
+    }
+    /// True for "true" and for any non-zero integer.
+    bool boolean(std::string_view name);
+    float real(std::string_view name);
+    double realDouble(std::string_view name);
+    libswf::SwfColor color(std::string_view name);
+    /// The value behind a name; `otherwise` for a text that matches none or is missing.
+    uint32_t named(std::string_view name, XmlNames names, uint32_t otherwise = 0);
+    [[noreturn]] void badValue(std::string_view attribute, std::string_view value) const;
+
+    // Children: elements only, comments and text between them are passed over.
+    std::optional<XmlElement> child(std::string_view name);
+    /// The child at a position, whatever its name.
+    std::optional<XmlElement> childAt(uint32_t index);
+    uint32_t countChildren() const;
+    /// Notes that nothing reads this element.
+    void skip();
+    /// Whether no reader asks for some attributes or children does not matter: no warnings.
+    void acceptAll() { _allChildren = _allAttributes = true; }
+
+    class ChildIterator {
+    public:
+        ChildIterator(XmlReadContext* context, RawNode* node) : _context(context), _node(node) {}
+        XmlElement operator*() const { return {*_context, _node}; }
+        ChildIterator& operator++();
+        bool operator!=(const ChildIterator& other) const { return _node != other._node; }
+
+    private:
+        XmlReadContext* _context;
+        RawNode* _node;
+    };
+    struct Children {
+        ChildIterator first;
+        ChildIterator begin() const { return first; }
+        ChildIterator end() const { return {nullptr, nullptr}; }
+    };
+    /// All child elements in order. The caller handles each, or calls its skip().
+    Children children();
+
+    /// The text: all CDATA sections joined, or the plain text when there are none.
+    std::string content();
+    /// The bytes of a child that holds base64; none when the child is missing.
+    libswf::SwfBytes payload(std::string_view childName);
+    libswf::SwfBytes base64();
+
+private:
+    const RawAttribute* find(std::string_view name);
+    int64_t ranged(std::string_view name, int64_t low, int64_t high);
+    void use(RawNode* child);
+    void warnOfUnread();
+
+    XmlReadContext* _context;
+    RawNode* _node;
+    const RawAttribute* _next; // attributes mostly come in the order in which they are asked for
+    uint32_t _nextIndex = 0;
+    uint64_t _usedAttributes = 0; // by index; attributes past the 64th count as used
+    static constexpr uint32_t maxUsed = 12;
+    RawNode* _used[maxUsed];
+    uint32_t _usedCount = 0;
+    bool _allChildren = false;
+    bool _allAttributes = false;
+    int _exceptions;
+};
+
+/// A child element read by readXml(XmlElement&, T&). False when it is missing.
+template <class T> bool readChild(XmlElement& parent, std::string_view name, T& value) {
+    auto child = parent.child(name);
+    if (child)
+        readXml(*child, value);
+    return child.has_value();
+}
+
+} // namespace xml2swf

@@ -1,0 +1,116 @@
+// Writing of XML elements into one growing text.
+#pragma once
+
+#include <concepts>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "SwfContext.h"
+#include "SwfStructs.h"
+#include "SwfWarnings.h"
+#include "XmlNumbers.h"
+
+namespace xml2swf {
+
+/// One element being written. Names are not copied: they outlive the writer.
+class XmlElementWriter {
+public:
+    XmlElementWriter() = default;
+    XmlElementWriter(const XmlElementWriter&) = delete;
+    XmlElementWriter& operator=(const XmlElementWriter&) = delete;
+    /// Closes an open element as one with children.
+    ~XmlElementWriter() { end(true); }
+
+    /// Starts "<name>" on a line of its own, 4 blanks per depth; `inlined` leaves the line feed out.
+    void begin(std::string& out, uint32_t depth, std::string_view name, bool inlined = false);
+
+    void attribute(std::string_view name, std::string_view value);
+    void attribute(std::string_view name, const char* value) { attribute(name, std::string_view(value)); }
+    void attribute(std::string_view name, const libswf::SwfString& value) { attribute(name, value.view()); }
+    void attribute(std::string_view name, bool value) { plainAttribute(name, value ? "true" : "false"); }
+    void attribute(std::string_view name, float value) { plainAttribute(name, formatReal(value).view()); }
+    void attribute(std::string_view name, double value) { plainAttribute(name, formatReal(value).view()); }
+    template <std::integral Int>
+        requires(!std::same_as<Int, bool>)
+    void attribute(std::string_view name, Int value) {
+        plainAttribute(name, formatInteger(value).view());
+    }
+    /// 0xRRGGBBAA in lower-case hexadecimal without prefix or leading zeros.
+    void attribute(std::string_view name, const libswf::SwfColor& color);
+
+    /// Character data as a CDATA section on a line of its own. "]]>" inside is split over two sections.
+    void text(std::string_view value);
+    /// Bytes as base64 in a CDATA section.
+    void base64(std::span<const uint8_t> bytes);
+
+    /// Closes the element; a second call does nothing.
+    void end(bool hasChildren);
+
+    bool isOpen() const { return _open; }
+    std::string& out() const { return *_out; }
+    uint32_t depth() const { return _depth; }
+
+private:
+    void plainAttribute(std::string_view name, std::string_view value); // needs no escaping
+    void startCData();
+
+    std::string* _out = nullptr;
+    std::string_view _name;
+    size_t _attributeInsertPos = 0;
+    uint32_t _depth = 0;
+    bool _open = false;
+};
+
+/// What the writers of nested tags share.
+struct XmlWriteContext {
+    libswf::SwfContext swf;           ///< of the movie: version and tags
+    bool keepRaw = false;             ///< show a tag that has no XML form as Unknown instead of throwing
+    libswf::SwfWarnings* warnings = nullptr;
+    std::vector<uint32_t> tagPath;    ///< indices of the tag being written
+};
+
+/// An element of the tree being written. It notes whether it got content and closes itself in the fitting form.
+class XmlNode : public XmlElementWriter {
+public:
+    /// The root of a fragment.
+    XmlNode(std::string& out, XmlWriteContext& context, uint32_t depth, std::string_view name)
+        : _context(context), _parent(nullptr) {
+        begin(out, depth, name);
+    }
+    XmlNode(XmlNode& parent, std::string_view name) : _context(parent._context), _parent(&parent) {
+        parent._hasContent = true;
+        begin(parent.out(), parent.depth() + 1, name);
+    }
+    ~XmlNode() { end(_hasContent); }
+
+    void text(std::string_view value) {
+        _hasContent = true;
+        XmlElementWriter::text(value);
+    }
+    void base64(std::span<const uint8_t> bytes) {
+        _hasContent = true;
+        XmlElementWriter::base64(bytes);
+    }
+
+    XmlWriteContext& context() const { return _context; }
+
+private:
+    XmlWriteContext& _context;
+    XmlNode* _parent;
+    bool _hasContent = false;
+};
+
+/// A child element that holds bytes.
+inline void writePayload(XmlNode& parent, std::string_view name, std::span<const uint8_t> bytes) {
+    XmlNode(parent, name).base64(bytes);
+}
+
+/// A child element written by writeXml(XmlNode&, const T&).
+template <class T> void writeChild(XmlNode& parent, std::string_view name, const T& value) {
+    XmlNode node(parent, name);
+    writeXml(node, value);
+}
+
+} // namespace xml2swf

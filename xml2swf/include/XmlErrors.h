@@ -1,0 +1,57 @@
+// Failures of the XML form. Each carries its place in the text.
+#pragma once
+
+#include <boost/lexical_cast/bad_lexical_cast.hpp>
+#include <rapidxml/rapidxml.hpp>
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace xml2swf {
+
+/// A place in an XML text. Rows and columns count from 1; the column is in characters (UTF-8), not bytes.
+struct XmlPlace {
+    size_t offset = 0; ///< byte in the text
+    uint32_t row = 0;
+    uint32_t column = 0;
+
+    /// LF, CR LF and a lone CR each end a line.
+    void locate(std::string_view text);
+};
+
+/// The text is not well-formed. what() is the parser's description.
+class XmlSyntaxError : public rapidxml::parse_error {
+public:
+    XmlSyntaxError(const char* description, size_t offset) : parse_error(description, nullptr) { place.offset = offset; }
+    XmlPlace place;
+};
+
+/// An attribute that is not a number where one is expected, or out of its field's range.
+class XmlValueError : public boost::bad_lexical_cast {
+public:
+    XmlValueError(std::string_view element, std::string_view attribute, std::string_view value, size_t offset);
+    /// "DefineShape: attribute ShapeId: "abc" is not a number in its range".
+    std::string description() const;
+
+    std::string element, attribute, value;
+    XmlPlace place;
+};
+
+/// Base64 text that cannot be decoded. what() is "Incorrect Base64 data".
+class Base64Error : public std::runtime_error {
+public:
+    explicit Base64Error(size_t offset = 0) : std::runtime_error("Incorrect Base64 data") { place.offset = offset; }
+    XmlPlace place;
+};
+
+/// A bad attribute of the root. what() is "Incorrect value of attribute Width" and the like.
+class MovieAttributeError : public std::runtime_error {
+public:
+    MovieAttributeError(std::string_view attribute, size_t offset);
+    std::string attribute;
+    XmlPlace place;
+};
+
+} // namespace xml2swf

@@ -1,0 +1,39 @@
+// Numbers as attribute text, independent of the locale.
+#pragma once
+
+#include <charconv>
+#include <concepts>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string_view>
+
+namespace xml2swf {
+
+/// Room for any number's text.
+struct NumberText {
+    char chars[40];
+    uint32_t length = 0;
+    std::string_view view() const { return {chars, length}; }
+};
+
+template <std::integral Int> NumberText formatInteger(Int value) {
+    NumberText text;
+    text.length = static_cast<uint32_t>(std::to_chars(text.chars, text.chars + sizeof text.chars, value).ptr - text.chars);
+    return text;
+}
+
+/// The shortest text that reads back to the same bits: "12", "0.1", "inf", "nan" for the canonical quiet NaN,
+/// "nan(7f800001)" with the bits in hexadecimal for any other.
+NumberText formatReal(float value);
+NumberText formatReal(double value);
+
+/// Optional sign, decimal digits, nothing else. Empty when the text is anything else or outside 64 bits.
+std::optional<int64_t> parseInteger(std::string_view text);
+/// Accepts every form that formatReal gives.
+std::optional<float> parseFloat(std::string_view text);
+std::optional<double> parseDouble(std::string_view text);
+/// 1 to 8 hexadecimal digits, no prefix.
+std::optional<uint32_t> parseHex(std::string_view text);
+
+} // namespace xml2swf

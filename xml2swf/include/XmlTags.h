@@ -1,0 +1,26 @@
+// Dispatch between tags and their elements.
+#pragma once
+
+#include <memory>
+
+#include "SwfTags.h"
+#include "XmlElement.h"
+#include "XmlElementWriter.h"
+
+namespace xml2swf {
+
+/// Writes one tag as a child element of `parent`. With keepRaw in the context, a tag that its form cannot express is
+/// written as Unknown with its bytes.
+void writeTag(XmlNode& parent, libswf::SwfTag& tag);
+/// Writes the tags of a list in order.
+void writeTagList(XmlNode& parent, const libswf::SwfTags& tags);
+
+/// Builds the tag of an element; null, with a warning, for a name that is no tag's.
+std::shared_ptr<libswf::SwfTag> readTag(XmlElement& element);
+/// Appends the tags of all child elements.
+void readTagList(XmlElement& parent, libswf::SwfTags& tags);
+
+/// The direct call of the factory: throws std::runtime_error "Trying to get unknown type from factory".
+std::shared_ptr<libswf::SwfTag> makeTag(std::string_view elementName);
+
+} // namespace xml2swf

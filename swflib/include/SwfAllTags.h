@@ -3,3 +3,4 @@
 
 #include "SwfTag.h"
 #include "SwfTagDefineSprite.h"
+#include "SwfTagsControl.h"

@@ -6,6 +6,18 @@ namespace xml2swf {
 
 namespace {
 
+// Position of the ">" that ends a start tag, quoted values passed over.
+size_t endOfTag(std::string_view text, size_t at) {
+    for (size_t i = at; (i = text.find_first_of("\"'>", i)) != text.npos; ++i) {
+        if (text[i] == '>')
+            return i;
+        i = text.find(text[i], i + 1);
+        if (i == text.npos)
+            break;
+    }
+    return text.npos;
+}
+
 // Passes over a document type as the parser does: its inner subset in brackets is not looked into, so that nothing in
 // it (the start of a comment, a quote) can hide what follows.
 size_t skipDoctype(std::string_view text, size_t at) {
@@ -21,6 +33,14 @@ size_t skipDoctype(std::string_view text, size_t at) {
     return at;
 }
 
+// "<?xml " in any case: the parser reads attributes in it, whose values may hold "?>".
+bool isDeclaration(std::string_view text) {
+    if (text.size() < 6 || !text.starts_with("<?") || std::strchr(" \t\r\n", text[5]) == nullptr)
+        return false;
+    constexpr std::string_view name = "xml";
+    return std::equal(name.begin(), name.end(), text.begin() + 2, [](char a, char b) { return a == (b | 0x20); });
+}
+
 // Passes over markup that is no element. Gives the position after it, or npos when it has no end.
 size_t skipSpecial(std::string_view text, size_t at) {
     auto after = [&](std::string_view end, size_t from) {
@@ -32,24 +52,16 @@ size_t skipSpecial(std::string_view text, size_t at) {
         return after("-->", at + 4);
     if (rest.starts_with("<![CDATA["))
         return after("]]>", at + 9);
+    if (isDeclaration(rest)) {
+        const size_t end = endOfTag(text, at);
+        return end == text.npos ? end : end + 1;
+    }
     if (rest.starts_with("<?"))
         return after("?>", at + 2);
     const char following = at + 9 < text.size() ? text[at + 9] : '\0';
     if (rest == "<!DOCTYPE" && std::strchr(" \t\r\n", following) != nullptr)
         return skipDoctype(text, at + 9);
     return after(">", at + 2);
-}
-
-// Position of the ">" that ends a start tag, quoted values passed over.
-size_t endOfTag(std::string_view text, size_t at) {
-    for (size_t i = at; (i = text.find_first_of("\"'>", i)) != text.npos; ++i) {
-        if (text[i] == '>')
-            return i;
-        i = text.find(text[i], i + 1);
-        if (i == text.npos)
-            break;
-    }
-    return text.npos;
 }
 
 // Refuses what the parser would recurse into too deeply. Text that is not well-formed is left to the parser.
@@ -81,14 +93,13 @@ XmlDocument::XmlDocument(std::string_view text) {
     if (nul != nullptr) // the parser would take it for the end
         throw XmlSyntaxError("unexpected end of data", static_cast<size_t>(static_cast<const char*>(nul) - text.data()));
     checkDepth(text);
-    _copy.reserve(text.size() + 1);
-    _copy.assign(text.begin(), text.end());
-    _copy.push_back('\0');
+    _copy = std::make_unique_for_overwrite<char[]>(text.size() + 1);
+    *std::copy(text.begin(), text.end(), _copy.get()) = '\0';
     _document = std::make_unique<rapidxml::xml_document<char>>();
     try {
-        _document->parse<rapidxml::parse_full>(_copy.data());
+        _document->parse<rapidxml::parse_full>(_copy.get());
     } catch (const rapidxml::parse_error& error) {
-        throw XmlSyntaxError(error.what(), static_cast<size_t>(error.where<char>() - _copy.data()));
+        throw XmlSyntaxError(error.what(), static_cast<size_t>(error.where<char>() - _copy.get()));
     }
 }
 

@@ -3,7 +3,6 @@
 
 #include <memory>
 #include <string_view>
-#include <vector>
 
 #include "XmlElement.h"
 
@@ -18,10 +17,10 @@ public:
 
     /// The first top-level element of this name; null when there is none.
     RawNode* root(const char* name) const;
-    const char* text() const { return _copy.data(); }
+    const char* text() const { return _copy.get(); }
 
 private:
-    std::vector<char> _copy;
+    std::unique_ptr<char[]> _copy;
     std::unique_ptr<rapidxml::xml_document<char>> _document; // more than 64 KB: not for a worker's stack
 };
 

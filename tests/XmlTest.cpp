@@ -261,9 +261,10 @@ TEST(XmlDocument, ErrorsCarryTheirPlace) {
 TEST(XmlDocument, RefusesDeepNestingBehindMarkup) {
     std::string deep;
     for (int i = 0; i < 1000000; ++i) deep += "<a>";
-    for (const char* start : {"", "<?xml version=\"1.0\"?>", "<!-- \" > -->", "<!DOCTYPE x [ <!ELEMENT a> <!-- ]>",
-                              "<!DOCTYPE x [ <![CDATA[ ]]>", "<!DOCTYPE x [ <b c=' ]>", "<!DOCTYPEx [>",
-                              "<x y='>\"<!--'>", "<x>'", "<x><!OTHER <!-- >", "<x><![CDATA[ <!-- ]]>", "<?pi <!-- ?>"})
+    for (const char* start :
+         {"", "<?xml version=\"1.0\"?>", "<!-- \" > -->", "<!DOCTYPE x [ <!ELEMENT a> <!-- ]>",
+          "<!DOCTYPE x [ <![CDATA[ ]]>", "<!DOCTYPE x [ <b c=' ]>", "<!DOCTYPEx [>", "<?xMl a='?><!--' ?>",
+          "<x y='>\"<!--'>", "<x>'", "<x><!OTHER <!-- >", "<x><![CDATA[ <!-- ]]>", "<?pi <!-- ?>"})
         EXPECT_THROW(Compiled(start + deep), XmlSyntaxError) << start;
 }
 

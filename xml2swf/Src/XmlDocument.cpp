@@ -9,11 +9,9 @@ namespace {
 // Position of the ">" that ends a start tag, quoted values passed over.
 size_t endOfTag(std::string_view text, size_t at) {
     for (size_t i = at; (i = text.find_first_of("\"'>", i)) != text.npos; ++i) {
-        if (text[i] == '>')
-            return i;
+        if (text[i] == '>') return i;
         i = text.find(text[i], i + 1);
-        if (i == text.npos)
-            break;
+        if (i == text.npos) break;
     }
     return text.npos;
 }
@@ -35,8 +33,7 @@ size_t skipDoctype(std::string_view text, size_t at) {
 
 // "<?xml " in any case: the parser reads attributes in it, whose values may hold "?>".
 bool isDeclaration(std::string_view text) {
-    if (text.size() < 6 || !text.starts_with("<?") || std::strchr(" \t\r\n", text[5]) == nullptr)
-        return false;
+    if (text.size() < 6 || !text.starts_with("<?") || std::strchr(" \t\r\n", text[5]) == nullptr) return false;
     constexpr std::string_view name = "xml";
     return std::equal(name.begin(), name.end(), text.begin() + 2, [](char a, char b) { return a == (b | 0x20); });
 }
@@ -48,19 +45,15 @@ size_t skipSpecial(std::string_view text, size_t at) {
         return found == text.npos ? text.npos : found + end.size();
     };
     const std::string_view rest = text.substr(at, 9);
-    if (rest.starts_with("<!--"))
-        return after("-->", at + 4);
-    if (rest.starts_with("<![CDATA["))
-        return after("]]>", at + 9);
+    if (rest.starts_with("<!--")) return after("-->", at + 4);
+    if (rest.starts_with("<![CDATA[")) return after("]]>", at + 9);
     if (isDeclaration(rest)) {
         const size_t end = endOfTag(text, at);
         return end == text.npos ? end : end + 1;
     }
-    if (rest.starts_with("<?"))
-        return after("?>", at + 2);
+    if (rest.starts_with("<?")) return after("?>", at + 2);
     const char following = at + 9 < text.size() ? text[at + 9] : '\0';
-    if (rest == "<!DOCTYPE" && std::strchr(" \t\r\n", following) != nullptr)
-        return skipDoctype(text, at + 9);
+    if (rest == "<!DOCTYPE" && std::strchr(" \t\r\n", following) != nullptr) return skipDoctype(text, at + 9);
     return after(">", at + 2);
 }
 
@@ -70,19 +63,14 @@ public:
     explicit SpanCollector(std::vector<ElementSpan>* spans) : _spans(spans) {}
 
     void open(std::string_view text, size_t at, size_t tagEnd, bool closed) {
-        if (_spans == nullptr)
-            return;
+        if (_spans == nullptr) return;
         const bool isTag = !_parents.empty() && _parents.back().holdsTags;
-        if (isTag)
-            _spans->push_back({at, closed ? tagEnd + 1 : text.npos});
-        if (!closed)
-            _parents.push_back({holdsTags(text.substr(at + 1)), isTag, _spans->size() - 1});
+        if (isTag) _spans->push_back({at, closed ? tagEnd + 1 : text.npos});
+        if (!closed) _parents.push_back({holdsTags(text.substr(at + 1)), isTag, _spans->size() - 1});
     }
     void close(size_t tagEnd) {
-        if (_spans == nullptr || _parents.empty())
-            return;
-        if (_parents.back().isTag)
-            (*_spans)[_parents.back().span].end = tagEnd + 1;
+        if (_spans == nullptr || _parents.empty()) return;
+        if (_parents.back().isTag) (*_spans)[_parents.back().span].end = tagEnd + 1;
         _parents.pop_back();
     }
 
@@ -108,13 +96,11 @@ void scanElements(std::string_view text, std::vector<ElementSpan>* spans) {
         const char next = at + 1 < text.size() ? text[at + 1] : '\0';
         if (next == '!' || next == '?') {
             at = skipSpecial(text, at);
-            if (at == text.npos)
-                return;
+            if (at == text.npos) return;
             continue;
         }
         const size_t end = endOfTag(text, at + 1);
-        if (end == text.npos)
-            return;
+        if (end == text.npos) return;
         if (next == '/') {
             depth -= depth != 0;
             collector.close(end);
@@ -133,7 +119,8 @@ void scanElements(std::string_view text, std::vector<ElementSpan>* spans) {
 XmlDocument::XmlDocument(std::string_view text, std::vector<ElementSpan>* spans) {
     const void* nul = text.empty() ? nullptr : std::memchr(text.data(), 0, text.size());
     if (nul != nullptr) // the parser would take it for the end
-        throw XmlSyntaxError("unexpected end of data", static_cast<size_t>(static_cast<const char*>(nul) - text.data()));
+        throw XmlSyntaxError("unexpected end of data",
+                             static_cast<size_t>(static_cast<const char*>(nul) - text.data()));
     scanElements(text, spans);
     _copy = std::make_unique_for_overwrite<char[]>(text.size() + 1);
     *std::copy(text.begin(), text.end(), _copy.get()) = '\0';

@@ -11,17 +11,12 @@ namespace xml2swf {
 using libswf::SwfWarning;
 
 void XmlReadContext::warn(SwfWarning::Kind kind, std::string_view element, size_t offset, std::string reason) {
-    if (warnings == nullptr)
-        return;
+    if (warnings == nullptr) return;
     SwfWarning warning;
     warning.kind = kind;
     warning.tagName = element;
-    for (uint32_t index : tagPath)
-        warning.path += (warning.path.empty() ? "" : ".") + std::to_string(index);
-    XmlPlace place;
-    place.offset = offset;
-    if (warnings->total() < libswf::SwfWarnings::limit)
-        place.locate(original);
+    for (uint32_t index : tagPath) warning.path += (warning.path.empty() ? "" : ".") + std::to_string(index);
+    const XmlPlace place = warnings->total() < libswf::SwfWarnings::limit ? places.at(offset) : XmlPlace();
     warning.offset = offset;
     warning.row = place.row;
     warning.column = place.column;
@@ -31,8 +26,7 @@ void XmlReadContext::warn(SwfWarning::Kind kind, std::string_view element, size_
 
 std::string_view findName(XmlNames names, uint32_t value) {
     for (const XmlName& entry : names) {
-        if (entry.value == value)
-            return entry.name;
+        if (entry.value == value) return entry.name;
     }
     return {};
 }
@@ -46,8 +40,7 @@ std::string_view nameOf(XmlNames names, uint32_t value, const char* field) {
 }
 
 static RawNode* elementFrom(RawNode* node) {
-    while (node != nullptr && node->type() != rapidxml::node_element)
-        node = node->next_sibling();
+    while (node != nullptr && node->type() != rapidxml::node_element) node = node->next_sibling();
     return node;
 }
 
@@ -60,16 +53,14 @@ XmlElement::XmlElement(XmlReadContext& context, RawNode* node)
 XmlElement::XmlElement(XmlElement&& other) noexcept = default;
 
 XmlElement::~XmlElement() {
-    if (_context->warnings != nullptr && std::uncaught_exceptions() == _exceptions)
-        warnOfUnread();
+    if (_context->warnings != nullptr && std::uncaught_exceptions() == _exceptions) warnOfUnread();
 }
 
 size_t XmlElement::offset() const { return static_cast<size_t>(_node->name() - _context->text); }
 
 const RawAttribute* XmlElement::find(std::string_view name) {
     auto take = [&](const RawAttribute* attribute, uint32_t index) {
-        if (index < 64)
-            _usedAttributes |= uint64_t(1) << index;
+        if (index < 64) _usedAttributes |= uint64_t(1) << index;
         _next = attribute->next_attribute();
         _nextIndex = index + 1;
         return attribute;
@@ -78,36 +69,31 @@ const RawAttribute* XmlElement::find(std::string_view name) {
     // once per name, so looking on from the last hit finds the first.
     uint32_t index = _nextIndex;
     for (const RawAttribute* a = _next; a != nullptr; a = a->next_attribute(), ++index) {
-        if (nameOf(*a) == name)
-            return take(a, index);
+        if (nameOf(*a) == name) return take(a, index);
     }
     index = 0;
     for (const RawAttribute* a = _node->first_attribute(); a != _next; a = a->next_attribute(), ++index) {
-        if (nameOf(*a) == name)
-            return take(a, index);
+        if (nameOf(*a) == name) return take(a, index);
     }
     return nullptr;
 }
 
 bool XmlElement::has(std::string_view name) {
     for (const RawAttribute* a = _node->first_attribute(); a != nullptr; a = a->next_attribute()) {
-        if (nameOf(*a) == name)
-            return true;
+        if (nameOf(*a) == name) return true;
     }
     return false;
 }
 
 std::optional<std::string_view> XmlElement::attribute(std::string_view name) {
     const RawAttribute* found = find(name);
-    if (found == nullptr)
-        return {};
+    if (found == nullptr) return {};
     return valueOf(*found);
 }
 
 std::optional<std::string_view> XmlElement::firstAttribute() {
     const RawAttribute* first = _node->first_attribute();
-    if (first == nullptr)
-        return {};
+    if (first == nullptr) return {};
     _usedAttributes |= 1;
     return valueOf(*first);
 }
@@ -118,11 +104,9 @@ void XmlElement::badValue(std::string_view attribute, std::string_view value) co
 
 int64_t XmlElement::ranged(std::string_view name, int64_t low, int64_t high) {
     const auto text = attribute(name);
-    if (!text)
-        return 0;
+    if (!text) return 0;
     const auto value = parseInteger(*text);
-    if (!value || *value < low || *value > high)
-        badValue(name, *text);
+    if (!value || *value < low || *value > high) badValue(name, *text);
     return *value;
 }
 
@@ -134,32 +118,28 @@ bool XmlElement::boolean(std::string_view name) {
 float XmlElement::real(std::string_view name) {
     const auto text = attribute(name);
     const auto value = text ? parseFloat(*text) : 0.0f;
-    if (!value)
-        badValue(name, *text);
+    if (!value) badValue(name, *text);
     return *value;
 }
 
 double XmlElement::realDouble(std::string_view name) {
     const auto text = attribute(name);
     const auto value = text ? parseDouble(*text) : 0.0;
-    if (!value)
-        badValue(name, *text);
+    if (!value) badValue(name, *text);
     return *value;
 }
 
 libswf::SwfColor XmlElement::color(std::string_view name) {
     const auto text = attribute(name);
     const auto value = text ? parseHex(*text) : 0u;
-    if (!value)
-        badValue(name, *text);
+    if (!value) badValue(name, *text);
     return libswf::SwfColor::fromPacked(*value);
 }
 
 uint32_t XmlElement::named(std::string_view name, XmlNames names, uint32_t otherwise) {
     const std::string_view text = attribute(name).value_or("");
     for (const XmlName& entry : names) {
-        if (entry.name == text)
-            return entry.value;
+        if (entry.name == text) return entry.value;
     }
     return otherwise;
 }
@@ -183,10 +163,8 @@ std::optional<XmlElement> XmlElement::child(std::string_view name) {
 
 std::optional<XmlElement> XmlElement::childAt(uint32_t index) {
     RawNode* node = elementFrom(_node->first_node());
-    for (; node != nullptr && index != 0; --index)
-        node = elementFrom(node->next_sibling());
-    if (node == nullptr)
-        return {};
+    for (; node != nullptr && index != 0; --index) node = elementFrom(node->next_sibling());
+    if (node == nullptr) return {};
     use(node);
     return std::optional<XmlElement>(std::in_place, *_context, node);
 }
@@ -221,11 +199,9 @@ void XmlElement::warnOfUnread() {
             _context->warn(SwfWarning::Kind::skipped, name(), static_cast<size_t>(a->name() - _context->text),
                            "the attribute " + std::string(nameOf(*a)) + " is not known here");
     }
-    if (_allChildren)
-        return;
+    if (_allChildren) return;
     for (RawNode* node = elementFrom(_node->first_node()); node != nullptr; node = elementFrom(node->next_sibling())) {
-        if (std::find(_used, _used + _usedCount, node) == _used + _usedCount)
-            XmlElement(*_context, node).skip();
+        if (std::find(_used, _used + _usedCount, node) == _used + _usedCount) XmlElement(*_context, node).skip();
     }
 }
 
@@ -258,7 +234,8 @@ libswf::SwfBytes XmlElement::base64() {
         return libswf::SwfBytes::adopt(decodeBase64(text));
     } catch (Base64Error& error) {
         const bool inPlace = joined.empty() && !text.empty();
-        error.place.offset = inPlace ? static_cast<size_t>(text.data() - _context->text) + error.place.offset : offset();
+        error.place.offset =
+            inPlace ? static_cast<size_t>(text.data() - _context->text) + error.place.offset : offset();
         throw;
     }
 }

@@ -24,7 +24,7 @@ class TagKeeper;
 /// What the readers of one document share.
 struct XmlReadContext {
     const char* text = nullptr;              ///< start of the parsed copy, to tell offsets
-    std::string_view original;               ///< the text as given, to tell rows and columns
+    XmlPlaces places;                        ///< of the text as given, to tell rows and columns
     libswf::SwfWarnings* warnings = nullptr; ///< may be null
     std::vector<uint32_t> tagPath;           ///< indices of the tag being read
     uint16_t spriteDepth = 0;
@@ -66,7 +66,8 @@ public:
     /// The value of the first attribute, whatever its name.
     std::optional<std::string_view> firstAttribute();
     libswf::SwfString string(std::string_view name) { return libswf::SwfString(attribute(name).value_or("")); }
-    template <std::integral Int> Int integer(std::string_view name) {
+    template <std::integral Int>
+    Int integer(std::string_view name) {
         return static_cast<Int>(ranged(name, std::numeric_limits<Int>::min(), std::numeric_limits<Int>::max()));
     }
     uint8_t ui8(std::string_view name) { return integer<uint8_t>(name); }
@@ -144,10 +145,10 @@ private:
 };
 
 /// A child element read by readXml(XmlElement&, T&). False when it is missing.
-template <class T> bool readChild(XmlElement& parent, std::string_view name, T& value) {
+template <class T>
+bool readChild(XmlElement& parent, std::string_view name, T& value) {
     auto child = parent.child(name);
-    if (child)
-        readXml(*child, value);
+    if (child) readXml(*child, value);
     return child.has_value();
 }
 

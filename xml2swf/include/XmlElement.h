@@ -25,6 +25,7 @@ class TagKeeper;
 /// What the readers of one document share.
 struct XmlReadContext {
     XmlDocument* document = nullptr;
+    XmlPlaces places;                        ///< of the document's text
     libswf::SwfWarnings* warnings = nullptr; ///< may be null
     std::vector<uint32_t> tagPath;           ///< indices of the tag being read
     uint16_t spriteDepth = 0;

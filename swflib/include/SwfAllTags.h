@@ -3,3 +3,5 @@
 
 #include "SwfTag.h"
 #include "SwfTagDefineSprite.h"
+#include "SwfTagsAssets.h"
+#include "SwfTagsControl.h"

@@ -3,4 +3,5 @@
 
 #include "SwfTag.h"
 #include "SwfTagDefineSprite.h"
+#include "SwfTagDoAction.h"
 #include "SwfTagsControl.h"

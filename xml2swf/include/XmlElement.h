@@ -26,6 +26,7 @@ struct XmlReadContext {
     libswf::SwfWarnings* warnings = nullptr; ///< may be null
     std::vector<uint32_t> tagPath;           ///< indices of the tag being read
     uint16_t spriteDepth = 0;
+    uint16_t actionDepth = 0;
 
     void warn(libswf::SwfWarning::Kind kind, std::string_view element, size_t offset, std::string reason);
 };

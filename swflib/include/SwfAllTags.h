@@ -4,4 +4,5 @@
 #include "SwfTag.h"
 #include "SwfTagDefineSprite.h"
 #include "SwfTagDoAction.h"
+#include "SwfTagsAssets.h"
 #include "SwfTagsControl.h"

@@ -3,5 +3,6 @@
 
 #include "SwfTag.h"
 #include "SwfTagDefineSprite.h"
+#include "SwfTagDoAction.h"
 #include "SwfTagsAssets.h"
 #include "SwfTagsControl.h"

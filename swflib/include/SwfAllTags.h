@@ -2,5 +2,7 @@
 #pragma once
 
 #include "SwfTag.h"
+#include "SwfTagDefineMorphShape.h"
+#include "SwfTagDefineShape.h"
 #include "SwfTagDefineSprite.h"
 #include "SwfTagsControl.h"

@@ -5,4 +5,5 @@
 #include "SwfTagDefineMorphShape.h"
 #include "SwfTagDefineShape.h"
 #include "SwfTagDefineSprite.h"
+#include "SwfTagsAssets.h"
 #include "SwfTagsControl.h"

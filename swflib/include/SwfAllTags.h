@@ -2,6 +2,8 @@
 #pragma once
 
 #include "SwfTag.h"
+#include "SwfTagDefineMorphShape.h"
+#include "SwfTagDefineShape.h"
 #include "SwfTagDefineSprite.h"
 #include "SwfTagDoAction.h"
 #include "SwfTagsAssets.h"

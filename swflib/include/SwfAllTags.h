@@ -2,5 +2,9 @@
 #pragma once
 
 #include "SwfTag.h"
+#include "SwfTagDefineEditText.h"
+#include "SwfTagDefineFont.h"
+#include "SwfTagDefineFontInfo.h"
 #include "SwfTagDefineSprite.h"
+#include "SwfTagDefineText.h"
 #include "SwfTagsControl.h"

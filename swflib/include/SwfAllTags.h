@@ -7,4 +7,5 @@
 #include "SwfTagDefineFontInfo.h"
 #include "SwfTagDefineSprite.h"
 #include "SwfTagDefineText.h"
+#include "SwfTagsAssets.h"
 #include "SwfTagsControl.h"

@@ -23,7 +23,7 @@ uint32_t glyphCountOf(SwfIStream& stream, uint16_t fontId) {
     const auto* font = tags == nullptr ? nullptr : dynamic_cast<const SwfGlyphFont*>(tags->definition(fontId));
     if (font == nullptr)
         stream.fail("FontId", "no font of this id with glyphs of its own stands before the tag");
-    return font->glyphs.size();
+    return font->glyphs.count();
 }
 
 void readZoneRecord(SwfIStream& stream, SwfZoneRecord& record) {

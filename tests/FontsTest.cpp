@@ -27,7 +27,8 @@ std::vector<uint8_t> bodyOf(SwfTag& tag, uint8_t version, SwfWarnings* warnings 
     return {stream.begin() + tag.headerSize(), stream.end()};
 }
 
-template <class Tag> Tag readBody(const std::vector<uint8_t>& body, uint8_t version) {
+template <class Tag>
+Tag readBody(const std::vector<uint8_t>& body, uint8_t version) {
     SwfIStream stream(body.data(), body.size());
     stream.context.version = version;
     stream.setBodyEnd(body.size());
@@ -46,8 +47,7 @@ uint32_t writeErrorOf(SwfTag& tag) {
 // A glyph of `lines` vertical lines of 10 bits each.
 void addGlyph(SwfShapes& glyphs, uint32_t lines) {
     SwfShapeRecords& glyph = glyphs.add();
-    for (uint32_t i = 0; i < lines; ++i)
-        glyph.addLine(0, 1);
+    for (uint32_t i = 0; i < lines; ++i) glyph.addLine(0, 1);
 }
 
 // A DefineFont2 whose glyphs all lie in the same bytes: 4 × fours vertical lines.
@@ -55,16 +55,13 @@ std::vector<uint8_t> overlappingFont(uint16_t glyphs, uint32_t fours) {
     const uint32_t tables = (glyphs + 1u) * 4, glyphSize = 2 + 5 * fours;
     std::vector<uint8_t> body = {1, 0, 0x08, 0, 0};
     auto append = [&](uint32_t value, uint32_t bytes) {
-        for (; bytes != 0; --bytes, value >>= 8)
-            body.push_back(static_cast<uint8_t>(value));
+        for (; bytes != 0; --bytes, value >>= 8) body.push_back(static_cast<uint8_t>(value));
     };
     append(glyphs, 2);
-    for (uint32_t i = 0; i < glyphs; ++i)
-        append(tables, 4);
+    for (uint32_t i = 0; i < glyphs; ++i) append(tables, 4);
     append(tables + glyphSize, 4);
     body.push_back(0x10);
-    for (uint32_t i = 0; i < fours; ++i)
-        body.insert(body.end(), {0xC1, 0x70, 0x5C, 0x17, 0x05});
+    for (uint32_t i = 0; i < fours; ++i) body.insert(body.end(), {0xC1, 0x70, 0x5C, 0x17, 0x05});
     body.resize(body.size() + 1 + glyphs); // the end record, the codes
     return body;
 }
@@ -75,8 +72,7 @@ TEST(Fonts, OffsetsGrowWithTheGlyphs) {
         SwfTagDefineFont2 font;
         addGlyph(font.glyphs, lines);
         addGlyph(font.glyphs, 1);
-        for (uint16_t code : {65, 66})
-            font.codes.append(code);
+        for (uint16_t code : {65, 66}) font.codes.append(code);
         const std::vector<uint8_t> body = bodyOf(font, 8);
         const auto read = readBody<SwfTagDefineFont2>(body, 8);
         EXPECT_EQ(read.wideOffsets, wide);
@@ -108,8 +104,7 @@ TEST(Fonts, GlyphsMayShareBytesUpToALimit) {
 
 TEST(Fonts, CountsAboveTheirFieldsAreRefused) {
     SwfTagDefineFont2 glyphs;
-    for (uint32_t i = 0; i <= UINT16_MAX; ++i)
-        glyphs.glyphs.add();
+    for (uint32_t i = 0; i <= UINT16_MAX; ++i) glyphs.glyphs.add();
     EXPECT_EQ(writeErrorOf(glyphs), SwfError::doesNotFit);
 
     SwfTagDefineFont3 kerning;

@@ -1,10 +1,12 @@
-// What several font tags have in common: names with a length byte and code tables.
+// What several font tags have in common: flags, names with a length byte and code tables.
 #pragma once
 
 #include "SwfStream.h"
 #include "SwfStructs.h"
 
 namespace libswf {
+
+constexpr uint8_t bitIf(bool flag, uint8_t bit) { return flag ? bit : 0; }
 
 /// A name behind its length byte. NULs at its end, which authoring tools put there, are dropped with a warning.
 void readFontName(SwfIStream& stream, SwfString& name);

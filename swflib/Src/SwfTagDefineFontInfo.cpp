@@ -10,19 +10,23 @@ namespace libswf {
 namespace {
 
 // Flags of DefineFontInfo and DefineFontInfo2.
-enum InfoFlag : uint8_t { wideBit = 0x01, boldBit = 0x02, italicBit = 0x04, ansiBit = 0x08, shiftJisBit = 0x10, smallBit = 0x20 };
+enum InfoFlag : uint8_t {
+    wideBit = 0x01,
+    boldBit = 0x02,
+    italicBit = 0x04,
+    ansiBit = 0x08,
+    shiftJisBit = 0x10,
+    smallBit = 0x20
+};
 constexpr uint8_t infoReserved = 0xC0;
 
 // Flags of DefineFont4.
 constexpr uint8_t font4Bold = 0x01, font4Italic = 0x02, font4Data = 0x04, font4Reserved = 0xF8;
 
-uint8_t bitIf(bool flag, uint8_t bit) { return flag ? bit : 0; }
-
 uint32_t glyphCountOf(SwfIStream& stream, uint16_t fontId) {
     const SwfTags* tags = stream.context.tags;
     const auto* font = tags == nullptr ? nullptr : dynamic_cast<const SwfGlyphFont*>(tags->definition(fontId));
-    if (font == nullptr)
-        stream.fail("FontId", "no font of this id with glyphs of its own stands before the tag");
+    if (font == nullptr) stream.fail("FontId", "no font of this id with glyphs of its own stands before the tag");
     return font->glyphs.count();
 }
 
@@ -50,8 +54,7 @@ SwfTagDefineFontInfo::SwfTagDefineFontInfo(SwfIStream& stream) : SwfTagDefineFon
     italic = flags & italicBit;
     bold = flags & boldBit;
     wideCodes = flags & wideBit;
-    if (flags & infoReserved)
-        stream.markInexact("reserved flags are set");
+    if (flags & infoReserved) stream.markInexact("reserved flags are set");
     readCodes(stream, stream.bodyLeft() / (wideCodes ? 2 : 1), wideCodes, codes);
 }
 
@@ -104,8 +107,7 @@ SwfTagDefineFontAlignZones::SwfTagDefineFontAlignZones(SwfIStream& stream) : Swf
     fontId = stream.readUI16("FontId");
     const uint32_t count = glyphCountOf(stream, fontId);
     flags = stream.readUI8("Flags");
-    if (flags & reservedBits)
-        stream.markInexact("reserved flags are set");
+    if (flags & reservedBits) stream.markInexact("reserved flags are set");
     for (uint32_t i = 0; i < count; ++i) {
         if (stream.position() >= stream.limit())
             stream.fail("ZoneTable", "the body ends before the zones of the font's last glyph");
@@ -134,19 +136,16 @@ SwfTagDefineFont4::SwfTagDefineFont4(SwfIStream& stream) : SwfTagDefineFont4() {
     hasFontData = flags & font4Data;
     italic = flags & font4Italic;
     bold = flags & font4Bold;
-    if (flags & font4Reserved)
-        stream.markInexact("reserved flags are set");
+    if (flags & font4Reserved) stream.markInexact("reserved flags are set");
     stream.readString(fontName, "FontName");
-    if (hasFontData)
-        fontData = stream.readRest("FontData");
+    if (hasFontData) fontData = stream.readRest("FontData");
 }
 
 void SwfTagDefineFont4::writeBody(SwfOStream& stream) {
     stream.writeUI16(characterId);
     stream.writeUI8(bitIf(hasFontData, font4Data) | bitIf(italic, font4Italic) | bitIf(bold, font4Bold));
     fontName.write(stream, true);
-    if (hasFontData)
-        stream.writeBytes(fontData.span());
+    if (hasFontData) stream.writeBytes(fontData.span());
 }
 
 } // namespace libswf

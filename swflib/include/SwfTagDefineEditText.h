@@ -17,14 +17,14 @@ public:
     bool password = false, multiline = false, wordWrap = false, hasText = false;
     bool useOutlines = false, html = false, wasStatic = false, border = false;
     bool noSelect = false, hasLayout = false, autoSize = false, hasFontClass = false;
-    uint16_t fontId = 0;                                ///< with hasFont
-    SwfString fontClass;                                ///< with hasFontClass
-    uint16_t fontHeight = 0;                            ///< twips, with hasFont
-    SwfColor color;                                     ///< RGBA, with hasTextColor
-    uint16_t maxLength = 0;                             ///< characters, with hasMaxLength
-    uint8_t align = 0;                                  ///< 0 left, 1 right, 2 center, 3 justify; these five with hasLayout
+    uint16_t fontId = 0;     ///< with hasFont
+    SwfString fontClass;     ///< with hasFontClass
+    uint16_t fontHeight = 0; ///< twips, with hasFont
+    SwfColor color;          ///< RGBA, with hasTextColor
+    uint16_t maxLength = 0;  ///< characters, with hasMaxLength
+    uint8_t align = 0;       ///< 0 left, 1 right, 2 center, 3 justify; these five with hasLayout
     uint16_t leftMargin = 0, rightMargin = 0, indent = 0; ///< twips
-    int16_t leading = 0;                                ///< twips
+    int16_t leading = 0;                                  ///< twips
     SwfString varName;
     SwfString initialText; ///< with hasText
 

@@ -6,9 +6,9 @@
 
 namespace libswf {
 
-/// A font that holds its glyphs. Glyphs are found through offsets, which are trusted on reading as long as they lie inside
-/// the body and the glyphs together take no more than 16 times its length (code 3 otherwise): glyphs may share bytes, but
-/// a few bytes cannot grow without bound. On writing each glyph has bytes of its own.
+/// A font that holds its glyphs. Glyphs are found through offsets, which are trusted on reading as long as they lie
+/// inside the body and the glyphs together take no more than 16 times its length (code 3 otherwise): glyphs may share
+/// bytes, but a few bytes cannot grow without bound. On writing each glyph has bytes of its own.
 class SwfGlyphFont : public SwfDefinitionTag {
 public:
     SwfShapes glyphs;
@@ -20,8 +20,8 @@ protected:
     using SwfDefinitionTag::SwfDefinitionTag;
 };
 
-/// DefineFont (10). Offsets are kept to 16 bits: glyphs of more than 65,535 bytes give a font that cannot be read, with a
-/// warning on writing. A body without an offset table is a font without glyphs.
+/// DefineFont (10). Offsets are kept to 16 bits: glyphs of more than 65,535 bytes give a font that cannot be read, with
+/// a warning on writing. A body without an offset table is a font without glyphs.
 class SwfTagDefineFont : public SwfGlyphFont {
 public:
     SwfTagDefineFont() : SwfGlyphFont(10) {}

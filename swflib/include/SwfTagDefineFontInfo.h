@@ -5,17 +5,15 @@
 
 namespace libswf {
 
-using SwfFontCodes = SwfVector<uint16_t>;
-
-/// DefineFontInfo (13): name and character codes of a DefineFont. The width of the codes follows the codes, so that wide
-/// codes below 256 are written as bytes. The codes read are all that the body holds.
+/// DefineFontInfo (13): name and character codes of a DefineFont. The width of the codes follows the codes, so that
+/// wide codes below 256 are written as bytes. The codes read are all that the body holds.
 class SwfTagDefineFontInfo : public SwfTag {
 public:
     uint16_t fontId = 0;
     SwfString fontName; ///< at most 255 bytes (code 2 on write); NULs at its end are dropped on reading
     bool smallText = false, shiftJis = false, ansi = false, italic = false, bold = false;
     bool wideCodes = false; ///< as read; recomputed by prepare()
-    SwfFontCodes codes;
+    SwfVector<uint16_t> codes;
 
     SwfTagDefineFontInfo() : SwfTag(13) {}
     explicit SwfTagDefineFontInfo(SwfIStream& stream);
@@ -33,7 +31,7 @@ public:
     SwfString fontName; ///< as in DefineFontInfo
     bool smallText = false, italic = false, bold = false;
     uint8_t languageCode = 0;
-    SwfFontCodes codes;
+    SwfVector<uint16_t> codes;
 
     SwfTagDefineFontInfo2() : SwfTag(62) {}
     explicit SwfTagDefineFontInfo2(SwfIStream& stream);
@@ -62,8 +60,8 @@ struct SwfZoneData {
     uint16_t range = 0;
 };
 
-/// The alignment zones of one glyph. ZoneMaskX is bit 6 and ZoneMaskY bit 7 of the mask here, where the published format
-/// has bits 0 and 1: masks from authoring tools are found in the reserved bits.
+/// The alignment zones of one glyph. ZoneMaskX is bit 6 and ZoneMaskY bit 7 of the mask here, where the published
+/// format has bits 0 and 1: masks from authoring tools are found in the reserved bits.
 class SwfZoneRecord {
 public:
     SwfVector<SwfZoneData> zones; ///< at most 255 (code 2 on write)
@@ -73,8 +71,8 @@ public:
 };
 
 /// DefineFontAlignZones (73). Reading takes one record per glyph of the font, which must stand earlier in the movie as
-/// DefineFont, DefineFont2 or DefineFont3 (code 3 otherwise). Bits 0-5 of the flags are written back but have no place in
-/// XML; with keepRaw a tag that has them set is kept as bytes.
+/// DefineFont, DefineFont2 or DefineFont3 (code 3 otherwise). Bits 0-5 of the flags are written back but have no place
+/// in XML; with keepRaw a tag that has them set is kept as bytes.
 class SwfTagDefineFontAlignZones : public SwfTag {
 public:
     uint16_t fontId = 0;

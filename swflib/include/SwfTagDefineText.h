@@ -19,11 +19,11 @@ public:
     static constexpr uint8_t reservedBits = 0x70;
 
     uint8_t flags = 0;
-    uint16_t fontId = 0;               ///< in the file with fontBit
-    SwfColor color;                    ///< with colorBit
-    int16_t xOffset = 0, yOffset = 0;  ///< twips, with their bits
-    uint16_t height = 0;               ///< twips, with fontBit
-    SwfVector<SwfGlyphEntry> glyphs;   ///< at most 255: more throw SwfException code 2 on write
+    uint16_t fontId = 0;              ///< in the file with fontBit
+    SwfColor color;                   ///< with colorBit
+    int16_t xOffset = 0, yOffset = 0; ///< twips, with their bits
+    uint16_t height = 0;              ///< twips, with fontBit
+    SwfVector<SwfGlyphEntry> glyphs;  ///< at most 255: more throw SwfException code 2 on write
 
     SwfTextRecord() = default;
     explicit SwfTextRecord(SwfIStream& stream);
@@ -32,9 +32,9 @@ public:
 
 using SwfTextRecords = SwfVector<SwfTextRecord>;
 
-/// DefineText (11). The widths of glyph indices and advances are recomputed on every write; an advance takes the bits of
-/// its absolute value and one for the sign. Entries of no width may not number more than 16 per byte of the body (code 3
-/// on reading), so that a few bytes cannot grow without bound.
+/// DefineText (11). The widths of glyph indices and advances are recomputed on every write; an advance takes the bits
+/// of its absolute value and one for the sign. Entries of no width may not number more than 16 per byte of the body
+/// (code 3 on reading), so that a few bytes cannot grow without bound.
 class SwfTagDefineText : public SwfDefinitionTag {
 public:
     SwfRect bounds;
@@ -60,8 +60,8 @@ public:
     explicit SwfTagDefineText2(SwfIStream& stream) : SwfTagDefineText2() { read(stream); }
 };
 
-/// CSMTextSettings (74): how a text is smoothed. Reserved bits are written back but have no place in XML; with keepRaw a
-/// tag that has them set is kept as bytes.
+/// CSMTextSettings (74): how a text is smoothed. Reserved bits are written back but have no place in XML; with keepRaw
+/// a tag that has them set is kept as bytes.
 class SwfTagCSMTextSettings : public SwfTag {
 public:
     uint16_t textId = 0;

@@ -29,7 +29,7 @@ void readGlyphs(XmlElement& table, SwfShapes& glyphs) {
 
 struct FontFlag {
     const char* name;
-    bool SwfTagDefineFont2::* flag;
+    bool SwfTagDefineFont2::*flag;
 };
 constexpr FontFlag fontFlags[] = {
     {"Bold", &SwfTagDefineFont2::bold},           {"Italic", &SwfTagDefineFont2::italic},
@@ -41,11 +41,9 @@ void writeLayout(XmlNode& node, const SwfTagDefineFont2& tag) {
     writeCodeTable(node, "AdvanceTable", tag.advances);
     {
         XmlNode table(node, "BoundsTable");
-        for (const SwfRect& rect : tag.bounds)
-            writeChild(table, "Bound", rect);
+        for (const SwfRect& rect : tag.bounds) writeChild(table, "Bound", rect);
     }
-    if (tag.kerning.empty())
-        return;
+    if (tag.kerning.empty()) return;
     XmlNode table(node, "KerningTable");
     for (const SwfKerningRecord& record : tag.kerning) {
         XmlNode child(table, "KerningRecord");
@@ -56,8 +54,7 @@ void writeLayout(XmlNode& node, const SwfTagDefineFont2& tag) {
 }
 
 void readBounds(XmlElement& table, SwfRects& bounds) {
-    for (XmlElement child : table.children())
-        readXml(child, bounds.append({}));
+    for (XmlElement child : table.children()) readXml(child, bounds.append({}));
 }
 
 void readKerning(XmlElement& table, SwfKerningRecords& kerning) {
@@ -84,8 +81,7 @@ void writeXml(XmlNode& node, const SwfTagDefineFont& tag) {
 // The first child is the glyph table, whatever its name.
 void readXml(XmlElement& element, SwfTagDefineFont& tag) {
     tag.characterId = element.ui16("FontId");
-    if (auto table = element.childAt(0))
-        readGlyphs(*table, tag.glyphs);
+    if (auto table = element.childAt(0)) readGlyphs(*table, tag.glyphs);
 }
 
 void writeXml(XmlNode& node, const SwfTagDefineFont2& tag) {
@@ -99,13 +95,11 @@ void writeXml(XmlNode& node, const SwfTagDefineFont2& tag) {
     }
     {
         XmlNode bits(node, "BitsField");
-        for (const FontFlag& entry : fontFlags)
-            bits.attribute(entry.name, tag.*entry.flag);
+        for (const FontFlag& entry : fontFlags) bits.attribute(entry.name, tag.*entry.flag);
     }
     writeGlyphs(node, "Glyphs", tag.glyphs);
     writeCodeTable(node, "CodesTable", tag.codes);
-    if (tag.hasLayout)
-        writeLayout(node, tag);
+    if (tag.hasLayout) writeLayout(node, tag);
 }
 
 void readXml(XmlElement& element, SwfTagDefineFont2& tag) {
@@ -117,8 +111,7 @@ void readXml(XmlElement& element, SwfTagDefineFont2& tag) {
     tag.leading = element.si16("Leading");
     for (XmlElement child : element.children()) {
         if (child.is("BitsField")) {
-            for (const FontFlag& entry : fontFlags)
-                tag.*entry.flag = child.boolean(entry.name);
+            for (const FontFlag& entry : fontFlags) tag.*entry.flag = child.boolean(entry.name);
         } else if (child.is("Glyphs")) {
             readGlyphs(child, tag.glyphs);
         } else if (child.is("CodesTable")) {
@@ -135,7 +128,9 @@ void readXml(XmlElement& element, SwfTagDefineFont2& tag) {
     }
 }
 
-void writeXml(XmlNode& node, const SwfTagDefineFont3& tag) { writeXml(node, static_cast<const SwfTagDefineFont2&>(tag)); }
+void writeXml(XmlNode& node, const SwfTagDefineFont3& tag) {
+    writeXml(node, static_cast<const SwfTagDefineFont2&>(tag));
+}
 
 void readXml(XmlElement& element, SwfTagDefineFont3& tag) { readXml(element, static_cast<SwfTagDefineFont2&>(tag)); }
 

@@ -7,12 +7,9 @@ namespace xml2swf {
 using namespace libswf;
 
 static void writeXml(XmlNode& node, const SwfTextRecord& record) {
-    if (record.flags & SwfTextRecord::xOffsetBit)
-        node.attribute("XOffset", record.xOffset);
-    if (record.flags & SwfTextRecord::yOffsetBit)
-        node.attribute("YOffset", record.yOffset);
-    if (record.flags & SwfTextRecord::colorBit)
-        node.attribute("Color", record.color);
+    if (record.flags & SwfTextRecord::xOffsetBit) node.attribute("XOffset", record.xOffset);
+    if (record.flags & SwfTextRecord::yOffsetBit) node.attribute("YOffset", record.yOffset);
+    if (record.flags & SwfTextRecord::colorBit) node.attribute("Color", record.color);
     if (record.flags & SwfTextRecord::fontBit) {
         node.attribute("FontId", record.fontId);
         node.attribute("Height", record.height);
@@ -29,8 +26,7 @@ static void writeXml(XmlNode& node, const SwfTextRecord& record) {
 // The presence of an attribute sets its flag.
 static void readXml(XmlElement& element, SwfTextRecord& record) {
     auto present = [&](const char* name, uint8_t bit) {
-        if (element.has(name))
-            record.flags |= bit;
+        if (element.has(name)) record.flags |= bit;
     };
     present("XOffset", SwfTextRecord::xOffsetBit);
     present("YOffset", SwfTextRecord::yOffsetBit);
@@ -42,11 +38,9 @@ static void readXml(XmlElement& element, SwfTextRecord& record) {
     record.color = element.color("Color");
     record.fontId = element.ui16("FontId");
     record.height = element.ui16("Height");
-    if (element.boolean("Type"))
-        record.flags |= SwfTextRecord::typeBit;
+    if (element.boolean("Type")) record.flags |= SwfTextRecord::typeBit;
     auto entries = element.child("GlyphEntries");
-    if (!entries)
-        return;
+    if (!entries) return;
     for (XmlElement child : entries->children()) {
         if (!child.is("GlyphEntry")) {
             child.skip();
@@ -64,8 +58,7 @@ void writeXml(XmlNode& node, const SwfTagDefineText& tag) {
     writeChild(node, "Bounds", tag.bounds);
     writeChild(node, "Matrix", tag.matrix);
     XmlNode records(node, "TextRecords");
-    for (const SwfTextRecord& record : tag.records)
-        writeChild(records, "TextRecord", record);
+    for (const SwfTextRecord& record : tag.records) writeChild(records, "TextRecord", record);
 }
 
 void readXml(XmlElement& element, SwfTagDefineText& tag) {
@@ -73,8 +66,7 @@ void readXml(XmlElement& element, SwfTagDefineText& tag) {
     readChild(element, "Bounds", tag.bounds);
     readChild(element, "Matrix", tag.matrix);
     auto records = element.child("TextRecords");
-    if (!records)
-        return;
+    if (!records) return;
     for (XmlElement child : records->children()) {
         if (!child.is("TextRecord")) {
             child.skip();
@@ -116,14 +108,14 @@ static constexpr XmlName alignNames[] = {{"Left", 0}, {"Right", 1}, {"Center", 2
 // The flags that BitsField shows, in its order.
 struct EditTextFlag {
     const char* name;
-    bool SwfTagDefineEditText::* flag;
+    bool SwfTagDefineEditText::*flag;
 };
 static constexpr EditTextFlag editTextFlags[] = {
-    {"AutoSize", &SwfTagDefineEditText::autoSize},   {"ReadOnly", &SwfTagDefineEditText::readOnly},
-    {"Password", &SwfTagDefineEditText::password},   {"Multiline", &SwfTagDefineEditText::multiline},
-    {"WordWrap", &SwfTagDefineEditText::wordWrap},   {"UseOutlines", &SwfTagDefineEditText::useOutlines},
-    {"HTML", &SwfTagDefineEditText::html},           {"WasStatic", &SwfTagDefineEditText::wasStatic},
-    {"Border", &SwfTagDefineEditText::border},       {"NoSelect", &SwfTagDefineEditText::noSelect}};
+    {"AutoSize", &SwfTagDefineEditText::autoSize}, {"ReadOnly", &SwfTagDefineEditText::readOnly},
+    {"Password", &SwfTagDefineEditText::password}, {"Multiline", &SwfTagDefineEditText::multiline},
+    {"WordWrap", &SwfTagDefineEditText::wordWrap}, {"UseOutlines", &SwfTagDefineEditText::useOutlines},
+    {"HTML", &SwfTagDefineEditText::html},         {"WasStatic", &SwfTagDefineEditText::wasStatic},
+    {"Border", &SwfTagDefineEditText::border},     {"NoSelect", &SwfTagDefineEditText::noSelect}};
 
 void writeXml(XmlNode& node, const SwfTagDefineEditText& tag) {
     node.attribute("Id", tag.characterId);
@@ -131,12 +123,9 @@ void writeXml(XmlNode& node, const SwfTagDefineEditText& tag) {
         node.attribute("FontId", tag.fontId);
         node.attribute("FontHeight", tag.fontHeight);
     }
-    if (tag.hasFontClass)
-        node.attribute("FontClass", tag.fontClass);
-    if (tag.hasMaxLength)
-        node.attribute("MaxLength", tag.maxLength);
-    if (tag.hasTextColor)
-        node.attribute("Color", tag.color);
+    if (tag.hasFontClass) node.attribute("FontClass", tag.fontClass);
+    if (tag.hasMaxLength) node.attribute("MaxLength", tag.maxLength);
+    if (tag.hasTextColor) node.attribute("Color", tag.color);
     if (tag.hasLayout) {
         if (const std::string_view align = findName(alignNames, tag.align); !align.empty())
             node.attribute("Align", align);
@@ -149,11 +138,9 @@ void writeXml(XmlNode& node, const SwfTagDefineEditText& tag) {
     writeChild(node, "Bounds", tag.bounds);
     {
         XmlNode bits(node, "BitsField");
-        for (const EditTextFlag& entry : editTextFlags)
-            bits.attribute(entry.name, tag.*entry.flag);
+        for (const EditTextFlag& entry : editTextFlags) bits.attribute(entry.name, tag.*entry.flag);
     }
-    if (tag.hasText)
-        XmlNode(node, "InitialText").text(tag.initialText.view());
+    if (tag.hasText) XmlNode(node, "InitialText").text(tag.initialText.view());
 }
 
 // Several attributes share a flag, and the last one asked for decides it: hasFont follows FontHeight, hasLayout follows
@@ -179,8 +166,7 @@ static void readEditTextAttributes(XmlElement& element, SwfTagDefineEditText& ta
                                    std::string("the attribute ") + name + " counts only together with " + decider);
     };
     needs("FontId", "FontHeight");
-    for (const char* name : {"Align", "LeftMargin", "RightMargin", "Indent"})
-        needs(name, "Leading");
+    for (const char* name : {"Align", "LeftMargin", "RightMargin", "Indent"}) needs(name, "Leading");
 }
 
 void readXml(XmlElement& element, SwfTagDefineEditText& tag) {
@@ -192,8 +178,7 @@ void readXml(XmlElement& element, SwfTagDefineEditText& tag) {
     tag.varName = element.string("VarName");
     readChild(element, "Bounds", tag.bounds);
     if (auto bits = element.child("BitsField")) {
-        for (const EditTextFlag& entry : editTextFlags)
-            tag.*entry.flag = bits->boolean(entry.name);
+        for (const EditTextFlag& entry : editTextFlags) tag.*entry.flag = bits->boolean(entry.name);
     }
     if (auto text = element.child("InitialText")) {
         tag.hasText = true;

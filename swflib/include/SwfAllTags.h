@@ -5,6 +5,8 @@
 #include "SwfTagDefineEditText.h"
 #include "SwfTagDefineFont.h"
 #include "SwfTagDefineFontInfo.h"
+#include "SwfTagDefineMorphShape.h"
+#include "SwfTagDefineShape.h"
 #include "SwfTagDefineSprite.h"
 #include "SwfTagDefineText.h"
 #include "SwfTagsAssets.h"

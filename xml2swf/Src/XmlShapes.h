@@ -31,7 +31,14 @@ void readLineStyles(XmlElement& element, libswf::SwfLineStyles& styles, LineStyl
 void writeLineFlags(XmlNode& node, const libswf::SwfLineFlags& flags, const char* endCapName);
 void readLineFlags(XmlElement& element, libswf::SwfLineFlags& flags, const char* endCapName);
 
-/// "Tiled" … for the type byte of a bitmap fill.
-extern const XmlNames bitmapFillTypes;
+/// The flags byte of DefineShape4 and DefineMorphShape2. Reserved bits are read only.
+void writeStrokeFlags(XmlNode& node, uint8_t flags);
+uint8_t readStrokeFlags(XmlElement& element);
+
+/// The type byte of a bitmap fill.
+inline constexpr XmlName bitmapFillTypes[] = {{"Tiled", libswf::SwfFillType::tiledBitmap},
+                                              {"Clipped", libswf::SwfFillType::clippedBitmap},
+                                              {"NonSmoothedTiled", libswf::SwfFillType::nonSmoothedTiledBitmap},
+                                              {"NonSmoothedClipped", libswf::SwfFillType::nonSmoothedClippedBitmap}};
 
 } // namespace xml2swf

@@ -6,12 +6,6 @@ namespace xml2swf {
 
 using namespace libswf;
 
-static constexpr XmlName bitmapTypeTable[] = {{"Tiled", SwfFillType::tiledBitmap},
-                                              {"Clipped", SwfFillType::clippedBitmap},
-                                              {"NonSmoothedTiled", SwfFillType::nonSmoothedTiledBitmap},
-                                              {"NonSmoothedClipped", SwfFillType::nonSmoothedClippedBitmap}};
-const XmlNames bitmapFillTypes = bitmapTypeTable;
-
 static constexpr XmlName gradientTypes[] = {{"Linear", SwfFillType::linearGradient},
                                             {"Radial", SwfFillType::radialGradient},
                                             {"FocalRadialGradient", SwfFillType::focalRadialGradient}};
@@ -212,6 +206,18 @@ void readLineFlags(XmlElement& element, SwfLineFlags& flags, const char* endCapN
     ends |= element.masked("Reserved", 5) << 3; // never written
     flags.paint = static_cast<uint8_t>(paint);
     flags.ends = static_cast<uint8_t>(ends);
+}
+
+void writeStrokeFlags(XmlNode& node, uint8_t flags) {
+    node.attribute("UseScalingStrokes", (flags & 1) != 0);
+    node.attribute("UseNonScalingStrokes", (flags & 2) != 0);
+}
+
+uint8_t readStrokeFlags(XmlElement& element) {
+    uint32_t flags = element.boolean("UseScalingStrokes");
+    flags |= uint32_t(element.boolean("UseNonScalingStrokes")) << 1;
+    flags |= element.masked("Reserved", 6) << 2;
+    return static_cast<uint8_t>(flags);
 }
 
 void writeLineStyles(XmlNode& node, const SwfLineStyles& styles, LineStyleKind kind) {

@@ -1,6 +1,6 @@
 #include "SwfFillStyle.h"
 
-#include "StyleCount.h"
+#include "StyleArrays.h"
 
 namespace libswf {
 
@@ -19,7 +19,7 @@ std::unique_ptr<SwfFillStyle> SwfFillStyle::read(SwfIStream& stream) {
     case SwfFillType::clippedBitmap:
     case SwfFillType::nonSmoothedTiledBitmap:
     case SwfFillType::nonSmoothedClippedBitmap: return std::make_unique<SwfBitmapFillStyle>(stream, type);
-    default: stream.fail("FillStyleType", ("the type " + std::to_string(type) + " is not known").c_str());
+    default: failForFillType(stream, type);
     }
 }
 

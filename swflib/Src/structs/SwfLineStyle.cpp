@@ -1,6 +1,6 @@
 #include "SwfLineStyle.h"
 
-#include "StyleCount.h"
+#include "StyleArrays.h"
 
 namespace libswf {
 

@@ -1,4 +1,4 @@
-// The count in front of a style array.
+// What the readers and writers of styles share.
 #pragma once
 
 #include <string>
@@ -27,6 +27,10 @@ inline void writeStyleCount(SwfOStream& stream, const char* what, uint32_t count
                            std::to_string(count) + " " + what + ", this tag holds at most " + std::to_string(most));
     stream.writeUI8(longStyleCount);
     stream.writeUI16(static_cast<uint16_t>(count));
+}
+
+[[noreturn]] inline void failForFillType(const SwfIStream& stream, uint8_t type) {
+    stream.fail("FillStyleType", ("the type " + std::to_string(type) + " is not known").c_str());
 }
 
 /// Reads the items of an array, none of which starts after the end of the tag's body.

@@ -2,9 +2,13 @@
 #pragma once
 
 #include "SwfTag.h"
+#include "SwfTagDefineEditText.h"
+#include "SwfTagDefineFont.h"
+#include "SwfTagDefineFontInfo.h"
 #include "SwfTagDefineMorphShape.h"
 #include "SwfTagDefineShape.h"
 #include "SwfTagDefineSprite.h"
 #include "SwfTagDoAction.h"
+#include "SwfTagDefineText.h"
 #include "SwfTagsAssets.h"
 #include "SwfTagsControl.h"

@@ -78,7 +78,7 @@ void setIndexWidths(SwfIStream& stream, uint64_t fillStyles, uint64_t lineStyles
 /// Before read, getSize and write the context holds the index widths that writing uses (setIndexWidths). An index that
 /// needs more bits throws SwfException code 2, unless the context cuts indices; so do new styles where the context
 /// does not allow them, and a move of 2^30 twips and more. The file's own widths are used for reading and forgotten.
-class SwfShapeRecords : public SwfStruct {
+class SwfShapeRecords final : public SwfStruct {
 public:
     SwfShapeRecords() = default;
     SwfShapeRecords(const SwfShapeRecords&) = delete;

@@ -3,4 +3,6 @@
 
 #include "SwfTag.h"
 #include "SwfTagDefineSprite.h"
+#include "SwfTagPlaceObject.h"
+#include "SwfTagRemoveObject.h"
 #include "SwfTagsControl.h"

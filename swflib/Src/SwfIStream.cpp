@@ -41,6 +41,8 @@ uint32_t SwfIStream::readEncodedU32(const char* field) {
         }
         const uint8_t byte = data()[_position++];
         value |= uint32_t(byte & 0x7F) << shift;
+        if ((byte == 0 && shift != 0) || (shift == 28 && byte > 0x0F))
+            markInexact("a number takes more bits than it needs");
         if ((byte & 0x80) == 0)
             break;
     }

@@ -5,4 +5,5 @@
 #include "SwfTagDefineSprite.h"
 #include "SwfTagPlaceObject.h"
 #include "SwfTagRemoveObject.h"
+#include "SwfTagsAssets.h"
 #include "SwfTagsControl.h"

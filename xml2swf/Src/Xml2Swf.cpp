@@ -156,7 +156,7 @@ std::string documentText(std::string bytes) {
             return;
         }
         const int tails = c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
-        text += static_cast<char>((0xF00 >> tails) | (c >> (6 * tails)));
+        text += static_cast<char>((0xF00 >> (tails + 1)) | (c >> (6 * tails)));
         for (int i = tails - 1; i >= 0; --i)
             text += static_cast<char>(0x80 | (c >> (6 * i) & 0x3F));
     };

@@ -6,6 +6,21 @@ namespace xml2swf {
 
 namespace {
 
+// Passes over a document type as the parser does: its inner subset in brackets is not looked into, so that nothing in
+// it (the start of a comment, a quote) can hide what follows.
+size_t skipDoctype(std::string_view text, size_t at) {
+    uint32_t brackets = 0;
+    for (; (at = text.find_first_of("[]>", at)) != text.npos; ++at) {
+        if (text[at] == '[')
+            ++brackets;
+        else if (text[at] == ']')
+            brackets -= brackets != 0;
+        else if (brackets == 0)
+            return at + 1;
+    }
+    return at;
+}
+
 // Passes over markup that is no element. Gives the position after it, or npos when it has no end.
 size_t skipSpecial(std::string_view text, size_t at) {
     auto after = [&](std::string_view end, size_t from) {
@@ -19,7 +34,10 @@ size_t skipSpecial(std::string_view text, size_t at) {
         return after("]]>", at + 9);
     if (rest.starts_with("<?"))
         return after("?>", at + 2);
-    return after(">", at + 2); // <!DOCTYPE, seen again by the parser
+    const char following = at + 9 < text.size() ? text[at + 9] : '\0';
+    if (rest == "<!DOCTYPE" && std::strchr(" \t\r\n", following) != nullptr)
+        return skipDoctype(text, at + 9);
+    return after(">", at + 2);
 }
 
 // Position of the ">" that ends a start tag, quoted values passed over.
@@ -116,6 +134,11 @@ XmlDocument::XmlDocument(std::string_view text, std::vector<ElementSpan>* spans)
     }
 }
 
-RawNode* XmlDocument::root(const char* name) const { return _document->first_node(name); }
+RawNode* XmlDocument::root(const char* name) const {
+    RawNode* node = _document->first_node(name);
+    while (node != nullptr && node->type() != rapidxml::node_element) // a processing instruction has a name as well
+        node = node->next_sibling(name);
+    return node;
+}
 
 } // namespace xml2swf

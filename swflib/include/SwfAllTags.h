@@ -5,5 +5,6 @@
 #include "SwfTagDefineSprite.h"
 #include "SwfTagPlaceObject.h"
 #include "SwfTagRemoveObject.h"
+#include "SwfTagDoAction.h"
 #include "SwfTagsAssets.h"
 #include "SwfTagsControl.h"

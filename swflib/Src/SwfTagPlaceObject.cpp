@@ -1,5 +1,7 @@
 #include "SwfTagPlaceObject.h"
 
+#include "SwfWarnings.h"
+
 namespace libswf {
 
 SwfTagPlaceObject::SwfTagPlaceObject(SwfIStream& stream) : SwfTagPlaceObject() {
@@ -37,6 +39,16 @@ constexpr PlaceFlagMember flagMembers[] = {
     {SwfPlaceFlag::clipActions, &SwfTagPlaceObject2::hasClipActions},
 };
 
+void warnOfLeftOut(const SwfOStream& stream) {
+    if (stream.isCounter() || stream.context.warnings == nullptr) return;
+    SwfWarning warning;
+    warning.kind = SwfWarning::Kind::cut;
+    warning.tagCode = stream.context.tagType;
+    warning.tagName = "ClipActions";
+    warning.reason = "a movie of version 4 or below holds no clip actions: they are left out";
+    stream.context.warnings->add(std::move(warning));
+}
+
 } // namespace
 
 uint8_t SwfTagPlaceObject2::flags() const {
@@ -59,6 +71,7 @@ SwfTagPlaceObject2::SwfTagPlaceObject2(SwfIStream& stream) : SwfTagPlaceObject2(
     if (hasRatio) ratio = stream.readUI16("Ratio");
     if (hasName) stream.readString(name, "Name");
     if (hasClipDepth) clipDepth = stream.readUI16("ClipDepth");
+    if (holdsClipActions(stream.context)) clipActions.read(stream);
 }
 
 void SwfTagPlaceObject2::writeBody(SwfOStream& stream) {
@@ -71,6 +84,10 @@ void SwfTagPlaceObject2::writeBody(SwfOStream& stream) {
     if (hasRatio) stream.writeUI16(ratio);
     if (hasName) name.write(stream, true);
     if (hasClipDepth) stream.writeUI16(clipDepth);
+    if (holdsClipActions(stream.context))
+        clipActions.measureOrWrite(stream);
+    else if (!clipActions.records.empty())
+        warnOfLeftOut(stream);
 }
 
 SwfTagPlaceObject3::SwfTagPlaceObject3(SwfIStream& stream) : SwfTagPlaceObject3() {
@@ -87,9 +104,11 @@ SwfTagPlaceObject3::SwfTagPlaceObject3(SwfIStream& stream) : SwfTagPlaceObject3(
     if (hasPlace(SwfPlaceFlag::clipDepth)) clipDepth = stream.readUI16("ClipDepth");
     if (hasExtended(SwfPlaceFlag3::filters)) filters.read(stream);
     if (hasExtended(SwfPlaceFlag3::blendMode)) blendMode = stream.readUI8("BlendMode");
-    // Left-over bytes, zeros among them, are the fields of these flags.
-    if (hasExtended(SwfPlaceFlag3::withoutField) && stream.bodyLeft() != 0)
+    // The fields of these flags stand before the clip actions, or are left over, be they zero.
+    const bool hasClipActions = hasPlace(SwfPlaceFlag::clipActions);
+    if (hasExtended(SwfPlaceFlag3::withoutField) && (hasClipActions || stream.bodyLeft() != 0))
         stream.markInexact("it has fields that this form does not hold");
+    if (hasClipActions) clipActions.read(stream);
 }
 
 void SwfTagPlaceObject3::writeBody(SwfOStream& stream) {
@@ -106,6 +125,7 @@ void SwfTagPlaceObject3::writeBody(SwfOStream& stream) {
     if (hasPlace(SwfPlaceFlag::clipDepth)) stream.writeUI16(clipDepth);
     if (hasExtended(SwfPlaceFlag3::filters)) filters.write(stream);
     if (hasExtended(SwfPlaceFlag3::blendMode)) stream.writeUI8(blendMode);
+    if (hasPlace(SwfPlaceFlag::clipActions)) clipActions.measureOrWrite(stream);
 }
 
 } // namespace libswf

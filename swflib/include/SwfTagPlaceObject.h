@@ -1,6 +1,7 @@
 // Placement of characters on the display list.
 #pragma once
 
+#include "SwfClipActions.h"
 #include "SwfFilters.h"
 #include "SwfTag.h"
 
@@ -48,6 +49,7 @@ public:
     uint16_t ratio = 0; ///< of a morph shape, from 0 to 65,535
     SwfString name;
     uint16_t clipDepth = 0; ///< the last depth that the character masks
+    SwfClipActions clipActions;
 
     SwfTagPlaceObject2() : SwfTag(26) {}
     explicit SwfTagPlaceObject2(SwfIStream& stream);
@@ -58,6 +60,7 @@ protected:
 private:
     uint8_t flags() const;
     void setFlags(uint8_t flags);
+    bool holdsClipActions(const SwfContext& context) const { return hasClipActions && context.version > 4; }
 };
 
 /// The second flag byte of PlaceObject3.
@@ -88,6 +91,7 @@ public:
     uint16_t clipDepth = 0;
     SwfFilterList filters;
     uint8_t blendMode = 0; ///< 0 and 1 normal, 2 layer to 14 hard light
+    SwfClipActions clipActions;
 
     SwfTagPlaceObject3() : SwfTag(70) {}
     explicit SwfTagPlaceObject3(SwfIStream& stream);

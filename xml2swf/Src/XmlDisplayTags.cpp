@@ -1,4 +1,5 @@
 // Tags that place and remove objects, as XML.
+#include "XmlActions.h"
 #include "XmlFilters.h"
 #include "XmlTagForms.h"
 
@@ -29,6 +30,7 @@ void writeXml(XmlNode& node, const SwfTagPlaceObject2& tag) {
     node.attribute("Move", tag.move);
     if (tag.hasMatrix) writeChild(node, "Matrix", tag.matrix);
     if (tag.hasColorTransform) writeChild(node, "ColorTransform", tag.colorTransform);
+    if (tag.hasClipActions) writeChild(node, "ClipActions", tag.clipActions);
 }
 
 void readXml(XmlElement& element, SwfTagPlaceObject2& tag) {
@@ -44,6 +46,7 @@ void readXml(XmlElement& element, SwfTagPlaceObject2& tag) {
     tag.move = element.boolean("Move");
     tag.hasMatrix = readChild(element, "Matrix", tag.matrix);
     tag.hasColorTransform = readChild(element, "ColorTransform", tag.colorTransform);
+    tag.hasClipActions = readChild(element, "ClipActions", tag.clipActions);
 }
 
 void writeXml(XmlNode& node, const SwfTagPlaceObject3& tag) {
@@ -60,6 +63,7 @@ void writeXml(XmlNode& node, const SwfTagPlaceObject3& tag) {
     if (tag.hasPlace(SwfPlaceFlag::matrix)) writeChild(node, "Matrix", tag.matrix);
     if (tag.hasPlace(SwfPlaceFlag::colorTransform)) writeChild(node, "ColorTransform", tag.colorTransform);
     if (tag.hasExtended(SwfPlaceFlag3::filters)) writeChild(node, "FilterList", tag.filters);
+    if (tag.hasPlace(SwfPlaceFlag::clipActions)) writeChild(node, "ClipActions", tag.clipActions);
 }
 
 // A field that is there sets its flag; flags that are set without their field stay.
@@ -84,6 +88,7 @@ void readXml(XmlElement& element, SwfTagPlaceObject3& tag) {
     place(SwfPlaceFlag::matrix, readChild(element, "Matrix", tag.matrix));
     place(SwfPlaceFlag::colorTransform, readChild(element, "ColorTransform", tag.colorTransform));
     extend(SwfPlaceFlag3::filters, readChild(element, "FilterList", tag.filters));
+    place(SwfPlaceFlag::clipActions, readChild(element, "ClipActions", tag.clipActions));
 }
 
 void writeXml(XmlNode& node, const SwfTagRemoveObject& tag) {

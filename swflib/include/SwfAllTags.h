@@ -8,6 +8,8 @@
 #include "SwfTagDefineMorphShape.h"
 #include "SwfTagDefineShape.h"
 #include "SwfTagDefineSprite.h"
+#include "SwfTagPlaceObject.h"
+#include "SwfTagRemoveObject.h"
 #include "SwfTagDoAction.h"
 #include "SwfTagDefineText.h"
 #include "SwfTagsAssets.h"

@@ -3,4 +3,8 @@
 
 #include "SwfTag.h"
 #include "SwfTagDefineSprite.h"
+#include "SwfTagsBitmap.h"
+#include "SwfTagsButton.h"
 #include "SwfTagsControl.h"
+#include "SwfTagsSound.h"
+#include "SwfTagsVideo.h"

@@ -1,0 +1,206 @@
+#include "CaseFile.h"
+
+#include <algorithm>
+#include <charconv>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <sstream>
+#include <stdexcept>
+
+namespace {
+
+std::string_view trimmed(std::string_view text) {
+    const size_t first = text.find_first_not_of(" \t");
+    return first == text.npos ? std::string_view() : text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+uint32_t number(std::string_view text, uint32_t high) {
+    uint32_t value = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (result.ec != std::errc() || result.ptr != text.data() + text.size() || value > high)
+        throw std::runtime_error("\"" + std::string(text) + "\" is not a number up to " + std::to_string(high));
+    return value;
+}
+
+void readFailure(CaseFile& file, std::string_view value) {
+    const size_t blank = value.find(' ');
+    const std::string_view kind = value.substr(0, blank);
+    static const std::map<std::string_view, CaseFile::Fails> kinds = {
+        {"read", CaseFile::Fails::read}, {"write", CaseFile::Fails::write}, {"xml", CaseFile::Fails::xml}};
+    if (kinds.count(kind) == 0 || blank == value.npos)
+        throw std::runtime_error("fails takes read, write or xml and a code or text");
+    file.fails = kinds.at(kind);
+    std::string_view what = trimmed(value.substr(blank));
+    if (what.size() > 1 && what.front() == '"' && what.back() == '"') what = what.substr(1, what.size() - 2);
+    file.failure = what;
+}
+
+// A keyword that stands with its value on one line.
+bool readValue(CaseFile& file, std::string_view keyword, std::string_view value) {
+    if (keyword == "tag")
+        file.tag = static_cast<uint16_t>(number(value, 1023));
+    else if (keyword == "version")
+        file.version = static_cast<uint8_t>(number(value, 255));
+    else if (keyword == "gives")
+        file.gives = static_cast<uint16_t>(number(value, 1023));
+    else if (keyword == "keepraw")
+        file.keepRaw = true;
+    else if (keyword == "padded")
+        file.padded = true;
+    else if (keyword == "warns")
+        file.warns.emplace_back(value);
+    else if (keyword == "fails")
+        readFailure(file, value);
+    else
+        return false;
+    return true;
+}
+
+bool readSection(CaseFile& file, std::string_view keyword, const std::string& content) {
+    if (keyword == "before")
+        file.before = parseHex(content);
+    else if (keyword == "body")
+        file.body = parseHex(content);
+    else if (keyword == "rewritten")
+        file.rewritten = parseHex(content);
+    else if (keyword == "resaved")
+        file.resaved = parseHex(content);
+    else if (keyword == "xml")
+        file.xml = content;
+    else if (keyword == "accepts")
+        file.accepts.push_back(content);
+    else
+        return false;
+    return true;
+}
+
+void checkWhole(const CaseFile& file) {
+    if (!file.body && !file.xml) throw std::runtime_error("a case needs a body or an xml section");
+    if (file.fails == CaseFile::Fails::never && !file.body && !file.rewritten)
+        throw std::runtime_error("xml without a body needs the bytes that it is rewritten into");
+    if (!file.accepts.empty() && !file.body && !file.rewritten)
+        throw std::runtime_error("accepts needs bytes to compare with");
+    if (file.fails == CaseFile::Fails::read && !file.body) throw std::runtime_error("fails read needs a body");
+    if (file.fails == CaseFile::Fails::write && !file.xml) throw std::runtime_error("fails write needs an xml section");
+    const bool isBad = file.path.filename().string().starts_with("bad-");
+    if (isBad != (file.fails != CaseFile::Fails::never))
+        throw std::runtime_error("cases that fail, and no others, have names that start with bad-");
+}
+
+std::string hexRow(std::span<const uint8_t> bytes, size_t from) {
+    if (from >= bytes.size()) return "(ends)";
+    return hexText(bytes.subspan(from, std::min<size_t>(16, bytes.size() - from)));
+}
+
+} // namespace
+
+Bytes parseHex(std::string_view text) {
+    Bytes bytes;
+    std::istringstream lines{std::string(text)};
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream words(line.substr(0, line.find('#')));
+        for (std::string word; words >> word;) {
+            const size_t star = word.find('*');
+            const uint32_t times = star == word.npos ? 1 : number(word.substr(star + 1), 1 << 24);
+            const std::string digits = word.substr(0, star);
+            Bytes group;
+            for (size_t i = 0; i < digits.size(); i += 2) {
+                uint8_t byte = 0;
+                const char* end = digits.data() + std::min(i + 2, digits.size());
+                const auto result = std::from_chars(digits.data() + i, end, byte, 16);
+                if (result.ec != std::errc() || result.ptr != digits.data() + i + 2)
+                    throw std::runtime_error("\"" + word + "\" is not hex bytes");
+                group.push_back(byte);
+            }
+            for (uint32_t i = 0; i < times; ++i) bytes.insert(bytes.end(), group.begin(), group.end());
+        }
+    }
+    return bytes;
+}
+
+CaseFile parseCase(const std::filesystem::path& path) {
+    CaseFile file;
+    file.path = path;
+    std::ifstream in(path, std::ios::binary);
+    size_t row = 0, sectionRow = 0;
+    std::string keyword, content, line;
+    auto endSection = [&] {
+        if (keyword.empty()) return;
+        row = sectionRow;
+        while (content.ends_with('\n')) content.pop_back();
+        if (!readSection(file, keyword, content)) throw std::runtime_error("unknown keyword " + keyword);
+        keyword.clear();
+    };
+    try {
+        for (size_t next = 1; std::getline(in, line); ++next) {
+            if (line.empty() || line.starts_with("  ")) { // an empty line counts as content
+                if (keyword.empty() && !trimmed(line).empty()) throw std::runtime_error("text outside a section");
+                content += line.substr(std::min<size_t>(2, line.size())) + "\n";
+            } else if (line[0] != '#') {
+                endSection();
+                row = next;
+                line.resize(std::min(line.size(), line.find(" #")));
+                const size_t blank = std::min(line.size(), line.find(' '));
+                const std::string word = line.substr(0, blank);
+                if (readValue(file, word, trimmed(std::string_view(line).substr(blank)))) continue;
+                keyword = word;
+                sectionRow = next;
+                content.clear();
+            }
+        }
+        endSection();
+        checkWhole(file);
+    } catch (const std::exception& error) {
+        throw std::runtime_error(path.string() + ":" + std::to_string(row) + ": " + error.what());
+    }
+    return file;
+}
+
+std::vector<std::filesystem::path> findCases(const std::filesystem::path& folder) {
+    std::vector<std::filesystem::path> paths;
+    std::error_code missing;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder, missing)) {
+        if (entry.path().extension() == ".case") paths.push_back(entry.path());
+    }
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
+std::string hexText(std::span<const uint8_t> bytes) {
+    static constexpr char digits[] = "0123456789abcdef";
+    std::string text;
+    for (uint8_t byte : bytes) {
+        if (!text.empty()) text += ' ';
+        text += {digits[byte >> 4], digits[byte & 15]};
+    }
+    return text;
+}
+
+std::string hexDiff(std::span<const uint8_t> expected, std::span<const uint8_t> actual) {
+    if (std::equal(expected.begin(), expected.end(), actual.begin(), actual.end())) return {};
+    size_t at = 0;
+    while (at < expected.size() && at < actual.size() && expected[at] == actual[at]) ++at;
+    std::ostringstream text;
+    text << "bytes part at offset " << at << " (lengths " << expected.size() << " and " << actual.size() << ")\n";
+    for (size_t from = at / 16 * 16, rows = 0; rows < 3 && from < std::max(expected.size(), actual.size());
+         from += 16, ++rows)
+        text << "  " << from << "\texpected " << hexRow(expected, from) << "\n\tactual   " << hexRow(actual, from)
+             << "\n";
+    return text.str();
+}
+
+std::string lineDiff(const std::string& expected, const std::string& actual) {
+    if (expected == actual) return {};
+    std::istringstream a(expected), b(actual);
+    std::string lineA, lineB;
+    size_t row = 0;
+    for (bool more = true; more && lineA == lineB; ++row) {
+        const bool hasA = bool(std::getline(a, lineA)), hasB = bool(std::getline(b, lineB));
+        if (!hasA) lineA = "(ends)";
+        if (!hasB) lineB = "(ends)";
+        more = hasA && hasB;
+    }
+    return "texts part in line " + std::to_string(row) + "\n  expected " + lineA + "\n  actual   " + lineB +
+           "\nwhole text:\n" + actual + "\n";
+}

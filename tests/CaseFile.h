@@ -1,0 +1,47 @@
+// Case files: one tag in its binary and XML forms (see cases/README.md).
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+using Bytes = std::vector<uint8_t>;
+
+struct CaseFile {
+    enum class Fails { never, read, write, xml };
+
+    std::filesystem::path path;
+    uint16_t tag = 0;
+    uint8_t version = 8;
+    bool keepRaw = false;
+    bool padded = false;
+    Bytes before;
+    std::optional<Bytes> body, rewritten, resaved;
+    std::optional<std::string> xml;
+    std::vector<std::string> accepts;
+    std::vector<std::string> warns;
+    std::optional<uint16_t> gives;
+    Fails fails = Fails::never;
+    std::string failure; ///< code or text
+
+    uint16_t writtenTag() const { return gives.value_or(tag); }
+    const Bytes& compiled() const { return rewritten ? *rewritten : *body; }
+    const Bytes& saved() const { return resaved ? *resaved : *body; }
+};
+
+/// Throws std::runtime_error "<file>:<line>: ...".
+CaseFile parseCase(const std::filesystem::path& path);
+
+/// Every case file under `folder`, sorted.
+std::vector<std::filesystem::path> findCases(const std::filesystem::path& folder);
+
+/// Bytes from text such as "0a 0b0c 00*20 # comment"; throws std::runtime_error.
+Bytes parseHex(std::string_view text);
+std::string hexText(std::span<const uint8_t> bytes);
+
+/// Where two runs of bytes or two texts part; empty when they are equal.
+std::string hexDiff(std::span<const uint8_t> expected, std::span<const uint8_t> actual);
+std::string lineDiff(const std::string& expected, const std::string& actual);

@@ -23,8 +23,7 @@ void writeXml(XmlNode& node, const SwfTagDefineButtonSound& tag) {
     node.attribute("SoundIdPress", tag.press.soundId);
     node.attribute("SoundIdRelease", tag.release.soundId);
     auto writeInfo = [&](const char* name, const SwfButtonSound& sound) {
-        if (sound.soundId != 0)
-            writeChild(node, name, sound.soundInfo);
+        if (sound.soundId != 0) writeChild(node, name, sound.soundInfo);
     };
     writeInfo("SoundInfoRollOut", tag.rollOut);
     writeInfo("SoundInfoRollOver", tag.rollOver);

@@ -7,15 +7,15 @@ using namespace libswf;
 
 using VideoStream = SwfTagDefineVideoStream;
 
-static constexpr XmlName codecs[] = {{"Unknown0", 0}, {"Unknown1", 1}, {"H263", 2}, {"ScreenVideo", 3}, {"VP6Alpha", 5}};
+static constexpr XmlName codecs[] = {
+    {"Unknown0", 0}, {"Unknown1", 1}, {"H263", 2}, {"ScreenVideo", 3}, {"VP6Alpha", 5}};
 static constexpr XmlName deblockingLevels[] = {{"Level1", 2}, {"Level2", 3}, {"Level3", 4}, {"Level4", 5}};
 
 // The deblocking number is spread over three attributes, since only its levels have names: Deblocking for a level,
 // UseVideo for 0 and its absence for 1 (off), Reserved1 for 6 and 7.
 static void writeDeblocking(XmlNode& flags, uint8_t deblocking) {
     const std::string_view level = findName(deblockingLevels, deblocking);
-    if (!level.empty())
-        flags.attribute("Deblocking", level);
+    if (!level.empty()) flags.attribute("Deblocking", level);
     flags.attribute("UseVideo", deblocking == VideoStream::useVideo);
     flags.attribute("Reserved1", deblocking > VideoStream::level4 ? deblocking : uint8_t(0));
 }
@@ -25,10 +25,8 @@ static uint8_t readDeblocking(XmlElement& flags) {
     const uint32_t level = flags.named("Deblocking", deblockingLevels, noLevel);
     const bool useVideo = flags.boolean("UseVideo");
     const uint8_t reserved = flags.ui8("Reserved1");
-    if (level != noLevel)
-        return static_cast<uint8_t>(level);
-    if (reserved == 6 || reserved == 7)
-        return reserved;
+    if (level != noLevel) return static_cast<uint8_t>(level);
+    if (reserved == 6 || reserved == 7) return reserved;
     return useVideo ? VideoStream::useVideo : VideoStream::off;
 }
 
@@ -52,8 +50,7 @@ void readXml(XmlElement& element, SwfTagDefineVideoStream& tag) {
     tag.codecId = static_cast<uint8_t>(element.named("CodecId", codecs));
     tag.deblocking = VideoStream::off;
     auto flags = element.child("BitsField");
-    if (!flags)
-        return;
+    if (!flags) return;
     tag.smoothing = flags->boolean("Smoothing");
     tag.deblocking = readDeblocking(*flags);
     tag.reserved = flags->ui8("Reserved2");

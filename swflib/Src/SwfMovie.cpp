@@ -10,17 +10,42 @@ namespace libswf {
 namespace {
 
 constexpr uint32_t fixedHeaderSize = 12; // signature, version, length, frame rate, frame count
+constexpr uint32_t endSize = 2;
 
-template <class Tags>
-SwfVector<uint8_t> serialiseMovie(SwfMovieHeader& header, Tags& tags, const SwfTags& list, int level) {
+SwfVector<uint8_t> fileOf(SwfOStream& stream, bool isCompressed, int level) {
+    if (isCompressed)
+        stream.compress(level);
+    SwfVector<uint8_t> file;
+    const uint32_t size = stream.size();
+    file.attach(stream.detach(), size, SwfAttach::adopt);
+    return file;
+}
+
+// An inflated file given back as it is; only the signature follows the compression that is asked for.
+SwfVector<uint8_t> serialiseWhole(const SwfBytes& whole, bool isCompressed, int level) {
+    SwfOStream stream(whole.size());
+    stream.writeUI8(isCompressed ? 'C' : 'F');
+    stream.writeBytes(whole.span().subspan(1));
+    return fileOf(stream, isCompressed, level);
+}
+
+bool sameRect(const SwfRect& a, const SwfRect& b) {
+    return a.Xmin == b.Xmin && a.Ymin == b.Ymin && a.Xmax == b.Xmax && a.Ymax == b.Ymax;
+}
+
+SwfVector<uint8_t> serialiseMovie(SwfMovieHeader& header, SwfTags& tags, const SwfMovieSource& source, int level) {
     SwfContext context;
     context.version = header.version;
-    context.tags = &list;
-    const uint64_t fileLength =
-        uint64_t(header.frameSize.getSize(context)) + fixedHeaderSize + tags.getSize(context);
-    const uint32_t frameCount = list.showFrames();
+    context.tags = &tags;
+    const bool keepRect = !source.frameSizeBytes.empty() && sameRect(source.frameSize, header.frameSize);
+    uint64_t fileLength = uint64_t(fixedHeaderSize) + tags.getSize(context);
+    fileLength += keepRect ? source.frameSizeBytes.size() : header.frameSize.getSize(context);
+    if (source.tail)
+        fileLength += source.tail->size() - uint64_t(endSize);
+    const uint32_t frameCount = tags.showFrames();
     swfAssert(frameCount <= 0xFFFF, "frameCount <= 0xFFFF");
-    header.frameCount = static_cast<uint16_t>(frameCount);
+    const bool keepCount = source.tail && source.showFrames == frameCount;
+    header.frameCount = keepCount ? source.frameCount : static_cast<uint16_t>(frameCount);
 
     SwfOStream stream(fileLength);
     stream.context = context;
@@ -29,16 +54,18 @@ SwfVector<uint8_t> serialiseMovie(SwfMovieHeader& header, Tags& tags, const SwfT
     stream.writeUI8('S');
     stream.writeUI8(header.version);
     stream.writeUI32(static_cast<uint32_t>(fileLength));
-    header.frameSize.write(stream);
+    if (keepRect)
+        stream.writeBytes(source.frameSizeBytes.span());
+    else
+        header.frameSize.write(stream);
     stream.writeUI16(floatToFixed8(header.frameRate));
     stream.writeUI16(header.frameCount);
-    tags.write(stream);
-    if (header.isCompressed)
-        stream.compress(level);
-    SwfVector<uint8_t> file;
-    const uint32_t size = stream.size();
-    file.attach(stream.detach(), size, SwfAttach::adopt);
-    return file;
+    tags.writeRecords(stream);
+    if (source.tail)
+        stream.writeBytes(source.tail->span());
+    else
+        stream.writeUI16(0);
+    return fileOf(stream, header.isCompressed, level);
 }
 
 bool isLzma(const SwfIStream& stream) {
@@ -83,7 +110,11 @@ SwfMovie::SwfMovie(uint8_t version_, int32_t width, int32_t height, float frameR
     isCompressed = isCompressed_;
 }
 
-SwfVector<uint8_t> SwfMovie::serialise(int level) { return serialiseMovie(*this, tags, tags, level); }
+SwfVector<uint8_t> SwfMovie::serialise(int level) {
+    if (source && !source->wholeFile.empty())
+        return serialiseWhole(source->wholeFile, isCompressed, level);
+    return serialiseMovie(*this, tags, source.value_or(SwfMovieSource()), level);
+}
 
 void SwfMovie::save(const std::string& fileName, int level) { saveMovie(fileName, serialise(level)); }
 
@@ -113,6 +144,7 @@ void SwfMovieSafe::parse(std::vector<uint8_t> file, const SwfLoadOptions& option
     SwfIStream& stream = *_iStream;
     tags = SwfTagsSafe();
     readHeader(stream, *this);
+    _firstTag = stream.position();
     if (options.headerOnly)
         return;
     stream.context.tags = &tags.tags();
@@ -125,7 +157,9 @@ void SwfMovieSafe::parse(std::vector<uint8_t> file, const SwfLoadOptions& option
     stream.context.warnings = nullptr;
 }
 
-SwfVector<uint8_t> SwfMovieSafe::serialise(int level) { return serialiseMovie(*this, tags, tags.tags(), level); }
+SwfVector<uint8_t> SwfMovieSafe::serialise(int level) {
+    return serialiseMovie(*this, tags.tags(), SwfMovieSource(), level);
+}
 
 void SwfMovieSafe::save(const std::string& fileName, int level) { saveMovie(fileName, serialise(level)); }
 
@@ -133,6 +167,23 @@ SwfBytes SwfMovieSafe::body() const {
     if (_iStream == nullptr)
         return {};
     return SwfBytes::share(_iStream->buffer(), _iStream->data(), _iStream->size());
+}
+
+SwfMovieSource SwfMovieSafe::source() const {
+    constexpr size_t rectStart = 8, rateAndCount = 4;
+    const SwfBytes file = body();
+    SwfMovieSource result;
+    result.frameSize = frameSize;
+    result.frameSizeBytes = file.part(rectStart, _firstTag - rateAndCount - rectStart);
+    result.showFrames = tags.tags().showFrames();
+    result.frameCount = frameCount;
+    size_t end = _firstTag;
+    if (tags.count() != 0) {
+        const SwfBytes& last = tags.at(tags.count() - 1)->source;
+        end = static_cast<size_t>(last.data() - file.data()) + last.size();
+    }
+    result.tail = file.part(end, file.size() - end);
+    return result;
 }
 
 } // namespace libswf

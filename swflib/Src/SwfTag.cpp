@@ -56,6 +56,15 @@ void SwfTagUnknown::writeBody(SwfOStream& stream) {
     stream.writeBytes(data.span());
 }
 
+SwfTagRecord::SwfTagRecord(SwfBytes bytes) : SwfTag(0), record(std::move(bytes)) {
+    const uint8_t* header = record.data();
+    type = static_cast<uint16_t>((header[0] | header[1] << 8) >> 6);
+    longHeader = (header[0] & 63) == 63;
+    size = static_cast<uint32_t>(record.size()) - headerSize();
+}
+
+void SwfTagRecord::writeBody(SwfOStream& stream) { stream.writeBytes(record.span().subspan(longHeader ? 6 : 2)); }
+
 const char* knownTagName(uint16_t code) {
     switch (code) {
 #define SWF_TAG(code, name)                                                                                            \

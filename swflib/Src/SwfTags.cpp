@@ -59,6 +59,11 @@ uint32_t SwfTags::getSize(SwfContext& context) {
 }
 
 void SwfTags::write(SwfOStream& stream) const {
+    writeRecords(stream);
+    stream.writeUI16(0);
+}
+
+void SwfTags::writeRecords(SwfOStream& stream) const {
     forEachWritten(_tags, stream.context, [&](SwfTag& tag) {
         stream.context.tagSize = tag.size;
         const uint64_t end = stream.written() + tag.headerSize() + tag.size;
@@ -68,7 +73,6 @@ void SwfTags::write(SwfOStream& stream) const {
         while (stream.written() < end)
             stream.writeUI8(0);
     });
-    stream.writeUI16(0);
 }
 
 void SwfTags::read(SwfIStream& stream, uint32_t length) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "SwfTags.h"
@@ -17,6 +18,16 @@ struct SwfMovieHeader {
     uint16_t frameCount = 0; ///< as read; recomputed on write
 };
 
+/// What a movie takes over, byte for byte, from the file that it came from.
+struct SwfMovieSource {
+    SwfBytes wholeFile;       ///< the inflated file, when nothing at all was changed; empty otherwise
+    SwfRect frameSize;        ///< the stage that `frameSizeBytes` encode
+    SwfBytes frameSizeBytes;  ///< used while the stage is still that one
+    uint32_t showFrames = 0;  ///< frames that the file has
+    uint16_t frameCount = 0;  ///< what its header says, used while the movie still has as many frames
+    std::optional<SwfBytes> tail; ///< End and all that follows it, instead of an End
+};
+
 /// A movie compiled from XML.
 class SwfMovie : public SwfStruct, public SwfMovieHeader {
 public:
@@ -30,6 +41,7 @@ public:
     void save(const std::string& fileName, int level);
 
     SwfTags tags;
+    std::optional<SwfMovieSource> source;
 
 private:
     std::unique_ptr<SwfIStream> _iStream;
@@ -60,11 +72,14 @@ public:
 
     /// The inflated file, header included; empty for a movie that was not read.
     SwfBytes body() const;
+    /// Everything that a changed movie keeps of this file. `wholeFile` is left empty.
+    SwfMovieSource source() const;
 
     SwfTagsSafe tags;
 
 private:
     std::unique_ptr<SwfIStream> _iStream;
+    uint64_t _firstTag = 0; // position of the first tag in the body
 };
 
 } // namespace libswf

@@ -95,6 +95,19 @@ private:
     void splitCharacterId();
 };
 
+/// A record that is given back as it stood in its file, header included.
+class SwfTagRecord : public SwfTag {
+public:
+    SwfBytes record;
+
+    /// The record's header decides code and length. A record cut short by the end of its file gets a header of its true
+    /// length.
+    explicit SwfTagRecord(SwfBytes bytes);
+
+protected:
+    void writeBody(SwfOStream& stream) override;
+};
+
 /// "DefineShape" for 2, "Tag 1000" for a code without a name.
 std::string tagName(uint16_t code);
 /// The name for errors and tables; null for a code without a name.

@@ -33,6 +33,8 @@ public:
     /// Writes the records with the sizes that getSize found. A body that comes out shorter than measured is filled up
     /// with zero bytes, so that the next record stays where its header says.
     void write(SwfOStream& stream) const;
+    /// The same without the closing End.
+    void writeRecords(SwfOStream& stream) const;
 
     /// Reads records for `length` bytes, 0 for all the data. Tolerant: a tag whose body cannot be read is dropped, or
     /// kept raw when the context says so.

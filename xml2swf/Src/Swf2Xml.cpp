@@ -58,6 +58,7 @@ void appendMovie(std::string& out, SwfMovieSafe& movie, const ConversionOptions&
     context.swf.tags = &movie.tags.tags();
     context.keepRaw = options.keepRaw;
     context.warnings = options.warnings;
+    context.tagTexts = options.tagTexts;
     {
         MovieNode root(out, context, movie);
         context.tagPath.push_back(0);

@@ -1,4 +1,5 @@
 #include "Conversion.h"
+#include "TagKeeper.h"
 #include "XmlDocument.h"
 #include "XmlNumbers.h"
 #include "XmlStructs.h"
@@ -87,9 +88,25 @@ template <class Act> auto located(std::string_view text, Act act) {
 
 } // namespace
 
+// The Movie element's text, without what stands around it.
+static std::string_view movieText(std::string_view text, size_t nameOffset) {
+    const size_t end = text.rfind('>');
+    return text.substr(nameOffset - 1, end + 1 - (nameOffset - 1));
+}
+
+static std::unique_ptr<TagKeeper> makeKeeper(const OriginalMovie& original, std::string_view text, XmlElement& root,
+                                             std::vector<ElementSpan> spans) {
+    // The layout of many tags depends on the version.
+    const auto version = root.attribute("SwfVersion");
+    if (!version || parseInteger(*version) != original.version())
+        return nullptr;
+    return std::make_unique<TagKeeper>(original, text, std::move(spans));
+}
+
 bool xmlToSwf(std::string_view text, IXml2SwfConversionTarget& target, const ConversionOptions& options) {
     return located(text, [&] {
-        const XmlDocument document(text);
+        std::vector<ElementSpan> spans;
+        const XmlDocument document(text, options.original != nullptr ? &spans : nullptr);
         RawNode* node = document.root("Movie");
         if (node == nullptr)
             return false;
@@ -98,9 +115,15 @@ bool xmlToSwf(std::string_view text, IXml2SwfConversionTarget& target, const Con
         context.original = text;
         context.warnings = options.warnings;
         XmlElement root(context, node);
+        std::unique_ptr<TagKeeper> keeper;
+        if (options.original != nullptr)
+            keeper = makeKeeper(*options.original, text, root, std::move(spans));
+        context.keeper = keeper.get();
         readRoot(root, target);
         readTags(root, target, options.progress);
         context.tagPath.clear();
+        if (keeper != nullptr)
+            target.source(keeper->source(options.original->isWholeText(movieText(text, root.offset()))));
         return true;
     });
 }
@@ -114,6 +137,8 @@ void MovieTarget::movieHeader(uint8_t version, int32_t width, int32_t height, fl
 }
 
 void MovieTarget::append(std::shared_ptr<SwfTag> tag) { movie.tags.append(std::move(tag)); }
+
+void MovieTarget::source(SwfMovieSource source) { movie.source = std::move(source); }
 
 void MovieTarget::frameSize(const SwfRect& rect) { movie.frameSize = rect; }
 

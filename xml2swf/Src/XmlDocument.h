@@ -9,12 +9,18 @@
 
 namespace xml2swf {
 
+/// A range of the text: from an element's "<" to behind its last ">".
+struct ElementSpan {
+    size_t start, end;
+};
+
 /// Parses a private copy of the text: the parser writes into what it parses. Throws XmlSyntaxError.
 class XmlDocument {
 public:
     static constexpr uint32_t maxDepth = 1000; ///< of nested elements; the parser recurses
 
-    explicit XmlDocument(std::string_view text);
+    /// With `spans`, also tells where the children of Movie and DefineSprite stand, in the order of their start.
+    explicit XmlDocument(std::string_view text, std::vector<ElementSpan>* spans = nullptr);
 
     /// The first top-level element of this name; null when there is none.
     RawNode* root(const char* name) const;

@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <unordered_map>
 
+#include "Conversion.h"
+#include "TagKeeper.h"
 #include "XmlTagForms.h"
 
 namespace xml2swf {
@@ -97,7 +99,7 @@ void warnKeptRaw(XmlWriteContext& context, const SwfTag& tag, const std::string&
 
 } // namespace
 
-void writeTag(XmlNode& parent, SwfTag& tag) {
+static void writeForm(XmlNode& parent, SwfTag& tag) {
     const size_t start = parent.out().size();
     try {
         const TagForm* form = tag.isUnknown() ? &unknownForm : formByCode(tag.type);
@@ -113,6 +115,14 @@ void writeTag(XmlNode& parent, SwfTag& tag) {
         warnKeptRaw(parent.context(), tag, error.what());
         writeUnknown(parent, tag.type, bodyOf(tag, parent.context().swf));
     }
+}
+
+void writeTag(XmlNode& parent, SwfTag& tag) {
+    const std::string& out = parent.out();
+    const size_t before = out.size();
+    writeForm(parent, tag);
+    if (std::vector<TagText>* texts = parent.context().tagTexts)
+        texts->push_back({out.find('<', before), out.size(), &tag});
 }
 
 void writeTagList(XmlNode& parent, const SwfTags& tags) {
@@ -133,6 +143,12 @@ std::shared_ptr<SwfTag> makeTag(std::string_view elementName) {
 }
 
 std::shared_ptr<SwfTag> readTag(XmlElement& element) {
+    if (TagKeeper* keeper = element.context().keeper) {
+        if (std::shared_ptr<SwfTag> kept = keeper->untouched(element.offset())) {
+            element.acceptAll();
+            return kept;
+        }
+    }
     const TagForm* form = formByName(element.name());
     if (form == nullptr) {
         element.skip();

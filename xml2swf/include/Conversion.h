@@ -27,6 +27,8 @@ public:
     virtual void append(std::shared_ptr<libswf::SwfTag> tag) = 0;
     /// A stage that whole pixels from (0, 0) cannot express, in twips. Called after movieHeader when there is one.
     virtual void frameSize(const libswf::SwfRect&) {}
+    /// What the movie takes over from its original. Called last, when there is one.
+    virtual void source(libswf::SwfMovieSource) {}
 };
 
 /// Receives the result of SWF to XML.
@@ -37,12 +39,26 @@ public:
     virtual void elementText(std::string text) = 0;
 };
 
+class OriginalMovie;
+
+/// Where a tag's element stands in the text that swfToXml gives.
+struct TagText {
+    size_t start; ///< of "<"
+    size_t end;   ///< after ">"
+    const libswf::SwfTag* tag;
+};
+
 /// What both directions take. Null members are left out.
 struct ConversionOptions {
     /// Show a tag that its XML form cannot express as Unknown with its bytes; otherwise that is an error.
     bool keepRaw = false;
     IProgressReporter* progress = nullptr;
     libswf::SwfWarnings* warnings = nullptr;
+    /// SWF to XML: receives the place of every tag's element, nested ones too.
+    std::vector<TagText>* tagTexts = nullptr;
+    /// XML to SWF: the movie that the text came from. Elements whose text is as it was, the stage, the frame count and
+    /// what follows the last tag are written with their original bytes, as long as the SWF version is the same.
+    const OriginalMovie* original = nullptr;
 };
 
 /// The text that stands before the Movie element in every XML file.
@@ -64,6 +80,7 @@ public:
     void movieHeader(uint8_t version, int32_t width, int32_t height, float frameRate, bool isCompressed) override;
     void append(std::shared_ptr<libswf::SwfTag> tag) override;
     void frameSize(const libswf::SwfRect& rect) override;
+    void source(libswf::SwfMovieSource source) override;
 
     libswf::SwfMovie movie;
 };

@@ -19,6 +19,8 @@ namespace xml2swf {
 using RawNode = rapidxml::xml_node<char>;
 using RawAttribute = rapidxml::xml_attribute<char>;
 
+class TagKeeper;
+
 /// What the readers of one document share.
 struct XmlReadContext {
     const char* text = nullptr;              ///< start of the parsed copy, to tell offsets
@@ -26,6 +28,7 @@ struct XmlReadContext {
     libswf::SwfWarnings* warnings = nullptr; ///< may be null
     std::vector<uint32_t> tagPath;           ///< indices of the tag being read
     uint16_t spriteDepth = 0;
+    TagKeeper* keeper = nullptr; ///< gives untouched tags their original bytes; may be null
 
     void warn(libswf::SwfWarning::Kind kind, std::string_view element, size_t offset, std::string reason);
 };

@@ -63,12 +63,15 @@ private:
     bool _open = false;
 };
 
+struct TagText;
+
 /// What the writers of nested tags share.
 struct XmlWriteContext {
     libswf::SwfContext swf;           ///< of the movie: version and tags
     bool keepRaw = false;             ///< show a tag that has no XML form as Unknown instead of throwing
     libswf::SwfWarnings* warnings = nullptr;
     std::vector<uint32_t> tagPath;    ///< indices of the tag being written
+    std::vector<TagText>* tagTexts = nullptr; ///< receives the place of each tag's element; may be null
 };
 
 /// An element of the tree being written. It notes whether it got content and closes itself in the fitting form.

@@ -1,0 +1,70 @@
+#include "Cases.h"
+
+#include <filesystem>
+
+#include "Conversion.h"
+#include "GeneratedMovies.h"
+#include "SwfUtils.h"
+
+namespace bench {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr size_t megabyte = 1000000;
+
+void addCorpus(std::vector<Case>& cases) {
+    const fs::path folder = fs::path(CORPUS_DIR) / "large";
+    if (!fs::exists(folder))
+        return;
+    std::vector<fs::path> files(fs::directory_iterator(folder), fs::directory_iterator{});
+    std::sort(files.begin(), files.end());
+    for (const fs::path& file : files)
+        cases.push_back({file.stem().string(), [file] { return libswf::readFile(file.string()); }, true});
+}
+
+void addGenerated(std::vector<Case>& cases, const char* name, Content content, std::initializer_list<size_t> sizes) {
+    for (size_t size : sizes) {
+        cases.push_back({std::string(name) + "-" + std::to_string(size) + "MB",
+                         [=] { return compressMovie(generateMovie(content, size * megabyte)); }, size == 10});
+    }
+}
+
+} // namespace
+
+const std::vector<Case>& cases() {
+    static const std::vector<Case> all = [] {
+        std::vector<Case> result;
+        addCorpus(result);
+        result.push_back({"million-edges", [] { return compressMovie(generateShape(1000000)); }, false});
+        addGenerated(result, "shapes", Content::shapes, {10, 30});
+        addGenerated(result, "actions", Content::actions, {10, 30});
+        addGenerated(result, "payload", Content::payload, {10, 30, 100});
+        addGenerated(result, "mixed", Content::mixed, {10, 30, 100});
+        return result;
+    }();
+    return all;
+}
+
+const Movie& movieOf(const Case& benchCase) {
+    static std::string held;
+    static Movie movie;
+    if (held == benchCase.name)
+        return movie;
+    movie = Movie();
+    movie.file = benchCase.makeFile();
+    libswf::SwfMovieSafe loaded;
+    libswf::SwfLoadOptions load;
+    load.keepRaw = true;
+    loaded.parse(movie.file, load);
+    const libswf::SwfBytes body = loaded.body();
+    movie.plain.assign(body.span().begin(), body.span().end());
+    xml2swf::ConversionOptions options;
+    options.keepRaw = true;
+    movie.xml = swfToXmlDocument(loaded, options);
+    held = benchCase.name;
+    return movie;
+}
+
+} // namespace bench

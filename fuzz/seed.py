@@ -1,0 +1,73 @@
+#!/usr/bin/env python3
+"""Fills a fuzz target's corpus folder: seed.py TARGET DIR."""
+import hashlib
+import pathlib
+import re
+import struct
+import subprocess
+import sys
+import zlib
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+CORPUS = ROOT.parent / 'shared' / 'corpus'
+ZELKC = ROOT / 'build' / 'release' / 'bin' / 'zelkc'
+LIMIT = 40_000
+
+
+def cases():
+    """(code, version, records before, body, xml) of every case file."""
+    for path in sorted((ROOT / 'tests' / 'cases').rglob('*.case')):
+        sections, name = {}, None
+        for line in path.read_text(encoding='latin-1').splitlines():
+            if line and not line[0].isspace() and not line.startswith('#'):
+                name, _, value = line.partition(' ')
+                sections.setdefault(name, []).append(value)
+            elif name and not line.startswith('#'):
+                sections[name].append(line)
+        hexes = lambda key: bytes.fromhex(''.join(re.sub(r'#.*|[^0-9a-fA-F]', '', l) for l in sections.get(key, [])[1:]))
+        number = lambda key, default: int(re.match(r'\d+', sections[key][0])[0]) if key in sections else default
+        yield number('tag', 0), number('version', 8), hexes('before'), hexes('body'), '\n'.join(sections.get('xml', [''])[1:])
+
+
+def movie(version, records):
+    body = bytes([0x10, 0x00]) + b'\x00\x0c\x01\x00' + records + b'\0\0'
+    return b'FWS' + bytes([version]) + struct.pack('<I', len(body) + 8) + body
+
+
+def record(code, body):
+    return struct.pack('<HI', code << 6 | 63, len(body)) + body
+
+
+def movies():
+    for code, version, before, body, _ in cases():
+        if body:
+            yield movie(version, before + record(code, body))
+    for path in sorted(CORPUS.rglob('*.swf')):
+        data = path.read_bytes()
+        if data[:1] == b'C':
+            try:
+                data = b'F' + data[1:8] + zlib.decompress(data[8:])
+            except zlib.error:
+                continue
+        yield data
+
+
+def texts():
+    for _, version, _, _, xml in cases():
+        if xml.strip():
+            yield f'<Movie SwfVersion="{version}">{xml}</Movie>'.encode('latin-1')
+    for path in sorted(CORPUS.rglob('*.swf')):
+        if path.stat().st_size < 4000 and ZELKC.exists():
+            yield subprocess.run([ZELKC, 'convert', '--quiet', '--from', 'swf', '--to', 'xml', path, '-'],
+                                 capture_output=True, check=False).stdout
+
+
+def main():
+    target, folder = sys.argv[1], pathlib.Path(sys.argv[2])
+    folder.mkdir(parents=True, exist_ok=True)
+    for seed in texts() if target == 'fuzz_xml_to_swf' else movies():
+        if 0 < len(seed) < LIMIT:
+            (folder / hashlib.sha1(seed).hexdigest()).write_bytes(seed)
+
+
+main()

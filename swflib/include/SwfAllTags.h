@@ -2,6 +2,7 @@
 #pragma once
 
 #include "SwfTag.h"
+#include "SwfTagDefineButton.h"
 #include "SwfTagDefineSprite.h"
 #include "SwfTagsBitmap.h"
 #include "SwfTagsButton.h"

@@ -6,6 +6,7 @@
 #include "SwfTagDefineSprite.h"
 #include "SwfTagsBitmap.h"
 #include "SwfTagsButton.h"
+#include "SwfTagDoAction.h"
 #include "SwfTagsControl.h"
 #include "SwfTagsSound.h"
 #include "SwfTagsVideo.h"

@@ -29,6 +29,7 @@ struct XmlReadContext {
     std::vector<uint32_t> tagPath;           ///< indices of the tag being read
     uint16_t spriteDepth = 0;
     TagKeeper* keeper = nullptr; ///< gives untouched tags their original bytes; may be null
+    uint16_t actionDepth = 0;
 
     void warn(libswf::SwfWarning::Kind kind, std::string_view element, size_t offset, std::string reason);
 };

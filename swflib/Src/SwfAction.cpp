@@ -62,15 +62,15 @@ void SwfActionUnknown::write(SwfOStream& stream) {
     stream.writeBytes(data.span());
 }
 
+// clang-format off
 std::string actionName(uint32_t code) {
     switch (code) {
-#define SWF_ACTION(code, name)                                                                                         \
-    case code: return #name;                                                                                           \
-        #define SWF_PAYLOAD_ACTION(code, name, type)                                                                   \
-    case code: return #name;                                                                                           \
-        #include "SwfActions.def"
+#define SWF_ACTION(code, name) case code: return #name;
+#define SWF_PAYLOAD_ACTION(code, name, type) case code: return #name;
+#include "SwfActions.def"
     default: return "Action " + std::to_string(code);
     }
 }
+// clang-format on
 
 } // namespace libswf

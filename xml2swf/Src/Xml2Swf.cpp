@@ -112,7 +112,7 @@ bool xmlToSwf(std::string_view text, IXml2SwfConversionTarget& target, const Con
             return false;
         XmlReadContext context;
         context.text = document.text();
-        context.original = text;
+        context.places = XmlPlaces(text);
         context.warnings = options.warnings;
         XmlElement root(context, node);
         std::unique_ptr<TagKeeper> keeper;

@@ -24,7 +24,7 @@ class TagKeeper;
 /// What the readers of one document share.
 struct XmlReadContext {
     const char* text = nullptr;              ///< start of the parsed copy, to tell offsets
-    std::string_view original;               ///< the text as given, to tell rows and columns
+    XmlPlaces places;                        ///< of the text as given, to tell rows and columns
     libswf::SwfWarnings* warnings = nullptr; ///< may be null
     std::vector<uint32_t> tagPath;           ///< indices of the tag being read
     uint16_t spriteDepth = 0;

@@ -60,7 +60,7 @@ TEST(XmlWindows, ErrorsAreThoseOfTheWholeText) {
         const char* description;
         uint32_t column;
     } const rows[] = {
-        {"\n    <FrameLabel Name=\"x\"></FrameLabe>", "invalid closing tag name", 29},
+        {"\n    <FrameLabel Name=\"x\"></FrameLabe>", "invalid closing tag name", 37},
         {"\n    <FrameLabel Name=\"x\" &></FrameLabel>", "expected =", 27},
         {"\n    <FrameLabel Name=x />", "expected ' or \"", 22},
         {"\n    </DefineSprite><FrameLabel /><DefineSprit>", "invalid closing tag name", 0},

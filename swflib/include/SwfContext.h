@@ -18,6 +18,7 @@ struct SwfTagState {
     bool extendedCounts = false;   ///< a style count of 255 or more may use the 0xFF escape
     bool newStylesAllowed = false; ///< a style change may carry new style arrays
     bool lineStyle2Mode = false;   ///< line style arrays hold LINESTYLE2
+    bool cutIndices = false;       ///< a shape record's style index is cut to its width instead of refused (glyphs)
     uint8_t numFillBits = 0;       ///< width of fill indices, 0 to 15
     uint8_t numLineBits = 0;       ///< width of line indices, 0 to 15
     uint8_t glyphBits = 0;         ///< width of glyph indices, 0 to 255 as the file says
@@ -36,6 +37,8 @@ struct SwfContext : SwfTagState {
     SwfWarnings* warnings = nullptr;  ///< where warnings go; may be null
     uint16_t spriteDepth = 0;         ///< nesting of tag lists, at most maxDepth
     uint16_t actionDepth = 0;         ///< nesting of action lists, at most maxDepth
+    uint8_t actionCode = 0;           ///< code of the action being read
+    uint16_t actionLength = 0;        ///< Length of its record, in bytes
     static constexpr uint16_t maxDepth = 256;
 };
 

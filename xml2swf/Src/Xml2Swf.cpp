@@ -118,6 +118,7 @@ static bool compile(XmlDocument& document, std::vector<ElementSpan> spans, IXml2
                     const ConversionOptions& options) {
     XmlReadContext context;
     context.document = &document;
+    context.places = XmlPlaces(document.text());
     context.warnings = options.warnings;
     std::optional<XmlElement> root = findRoot(context, "Movie");
     if (!root)

@@ -19,10 +19,7 @@ void XmlReadContext::warn(SwfWarning::Kind kind, std::string_view element, size_
     warning.tagName = element;
     for (uint32_t index : tagPath)
         warning.path += (warning.path.empty() ? "" : ".") + std::to_string(index);
-    XmlPlace place;
-    place.offset = offset;
-    if (warnings->total() < libswf::SwfWarnings::limit)
-        place.locate(document->text());
+    const XmlPlace place = warnings->total() < libswf::SwfWarnings::limit ? places.at(offset) : XmlPlace();
     warning.offset = offset;
     warning.row = place.row;
     warning.column = place.column;

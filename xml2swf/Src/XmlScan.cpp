@@ -1,5 +1,6 @@
 #include "XmlScan.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "XmlErrors.h"
@@ -23,25 +24,6 @@ size_t skipDoctype(std::string_view text, size_t at) {
     return at;
 }
 
-// Passes over markup that is no element. Gives the position after it, or npos when it has no end.
-size_t skipSpecial(std::string_view text, size_t at) {
-    auto after = [&](std::string_view end, size_t from) {
-        const size_t found = text.find(end, from);
-        return found == text.npos ? text.npos : found + end.size();
-    };
-    const std::string_view rest = text.substr(at, 9);
-    if (rest.starts_with("<!--"))
-        return after("-->", at + 4);
-    if (rest.starts_with("<![CDATA["))
-        return after("]]>", at + 9);
-    if (rest.starts_with("<?"))
-        return after("?>", at + 2);
-    const char following = at + 9 < text.size() ? text[at + 9] : '\0';
-    if (rest == "<!DOCTYPE" && std::strchr(" \t\r\n", following) != nullptr)
-        return skipDoctype(text, at + 9);
-    return after(">", at + 2);
-}
-
 // Position of the ">" that ends a tag, quoted values passed over.
 size_t endOfTag(std::string_view text, size_t at) {
     for (size_t i = at; i < text.size(); ++i) {
@@ -55,6 +37,37 @@ size_t endOfTag(std::string_view text, size_t at) {
             break;
     }
     return text.npos;
+}
+
+// "<?xml " in any case: the parser reads attributes in it, whose values may hold "?>".
+bool isDeclaration(std::string_view text) {
+    if (text.size() < 6 || !text.starts_with("<?") || std::strchr(" \t\r\n", text[5]) == nullptr)
+        return false;
+    constexpr std::string_view name = "xml";
+    return std::equal(name.begin(), name.end(), text.begin() + 2, [](char a, char b) { return a == (b | 0x20); });
+}
+
+// Passes over markup that is no element. Gives the position after it, or npos when it has no end.
+size_t skipSpecial(std::string_view text, size_t at) {
+    auto after = [&](std::string_view end, size_t from) {
+        const size_t found = text.find(end, from);
+        return found == text.npos ? text.npos : found + end.size();
+    };
+    const std::string_view rest = text.substr(at, 9);
+    if (rest.starts_with("<!--"))
+        return after("-->", at + 4);
+    if (rest.starts_with("<![CDATA["))
+        return after("]]>", at + 9);
+    if (isDeclaration(rest)) {
+        const size_t end = endOfTag(text, at);
+        return end == text.npos ? end : end + 1;
+    }
+    if (rest.starts_with("<?"))
+        return after("?>", at + 2);
+    const char following = at + 9 < text.size() ? text[at + 9] : '\0';
+    if (rest == "<!DOCTYPE" && std::strchr(" \t\r\n", following) != nullptr)
+        return skipDoctype(text, at + 9);
+    return after(">", at + 2);
 }
 
 std::string_view nameAt(std::string_view text, size_t at) {

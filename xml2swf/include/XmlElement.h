@@ -25,9 +25,11 @@ class TagKeeper;
 /// What the readers of one document share.
 struct XmlReadContext {
     XmlDocument* document = nullptr;
+    XmlPlaces places;                        ///< of the document's text
     libswf::SwfWarnings* warnings = nullptr; ///< may be null
     std::vector<uint32_t> tagPath;           ///< indices of the tag being read
     uint16_t spriteDepth = 0;
+    uint16_t actionDepth = 0;
     TagKeeper* keeper = nullptr; ///< gives untouched tags their original bytes; may be null
 
     void warn(libswf::SwfWarning::Kind kind, std::string_view element, size_t offset, std::string reason);

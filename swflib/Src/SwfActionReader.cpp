@@ -1,0 +1,272 @@
+// Reading of action lists.
+#include <array>
+#include <optional>
+
+#include "SwfActionsPayload.h"
+#include "SwfTag.h"
+#include "SwfTags.h"
+#include "SwfWarnings.h"
+
+namespace libswf {
+
+namespace {
+
+using Creator = std::unique_ptr<SwfAction> (*)(SwfIStream&);
+
+template <class Action>
+std::unique_ptr<SwfAction> create(SwfIStream& stream) {
+    return std::make_unique<Action>(stream);
+}
+
+Creator creatorOf(uint8_t code) {
+    static const std::array<Creator, 256> creators = [] {
+        std::array<Creator, 256> table{};
+#define SWF_PAYLOAD_ACTION(code, name, type) table[code] = create<type>;
+#include "SwfActions.def"
+        return table;
+    }();
+    return creators[code];
+}
+
+bool isBlock(uint32_t code) {
+    return code == SwfActionCode::DefineFunction || code == SwfActionCode::DefineFunction2 ||
+           code == SwfActionCode::With;
+}
+
+// Ends strings and counted items at the end of one payload and notes what in it is inexact.
+class PayloadScope {
+public:
+    PayloadScope(SwfIStream& stream, uint64_t end)
+        : outerEnd(stream.bodyEnd()), _stream(stream), _outerInexact(stream.inexact()),
+          _outerDepth(stream.context.actionDepth) {
+        stream.setBodyEnd(std::min(outerEnd, end));
+        stream.setInexact(nullptr);
+    }
+    ~PayloadScope() {
+        _stream.setBodyEnd(outerEnd);
+        _stream.setInexact(_outerInexact);
+        _stream.context.actionDepth = _outerDepth;
+    }
+    PayloadScope(const PayloadScope&) = delete;
+    PayloadScope& operator=(const PayloadScope&) = delete;
+
+    const uint64_t outerEnd;
+
+private:
+    SwfIStream& _stream;
+    const char* _outerInexact;
+    uint16_t _outerDepth;
+};
+
+// Reads one list together with the bodies that its blocks open. Bodies lie between the records of the list, so all
+// records are read one after the other, each once, whatever the sizes claim: a block takes the records of its body out
+// of _items when they end where its size says. Otherwise, under keepRaw, it is turned into bytes and its body stays
+// behind as records of the list around it.
+class ActionReader {
+public:
+    enum class Stop : uint8_t { atEndAction, atEnd, afterOne };
+
+    explicit ActionReader(SwfIStream& stream) : _stream(stream) {}
+
+    void read(uint64_t end, Stop stop) {
+        bool done = false;
+        for (;;) {
+            closeBodies();
+            if (_open.empty() && (done || _stream.position() >= end)) return;
+            readRecord();
+            const bool isEnd = _items.back()->type == SwfActionCode::End;
+            done = _open.empty() && (stop == Stop::afterOne || (stop == Stop::atEndAction && isEnd));
+            openBody(end);
+        }
+    }
+
+    void moveTo(SwfActions& list) { moveTail(0, list); }
+
+    // The first action; the stream is left behind it. Empty when nothing was read.
+    std::unique_ptr<SwfAction> takeFirst() {
+        if (_items.size() > 1) // a block kept raw, and what was taken for its body
+            _stream.seek(_firstEnd);
+        return _items.empty() ? nullptr : std::move(_items.front());
+    }
+
+private:
+    struct OpenBlock {
+        size_t index;     // of the block in _items; its body's records stand behind it
+        uint64_t end;     // of its body
+        uint64_t payload; // where the block's own payload starts
+        uint16_t length;  // and its size
+    };
+
+    void readRecord() {
+        const uint64_t start = _stream.position();
+        SwfContext& context = _stream.context;
+        const uint8_t code = _stream.readUI8("ActionCode");
+        const uint16_t length = code >= 0x80 ? _stream.readUI16("Length") : 0;
+        context.actionCode = code;
+        context.actionLength = length;
+        _payload = _stream.position();
+        if (_payload + length > _stream.limit())
+            _stream.fail((actionName(code) + " > Length").c_str(), "the action passes the end of its list");
+        if (code == 0x80) _stream.markInexact("an action of code 128 is written without its length");
+
+        const bool marked = (_stream.actionOptions(code) & 1) != 0;
+        std::unique_ptr<SwfAction> action;
+        if (creatorOf(code) != nullptr && !marked)
+            action = readPayload(start);
+        else if (length == 0 && !marked)
+            action = std::make_unique<SwfAction>(code);
+        else
+            action = std::make_unique<SwfActionUnknown>(_stream);
+        action->size = length;
+        if (_items.empty()) _firstEnd = _payload + length;
+        _items.push_back(std::move(action));
+    }
+
+    // An action with a class of its own, or its bytes.
+    std::unique_ptr<SwfAction> readPayload(uint64_t recordStart) {
+        const uint8_t code = _stream.context.actionCode;
+        const uint16_t length = _stream.context.actionLength;
+        const bool keepRaw = _stream.context.keepRaw;
+        const bool nests = isBlock(code) || code == SwfActionCode::Try;
+        uint64_t end = _payload + length;
+        std::string reason;
+        try {
+            if (nests && _stream.context.actionDepth + _open.size() >= SwfContext::maxDepth) {
+                reason = "nested more than 256 deep";
+            } else {
+                PayloadScope scope(_stream, end);
+                std::unique_ptr<SwfAction> action = creatorOf(code)(_stream);
+                if (code == SwfActionCode::Try) readTryBodies(static_cast<SwfActionTry&>(*action), scope, end);
+                if (!keepRaw) {
+                    // A body lies outside Length. A Try that passes its Length is not read twice.
+                    if (!nests || _stream.position() < end) _stream.seek(isBlock(code) ? _stream.position() : end);
+                    return action;
+                }
+                if (_stream.inexact() != nullptr)
+                    reason = _stream.inexact();
+                else if (_stream.position() != end)
+                    reason = "its fields do not end where its length says";
+                else
+                    return action;
+            }
+        } catch (SwfException& error) {
+            error.addPlace(actionName(code));
+            if (!keepRaw) throw;
+            reason = error.what();
+        }
+        warnKeptRaw(code, recordStart, reason);
+        return bytes(code, _payload, end);
+    }
+
+    // `end` becomes the true end of a Try whose sizes add up, for its Length is cut to 16 bits.
+    void readTryBodies(SwfActionTry& action, const PayloadScope& scope, uint64_t& end) {
+        const bool hasCatch = (action.flags & SwfActionTry::catchFlag) != 0;
+        const bool hasFinally = (action.flags & SwfActionTry::finallyFlag) != 0;
+        _stream.setBodyEnd(scope.outerEnd);
+        if (_stream.context.keepRaw) {
+            // Settled before the bodies are read, so that a record of another layout costs no second reading.
+            const uint64_t bodiesEnd = _stream.position() + action.trySize + action.catchSize + action.finallySize;
+            const uint8_t known = SwfActionTry::catchFlag | SwfActionTry::finallyFlag | SwfActionTry::registerFlag;
+            const bool flagsFit = (action.flags & ~known) == 0 && hasCatch == (action.catchSize != 0) &&
+                                  hasFinally == (action.finallySize != 0);
+            if (!flagsFit || bodiesEnd > _stream.limit() || ((bodiesEnd - end) & 0xFFFF) != 0) {
+                _stream.markInexact("its flags and sizes are of another layout");
+                return;
+            }
+            end = bodiesEnd;
+            _stream.setBodyEnd(end);
+        }
+        _stream.context.actionDepth = static_cast<uint16_t>(_stream.context.actionDepth + _open.size() + 1);
+        action.tryBody.readSized(_stream, action.trySize);
+        if (hasCatch) action.catchBody.readSized(_stream, action.catchSize);
+        if (hasFinally) action.finallyBody.readSized(_stream, action.finallySize);
+    }
+
+    void openBody(uint64_t listEnd) {
+        if (!isBlock(_items.back()->type)) return;
+        const auto* block = dynamic_cast<const SwfActionBlock*>(_items.back().get());
+        if (block == nullptr) return;
+        const uint64_t end = _stream.position() + block->codeSize;
+        const OpenBlock opened{_items.size() - 1, std::min(end, _stream.limit()), _payload,
+                               _stream.context.actionLength};
+        if (_stream.context.keepRaw && end > (_open.empty() ? listEnd : _open.back().end))
+            turnIntoBytes(opened, "its body is longer than the list around it");
+        else
+            _open.push_back(opened);
+    }
+
+    void closeBodies() {
+        while (!_open.empty() && _stream.position() >= _open.back().end) {
+            const OpenBlock closed = _open.back();
+            _open.pop_back();
+            if (_stream.context.keepRaw && _stream.position() > closed.end)
+                turnIntoBytes(closed, "the last action passes the end of its body");
+            else
+                moveTail(closed.index + 1, static_cast<SwfActionBlock&>(*_items[closed.index]).body);
+        }
+    }
+
+    void moveTail(size_t from, SwfActions& list) {
+        list.reserve(uint64_t(list.size()) + _items.size() - from);
+        for (size_t i = from; i < _items.size(); ++i) list.add(std::move(_items[i]));
+        _items.resize(from);
+    }
+
+    void turnIntoBytes(const OpenBlock& block, const char* reason) {
+        std::unique_ptr<SwfAction>& item = _items[block.index];
+        warnKeptRaw(item->type, block.payload - item->headerSize(), reason);
+        const uint64_t position = _stream.position();
+        item = bytes(item->type, block.payload, block.payload + block.length);
+        _stream.seek(position);
+    }
+
+    std::unique_ptr<SwfAction> bytes(uint32_t code, uint64_t start, uint64_t end) {
+        _stream.seek(start);
+        return std::make_unique<SwfActionUnknown>(code, _stream.readPayload(end - start, "data"));
+    }
+
+    void warnKeptRaw(uint32_t code, uint64_t start, const std::string& reason) {
+        const SwfContext& context = _stream.context;
+        if (context.warnings == nullptr) return;
+        SwfWarning warning;
+        warning.kind = SwfWarning::Kind::keptRaw;
+        warning.tagCode = context.tagType;
+        warning.tagName = tagName(context.tagType) + " > " + actionName(code);
+        warning.path = tagPathText(_stream.tagPath);
+        warning.offset = start;
+        warning.reason = reason;
+        context.warnings->add(std::move(warning));
+    }
+
+    SwfIStream& _stream;
+    std::vector<std::unique_ptr<SwfAction>> _items;
+    std::vector<OpenBlock> _open;
+    uint64_t _payload = 0;  // where the payload of the record just read starts
+    uint64_t _firstEnd = 0; // where the first record ends
+};
+
+} // namespace
+
+std::unique_ptr<SwfAction> readAction(SwfIStream& stream) {
+    ActionReader reader(stream);
+    reader.read(stream.limit(), ActionReader::Stop::afterOne);
+    std::unique_ptr<SwfAction> action = reader.takeFirst();
+    if (action == nullptr) stream.fail("ActionCode", "data ends here");
+    return action;
+}
+
+void SwfActions::readUntilEnd(SwfIStream& stream) {
+    ActionReader reader(stream);
+    reader.read(stream.limit(), ActionReader::Stop::atEndAction);
+    reader.moveTo(*this);
+}
+
+void SwfActions::readSized(SwfIStream& stream, uint64_t length) {
+    const uint64_t end = std::min(stream.position() + length, stream.limit());
+    ActionReader reader(stream);
+    reader.read(end, ActionReader::Stop::atEnd);
+    reader.moveTo(*this);
+    if (stream.position() > end) stream.markInexact("the last action passes the end of its list");
+}
+
+} // namespace libswf

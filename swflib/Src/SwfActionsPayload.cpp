@@ -1,0 +1,214 @@
+#include "SwfActionsPayload.h"
+
+namespace libswf {
+
+namespace {
+
+// Bounds counts from the file: no item starts at or after the end of the payload.
+void startItem(const SwfIStream& stream, const char* field) {
+    if (stream.bodyLeft() == 0) stream.fail(field, "the action ends before all items that its count promises");
+}
+
+void checkCount(uint64_t count, const char* what) {
+    if (count > UINT16_MAX) throw SwfException(SwfError::doesNotFit, std::string(what) + ": more than 65,535");
+}
+
+} // namespace
+
+uint32_t SwfPayloadAction::getSize(SwfContext& context) {
+    return size = measure(context, [&](SwfOStream& stream) { writePayload(stream); });
+}
+
+void SwfPayloadAction::write(SwfOStream& stream) {
+    checkFits();
+    writeHeader(stream, recordLength());
+    writePayload(stream);
+}
+
+SwfActionGotoFrame::SwfActionGotoFrame(SwfIStream& stream) : SwfActionGotoFrame() { frame = stream.readUI16("Frame"); }
+
+void SwfActionGotoFrame::writePayload(SwfOStream& stream) { stream.writeUI16(frame); }
+
+SwfActionGetURL::SwfActionGetURL(SwfIStream& stream) : SwfActionGetURL() {
+    stream.readString(url, "UrlString");
+    stream.readString(target, "TargetString");
+}
+
+void SwfActionGetURL::writePayload(SwfOStream& stream) {
+    url.write(stream, true);
+    target.write(stream, true);
+}
+
+SwfActionStoreRegister::SwfActionStoreRegister(SwfIStream& stream) : SwfActionStoreRegister() {
+    registerNumber = stream.readUI8("RegisterNumber");
+}
+
+void SwfActionStoreRegister::writePayload(SwfOStream& stream) { stream.writeUI8(registerNumber); }
+
+SwfActionConstantPool::SwfActionConstantPool(SwfIStream& stream) : SwfActionConstantPool() {
+    const uint16_t count = stream.readUI16("Count");
+    for (uint32_t i = 0; i < count; ++i) {
+        startItem(stream, "ConstantPool");
+        stream.readString(constants.append({}), "ConstantPool");
+    }
+}
+
+void SwfActionConstantPool::writePayload(SwfOStream& stream) {
+    stream.writeUI16(static_cast<uint16_t>(constants.size()));
+    for (const SwfString& constant : constants) constant.write(stream, true);
+}
+
+void SwfActionConstantPool::checkFits() const { checkCount(constants.size(), "ConstantPool > Count"); }
+
+SwfActionWaitForFrame::SwfActionWaitForFrame(SwfIStream& stream) : SwfActionWaitForFrame() {
+    frame = stream.readUI16("Frame");
+    skipCount = stream.readUI8("SkipCount");
+}
+
+void SwfActionWaitForFrame::writePayload(SwfOStream& stream) {
+    stream.writeUI16(frame);
+    stream.writeUI8(skipCount);
+}
+
+SwfActionSetTarget::SwfActionSetTarget(SwfIStream& stream) : SwfActionSetTarget() {
+    stream.readString(targetName, "TargetName");
+}
+
+void SwfActionSetTarget::writePayload(SwfOStream& stream) { targetName.write(stream, true); }
+
+SwfActionGoToLabel::SwfActionGoToLabel(SwfIStream& stream) : SwfActionGoToLabel() { stream.readString(label, "Label"); }
+
+void SwfActionGoToLabel::writePayload(SwfOStream& stream) { label.write(stream, true); }
+
+SwfActionWaitForFrame2::SwfActionWaitForFrame2(SwfIStream& stream) : SwfActionWaitForFrame2() {
+    skipCount = stream.readUI8("SkipCount");
+}
+
+void SwfActionWaitForFrame2::writePayload(SwfOStream& stream) { stream.writeUI8(skipCount); }
+
+SwfActionPush::SwfActionPush(SwfIStream& stream) : SwfActionPush() {
+    const uint64_t end = stream.position() + stream.context.actionLength;
+    while (stream.position() < end) values.add(readValue(stream));
+}
+
+void SwfActionPush::writePayload(SwfOStream& stream) {
+    for (const SwfValue* value : values) value->write(stream);
+}
+
+void SwfActionBranch::read(SwfIStream& stream) { branchOffset = stream.readSI16("BranchOffset"); }
+
+void SwfActionBranch::writePayload(SwfOStream& stream) { stream.writeSI16(branchOffset); }
+
+SwfActionGetURL2::SwfActionGetURL2(SwfIStream& stream) : SwfActionGetURL2() {
+    flags = stream.readUI8("Flags");
+    if ((flags & reserved) != 0 || (flags & methodMask) == methodMask)
+        stream.markInexact("its flags have no form here");
+}
+
+void SwfActionGetURL2::writePayload(SwfOStream& stream) { stream.writeUI8(flags); }
+
+SwfActionGotoFrame2::SwfActionGotoFrame2(SwfIStream& stream) : SwfActionGotoFrame2() {
+    const uint8_t flags = stream.readUI8("Flags");
+    play = (flags & playFlag) != 0;
+    if ((flags & sceneBiasFlag) != 0) sceneBias = stream.readUI16("SceneBias");
+    const bool biasOfZero = (flags & sceneBiasFlag) != 0 && sceneBias == 0;
+    if ((flags & ~(playFlag | sceneBiasFlag)) != 0 || biasOfZero) stream.markInexact("its flags have no form here");
+}
+
+void SwfActionGotoFrame2::writePayload(SwfOStream& stream) {
+    stream.writeUI8(static_cast<uint8_t>((play ? playFlag : 0) | (sceneBias != 0 ? sceneBiasFlag : 0)));
+    if (sceneBias != 0) stream.writeUI16(sceneBias);
+}
+
+void SwfActionBlock::readCodeSize(SwfIStream& stream) { codeSize = stream.readUI16("CodeSize"); }
+
+void SwfActionBlock::writeBody(SwfOStream& stream) {
+    stream.writeUI16(static_cast<uint16_t>(body.byteSize));
+    body.measureOrWrite(stream);
+}
+
+SwfActionDefineFunction::SwfActionDefineFunction(SwfIStream& stream) : SwfActionDefineFunction() {
+    stream.readString(functionName, "FunctionName");
+    const uint16_t count = stream.readUI16("NumParams");
+    for (uint32_t i = 0; i < count; ++i) {
+        startItem(stream, "Params");
+        stream.readString(parameters.append({}), "Params");
+    }
+    readCodeSize(stream);
+}
+
+void SwfActionDefineFunction::writePayload(SwfOStream& stream) {
+    functionName.write(stream, true);
+    stream.writeUI16(static_cast<uint16_t>(parameters.size()));
+    for (const SwfString& parameter : parameters) parameter.write(stream, true);
+    writeBody(stream);
+}
+
+void SwfActionDefineFunction::checkFits() const {
+    checkCount(parameters.size(), "DefineFunction > NumParams");
+    checkCount(body.byteSize, "DefineFunction > CodeSize");
+}
+
+SwfActionDefineFunction2::SwfActionDefineFunction2(SwfIStream& stream) : SwfActionDefineFunction2() {
+    stream.readString(functionName, "FunctionName");
+    const uint16_t count = stream.readUI16("NumParams");
+    registerCount = stream.readUI8("RegisterCount");
+    flags = stream.readUI16("Flags");
+    for (uint32_t i = 0; i < count; ++i) {
+        startItem(stream, "Parameters");
+        SwfRegisterParam& parameter = parameters.append({});
+        parameter.registerNumber = stream.readUI8("Register");
+        stream.readString(parameter.name, "ParamName");
+    }
+    readCodeSize(stream);
+}
+
+void SwfActionDefineFunction2::writePayload(SwfOStream& stream) {
+    functionName.write(stream, true);
+    stream.writeUI16(static_cast<uint16_t>(parameters.size()));
+    stream.writeUI8(registerCount);
+    stream.writeUI16(flags);
+    for (const SwfRegisterParam& parameter : parameters) {
+        stream.writeUI8(parameter.registerNumber);
+        parameter.name.write(stream, true);
+    }
+    writeBody(stream);
+}
+
+SwfActionWith::SwfActionWith(SwfIStream& stream) : SwfActionWith() { readCodeSize(stream); }
+
+void SwfActionWith::writePayload(SwfOStream& stream) { writeBody(stream); }
+
+SwfActionTry::SwfActionTry(SwfIStream& stream) : SwfActionTry() {
+    flags = stream.readUI8("Flags");
+    catchInRegister = (flags & registerFlag) != 0;
+    if (catchInRegister)
+        catchRegister = stream.readUI8("CatchRegister");
+    else
+        stream.readString(catchName, "CatchName");
+    trySize = stream.readUI16("TrySize");
+    catchSize = stream.readUI16("CatchSize");
+    finallySize = stream.readUI16("FinallySize");
+}
+
+void SwfActionTry::writePayload(SwfOStream& stream) {
+    stream.writeUI8(flags);
+    if (catchInRegister)
+        stream.writeUI8(catchRegister);
+    else
+        catchName.write(stream, true);
+    stream.writeUI16(static_cast<uint16_t>(tryBody.byteSize));
+    stream.writeUI16(static_cast<uint16_t>(catchBody.byteSize));
+    stream.writeUI16(static_cast<uint16_t>(finallyBody.byteSize));
+    tryBody.measureOrWrite(stream);
+    catchBody.measureOrWrite(stream);
+    finallyBody.measureOrWrite(stream);
+}
+
+void SwfActionTry::checkFits() const {
+    checkCount(tryBody.byteSize, "Try > TrySize");
+    checkCount(catchBody.byteSize, "Try > CatchSize");
+    checkCount(finallyBody.byteSize, "Try > FinallySize");
+}
+
+} // namespace libswf

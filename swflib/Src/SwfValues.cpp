@@ -1,0 +1,60 @@
+#include "SwfValues.h"
+
+namespace libswf {
+
+uint32_t SwfValue::getSize(SwfContext& context) {
+    return size = measure(context, [&](SwfOStream& stream) { write(stream); });
+}
+
+void SwfValue::write(SwfOStream& stream) const { stream.writeUI8(valueType); }
+
+SwfValueString::SwfValueString(SwfIStream& stream) : SwfValueString() { stream.readString(text, "String"); }
+
+void SwfValueString::write(SwfOStream& stream) const {
+    SwfValue::write(stream);
+    text.write(stream, true);
+}
+
+// The byte order of one half, most significant byte first.
+static uint32_t swapped(uint32_t half) {
+    return half >> 24 | (half >> 8 & 0xFF00) | (half << 8 & 0xFF0000) | half << 24;
+}
+
+SwfValueDouble::SwfValueDouble(SwfIStream& stream) : SwfValueDouble() {
+    const uint32_t low = swapped(stream.readUI32("Double"));
+    const uint32_t high = swapped(stream.readUI32("Double"));
+    value = std::bit_cast<double>(uint64_t(high) << 32 | low);
+}
+
+void SwfValueDouble::write(SwfOStream& stream) const {
+    const uint64_t bits = std::bit_cast<uint64_t>(value);
+    SwfValue::write(stream);
+    stream.writeUI32(swapped(static_cast<uint32_t>(bits)));
+    stream.writeUI32(swapped(static_cast<uint32_t>(bits >> 32)));
+}
+
+static std::unique_ptr<SwfValue> makeValue(SwfIStream& stream) {
+    switch (stream.readUI8("Type")) {
+    case SwfValueType::String: return std::make_unique<SwfValueString>(stream);
+    case SwfValueType::Float: return std::make_unique<SwfValueFloat>(stream);
+    case SwfValueType::Null: return std::make_unique<SwfValue>(SwfValue::Plain::Null);
+    case SwfValueType::Undefined: return std::make_unique<SwfValue>(SwfValue::Plain::Undefined);
+    case SwfValueType::Register: return std::make_unique<SwfValueRegister>(stream);
+    case SwfValueType::Boolean: return std::make_unique<SwfValueBoolean>(stream);
+    case SwfValueType::Double: return std::make_unique<SwfValueDouble>(stream);
+    case SwfValueType::Integer: return std::make_unique<SwfValueInteger>(stream);
+    case SwfValueType::Constant8: return std::make_unique<SwfValueConstant8>(stream);
+    case SwfValueType::Constant16: return std::make_unique<SwfValueConstant16>(stream);
+    default: stream.fail("Type", "a value of an unknown type");
+    }
+}
+
+std::unique_ptr<SwfValue> readValue(SwfIStream& stream) {
+    auto value = makeValue(stream);
+    const bool cut = stream.position() == stream.limit() && value->valueType == SwfValueType::String &&
+                     stream.data()[stream.position() - 1] != 0;
+    if (cut || stream.position() > stream.limit()) stream.fail("Value", "the value is longer than its action");
+    return value;
+}
+
+} // namespace libswf

@@ -1,0 +1,97 @@
+// ActionScript 1 and 2 bytecode: the base of all actions, and their lists.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "SwfBytes.h"
+#include "SwfObject.h"
+#include "SwfStream.h"
+#include "SwfVector.h"
+
+namespace libswf {
+
+/// SwfActionCode::GoToFrame and so on, from the one table of actions.
+namespace SwfActionCode {
+enum : uint32_t {
+#define SWF_ACTION(code, name) name = code,
+#define SWF_PAYLOAD_ACTION(code, name, type) name = code,
+#include "SwfActions.def"
+    /// Pseudo code of a block that is written without a record header. Never read from a file.
+    compiled = 0xFFFFF
+};
+} // namespace SwfActionCode
+
+/// One action record; by itself an action of any code without payload. A concrete action reads its payload in a
+/// constructor from SwfIStream: the record header has been read, its code and Length stand in the stream's context.
+/// `size` is the length of the payload in bytes, nested lists included.
+///
+/// Departures from the published format, kept on purpose: a record of code 0x80 is read with a Length field and written
+/// without one; a Length over 65,535 is cut to its low 16 bits.
+class SwfAction : public SwfStruct {
+public:
+    uint32_t type; ///< action code, 0 to 255, or SwfActionCode::compiled
+
+    explicit SwfAction(uint32_t code) : type(code) {}
+    virtual ~SwfAction() = default;
+    SwfAction(const SwfAction&) = delete;
+    SwfAction& operator=(const SwfAction&) = delete;
+
+    /// Measures the payload.
+    virtual uint32_t getSize(SwfContext& context);
+    /// Header and payload, with the size that getSize found. Throws SwfException code 2, with nothing written, for what
+    /// the record cannot hold.
+    virtual void write(SwfOStream& stream);
+
+    /// Bytes of the record header.
+    uint32_t headerSize() const { return type == SwfActionCode::compiled ? 0 : type > 0x80 ? 3 : 1; }
+
+protected:
+    void writeHeader(SwfOStream& stream, uint32_t length) const;
+};
+
+/// An ordered, owning list of actions. Nothing adds a terminating End: it is an action like any other.
+class SwfActions : public SwfPtrVector<SwfAction*> {
+public:
+    /// Bytes of the list as getSize last found them.
+    uint32_t byteSize = 0;
+
+    /// Reads up to and including the first End, or to the end of the tag's body.
+    void readUntilEnd(SwfIStream& stream);
+    /// Reads the actions that start within the next `length` bytes, but none at or after the end of the tag's body. The
+    /// last one may end later, unless the context says keepRaw: then the stream is marked inexact.
+    void readSized(SwfIStream& stream, uint64_t length);
+
+    /// Measures every action, once. Throws SwfException code 2 for more than 4 GB.
+    uint32_t getSize(SwfContext& context);
+    /// Writes every action with the size that getSize found.
+    void write(SwfOStream& stream) const;
+    /// For the writeBody of a tag: on a counter adds the measured size, else writes with the sizes measured before, so
+    /// that nested lists are measured once.
+    void measureOrWrite(SwfOStream& stream);
+};
+
+/// An action kept as bytes: of a code without a class, or one that its class cannot hold.
+/// Data under a code below 0x80 cannot be written (SwfException code 2), since such records have no Length.
+class SwfActionUnknown : public SwfAction {
+public:
+    SwfBytes data;
+
+    SwfActionUnknown(uint32_t code, SwfBytes bytes) : SwfAction(code), data(std::move(bytes)) {}
+    /// Takes the Length bytes of the record.
+    explicit SwfActionUnknown(SwfIStream& stream);
+
+    uint32_t getSize(SwfContext& context) override;
+    void write(SwfOStream& stream) override;
+};
+
+/// The factory: reads the next action, nested lists included. An action that passes the end of the tag's body throws
+/// SwfException code 3. One that its class cannot give back is kept as SwfActionUnknown, with a warning, when the
+/// context says keepRaw; without keepRaw the classes read what they can. Lists nested deeper than SwfContext::maxDepth
+/// are kept raw in either case. The work is linear in the bytes read, whatever they hold.
+std::unique_ptr<SwfAction> readAction(SwfIStream& stream);
+
+/// "GetURL" for 0x83, "Action 1" for a code without a name.
+std::string actionName(uint32_t code);
+
+} // namespace libswf

@@ -1,0 +1,62 @@
+// DoAction, DoInitAction and clip actions as XML.
+#include "XmlActions.h"
+#include "XmlTagForms.h"
+
+namespace xml2swf {
+
+using namespace libswf;
+
+namespace {
+
+void writeActionsChild(XmlNode& node, const SwfActions& actions) {
+    XmlNode child(node, "Actions");
+    writeActions(child, actions);
+}
+
+// The first child holds the actions, whatever its name.
+void readActionsChild(XmlElement& element, SwfActions& actions) {
+    if (auto child = element.childAt(0)) readActions(*child, actions);
+}
+
+} // namespace
+
+void writeXml(XmlNode& node, const SwfTagDoAction& tag) { writeActionsChild(node, tag.actions); }
+
+void readXml(XmlElement& element, SwfTagDoAction& tag) { readActionsChild(element, tag.actions); }
+
+void writeXml(XmlNode& node, const SwfTagDoInitAction& tag) {
+    node.attribute("SpriteId", tag.spriteId);
+    writeActionsChild(node, tag.actions);
+}
+
+void readXml(XmlElement& element, SwfTagDoInitAction& tag) {
+    tag.spriteId = element.ui16("SpriteId");
+    readActionsChild(element, tag.actions);
+}
+
+static void writeXml(XmlNode& node, const SwfClipAction& record) {
+    for (const SwfClipAction::Event& event : SwfClipAction::events) node.attribute(event.name, record.*event.field);
+    node.attribute("KeyCode", record.keyCode);
+    writeActions(node, record.actions);
+}
+
+static void readXml(XmlElement& element, SwfClipAction& record) {
+    for (const SwfClipAction::Event& event : SwfClipAction::events) record.*event.field = element.boolean(event.name);
+    record.keyCode = element.ui8("KeyCode");
+    readActions(element, record.actions);
+}
+
+void writeXml(XmlNode& node, const SwfClipActions& actions) {
+    for (const SwfClipAction& record : actions.records) writeChild(node, "ClipAction", record);
+}
+
+void readXml(XmlElement& element, SwfClipActions& actions) {
+    for (XmlElement child : element.children()) {
+        if (child.is("ClipAction"))
+            readXml(child, actions.records.emplace_back());
+        else
+            child.skip();
+    }
+}
+
+} // namespace xml2swf

@@ -63,14 +63,18 @@ void SwfActionUnknown::write(SwfOStream& stream) {
 }
 
 std::string actionName(uint32_t code) {
-    switch (code) {
-#define SWF_ACTION(code, name)                                                                                         \
-    case code: return #name;                                                                                           \
-        #define SWF_PAYLOAD_ACTION(code, name, type)                                                                   \
-    case code: return #name;                                                                                           \
-        #include "SwfActions.def"
-    default: return "Action " + std::to_string(code);
+    static constexpr struct {
+        uint32_t code;
+        const char* name;
+    } names[] = {
+#define SWF_ACTION(code, name) {code, #name},
+#define SWF_PAYLOAD_ACTION(code, name, type) {code, #name},
+#include "SwfActions.def"
+    };
+    for (const auto& row : names) {
+        if (row.code == code) return row.name;
     }
+    return "Action " + std::to_string(code);
 }
 
 } // namespace libswf

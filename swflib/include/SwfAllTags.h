@@ -3,6 +3,8 @@
 
 #include "SwfTag.h"
 #include "SwfTagDefineSprite.h"
+#include "SwfTagPlaceObject.h"
+#include "SwfTagRemoveObject.h"
 #include "SwfTagDoAction.h"
 #include "SwfTagsAssets.h"
 #include "SwfTagsControl.h"

@@ -4,6 +4,7 @@
 #include "Base64.h"
 #include "CaseFile.h"
 #include "Conversion.h"
+#include "SwfAllTags.h"
 #include "SwfWarnings.h"
 #include "XmlElementWriter.h"
 #include "XmlNumbers.h"
@@ -162,27 +163,22 @@ struct Compiled {
         : done(xmlToSwf(text, target, {.keepRaw = false, .warnings = &warnings})) {}
 };
 
-TEST(XmlStrings, EveryByteSurvives) {
+TEST(Conversion, EveryByteOfALabelSurvives) {
     std::string bytes;
     for (int c = 1; c < 256; ++c) bytes += static_cast<char>(c);
-    bytes += "\r\n\n\r'\"<&>]]>&amp;";
-    std::string out;
-    XmlWriteContext context;
-    {
-        XmlNode movie(out, context, 0, "Movie");
-        movie.attribute("SwfVersion", 8);
-        XmlNode unknown(movie, "Nonsense");
-        unknown.attribute("Text", SwfString(bytes));
-    }
-    EXPECT_NE(out.find("&quot;"), out.npos);
-    std::string_view read;
-    std::string copy = out + '\0';
-    rapidxml::xml_document<char> document;
-    document.parse<rapidxml::parse_full>(copy.data());
-    const auto* attribute = document.first_node()->first_node()->first_attribute();
-    read = {attribute->value(), attribute->value_size()};
+    bytes += "\r\n\n\r'\"<&>]]>&amp;&#65;";
+    SwfMovieSafe movie, again;
+    auto label = std::make_shared<SwfTagFrameLabel>();
+    label->name = SwfString(bytes);
+    movie.tags.append(label);
+    auto reload = [](const SwfVector<uint8_t>& file) { return std::vector<uint8_t>(file.begin(), file.end()); };
+    again.parse(reload(movie.serialise(9)), {});
+    Compiled compiled(swfToXmlDocument(again, {}));
+    SwfMovieSafe back;
+    back.parse(reload(compiled.target.movie.serialise(9)), {});
+    const std::string_view name = dynamic_cast<SwfTagFrameLabel&>(*back.tags.at(0)).name.view();
     EXPECT_EQ(hexDiff({reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()},
-                      {reinterpret_cast<const uint8_t*>(read.data()), read.size()}),
+                      {reinterpret_cast<const uint8_t*>(name.data()), name.size()}),
               "");
 }
 
@@ -209,6 +205,18 @@ TEST(XmlPlace, CountsRowsAndCharacters) {
         place.locate(row.text);
         EXPECT_EQ(place.row, row.row) << row.text;
         EXPECT_EQ(place.column, row.column) << row.text;
+        EXPECT_EQ(XmlPlaces(row.text).at(row.offset).column, row.column) << row.text;
+    }
+    std::string text; // lines of many lengths and ends, so that stops fall on all of them
+    for (int i = 0; i < 3000; ++i)
+        text += std::string(static_cast<size_t>(i % 7), 'x') + (i % 3 == 0 ? "\r\n" : i % 3 == 1 ? "\r" : "\xC3\xA9\n");
+    XmlPlaces places(text);
+    for (size_t offset :
+         {text.size(), text.size() + 9, size_t(4095), size_t(4096), size_t(4097), size_t(8192), size_t(0)}) {
+        XmlPlace place{offset, 0, 0};
+        place.locate(text);
+        EXPECT_EQ(places.at(offset).row, place.row) << offset;
+        EXPECT_EQ(places.at(offset).column, place.column) << offset;
     }
 }
 
@@ -261,9 +269,10 @@ TEST(XmlDocument, ErrorsCarryTheirPlace) {
 TEST(XmlDocument, RefusesDeepNestingBehindMarkup) {
     std::string deep;
     for (int i = 0; i < 1000000; ++i) deep += "<a>";
-    for (const char* start : {"", "<?xml version=\"1.0\"?>", "<!-- \" > -->", "<!DOCTYPE x [ <!ELEMENT a> <!-- ]>",
-                              "<!DOCTYPE x [ <![CDATA[ ]]>", "<!DOCTYPE x [ <b c=' ]>", "<!DOCTYPEx [>",
-                              "<x y='>\"<!--'>", "<x>'", "<x><!OTHER <!-- >", "<x><![CDATA[ <!-- ]]>", "<?pi <!-- ?>"})
+    for (const char* start :
+         {"", "<?xml version=\"1.0\"?>", "<!-- \" > -->", "<!DOCTYPE x [ <!ELEMENT a> <!-- ]>",
+          "<!DOCTYPE x [ <![CDATA[ ]]>", "<!DOCTYPE x [ <b c=' ]>", "<!DOCTYPEx [>", "<?xMl a='?><!--' ?>",
+          "<x y='>\"<!--'>", "<x>'", "<x><!OTHER <!-- >", "<x><![CDATA[ <!-- ]]>", "<?pi <!-- ?>"})
         EXPECT_THROW(Compiled(start + deep), XmlSyntaxError) << start;
 }
 

@@ -59,13 +59,13 @@ bool readValue(CaseFile& file, std::string_view keyword, std::string_view value)
 
 bool readSection(CaseFile& file, std::string_view keyword, const std::string& content) {
     if (keyword == "before")
-        file.before = parseHex(content);
+        file.before = hexBytes(content);
     else if (keyword == "body")
-        file.body = parseHex(content);
+        file.body = hexBytes(content);
     else if (keyword == "rewritten")
-        file.rewritten = parseHex(content);
+        file.rewritten = hexBytes(content);
     else if (keyword == "resaved")
-        file.resaved = parseHex(content);
+        file.resaved = hexBytes(content);
     else if (keyword == "xml")
         file.xml = content;
     else if (keyword == "accepts")
@@ -95,7 +95,7 @@ std::string hexRow(std::span<const uint8_t> bytes, size_t from) {
 
 } // namespace
 
-Bytes parseHex(std::string_view text) {
+Bytes hexBytes(std::string_view text) {
     Bytes bytes;
     std::istringstream lines{std::string(text)};
     for (std::string line; std::getline(lines, line);) {

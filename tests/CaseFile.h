@@ -39,7 +39,7 @@ CaseFile parseCase(const std::filesystem::path& path);
 std::vector<std::filesystem::path> findCases(const std::filesystem::path& folder);
 
 /// Bytes from text such as "0a 0b0c 00*20 # comment"; throws std::runtime_error.
-Bytes parseHex(std::string_view text);
+Bytes hexBytes(std::string_view text);
 std::string hexText(std::span<const uint8_t> bytes);
 
 /// Where two runs of bytes or two texts part; empty when they are equal.

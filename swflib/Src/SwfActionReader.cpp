@@ -13,7 +13,8 @@ namespace {
 
 using Creator = std::unique_ptr<SwfAction> (*)(SwfIStream&);
 
-template <class Action> std::unique_ptr<SwfAction> create(SwfIStream& stream) {
+template <class Action>
+std::unique_ptr<SwfAction> create(SwfIStream& stream) {
     return std::make_unique<Action>(stream);
 }
 
@@ -71,8 +72,7 @@ public:
         bool done = false;
         for (;;) {
             closeBodies();
-            if (_open.empty() && (done || _stream.position() >= end))
-                return;
+            if (_open.empty() && (done || _stream.position() >= end)) return;
             readRecord();
             const bool isEnd = _items.back()->type == SwfActionCode::End;
             done = _open.empty() && (stop == Stop::afterOne || (stop == Stop::atEndAction && isEnd));
@@ -107,8 +107,7 @@ private:
         _payload = _stream.position();
         if (_payload + length > _stream.limit())
             _stream.fail((actionName(code) + " > Length").c_str(), "the action passes the end of its list");
-        if (code == 0x80)
-            _stream.markInexact("an action of code 128 is written without its length");
+        if (code == 0x80) _stream.markInexact("an action of code 128 is written without its length");
 
         const bool marked = (_stream.actionOptions(code) & 1) != 0;
         std::unique_ptr<SwfAction> action;
@@ -119,8 +118,7 @@ private:
         else
             action = std::make_unique<SwfActionUnknown>(_stream);
         action->size = length;
-        if (_items.empty())
-            _firstEnd = _payload + length;
+        if (_items.empty()) _firstEnd = _payload + length;
         _items.push_back(std::move(action));
     }
 
@@ -138,12 +136,10 @@ private:
             } else {
                 PayloadScope scope(_stream, end);
                 std::unique_ptr<SwfAction> action = creatorOf(code)(_stream);
-                if (code == SwfActionCode::Try)
-                    readTryBodies(static_cast<SwfActionTry&>(*action), scope, end);
+                if (code == SwfActionCode::Try) readTryBodies(static_cast<SwfActionTry&>(*action), scope, end);
                 if (!keepRaw) {
                     // A body lies outside Length. A Try that passes its Length is not read twice.
-                    if (!nests || _stream.position() < end)
-                        _stream.seek(isBlock(code) ? _stream.position() : end);
+                    if (!nests || _stream.position() < end) _stream.seek(isBlock(code) ? _stream.position() : end);
                     return action;
                 }
                 if (_stream.inexact() != nullptr)
@@ -155,8 +151,7 @@ private:
             }
         } catch (SwfException& error) {
             error.addPlace(actionName(code));
-            if (!keepRaw)
-                throw;
+            if (!keepRaw) throw;
             reason = error.what();
         }
         warnKeptRaw(code, recordStart, reason);
@@ -183,18 +178,14 @@ private:
         }
         _stream.context.actionDepth = static_cast<uint16_t>(_stream.context.actionDepth + _open.size() + 1);
         action.tryBody.readSized(_stream, action.trySize);
-        if (hasCatch)
-            action.catchBody.readSized(_stream, action.catchSize);
-        if (hasFinally)
-            action.finallyBody.readSized(_stream, action.finallySize);
+        if (hasCatch) action.catchBody.readSized(_stream, action.catchSize);
+        if (hasFinally) action.finallyBody.readSized(_stream, action.finallySize);
     }
 
     void openBody(uint64_t listEnd) {
-        if (!isBlock(_items.back()->type))
-            return;
+        if (!isBlock(_items.back()->type)) return;
         const auto* block = dynamic_cast<const SwfActionBlock*>(_items.back().get());
-        if (block == nullptr)
-            return;
+        if (block == nullptr) return;
         const uint64_t end = _stream.position() + block->codeSize;
         const OpenBlock opened{_items.size() - 1, std::min(end, _stream.limit()), _payload,
                                _stream.context.actionLength};
@@ -217,8 +208,7 @@ private:
 
     void moveTail(size_t from, SwfActions& list) {
         list.reserve(uint64_t(list.size()) + _items.size() - from);
-        for (size_t i = from; i < _items.size(); ++i)
-            list.add(std::move(_items[i]));
+        for (size_t i = from; i < _items.size(); ++i) list.add(std::move(_items[i]));
         _items.resize(from);
     }
 
@@ -237,8 +227,7 @@ private:
 
     void warnKeptRaw(uint32_t code, uint64_t start, const std::string& reason) {
         const SwfContext& context = _stream.context;
-        if (context.warnings == nullptr)
-            return;
+        if (context.warnings == nullptr) return;
         SwfWarning warning;
         warning.kind = SwfWarning::Kind::keptRaw;
         warning.tagCode = context.tagType;
@@ -262,8 +251,7 @@ std::unique_ptr<SwfAction> readAction(SwfIStream& stream) {
     ActionReader reader(stream);
     reader.read(stream.limit(), ActionReader::Stop::afterOne);
     std::unique_ptr<SwfAction> action = reader.takeFirst();
-    if (action == nullptr)
-        stream.fail("ActionCode", "data ends here");
+    if (action == nullptr) stream.fail("ActionCode", "data ends here");
     return action;
 }
 
@@ -278,8 +266,7 @@ void SwfActions::readSized(SwfIStream& stream, uint64_t length) {
     ActionReader reader(stream);
     reader.read(end, ActionReader::Stop::atEnd);
     reader.moveTo(*this);
-    if (stream.position() > end)
-        stream.markInexact("the last action passes the end of its list");
+    if (stream.position() > end) stream.markInexact("the last action passes the end of its list");
 }
 
 } // namespace libswf

@@ -6,13 +6,11 @@ namespace {
 
 // Bounds counts from the file: no item starts at or after the end of the payload.
 void startItem(const SwfIStream& stream, const char* field) {
-    if (stream.bodyLeft() == 0)
-        stream.fail(field, "the action ends before all items that its count promises");
+    if (stream.bodyLeft() == 0) stream.fail(field, "the action ends before all items that its count promises");
 }
 
 void checkCount(uint64_t count, const char* what) {
-    if (count > UINT16_MAX)
-        throw SwfException(SwfError::doesNotFit, std::string(what) + ": more than 65,535");
+    if (count > UINT16_MAX) throw SwfException(SwfError::doesNotFit, std::string(what) + ": more than 65,535");
 }
 
 } // namespace
@@ -27,9 +25,7 @@ void SwfPayloadAction::write(SwfOStream& stream) {
     writePayload(stream);
 }
 
-SwfActionGotoFrame::SwfActionGotoFrame(SwfIStream& stream) : SwfActionGotoFrame() {
-    frame = stream.readUI16("Frame");
-}
+SwfActionGotoFrame::SwfActionGotoFrame(SwfIStream& stream) : SwfActionGotoFrame() { frame = stream.readUI16("Frame"); }
 
 void SwfActionGotoFrame::writePayload(SwfOStream& stream) { stream.writeUI16(frame); }
 
@@ -59,8 +55,7 @@ SwfActionConstantPool::SwfActionConstantPool(SwfIStream& stream) : SwfActionCons
 
 void SwfActionConstantPool::writePayload(SwfOStream& stream) {
     stream.writeUI16(static_cast<uint16_t>(constants.size()));
-    for (const SwfString& constant : constants)
-        constant.write(stream, true);
+    for (const SwfString& constant : constants) constant.write(stream, true);
 }
 
 void SwfActionConstantPool::checkFits() const { checkCount(constants.size(), "ConstantPool > Count"); }
@@ -81,9 +76,7 @@ SwfActionSetTarget::SwfActionSetTarget(SwfIStream& stream) : SwfActionSetTarget(
 
 void SwfActionSetTarget::writePayload(SwfOStream& stream) { targetName.write(stream, true); }
 
-SwfActionGoToLabel::SwfActionGoToLabel(SwfIStream& stream) : SwfActionGoToLabel() {
-    stream.readString(label, "Label");
-}
+SwfActionGoToLabel::SwfActionGoToLabel(SwfIStream& stream) : SwfActionGoToLabel() { stream.readString(label, "Label"); }
 
 void SwfActionGoToLabel::writePayload(SwfOStream& stream) { label.write(stream, true); }
 
@@ -95,13 +88,11 @@ void SwfActionWaitForFrame2::writePayload(SwfOStream& stream) { stream.writeUI8(
 
 SwfActionPush::SwfActionPush(SwfIStream& stream) : SwfActionPush() {
     const uint64_t end = stream.position() + stream.context.actionLength;
-    while (stream.position() < end)
-        values.add(readValue(stream));
+    while (stream.position() < end) values.add(readValue(stream));
 }
 
 void SwfActionPush::writePayload(SwfOStream& stream) {
-    for (const SwfValue* value : values)
-        value->write(stream);
+    for (const SwfValue* value : values) value->write(stream);
 }
 
 void SwfActionBranch::read(SwfIStream& stream) { branchOffset = stream.readSI16("BranchOffset"); }
@@ -119,17 +110,14 @@ void SwfActionGetURL2::writePayload(SwfOStream& stream) { stream.writeUI8(flags)
 SwfActionGotoFrame2::SwfActionGotoFrame2(SwfIStream& stream) : SwfActionGotoFrame2() {
     const uint8_t flags = stream.readUI8("Flags");
     play = (flags & playFlag) != 0;
-    if ((flags & sceneBiasFlag) != 0)
-        sceneBias = stream.readUI16("SceneBias");
+    if ((flags & sceneBiasFlag) != 0) sceneBias = stream.readUI16("SceneBias");
     const bool biasOfZero = (flags & sceneBiasFlag) != 0 && sceneBias == 0;
-    if ((flags & ~(playFlag | sceneBiasFlag)) != 0 || biasOfZero)
-        stream.markInexact("its flags have no form here");
+    if ((flags & ~(playFlag | sceneBiasFlag)) != 0 || biasOfZero) stream.markInexact("its flags have no form here");
 }
 
 void SwfActionGotoFrame2::writePayload(SwfOStream& stream) {
     stream.writeUI8(static_cast<uint8_t>((play ? playFlag : 0) | (sceneBias != 0 ? sceneBiasFlag : 0)));
-    if (sceneBias != 0)
-        stream.writeUI16(sceneBias);
+    if (sceneBias != 0) stream.writeUI16(sceneBias);
 }
 
 void SwfActionBlock::readCodeSize(SwfIStream& stream) { codeSize = stream.readUI16("CodeSize"); }
@@ -152,8 +140,7 @@ SwfActionDefineFunction::SwfActionDefineFunction(SwfIStream& stream) : SwfAction
 void SwfActionDefineFunction::writePayload(SwfOStream& stream) {
     functionName.write(stream, true);
     stream.writeUI16(static_cast<uint16_t>(parameters.size()));
-    for (const SwfString& parameter : parameters)
-        parameter.write(stream, true);
+    for (const SwfString& parameter : parameters) parameter.write(stream, true);
     writeBody(stream);
 }
 

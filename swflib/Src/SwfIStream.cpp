@@ -41,6 +41,8 @@ uint32_t SwfIStream::readEncodedU32(const char* field) {
         }
         const uint8_t byte = data()[_position++];
         value |= uint32_t(byte & 0x7F) << shift;
+        if ((byte == 0 && shift != 0) || (shift == 28 && byte > 0x0F))
+            markInexact("a number takes more bits than it needs");
         if ((byte & 0x80) == 0)
             break;
     }
@@ -173,7 +175,8 @@ void SwfIStream::decompress(uint32_t fileLength) {
         output.give(z.avail_out);
     }
     const bool ended = inflateEnd(&z) == Z_OK;
-    if (result == Z_MEM_ERROR || !ended)
+    const bool badInput = result == Z_OK || result == Z_DATA_ERROR || result == Z_BUF_ERROR;
+    if ((result != Z_STREAM_END && !badInput) || !ended) // a body that needs a preset dictionary included
         throw SwfException(SwfError::compression, "zlib fails");
     if (result != Z_STREAM_END || output.overflown())
         corruptBody();

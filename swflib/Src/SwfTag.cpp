@@ -34,6 +34,8 @@ SwfTagUnknown::SwfTagUnknown(SwfIStream& stream, uint16_t code, bool takeWhatIsT
     uint64_t length = stream.context.tagSize;
     if (takeWhatIsThere)
         length = std::min(length, stream.bodyLeft());
+    else if (length > stream.bodyLeft()) // what follows belongs to other tags
+        stream.fail("data", "data ends here");
     data = stream.readPayload(length, "data");
     splitCharacterId();
 }

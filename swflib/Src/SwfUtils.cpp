@@ -1,7 +1,6 @@
 #include "SwfUtils.h"
 
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <random>
 
@@ -17,11 +16,6 @@ namespace libswf {
 namespace fs = std::filesystem;
 
 namespace {
-
-// File names are UTF-8 everywhere.
-fs::path pathOf(const std::string& fileName) {
-    return fs::path(std::u8string(reinterpret_cast<const char8_t*>(fileName.c_str())));
-}
 
 using File = std::unique_ptr<FILE, int (*)(FILE*)>;
 
@@ -81,6 +75,10 @@ void writeBeside(const std::string& fileName, const void* data, size_t size) {
 }
 
 } // namespace
+
+fs::path pathOf(const std::string& fileName) {
+    return fs::path(std::u8string(reinterpret_cast<const char8_t*>(fileName.c_str())));
+}
 
 std::vector<uint8_t> readFile(const std::string& fileName) {
     const fs::path path = pathOf(fileName);

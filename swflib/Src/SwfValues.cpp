@@ -53,8 +53,7 @@ std::unique_ptr<SwfValue> readValue(SwfIStream& stream) {
     auto value = makeValue(stream);
     const bool cut = stream.position() == stream.limit() && value->valueType == SwfValueType::String &&
                      stream.data()[stream.position() - 1] != 0;
-    if (cut || stream.position() > stream.limit())
-        stream.fail("Value", "the value is longer than its action");
+    if (cut || stream.position() > stream.limit()) stream.fail("Value", "the value is longer than its action");
     return value;
 }
 

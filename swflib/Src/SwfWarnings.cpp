@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "SwfTags.h"
+
 namespace libswf {
 
 static const char* kindText(SwfWarning::Kind kind) {
@@ -37,6 +39,29 @@ void SwfWarnings::add(SwfWarning warning) {
     ++_total;
     if (_items.size() < limit)
         _items.push_back(std::move(warning));
+}
+
+static SwfWarning warningOf(const SwfContext& context, SwfWarning::Kind kind, std::string reason) {
+    SwfWarning warning;
+    warning.kind = kind;
+    warning.tagCode = context.tagType;
+    warning.tagName = tagName(context.tagType);
+    warning.reason = std::move(reason);
+    return warning;
+}
+
+void addWarning(const SwfIStream& stream, SwfWarning::Kind kind, std::string reason) {
+    if (stream.context.warnings == nullptr)
+        return;
+    SwfWarning warning = warningOf(stream.context, kind, std::move(reason));
+    warning.path = tagPathText(stream.tagPath);
+    warning.offset = stream.position();
+    stream.context.warnings->add(std::move(warning));
+}
+
+void addWarning(const SwfContext& context, SwfWarning::Kind kind, std::string reason) {
+    if (context.warnings != nullptr)
+        context.warnings->add(warningOf(context, kind, std::move(reason)));
 }
 
 } // namespace libswf

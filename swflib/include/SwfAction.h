@@ -20,7 +20,7 @@ enum : uint32_t {
     /// Pseudo code of a block that is written without a record header. Never read from a file.
     compiled = 0xFFFFF
 };
-}
+} // namespace SwfActionCode
 
 /// One action record; by itself an action of any code without payload. A concrete action reads its payload in a
 /// constructor from SwfIStream: the record header has been read, its code and Length stand in the stream's context.

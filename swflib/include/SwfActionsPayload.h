@@ -255,8 +255,8 @@ protected:
 /// Try (0x8F). Departs from the published format on purpose: there the three sizes come first, the flags are bits 0x01,
 /// 0x02 and 0x04, and Length leaves the bodies out; here the register or name comes first, the flags are the top three
 /// bits and Length counts the bodies. Records of the published layout are kept raw under keepRaw, and their bodies then
-/// follow as ordinary actions. Each body holds at most 65,535 bytes (code 2). The constructor from SwfIStream reads up to
-/// the sizes; readAction and the lists read the bodies.
+/// follow as ordinary actions. Each body holds at most 65,535 bytes (code 2). The constructor from SwfIStream reads up
+/// to the sizes; readAction and the lists read the bodies.
 class SwfActionTry : public SwfPayloadAction {
 public:
     static constexpr uint8_t catchFlag = 0x80, finallyFlag = 0x40, registerFlag = 0x20;

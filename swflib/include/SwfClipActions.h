@@ -7,8 +7,8 @@
 
 namespace libswf {
 
-/// CLIPACTIONRECORD: the actions that run on some events. Event bits without a name are dropped; under keepRaw they make
-/// the tag inexact.
+/// CLIPACTIONRECORD: the actions that run on some events. Event bits without a name are dropped; under keepRaw they
+/// make the tag inexact.
 class SwfClipAction : public SwfStruct {
 public:
     bool load = false, enterFrame = false, unload = false, mouseMove = false, mouseDown = false, mouseUp = false;

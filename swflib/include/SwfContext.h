@@ -18,6 +18,7 @@ struct SwfTagState {
     bool extendedCounts = false;   ///< a style count of 255 or more may use the 0xFF escape
     bool newStylesAllowed = false; ///< a style change may carry new style arrays
     bool lineStyle2Mode = false;   ///< line style arrays hold LINESTYLE2
+    bool cutIndices = false;       ///< a shape record's style index is cut to its width instead of refused (glyphs)
     uint8_t numFillBits = 0;       ///< width of fill indices, 0 to 15
     uint8_t numLineBits = 0;       ///< width of line indices, 0 to 15
     uint8_t glyphBits = 0;         ///< width of glyph indices, 0 to 255 as the file says

@@ -1,4 +1,4 @@
-// Tags that set up or mark the timeline.
+// Tags that set up the movie or mark its timeline.
 #pragma once
 
 #include "SwfTag.h"
@@ -17,6 +17,21 @@ protected:
     void writeBody(SwfOStream& stream) override;
 };
 
+/// Protect (24): authoring tools refuse to open the movie, or ask for the password.
+/// Some tools put a reserved UI16 of 0 in front of the password, which is not read: such a tag shows an empty password,
+/// and its other bytes count as left over.
+class SwfTagProtect : public SwfTag {
+public:
+    bool hasPassword = false; ///< false: the body is empty
+    SwfString password;       ///< MD5 text
+
+    SwfTagProtect() : SwfTag(24) {}
+    explicit SwfTagProtect(SwfIStream& stream);
+
+protected:
+    void writeBody(SwfOStream& stream) override;
+};
+
 /// FrameLabel (43). An import table (57) read from a file becomes one as well, its URL being the label.
 class SwfTagFrameLabel : public SwfTag {
 public:
@@ -25,6 +40,114 @@ public:
 
     SwfTagFrameLabel() : SwfTag(43) {}
     explicit SwfTagFrameLabel(SwfIStream& stream);
+
+protected:
+    void writeBody(SwfOStream& stream) override;
+};
+
+/// EnableDebugger (58), of SWF 5.
+class SwfTagEnableDebugger : public SwfTag {
+public:
+    SwfString password; ///< MD5 text
+
+    SwfTagEnableDebugger() : SwfTag(58) {}
+    explicit SwfTagEnableDebugger(SwfIStream& stream);
+
+protected:
+    void writeBody(SwfOStream& stream) override;
+};
+
+/// EnableDebugger2 (64), of SWF 6 on. The UI16 in front of the password is reserved: written as 0 whatever was read
+/// (compilers of ActionScript 3 write 6517 there, which players ignore).
+class SwfTagEnableDebugger2 : public SwfTag {
+public:
+    SwfString password; ///< MD5 text
+
+    SwfTagEnableDebugger2() : SwfTag(64) {}
+    explicit SwfTagEnableDebugger2(SwfIStream& stream);
+
+protected:
+    void writeBody(SwfOStream& stream) override;
+};
+
+/// ScriptLimits (65).
+class SwfTagScriptLimits : public SwfTag {
+public:
+    uint16_t maxRecursionDepth = 0;
+    uint16_t scriptTimeoutSeconds = 0;
+
+    SwfTagScriptLimits() : SwfTag(65) {}
+    explicit SwfTagScriptLimits(SwfIStream& stream);
+
+protected:
+    void writeBody(SwfOStream& stream) override;
+};
+
+/// SetTabIndex (66).
+class SwfTagSetTabIndex : public SwfTag {
+public:
+    uint16_t depth = 0;
+    uint16_t tabIndex = 0;
+
+    SwfTagSetTabIndex() : SwfTag(66) {}
+    explicit SwfTagSetTabIndex(SwfIStream& stream);
+
+protected:
+    void writeBody(SwfOStream& stream) override;
+};
+
+/// FileAttributes (69). A body shorter than 4 bytes is read as if zeros followed; 4 are always written, because players
+/// refuse a movie whose tag has fewer.
+class SwfTagFileAttributes : public SwfTag {
+public:
+    enum Flag : uint32_t {
+        useNetwork = 0x01,
+        actionScript3 = 0x08,
+        hasMetadata = 0x10,
+        useGPU = 0x20,
+        useDirectBlit = 0x40,
+        named = useNetwork | actionScript3 | hasMetadata | useGPU | useDirectBlit
+    };
+    uint32_t flags = 0; ///< the body as one number; the bits outside `named` are reserved and kept
+
+    SwfTagFileAttributes() : SwfTag(69) {}
+    explicit SwfTagFileAttributes(SwfIStream& stream);
+
+protected:
+    void writeBody(SwfOStream& stream) override;
+};
+
+/// Metadata (77).
+class SwfTagMetadata : public SwfTag {
+public:
+    SwfString data; ///< an RDF document
+
+    SwfTagMetadata() : SwfTag(77) {}
+    explicit SwfTagMetadata(SwfIStream& stream);
+
+protected:
+    void writeBody(SwfOStream& stream) override;
+};
+
+struct SwfScene {
+    uint32_t offset = 0; ///< its first frame, from 0
+    SwfString name;
+};
+
+/// A label as DefineSceneAndFrameLabelData lists it.
+struct SwfSceneFrameLabel {
+    uint32_t frameNum = 0; ///< from 0
+    SwfString frameLabel;
+};
+
+/// DefineSceneAndFrameLabelData (86). All numbers are EncodedU32, the counts included.
+class SwfTagDefineSceneAndFrameLabelData : public SwfTag {
+public:
+    SwfVector<SwfScene> scenes;
+    SwfVector<SwfSceneFrameLabel> frameLabels;
+
+    SwfTagDefineSceneAndFrameLabelData() : SwfTag(86) {}
+    explicit SwfTagDefineSceneAndFrameLabelData(SwfIStream& stream);
 
 protected:
     void writeBody(SwfOStream& stream) override;

@@ -2,11 +2,15 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <span>
 #include <string>
 #include <vector>
 
 namespace libswf {
+
+/// File names are UTF-8 everywhere, whatever the system's code page.
+std::filesystem::path pathOf(const std::string& fileName);
 
 /// Throws SwfFileException 4097 when the file cannot be opened, 4099 when it cannot be read (folders and files of more
 /// than 4 GB included).

@@ -66,7 +66,8 @@ public:
 };
 
 /// An operand that is one integer in the file.
-template <uint8_t Type, std::unsigned_integral Int> class SwfValueOf : public SwfValue {
+template <uint8_t Type, std::unsigned_integral Int>
+class SwfValueOf : public SwfValue {
 public:
     Int value = 0;
 

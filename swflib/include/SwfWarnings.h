@@ -7,6 +7,9 @@
 
 namespace libswf {
 
+class SwfIStream;
+struct SwfContext;
+
 struct SwfWarning {
     enum class Kind : uint8_t {
         dropped, ///< a tag that could not be read is not in the result
@@ -44,5 +47,10 @@ private:
     std::vector<SwfWarning> _items;
     uint64_t _total = 0;
 };
+
+/// Warns about the tag being read, at the stream's position. Does nothing when no one takes warnings.
+void addWarning(const SwfIStream& stream, SwfWarning::Kind kind, std::string reason);
+/// Warns about the tag being written.
+void addWarning(const SwfContext& context, SwfWarning::Kind kind, std::string reason);
 
 } // namespace libswf

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "OriginalMovie.h"
-#include "XmlDocument.h"
+#include "XmlScan.h"
 
 namespace xml2swf {
 

@@ -1,3 +1,5 @@
+#include <optional>
+
 #include "Conversion.h"
 #include "TagKeeper.h"
 #include "XmlDocument.h"
@@ -103,29 +105,57 @@ static std::unique_ptr<TagKeeper> makeKeeper(const OriginalMovie& original, std:
     return std::make_unique<TagKeeper>(original, text, std::move(spans));
 }
 
+// The first top-level element of this name; nothing when there is none.
+static std::optional<XmlElement> findRoot(XmlReadContext& context, std::string_view name) {
+    for (XmlElement::ChildIterator child(context, context.document->top()); !child.atEnd(); ++child) {
+        if (child.name() == name)
+            return *child;
+    }
+    return {};
+}
+
+static bool compile(XmlDocument& document, std::vector<ElementSpan> spans, IXml2SwfConversionTarget& target,
+                    const ConversionOptions& options) {
+    XmlReadContext context;
+    context.document = &document;
+    context.places = XmlPlaces(document.text());
+    context.warnings = options.warnings;
+    std::optional<XmlElement> root = findRoot(context, "Movie");
+    if (!root)
+        return false;
+    std::unique_ptr<TagKeeper> keeper;
+    if (options.original != nullptr)
+        keeper = makeKeeper(*options.original, document.text(), *root, std::move(spans));
+    context.keeper = keeper.get();
+    readRoot(*root, target);
+    readTags(*root, target, options.progress);
+    context.tagPath.clear();
+    if (keeper != nullptr)
+        target.source(
+            keeper->source(options.original->isWholeText(movieText(document.text(), root->offset()))));
+    return true;
+}
+
 bool xmlToSwf(std::string_view text, IXml2SwfConversionTarget& target, const ConversionOptions& options) {
     return located(text, [&] {
         std::vector<ElementSpan> spans;
-        const XmlDocument document(text, options.original != nullptr ? &spans : nullptr);
-        RawNode* node = document.root("Movie");
-        if (node == nullptr)
-            return false;
-        XmlReadContext context;
-        context.text = document.text();
-        context.original = text;
-        context.warnings = options.warnings;
-        XmlElement root(context, node);
-        std::unique_ptr<TagKeeper> keeper;
-        if (options.original != nullptr)
-            keeper = makeKeeper(*options.original, text, root, std::move(spans));
-        context.keeper = keeper.get();
-        readRoot(root, target);
-        readTags(root, target, options.progress);
-        context.tagPath.clear();
-        if (keeper != nullptr)
-            target.source(keeper->source(options.original->isWholeText(movieText(text, root.offset()))));
-        return true;
+        XmlDocument document(text, options.original != nullptr ? &spans : nullptr);
+        bool found = false;
+        try {
+            found = compile(document, std::move(spans), target, options);
+        } catch (const XmlSyntaxError&) {
+            throw;
+        } catch (...) {
+            document.validate(); // a text that is not well-formed is reported as such, whatever else is wrong with it
+            throw;
+        }
+        document.validate();
+        return found;
     });
+}
+
+void checkXml(std::string_view text) {
+    located(text, [&] { XmlDocument(text).validate(); });
 }
 
 void MovieTarget::movieHeader(uint8_t version, int32_t width, int32_t height, float frameRate, bool isCompressed) {
@@ -156,7 +186,7 @@ std::string documentText(std::string bytes) {
             return;
         }
         const int tails = c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
-        text += static_cast<char>((0xF00 >> tails) | (c >> (6 * tails)));
+        text += static_cast<char>((0xF00 >> (tails + 1)) | (c >> (6 * tails)));
         for (int i = tails - 1; i >= 0; --i)
             text += static_cast<char>(0x80 | (c >> (6 * i) & 0x3F));
     };

@@ -1,5 +1,106 @@
 #include "XmlActions.h"
+
+#include <array>
+#include <typeinfo>
+#include <unordered_map>
+
+#include "XmlActionForms.h"
+
 namespace xml2swf {
-void writeActions(XmlNode&, const libswf::SwfActions&) {}
-void readActions(XmlElement&, libswf::SwfActions&) {}
+
+using namespace libswf;
+
+namespace {
+
+// Both directions of the actions of one code. Without `write` the action has no payload.
+struct ActionForm {
+    const char* name = nullptr;
+    uint32_t code = 0;
+    bool (*write)(XmlNode& parent, const char* name, const SwfAction& action) = nullptr;
+    std::unique_ptr<SwfAction> (*read)(XmlElement& element) = nullptr;
+};
+
+// False when the object is not of the class: the class decides, not the code.
+template <class Action>
+bool writeAs(XmlNode& parent, const char* name, const SwfAction& action) {
+    if (typeid(action) != typeid(Action)) return false;
+    writeChild(parent, name, static_cast<const Action&>(action));
+    return true;
 }
+
+template <class Action>
+std::unique_ptr<SwfAction> readAs(XmlElement& element) {
+    auto action = std::make_unique<Action>();
+    readXml(element, *action);
+    return action;
+}
+
+std::unique_ptr<SwfAction> readUnknown(XmlElement& element) {
+    const uint8_t code = element.ui8("Type");
+    return std::make_unique<SwfActionUnknown>(code, element.payload("Data"));
+}
+
+constexpr const char* unknownName = "UnknownAction";
+
+constexpr ActionForm allForms[] = {
+#define SWF_ACTION(code, name) {#name, code},
+#define SWF_PAYLOAD_ACTION(code, name, type) {#name, code, writeAs<type>, readAs<type>},
+#include "SwfActions.def"
+};
+
+const ActionForm* formByCode(uint32_t code) {
+    static const std::array<const ActionForm*, 256> forms = [] {
+        std::array<const ActionForm*, 256> table{};
+        for (const ActionForm& form : allForms) table[form.code] = &form;
+        return table;
+    }();
+    return code < forms.size() ? forms[code] : nullptr;
+}
+
+const ActionForm* formByName(std::string_view name) {
+    static const ActionForm unknownForm{unknownName, SwfActionCode::compiled, nullptr, readUnknown};
+    static const std::unordered_map<std::string_view, const ActionForm*> forms = [] {
+        std::unordered_map<std::string_view, const ActionForm*> table{{unknownName, &unknownForm}};
+        for (const ActionForm& form : allForms) table.emplace(form.name, &form);
+        return table;
+    }();
+    const auto found = forms.find(name);
+    return found == forms.end() ? nullptr : found->second;
+}
+
+void writeUnknown(XmlNode& parent, uint32_t code, std::span<const uint8_t> data) {
+    XmlNode node(parent, unknownName);
+    node.attribute("Type", code);
+    writePayload(node, "Data", data);
+}
+
+void writeAction(XmlNode& parent, const SwfAction& action) {
+    const auto& type = typeid(action);
+    const ActionForm* form = formByCode(action.type);
+    if (action.type == SwfActionCode::compiled)
+        XmlNode(parent, "Compiled");
+    else if (type == typeid(SwfActionUnknown))
+        writeUnknown(parent, action.type, static_cast<const SwfActionUnknown&>(action).data.span());
+    else if (form != nullptr && form->write == nullptr && type == typeid(SwfAction))
+        XmlNode(parent, form->name);
+    else if (form == nullptr || form->write == nullptr || !form->write(parent, form->name, action))
+        writeUnknown(parent, action.type, {});
+}
+
+} // namespace
+
+void writeActions(XmlNode& parent, const SwfActions& actions) {
+    for (const SwfAction* action : actions) writeAction(parent, *action);
+}
+
+void readActions(XmlElement& parent, SwfActions& actions) {
+    for (XmlElement child : parent.children()) {
+        const ActionForm* form = formByName(child.name());
+        if (form == nullptr)
+            child.skip();
+        else
+            actions.add(form->read != nullptr ? form->read(child) : std::make_unique<SwfAction>(form->code));
+    }
+}
+
+} // namespace xml2swf

@@ -10,8 +10,8 @@ namespace xml2swf {
 
 /// One child element of `parent` per action.
 void writeActions(XmlNode& parent, const libswf::SwfActions& actions);
-/// Appends the actions of all child elements. A name that is no action's is skipped with a warning; bodies nested deeper
-/// than SwfContext::maxDepth throw SwfException code 2.
+/// Appends the actions of all child elements. A name that is no action's is skipped with a warning; bodies nested
+/// deeper than SwfContext::maxDepth throw SwfException code 2.
 void readActions(XmlElement& parent, libswf::SwfActions& actions);
 
 /// One ClipAction child per record, its actions directly inside.

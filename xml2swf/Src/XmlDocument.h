@@ -1,34 +1,56 @@
-// A parsed XML text.
+// An XML text that is parsed piece by piece.
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
-#include "XmlElement.h"
+#include "XmlScan.h"
+#include "XmlWindow.h"
 
 namespace xml2swf {
 
-/// A range of the text: from an element's "<" to behind its last ">".
-struct ElementSpan {
-    size_t start, end;
-};
-
-/// Parses a private copy of the text: the parser writes into what it parses. Throws XmlSyntaxError.
+/// A text and its parsed windows. Small texts are parsed as a whole; of big ones only what is being read stands in memory
+/// in parsed form. The text must outlive the document.
 class XmlDocument {
 public:
     static constexpr uint32_t maxDepth = 1000; ///< of nested elements; the parser recurses
 
-    /// With `spans`, also tells where the children of Movie and DefineSprite stand, in the order of their start.
+    /// Throws XmlSyntaxError for what can be told without parsing every piece; the rest shows when a piece is read, or in
+    /// validate().
     explicit XmlDocument(std::string_view text, std::vector<ElementSpan>* spans = nullptr);
+    ~XmlDocument();
+    XmlDocument(const XmlDocument&) = delete;
+    XmlDocument& operator=(const XmlDocument&) = delete;
 
-    /// The first top-level element of this name; null when there is none.
-    RawNode* root(const char* name) const;
-    const char* text() const { return _copy.data(); }
+    std::string_view text() const { return _text; }
+    XmlBlock& top() { return _structure.document; }
+    XmlBlock& block(uint32_t index) { return _structure.blocks[index]; }
+
+    /// The piece's nodes, parsed. Throws XmlSyntaxError.
+    XmlWindowPtr parseContent(XmlPiece& piece, bool topLevel);
+    /// A big element's start tag as an empty element.
+    XmlWindowPtr parseStartTag(const XmlBlock& block);
+    /// A whole element.
+    XmlWindowPtr parseElement(const XmlBlock& block);
+
+    /// The content of a big element that holds nothing but one CDATA section, where it stands in the text.
+    std::optional<std::string_view> onlySection(const XmlBlock& block) const;
+
+    /// Parses what was not parsed yet. Throws XmlSyntaxError.
+    void validate();
 
 private:
-    std::vector<char> _copy;
-    std::unique_ptr<rapidxml::xml_document<char>> _document; // more than 64 KB: not for a worker's stack
+    friend class XmlWindowPtr;
+    XmlWindowPtr parse(size_t start, size_t end, std::string_view before, std::string_view after);
+    std::unique_ptr<XmlWindow> takeWindow(size_t room);
+    void giveBack(XmlWindow* window);
+    void validate(XmlBlock& block, bool topLevel);
+
+    std::string_view _text;
+    XmlStructure _structure;
+    std::vector<std::unique_ptr<XmlWindow>> _free;
 };
 
 } // namespace xml2swf

@@ -4,6 +4,7 @@
 
 #include "Base64.h"
 #include "SwfException.h"
+#include "XmlDocument.h"
 #include "XmlNumbers.h"
 
 namespace xml2swf {
@@ -18,10 +19,7 @@ void XmlReadContext::warn(SwfWarning::Kind kind, std::string_view element, size_
     warning.tagName = element;
     for (uint32_t index : tagPath)
         warning.path += (warning.path.empty() ? "" : ".") + std::to_string(index);
-    XmlPlace place;
-    place.offset = offset;
-    if (warnings->total() < libswf::SwfWarnings::limit)
-        place.locate(original);
+    const XmlPlace place = warnings->total() < libswf::SwfWarnings::limit ? places.at(offset) : XmlPlace();
     warning.offset = offset;
     warning.row = place.row;
     warning.column = place.column;
@@ -54,17 +52,23 @@ static RawNode* elementFrom(RawNode* node) {
 static std::string_view nameOf(const rapidxml::xml_base<char>& item) { return {item.name(), item.name_size()}; }
 static std::string_view valueOf(const rapidxml::xml_base<char>& item) { return {item.value(), item.value_size()}; }
 
-XmlElement::XmlElement(XmlReadContext& context, RawNode* node)
-    : _context(&context), _node(node), _next(node->first_attribute()), _exceptions(std::uncaught_exceptions()) {}
+XmlElement::XmlElement(XmlReadContext& context, XmlWindowPtr window, RawNode* node, XmlBlock* block)
+    : _context(&context), _window(std::move(window)), _node(node), _block(block), _next(node->first_attribute()),
+      _exceptions(std::uncaught_exceptions()) {}
 
 XmlElement::XmlElement(XmlElement&& other) noexcept = default;
 
 XmlElement::~XmlElement() {
-    if (_context->warnings != nullptr && std::uncaught_exceptions() == _exceptions)
+    if (!_window || _context->warnings == nullptr || std::uncaught_exceptions() != _exceptions)
+        return;
+    try {
         warnOfUnread();
+    } catch (const rapidxml::parse_error&) {
+        // Found again, and reported, when the document is validated.
+    }
 }
 
-size_t XmlElement::offset() const { return static_cast<size_t>(_node->name() - _context->text); }
+size_t XmlElement::offset() const { return _window->offsetOf(_node->name()); }
 
 const RawAttribute* XmlElement::find(std::string_view name) {
     auto take = [&](const RawAttribute* attribute, uint32_t index) {
@@ -164,34 +168,71 @@ uint32_t XmlElement::named(std::string_view name, XmlNames names, uint32_t other
     return otherwise;
 }
 
-void XmlElement::use(RawNode* child) {
+XmlElement::ChildIterator::ChildIterator(XmlReadContext& context, XmlWindowPtr window, RawNode* parent)
+    : _context(&context), _window(std::move(window)), _node(parent->first_node()) {
+    findElement();
+}
+
+XmlElement::ChildIterator::ChildIterator(XmlReadContext& context, XmlBlock& parent)
+    : _context(&context), _parent(&parent), _nextPiece(parent.children == 0 ? parent.pieces.size() : 0) {
+    findElement();
+}
+
+void XmlElement::ChildIterator::findElement() {
+    for (;;) {
+        _node = elementFrom(_node);
+        if (_node != nullptr || _parent == nullptr || _nextPiece == _parent->pieces.size())
+            return;
+        XmlDocument& document = *_context->document;
+        XmlPiece& piece = _parent->pieces[_nextPiece++];
+        const bool isBig = piece.block != XmlPiece::small;
+        _child = isBig ? &document.block(piece.block) : nullptr;
+        _window = XmlWindowPtr(); // the next one can use its memory
+        _window = isBig ? document.parseStartTag(*_child) : document.parseContent(piece, _parent == &document.top());
+        _node = _window->container()->first_node();
+    }
+}
+
+XmlElement::ChildIterator& XmlElement::ChildIterator::operator++() {
+    _node = _node->next_sibling();
+    findElement();
+    return *this;
+}
+
+XmlElement::ChildIterator XmlElement::firstChild() const {
+    if (_block != nullptr)
+        return {*_context, *_block};
+    return {*_context, _window, _node};
+}
+
+XmlElement XmlElement::takeChild(const ChildIterator& child) {
     if (_usedCount < maxUsed)
-        _used[_usedCount++] = child;
+        _used[_usedCount++] = child.offset();
     else
         _allChildren = true;
+    return *child;
 }
 
 std::optional<XmlElement> XmlElement::child(std::string_view name) {
-    for (RawNode* node = elementFrom(_node->first_node()); node != nullptr; node = elementFrom(node->next_sibling())) {
-        if (nameOf(*node) == name) {
-            use(node);
-            return std::optional<XmlElement>(std::in_place, *_context, node);
-        }
+    for (ChildIterator child = firstChild(); !child.atEnd(); ++child) {
+        if (child.name() == name)
+            return takeChild(child);
     }
     return {};
 }
 
 std::optional<XmlElement> XmlElement::childAt(uint32_t index) {
-    RawNode* node = elementFrom(_node->first_node());
-    for (; node != nullptr && index != 0; --index)
-        node = elementFrom(node->next_sibling());
-    if (node == nullptr)
+    ChildIterator child = firstChild();
+    for (; !child.atEnd() && index != 0; --index)
+        ++child;
+    if (child.atEnd())
         return {};
-    use(node);
-    return std::optional<XmlElement>(std::in_place, *_context, node);
+    return takeChild(child);
 }
 
 uint32_t XmlElement::countChildren() const {
+    if (_block != nullptr)
+        return _block->children;
     uint32_t count = 0;
     for (RawNode* node = elementFrom(_node->first_node()); node != nullptr; node = elementFrom(node->next_sibling()))
         ++count;
@@ -200,12 +241,7 @@ uint32_t XmlElement::countChildren() const {
 
 XmlElement::Children XmlElement::children() {
     _allChildren = true;
-    return {{_context, elementFrom(_node->first_node())}};
-}
-
-XmlElement::ChildIterator& XmlElement::ChildIterator::operator++() {
-    _node = elementFrom(_node->next_sibling());
-    return *this;
+    return {firstChild()};
 }
 
 void XmlElement::skip() {
@@ -218,21 +254,21 @@ void XmlElement::warnOfUnread() {
     for (const RawAttribute* a = _node->first_attribute(); !_allAttributes && a != nullptr && index < 64;
          a = a->next_attribute(), ++index) {
         if ((_usedAttributes >> index & 1) == 0)
-            _context->warn(SwfWarning::Kind::skipped, name(), static_cast<size_t>(a->name() - _context->text),
+            _context->warn(SwfWarning::Kind::skipped, name(), _window->offsetOf(a->name()),
                            "the attribute " + std::string(nameOf(*a)) + " is not known here");
     }
     if (_allChildren)
         return;
-    for (RawNode* node = elementFrom(_node->first_node()); node != nullptr; node = elementFrom(node->next_sibling())) {
-        if (std::find(_used, _used + _usedCount, node) == _used + _usedCount)
-            XmlElement(*_context, node).skip();
+    for (ChildIterator child = firstChild(); !child.atEnd(); ++child) {
+        if (std::find(_used, _used + _usedCount, child.offset()) == _used + _usedCount)
+            (*child).skip();
     }
 }
 
-std::string XmlElement::content() {
+static std::string contentOf(RawNode* element) {
     std::string text, plain;
     bool hasCData = false;
-    for (RawNode* node = _node->first_node(); node != nullptr; node = node->next_sibling()) {
+    for (RawNode* node = element->first_node(); node != nullptr; node = node->next_sibling()) {
         if (node->type() == rapidxml::node_cdata) {
             hasCData = true;
             text += valueOf(*node);
@@ -243,22 +279,36 @@ std::string XmlElement::content() {
     return hasCData ? text : plain;
 }
 
-libswf::SwfBytes XmlElement::base64() {
-    // One section, the form that is written, is decoded where it stands.
-    std::string_view text;
-    std::string joined;
+std::string XmlElement::content() {
+    if (const auto section = onlySection())
+        return std::string(*section);
+    if (_block == nullptr)
+        return contentOf(_node);
+    const XmlWindowPtr whole = _context->document->parseElement(*_block);
+    return contentOf(whole->container()->first_node());
+}
+
+std::optional<std::string_view> XmlElement::onlySection() const {
+    if (_block != nullptr)
+        return _context->document->onlySection(*_block);
     RawNode* only = _node->first_node();
-    if (only != nullptr && only->next_sibling() == nullptr && only->type() == rapidxml::node_cdata) {
-        text = valueOf(*only);
-    } else {
-        joined = content();
-        text = joined;
-    }
+    if (only == nullptr || only->next_sibling() != nullptr || only->type() != rapidxml::node_cdata)
+        return {};
+    return valueOf(*only);
+}
+
+libswf::SwfBytes XmlElement::base64() {
+    const auto section = onlySection(); // the form that is written is decoded where it stands
+    const std::string joined = section ? std::string() : content();
     try {
-        return libswf::SwfBytes::adopt(decodeBase64(text));
+        return libswf::SwfBytes::adopt(decodeBase64(section.value_or(joined)));
     } catch (Base64Error& error) {
-        const bool inPlace = joined.empty() && !text.empty();
-        error.place.offset = inPlace ? static_cast<size_t>(text.data() - _context->text) + error.place.offset : offset();
+        if (!section)
+            error.place.offset = offset();
+        else if (_block != nullptr)
+            error.place.offset += static_cast<size_t>(section->data() - _context->document->text().data());
+        else
+            error.place.offset += _window->offsetOf(section->data());
         throw;
     }
 }

@@ -54,20 +54,19 @@ template <class Real> std::optional<Real> parseNaN(std::string_view text) {
 template <class Real> std::optional<Real> parse(std::string_view text) {
     if (text.starts_with("nan"))
         return parseNaN<Real>(text);
-    if (text.starts_with('+'))
-        text.remove_prefix(1);
-    const std::string_view digits = text.starts_with('-') ? text.substr(1) : text;
+    const bool negative = text.starts_with('-');
+    const std::string_view digits = negative || text.starts_with('+') ? text.substr(1) : text;
     if (digits == "inf") {
         const Real infinity = std::numeric_limits<Real>::infinity();
-        return text.starts_with('-') ? -infinity : infinity;
+        return negative ? -infinity : infinity;
     }
     if (digits.empty() || !((digits[0] >= '0' && digits[0] <= '9') || digits[0] == '.'))
         return {};
     Real value = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (result.ec != std::errc() || result.ptr != text.data() + text.size())
+    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    if (result.ec != std::errc() || result.ptr != digits.data() + digits.size())
         return {};
-    return value;
+    return negative ? -value : value;
 }
 
 } // namespace

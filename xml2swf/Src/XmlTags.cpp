@@ -161,11 +161,12 @@ std::shared_ptr<SwfTag> readTag(XmlElement& element) {
 
 void readTagList(XmlElement& parent, SwfTags& tags) {
     std::vector<uint32_t>& path = parent.context().tagPath;
+    uint32_t index = 0;
     path.push_back(0);
     for (XmlElement child : parent.children()) {
+        path.back() = index++; // stays until the child has given its warnings
         if (auto tag = readTag(child))
             tags.append(std::move(tag));
-        ++path.back();
     }
     path.pop_back();
 }

@@ -74,6 +74,9 @@ std::string swfToXmlDocument(libswf::SwfMovieSafe& movie, const ConversionOption
 /// MovieAttributeError, each with its place in `text`.
 bool xmlToSwf(std::string_view text, IXml2SwfConversionTarget& target, const ConversionOptions& options);
 
+/// Throws XmlSyntaxError, with its place, when the text is not well-formed.
+void checkXml(std::string_view text);
+
 /// Builds an SwfMovie. Pixels become twips here, 20 each.
 class MovieTarget : public IXml2SwfConversionTarget {
 public:

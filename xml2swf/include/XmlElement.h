@@ -13,6 +13,7 @@
 #include "SwfStructs.h"
 #include "SwfWarnings.h"
 #include "XmlErrors.h"
+#include "XmlWindow.h"
 
 namespace xml2swf {
 
@@ -23,13 +24,13 @@ class TagKeeper;
 
 /// What the readers of one document share.
 struct XmlReadContext {
-    const char* text = nullptr;              ///< start of the parsed copy, to tell offsets
-    std::string_view original;               ///< the text as given, to tell rows and columns
+    XmlDocument* document = nullptr;
+    XmlPlaces places;                        ///< of the document's text
     libswf::SwfWarnings* warnings = nullptr; ///< may be null
     std::vector<uint32_t> tagPath;           ///< indices of the tag being read
     uint16_t spriteDepth = 0;
-    TagKeeper* keeper = nullptr; ///< gives untouched tags their original bytes; may be null
     uint16_t actionDepth = 0;
+    TagKeeper* keeper = nullptr; ///< gives untouched tags their original bytes; may be null
 
     void warn(libswf::SwfWarning::Kind kind, std::string_view element, size_t offset, std::string reason);
 };
@@ -50,7 +51,8 @@ std::string_view nameOf(XmlNames names, uint32_t value, const char* field);
 /// is done with the element, attributes and children that it never asked for become warnings.
 class XmlElement {
 public:
-    XmlElement(XmlReadContext& context, RawNode* node);
+    /// `block` for a big element, whose `node` is its start tag only; its children are parsed as they are asked for.
+    XmlElement(XmlReadContext& context, XmlWindowPtr window, RawNode* node, XmlBlock* block = nullptr);
     XmlElement(XmlElement&& other) noexcept;
     XmlElement& operator=(XmlElement&&) = delete;
     ~XmlElement();
@@ -102,19 +104,33 @@ public:
 
     class ChildIterator {
     public:
-        ChildIterator(XmlReadContext* context, RawNode* node) : _context(context), _node(node) {}
-        XmlElement operator*() const { return {*_context, _node}; }
+        ChildIterator() = default;
+        /// The children of a node.
+        ChildIterator(XmlReadContext& context, XmlWindowPtr window, RawNode* parent);
+        /// The children of a big element, or the top-level elements.
+        ChildIterator(XmlReadContext& context, XmlBlock& parent);
+
+        XmlElement operator*() const { return {*_context, _window, _node, _child}; }
         ChildIterator& operator++();
         bool operator!=(const ChildIterator& other) const { return _node != other._node; }
+        std::string_view name() const { return {_node->name(), _node->name_size()}; }
+        size_t offset() const { return _window->offsetOf(_node->name()); }
+        bool atEnd() const { return _node == nullptr; }
 
     private:
-        XmlReadContext* _context;
-        RawNode* _node;
+        void findElement(); // from _node on, through the following pieces
+
+        XmlReadContext* _context = nullptr;
+        XmlWindowPtr _window;
+        RawNode* _node = nullptr;
+        XmlBlock* _parent = nullptr; // null when all children stand in one window
+        size_t _nextPiece = 0;
+        XmlBlock* _child = nullptr;  // the current child when it is big
     };
     struct Children {
         ChildIterator first;
-        ChildIterator begin() const { return first; }
-        ChildIterator end() const { return {nullptr, nullptr}; }
+        const ChildIterator& begin() const { return first; }
+        ChildIterator end() const { return {}; }
     };
     /// All child elements in order. The caller handles each, or calls its skip().
     Children children();
@@ -128,16 +144,20 @@ public:
 private:
     const RawAttribute* find(std::string_view name);
     int64_t ranged(std::string_view name, int64_t low, int64_t high);
-    void use(RawNode* child);
+    ChildIterator firstChild() const;
+    XmlElement takeChild(const ChildIterator& child);
+    std::optional<std::string_view> onlySection() const;
     void warnOfUnread();
 
     XmlReadContext* _context;
+    XmlWindowPtr _window;
     RawNode* _node;
+    XmlBlock* _block;
     const RawAttribute* _next; // attributes mostly come in the order in which they are asked for
     uint32_t _nextIndex = 0;
     uint64_t _usedAttributes = 0; // by index; attributes past the 64th count as used
     static constexpr uint32_t maxUsed = 12;
-    RawNode* _used[maxUsed];
+    size_t _used[maxUsed]; // offsets of the children asked for
     uint32_t _usedCount = 0;
     bool _allChildren = false;
     bool _allAttributes = false;

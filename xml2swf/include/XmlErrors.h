@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace xml2swf {
 
@@ -21,10 +22,23 @@ struct XmlPlace {
     void locate(std::string_view text);
 };
 
+/// Finds many places in one text. The first call goes through the whole text; each costs a short walk only.
+class XmlPlaces {
+public:
+    explicit XmlPlaces(std::string_view text = {}) : _text(text) {}
+    XmlPlace at(size_t offset);
+
+private:
+    std::string_view _text;
+    std::vector<XmlPlace> _stops; // one every few thousand bytes
+};
+
 /// The text is not well-formed. what() is the parser's description.
 class XmlSyntaxError : public rapidxml::parse_error {
 public:
-    XmlSyntaxError(const char* description, size_t offset) : parse_error(description, nullptr) { place.offset = offset; }
+    XmlSyntaxError(const char* description, size_t offset) : parse_error(description, nullptr) {
+        place.offset = offset;
+    }
     XmlPlace place;
 };
 

@@ -1,0 +1,122 @@
+#include "Console.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <new>
+
+#ifdef _WIN32
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+#include "Files.h"
+#include "Movies.h"
+#include "SwfException.h"
+
+namespace zelkc {
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+bool isTerminal() {
+#ifdef _WIN32
+    static const bool terminal = _isatty(_fileno(stderr)) != 0;
+#else
+    static const bool terminal = isatty(fileno(stderr)) != 0;
+#endif
+    return terminal;
+}
+
+Lines placed(Lines lines, const xml2swf::XmlPlace& place) {
+    if (place.row != 0) {
+        lines.push_back("Row: " + std::to_string(place.row));
+        lines.push_back("Col: " + std::to_string(place.column));
+    }
+    return lines;
+}
+
+// Values from files may be long and may hold anything.
+std::string printable(std::string text) {
+    constexpr size_t most = 2000;
+    if (text.size() > most) {
+        size_t end = most;
+        while ((static_cast<uint8_t>(text[end]) & 0xC0) == 0x80 && end > most - 4) --end;
+        text.replace(end, text.npos, "...");
+    }
+    auto isControl = [](char c) { return static_cast<uint8_t>(c) < 0x20 || c == 0x7F; };
+    std::replace_if(text.begin(), text.end(), isControl, '?');
+    return text;
+}
+
+} // namespace
+
+std::vector<std::string> describeFailure(const std::string& file) {
+    const std::string start = file + ": ";
+    try {
+        throw;
+    } catch (const xml2swf::XmlSyntaxError& error) {
+        return placed({start + "The XML has incorrect format.", std::string("Error description: ") + error.what()},
+                      error.place);
+    } catch (const xml2swf::XmlValueError& error) {
+        return placed({start + error.description()}, error.place);
+    } catch (const xml2swf::MovieAttributeError& error) {
+        return placed({start + error.what()}, error.place);
+    } catch (const xml2swf::Base64Error& error) {
+        return placed({start + error.what()}, error.place);
+    } catch (const OpenError& error) {
+        return {"Unable to open " + error.name, error.what()};
+    } catch (const libswf::SwfFileException& error) {
+        return {error.what()}; // names its file
+    } catch (const libswf::SwfException& error) {
+        return {start + error.what()};
+    } catch (const InputError& error) {
+        return {start + error.what()};
+    } catch (const std::bad_alloc&) {
+        return {start + "There is not enough memory."};
+    } catch (const std::exception& error) {
+        return {start + "Unexpected Error", error.what()};
+    } catch (...) {
+        return {start + "Unexpected Error"};
+    }
+}
+
+void Console::line(const std::string& text) {
+    if (_barShown) std::fputs("\r\x1b[K", stderr);
+    _barShown = false;
+    std::fprintf(stderr, "%s\n", printable(text).c_str());
+}
+
+void Console::failure(const std::string& file, bool inOneLine) {
+    const Lines lines = describeFailure(file);
+    const std::lock_guard lock(_mutex);
+    if (!inOneLine) {
+        for (const std::string& text : lines) line(text);
+        return;
+    }
+    std::string all;
+    for (const std::string& text : lines) all += (all.empty() ? "" : "; ") + text;
+    line(all);
+}
+
+void Console::warnings(const std::string& file, const libswf::SwfWarnings& warnings, size_t most) {
+    if (_quiet || warnings.empty()) return;
+    const std::lock_guard lock(_mutex);
+    const size_t shown = std::min(most, warnings.items().size());
+    for (size_t i = 0; i < shown; ++i) line("warning: " + file + ": " + warnings.items()[i].text());
+    if (shown < warnings.total())
+        line("warning: " + file + ": " + "and " + std::to_string(warnings.total() - shown) + " more");
+}
+
+void Console::progress(size_t done, size_t total) {
+    if (_quiet || !isTerminal() || total == 0) return;
+    constexpr size_t width = 40;
+    const size_t filled = done * width / total;
+    const std::string bar = std::string(filled, '#') + std::string(width - filled, '.');
+    const std::lock_guard lock(_mutex);
+    std::fprintf(stderr, "\r[%s] %zu/%zu%s", bar.c_str(), done, total, done == total ? "\n" : "");
+    _barShown = done != total;
+}
+
+} // namespace zelkc

@@ -1,0 +1,181 @@
+// zelkc info: the header of a movie and its tags.
+#include <cinttypes>
+#include <cstdio>
+
+#include <nlohmann/json.hpp>
+
+#include "Commands.h"
+#include "Console.h"
+#include "Movies.h"
+#include "SwfException.h"
+#include "SwfTagCodes.h"
+#include "SwfTagDefineSprite.h"
+#include "SwfWarnings.h"
+
+namespace zelkc {
+
+using namespace libswf;
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct Row {
+    std::string index;
+    uint16_t code = 0;
+    std::string name;
+    size_t bytes = 0; ///< of the body
+    std::optional<uint16_t> characterId;
+    bool isRaw = false; ///< kept as bytes
+};
+
+// Where a body keeps the id of its character; none when it has none.
+std::optional<size_t> idOffset(uint16_t code, std::span<const uint8_t> body) {
+    switch (code) {
+    case SwfTagCode::DefineSceneAndFrameLabelData: return std::nullopt; // counted among the definitions
+    case SwfTagCode::PlaceObject:
+    case SwfTagCode::RemoveObject:
+    case SwfTagCode::StartSound:
+    case SwfTagCode::DoInitAction:
+    case SwfTagCode::VideoFrame:
+    case SwfTagCode::CSMTextSettings:
+    case SwfTagCode::DefineBitsJPEG4:
+    case SwfTagCode::DefineFont4: return 0;
+    case SwfTagCode::PlaceObject2: // flags, depth, character when flag 2
+        return !body.empty() && (body[0] & 2) != 0 ? std::optional<size_t>(3) : std::nullopt;
+    default: return SwfTagUnknown::carriesCharacterId(code) ? std::optional<size_t>(0) : std::nullopt;
+    }
+}
+
+Row rowOf(const SwfTag& tag, const std::vector<uint32_t>& path) {
+    std::span<const uint8_t> body = tag.source.span();
+    if (body.size() >= 2) body = body.subspan(std::min<size_t>(body.size(), (body[0] & 63) == 63 ? 6 : 2));
+    Row row{tagPathText(path), tag.type, tagName(tag.type), body.size(), {}, tag.isUnknown()};
+    const std::optional<size_t> at = idOffset(tag.type, body);
+    if (at && *at + 2 <= body.size()) row.characterId = static_cast<uint16_t>(body[*at] | body[*at + 1] << 8);
+    return row;
+}
+
+template <class Act>
+void forEachTag(const SwfTags& tags, std::vector<uint32_t>& path, const Act& act) {
+    path.push_back(0);
+    for (const auto& tag : tags.items()) {
+        act(rowOf(*tag, path));
+        if (const auto* sprite = dynamic_cast<const SwfTagDefineSprite*>(tag.get()))
+            forEachTag(sprite->tags, path, act);
+        ++path.back();
+    }
+    path.pop_back();
+}
+
+const char* compressionOf(const Signature& signature, const SwfMovieSafe& movie) {
+    if (!movie.isCompressed) return "none";
+    return signature.text.starts_with('Z') ? "lzma" : "zlib";
+}
+
+uint64_t bodyLength(const SwfMovieSafe& movie) {
+    constexpr uint64_t fixedHeaderSize = 8; // stands before what may be compressed
+    const uint64_t size = movie.body().size();
+    return size - std::min(size, fixedHeaderSize);
+}
+
+void printTable(const File& file, const Signature& signature, const SwfMovieSafe& movie) {
+    const SwfRect& stage = movie.frameSize;
+    std::printf("File         %s\n", file.shownName(true).c_str());
+    std::printf("Signature    %s, compression %s\n", signature.text.c_str(), compressionOf(signature, movie));
+    std::printf("Version      %u\n", movie.version);
+    std::printf("Frame size   %g x %g pixels (x %d to %d, y %d to %d twips)\n", (double(stage.Xmax) - stage.Xmin) / 20,
+                (double(stage.Ymax) - stage.Ymin) / 20, stage.Xmin, stage.Xmax, stage.Ymin, stage.Ymax);
+    std::printf("Frame rate   %g\n", double(movie.frameRate));
+    std::printf("Frames       %u\n", movie.frameCount);
+    std::printf("File length  %" PRIu64 " bytes, %" PRIu32 " inflated\n", signature.bytes, signature.fileLength);
+    std::printf("Body length  %" PRIu64 " bytes\n\n", bodyLength(movie));
+    std::printf("%-10s %5s  %-30s %10s  %s\n", "index", "code", "name", "bytes", "id");
+    std::vector<uint32_t> path;
+    forEachTag(movie.tags.tags(), path, [](const Row& row) {
+        const std::string name = row.name + (row.isRaw ? " (raw)" : "");
+        const std::string id = row.characterId ? "  " + std::to_string(*row.characterId) : "";
+        std::printf("%-10s %5u  %-30s %10zu%s\n", row.index.c_str(), row.code, name.c_str(), row.bytes, id.c_str());
+    });
+}
+
+std::string dump(const Json& value, int indent) {
+    return value.dump(indent, ' ', false, Json::error_handler_t::replace); // file names may be no UTF-8
+}
+
+// The tags are written one by one: as one value they would take many times the movie's memory.
+void printJson(const File& file, const Signature& signature, const SwfMovieSafe& movie, const SwfWarnings& warnings) {
+    const SwfRect& stage = movie.frameSize;
+    Json header;
+    header["file"] = file.name;
+    header["kind"] = nameOf(file.kind);
+    header["signature"] = signature.text;
+    header["compression"] = compressionOf(signature, movie);
+    header["version"] = movie.version;
+    header["width"] = (double(stage.Xmax) - stage.Xmin) / 20;
+    header["height"] = (double(stage.Ymax) - stage.Ymin) / 20;
+    header["frameSize"] = {{"xMin", stage.Xmin}, {"xMax", stage.Xmax}, {"yMin", stage.Ymin}, {"yMax", stage.Ymax}};
+    header["frameRate"] = movie.frameRate;
+    header["frameCount"] = movie.frameCount;
+    header["fileSize"] = signature.bytes;
+    header["fileLength"] = signature.fileLength;
+    header["bodyLength"] = bodyLength(movie);
+    header["warnings"] = warnings.total();
+    std::string text = dump(header, 2);
+    text.erase(text.rfind("\n}"));
+    std::printf("%s,\n  \"tags\": [", text.c_str());
+    const char* separator = "\n    ";
+    std::vector<uint32_t> path;
+    forEachTag(movie.tags.tags(), path, [&](const Row& row) {
+        Json tag = {{"index", row.index}, {"code", row.code}, {"name", row.name}, {"bytes", row.bytes}};
+        if (row.characterId) tag["id"] = *row.characterId;
+        if (row.isRaw) tag["raw"] = true;
+        std::printf("%s%s", separator, dump(tag, -1).c_str());
+        separator = ",\n    ";
+    });
+    std::printf("\n  ]\n}\n");
+}
+
+int info(const File& file, bool asJson, bool quiet) {
+    Console console(quiet);
+    SwfWarnings warnings;
+    MovieOptions options;
+    options.level = 0; // of a text: only its movie's inflated form is looked at
+    options.warnings = &warnings;
+    const std::string name = file.shownName(true);
+    try {
+        SwfMovieSafe movie;
+        const Signature signature = load(file, movie, options);
+        if (asJson)
+            printJson(file, signature, movie, warnings);
+        else
+            printTable(file, signature, movie);
+        if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+            throw SwfFileException(SwfError::writing, "standard output");
+        console.warnings(name, warnings);
+        return ExitStatus::done;
+    } catch (...) {
+        console.warnings(name, warnings);
+        console.failure(name);
+        return ExitStatus::badInput;
+    }
+}
+
+} // namespace
+
+void addInfo(CLI::App& app, Command& chosen) {
+    struct Arguments {
+        Input input;
+        bool json = false, quiet = false;
+    };
+    CLI::App* command = app.add_subcommand("info", "Show the header of a movie and a table of its tags");
+    auto arguments = std::make_shared<Arguments>();
+    addInput(*command, arguments->input);
+    command->add_flag("--json", arguments->json, "For machines: one JSON object");
+    addQuiet(*command, arguments->quiet);
+    command->callback([arguments, &chosen] {
+        chosen = [file = arguments->input.file(), arguments] { return info(file, arguments->json, arguments->quiet); };
+    });
+}
+
+} // namespace zelkc

@@ -1,0 +1,34 @@
+// Movies from files of either kind.
+#pragma once
+
+#include "Conversion.h"
+#include "Files.h"
+
+namespace zelkc {
+
+struct MovieOptions {
+    bool keepRaw = true; ///< keep unreadable tags as bytes instead of dropping them
+    int level = 9;       ///< of compression, 0 to 9
+    libswf::SwfWarnings* warnings = nullptr;
+
+    xml2swf::ConversionOptions conversion() const;
+};
+
+/// Compiles a text. Throws InputError for one without a movie and the errors of xmlToSwf.
+void compile(const std::string& text, libswf::SwfMovie& movie, const MovieOptions& options);
+
+/// The first bytes of a movie file, which SwfMovieHeader does not keep.
+struct Signature {
+    std::string text;        ///< "FWS", "CWS", "ZWS", or whatever three bytes stand there
+    uint32_t fileLength = 0; ///< of the inflated file, as the header states it
+    uint64_t bytes = 0;      ///< of the file
+};
+
+/// Reads a movie; a text is compiled and read as the movie file that it gives. Throws OpenError for a movie file that
+/// cannot be opened.
+Signature load(const File& file, libswf::SwfMovieSafe& movie, const MovieOptions& options);
+
+/// Reads one file and writes the other. Nothing is written when anything fails.
+void convert(const File& input, const File& output, const MovieOptions& options);
+
+} // namespace zelkc

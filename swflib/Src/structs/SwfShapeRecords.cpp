@@ -1,0 +1,347 @@
+#include "SwfShapeRecords.h"
+
+#include "SwfBitCursor.h"
+#include "SwfTag.h"
+#include "SwfWarnings.h"
+
+namespace libswf {
+
+static_assert(sizeof(SwfLine) == 24 && sizeof(SwfStyleChange) <= 40, "shapes have millions of records");
+
+namespace {
+
+constexpr uint32_t maxIndexBits = 15; // of a field of 4 bits
+constexpr uint32_t maxEdgeBits = 17;  // of a field of 4 bits that holds the width - 2
+constexpr uint32_t maxMoveBits = 31;  // of a field of 5 bits
+constexpr uint32_t endBits = 6;
+
+// The first 6 bits of a record. An edge has its type, whether it is straight, and its width in them.
+constexpr uint32_t edgeBit = 0x20, straightBit = 0x10, edgeWidthMask = 0x0F;
+constexpr uint32_t newStylesBit = 0x10, lineStyleBit = 0x08, fillStyle1Bit = 0x04, fillStyle0Bit = 0x02, moveBit = 0x01;
+
+uint32_t styleBits(const SwfStyleChange& change) {
+    return (change.newStyles != nullptr ? newStylesBit : 0) | (change.stateLineStyle ? lineStyleBit : 0) |
+           (change.stateFillStyle1 ? fillStyle1Bit : 0) | (change.stateFillStyle0 ? fillStyle0Bit : 0) |
+           (change.stateMoveTo ? moveBit : 0);
+}
+
+bool isGeneral(const SwfLine& line) { return line.deltaX != 0 && line.deltaY != 0; }
+
+uint32_t widthOf(const SwfLine& line) {
+    return bitsUnsigned(bitsMagnitude(line.deltaX) | bitsMagnitude(line.deltaY)) + 1;
+}
+
+uint32_t widthOf(const SwfCurve& curve) {
+    return bitsUnsigned(bitsMagnitude(curve.controlDeltaX) | bitsMagnitude(curve.controlDeltaY) |
+                        bitsMagnitude(curve.anchorDeltaX) | bitsMagnitude(curve.anchorDeltaY)) +
+           1;
+}
+
+uint32_t widthOfMove(const SwfStyleChange& change) {
+    const uint32_t n = bitsSigned2(change.moveDeltaX, change.moveDeltaY);
+    if (n > maxMoveBits) throw SwfException(SwfError::doesNotFit, "a shape moves by 2^30 twips or more");
+    return n;
+}
+
+void checkIndex(const SwfContext& context, uint32_t index, uint32_t width, const char* what) {
+    if (index >> width != 0 && !context.cutIndices)
+        throw SwfException(SwfError::doesNotFit, std::string("a style change has the ") + what + " index " +
+                                                     std::to_string(index) +
+                                                     ", the largest that the number of styles leaves room for is " +
+                                                     std::to_string((1u << width) - 1));
+}
+
+void checkNewStyles(const SwfContext& context) {
+    if (!context.newStylesAllowed)
+        throw SwfException(SwfError::doesNotFit, "a style change has new styles, which this tag cannot hold");
+}
+
+// Reads the records of one list, and tells the stream when writing will not give them back.
+class RecordReader {
+public:
+    RecordReader(SwfIStream& stream, SwfShapeRecords& records)
+        : _stream(stream), _context(stream.context), _records(records), _bits(stream),
+          _keptFillBits(stream.context.numFillBits), _keptLineBits(stream.context.numLineBits) {}
+
+    void read() {
+        readWidths();
+        for (;;) {
+            if (_bits.atLimit()) _bits.fail("shape records", "the body ends before the end record");
+            const uint32_t head = _bits.take(6, "TypeFlag");
+            if ((head & edgeBit) == 0) {
+                if (head == 0) break;
+                readStyleChange(head);
+            } else if ((head & straightBit) != 0) {
+                readLine((head & edgeWidthMask) + 2);
+            } else {
+                readCurve((head & edgeWidthMask) + 2);
+            }
+        }
+        _bits.sync();
+    }
+
+private:
+    void readWidths() {
+        _context.numFillBits = static_cast<uint8_t>(_bits.take(4, "NumFillBits"));
+        _context.numLineBits = static_cast<uint8_t>(_bits.take(4, "NumLineBits"));
+    }
+
+    void readLine(uint32_t n) {
+        const bool general = _bits.take(1, "GeneralLineFlag") != 0;
+        const bool vertical = !general && _bits.take(1, "VertLineFlag") != 0;
+        const int32_t dx = vertical ? 0 : _bits.takeSigned(n, "DeltaX");
+        const int32_t dy = general || vertical ? _bits.takeSigned(n, "DeltaY") : 0;
+        _records.addLine(dx, dy);
+    }
+
+    void readCurve(uint32_t n) {
+        const int32_t cdx = _bits.takeSigned(n, "ControlDeltaX");
+        const int32_t cdy = _bits.takeSigned(n, "ControlDeltaY");
+        const int32_t adx = _bits.takeSigned(n, "AnchorDeltaX");
+        const int32_t ady = _bits.takeSigned(n, "AnchorDeltaY");
+        _records.addCurve(cdx, cdy, adx, ady);
+    }
+
+    uint16_t readIndex(uint32_t n, uint32_t kept, const char* field) {
+        const uint32_t index = _bits.take(n, field);
+        if (index >> kept != 0) _stream.markInexact("a style index above the number of styles");
+        return static_cast<uint16_t>(index);
+    }
+
+    void readStyleChange(uint32_t head) {
+        SwfStyleChange& change = _records.addStyleChange();
+        change.stateMoveTo = (head & moveBit) != 0;
+        change.stateFillStyle0 = (head & fillStyle0Bit) != 0;
+        change.stateFillStyle1 = (head & fillStyle1Bit) != 0;
+        change.stateLineStyle = (head & lineStyleBit) != 0;
+        if (change.stateMoveTo) {
+            const uint32_t n = _bits.take(5, "MoveBits");
+            change.moveDeltaX = _bits.takeSigned(n, "MoveDeltaX");
+            change.moveDeltaY = _bits.takeSigned(n, "MoveDeltaY");
+        }
+        if (change.stateFillStyle0) change.fillStyle0 = readIndex(_context.numFillBits, _keptFillBits, "FillStyle0");
+        if (change.stateFillStyle1) change.fillStyle1 = readIndex(_context.numFillBits, _keptFillBits, "FillStyle1");
+        if (change.stateLineStyle) change.lineStyle = readIndex(_context.numLineBits, _keptLineBits, "LineStyle");
+        if ((head & newStylesBit) != 0) readNewStyles(change);
+    }
+
+    void readNewStyles(SwfStyleChange& change) {
+        if (!_context.newStylesAllowed) _stream.markInexact("new styles, which this tag can hold on reading only");
+        change.newStyles = std::make_unique<SwfNewStyles>();
+        _bits.sync();
+        change.newStyles->fillStyles.read(_stream);
+        change.newStyles->lineStyles.read(_stream);
+        _bits.restart();
+        setIndexWidths(_stream, change.newStyles->fillStyles.items.size(), change.newStyles->lineStyles.items.size());
+        _keptFillBits = _context.numFillBits;
+        _keptLineBits = _context.numLineBits;
+        readWidths();
+    }
+
+    SwfIStream& _stream;
+    SwfContext& _context;
+    SwfShapeRecords& _records;
+    SwfBitCursor _bits;
+    uint32_t _keptFillBits, _keptLineBits; // widths on writing
+};
+
+class RecordWriter {
+public:
+    explicit RecordWriter(SwfOStream& stream) : _stream(stream), _context(stream.context), _bits(stream) {}
+
+    void write(const SwfVector<SwfShapeRecord*>& records) {
+        writeWidths();
+        for (SwfShapeRecord* record : records) {
+            switch (record->kind) {
+            case SwfShapeRecord::Kind::straightEdge: writeLine(static_cast<const SwfLine&>(*record)); break;
+            case SwfShapeRecord::Kind::curvedEdge: writeCurve(static_cast<const SwfCurve&>(*record)); break;
+            case SwfShapeRecord::Kind::styleChange: writeStyleChange(static_cast<SwfStyleChange&>(*record)); break;
+            }
+        }
+        _bits.put(endBits, 0);
+        _bits.finish();
+        if (_cutEdges != 0 && _context.warnings != nullptr) warnOfCutEdges();
+    }
+
+private:
+    void writeWidths() {
+        _bits.put(4, _context.numFillBits);
+        _bits.put(4, _context.numLineBits);
+    }
+
+    uint32_t edgeHead(uint32_t straight, uint32_t n) {
+        if (n > maxEdgeBits) ++_cutEdges;
+        return edgeBit | straight | ((n - 2) & edgeWidthMask);
+    }
+
+    void writeLine(const SwfLine& line) {
+        const uint32_t n = widthOf(line);
+        const uint32_t head = edgeHead(straightBit, n);
+        if (isGeneral(line)) {
+            _bits.put(7, head << 1 | 1);
+            _bits.putSigned(n, line.deltaX);
+            _bits.putSigned(n, line.deltaY);
+        } else {
+            const bool vertical = line.deltaX == 0;
+            _bits.put(8, head << 2 | (vertical ? 1 : 0));
+            _bits.putSigned(n, vertical ? line.deltaY : line.deltaX);
+        }
+    }
+
+    void writeCurve(const SwfCurve& curve) {
+        const uint32_t n = widthOf(curve);
+        _bits.put(6, edgeHead(0, n));
+        _bits.putSigned(n, curve.controlDeltaX);
+        _bits.putSigned(n, curve.controlDeltaY);
+        _bits.putSigned(n, curve.anchorDeltaX);
+        _bits.putSigned(n, curve.anchorDeltaY);
+    }
+
+    void writeIndex(uint32_t index, uint32_t n, const char* what) {
+        checkIndex(_context, index, n, what);
+        _bits.put(n, index);
+    }
+
+    void writeStyleChange(SwfStyleChange& change) {
+        _bits.put(6, styleBits(change));
+        if (change.stateMoveTo) {
+            const uint32_t n = widthOfMove(change);
+            _bits.put(5, n);
+            _bits.putSigned(n, change.moveDeltaX);
+            _bits.putSigned(n, change.moveDeltaY);
+        }
+        if (change.stateFillStyle0) writeIndex(change.fillStyle0, _context.numFillBits, "fill");
+        if (change.stateFillStyle1) writeIndex(change.fillStyle1, _context.numFillBits, "fill");
+        if (change.stateLineStyle) writeIndex(change.lineStyle, _context.numLineBits, "line");
+        if (change.newStyles == nullptr) return;
+        checkNewStyles(_context);
+        _bits.finish();
+        change.newStyles->fillStyles.write(_stream);
+        change.newStyles->lineStyles.write(_stream);
+        setIndexWidths(_context, change.newStyles->fillStyles.items.size(), change.newStyles->lineStyles.items.size());
+        writeWidths();
+    }
+
+    void warnOfCutEdges() const {
+        SwfWarning warning;
+        warning.kind = SwfWarning::Kind::cut;
+        warning.tagCode = _context.tagType;
+        warning.tagName = tagName(_context.tagType);
+        warning.reason = std::to_string(_cutEdges) +
+                         " edges have deltas of 65,536 twips or more: the width is cut and the shape cannot be read";
+        _context.warnings->add(std::move(warning));
+    }
+
+    SwfOStream& _stream;
+    SwfContext& _context;
+    SwfBitPacker _bits;
+    uint64_t _cutEdges = 0;
+};
+
+// The bit position after a style change that starts at `bit`.
+uint64_t endOf(SwfStyleChange& change, SwfContext& context, uint64_t bit) {
+    bit += 6;
+    if (change.stateMoveTo) bit += 5 + 2 * widthOfMove(change);
+    if (change.stateFillStyle0) {
+        checkIndex(context, change.fillStyle0, context.numFillBits, "fill");
+        bit += context.numFillBits;
+    }
+    if (change.stateFillStyle1) {
+        checkIndex(context, change.fillStyle1, context.numFillBits, "fill");
+        bit += context.numFillBits;
+    }
+    if (change.stateLineStyle) {
+        checkIndex(context, change.lineStyle, context.numLineBits, "line");
+        bit += context.numLineBits;
+    }
+    if (change.newStyles == nullptr) return bit;
+    checkNewStyles(context);
+    SwfNewStyles& styles = *change.newStyles;
+    bit = (bit + 7) / 8 * 8;
+    bit += 8 * (uint64_t(styles.fillStyles.getSize(context)) + styles.lineStyles.getSize(context) + 1);
+    setIndexWidths(context, styles.fillStyles.items.size(), styles.lineStyles.items.size());
+    return bit;
+}
+
+} // namespace
+
+void setIndexWidths(SwfContext& context, uint64_t fillStyles, uint64_t lineStyles) {
+    const uint64_t most = std::max(fillStyles, lineStyles);
+    if (most >> maxIndexBits != 0)
+        throw SwfException(SwfError::doesNotFit,
+                           std::to_string(most) + " styles, whose indices do not fit shape records (at most 32,767)");
+    context.numFillBits = static_cast<uint8_t>(bitsUnsigned(static_cast<uint32_t>(fillStyles)));
+    context.numLineBits = static_cast<uint8_t>(bitsUnsigned(static_cast<uint32_t>(lineStyles)));
+}
+
+void setIndexWidths(SwfIStream& stream, uint64_t fillStyles, uint64_t lineStyles) {
+    constexpr uint64_t most = (1u << maxIndexBits) - 1;
+    if (std::max(fillStyles, lineStyles) > most) stream.markInexact("more than 32,767 styles");
+    setIndexWidths(stream.context, std::min(fillStyles, most), std::min(lineStyles, most));
+}
+
+void SwfShapeRecords::clear() {
+    for (SwfShapeRecord* record : _records) record->~SwfShapeRecord();
+    _records.clear();
+    _pool.release();
+}
+
+void SwfShapeRecords::read(SwfIStream& stream) {
+    clear();
+    RecordReader(stream, *this).read();
+}
+
+uint32_t SwfShapeRecords::getSize(SwfContext& context) {
+    uint64_t bit = 8;
+    for (SwfShapeRecord* record : _records) {
+        switch (record->kind) {
+        case SwfShapeRecord::Kind::straightEdge: {
+            const auto& line = static_cast<const SwfLine&>(*record);
+            bit += isGeneral(line) ? 2 * widthOf(line) + 7 : widthOf(line) + 8;
+            break;
+        }
+        case SwfShapeRecord::Kind::curvedEdge: bit += 4 * widthOf(static_cast<const SwfCurve&>(*record)) + 6; break;
+        case SwfShapeRecord::Kind::styleChange: bit = endOf(static_cast<SwfStyleChange&>(*record), context, bit); break;
+        }
+    }
+    const uint64_t bytes = (bit + endBits + 7) / 8;
+    if (bytes > UINT32_MAX) throw SwfException(SwfError::doesNotFit, "a shape of more than 4 GB");
+    return size = static_cast<uint32_t>(bytes);
+}
+
+void SwfShapeRecords::write(SwfOStream& stream) {
+    if (stream.isCounter())
+        stream.count(getSize(stream.context));
+    else
+        RecordWriter(stream).write(_records);
+}
+
+static void setGlyphWidths(SwfContext& context) {
+    context.cutIndices = true;
+    context.numFillBits = 1;
+    context.numLineBits = 0;
+}
+
+void SwfShapes::readGlyph(SwfIStream& stream) {
+    setGlyphWidths(stream.context);
+    add().read(stream);
+}
+
+uint32_t SwfShapes::getSize(SwfContext& context) {
+    uint64_t total = 0;
+    for (SwfShapeRecords* glyph : items) {
+        setGlyphWidths(context);
+        total += glyph->getSize(context);
+    }
+    if (total > UINT32_MAX) throw SwfException(SwfError::doesNotFit, "glyphs of more than 4 GB");
+    return size = static_cast<uint32_t>(total);
+}
+
+void SwfShapes::write(SwfOStream& stream) {
+    for (SwfShapeRecords* glyph : items) {
+        setGlyphWidths(stream.context);
+        glyph->write(stream);
+    }
+}
+
+} // namespace libswf

@@ -1,0 +1,136 @@
+// The records that draw a shape or a glyph.
+#pragma once
+
+#include <memory>
+#include <memory_resource>
+
+#include "SwfFillStyle.h"
+#include "SwfLineStyle.h"
+#include "SwfStructs.h"
+
+namespace libswf {
+
+/// One record. Its size is not a multiple of bytes: the list reads, measures and writes it.
+class SwfShapeRecord : public SwfStruct {
+public:
+    enum class Kind : uint8_t { straightEdge, curvedEdge, styleChange };
+    const Kind kind;
+
+    virtual ~SwfShapeRecord() = default;
+    SwfShapeRecord(const SwfShapeRecord&) = delete;
+    SwfShapeRecord& operator=(const SwfShapeRecord&) = delete;
+
+protected:
+    explicit SwfShapeRecord(Kind recordKind) : kind(recordKind) {}
+};
+
+/// A straight edge, in twips from the end of the last one. Edges are written in the smallest width that holds them; a
+/// delta of 2^16 and more needs a width that its field cannot tell: the field is cut to 4 bits, on purpose, and the
+/// shape cannot be read again.
+class SwfLine : public SwfShapeRecord {
+public:
+    int32_t deltaX, deltaY;
+
+    explicit SwfLine(int32_t dx = 0, int32_t dy = 0) : SwfShapeRecord(Kind::straightEdge), deltaX(dx), deltaY(dy) {}
+};
+
+/// A quadratic curve: the control point from the end of the last edge, the anchor from the control point. Widths as
+/// with SwfLine.
+class SwfCurve : public SwfShapeRecord {
+public:
+    int32_t controlDeltaX, controlDeltaY, anchorDeltaX, anchorDeltaY;
+
+    explicit SwfCurve(int32_t cdx = 0, int32_t cdy = 0, int32_t adx = 0, int32_t ady = 0)
+        : SwfShapeRecord(Kind::curvedEdge), controlDeltaX(cdx), controlDeltaY(cdy), anchorDeltaX(adx),
+          anchorDeltaY(ady) {}
+};
+
+struct SwfNewStyles {
+    SwfFillStyles fillStyles;
+    SwfLineStyles lineStyles;
+};
+
+/// Moves the pen and chooses styles. With nothing set it is written as six 0 bits, which end the shape for a reader.
+class SwfStyleChange : public SwfShapeRecord {
+public:
+    bool stateLineStyle = false;
+    bool stateFillStyle0 = false;
+    bool stateFillStyle1 = false;
+    bool stateMoveTo = false;
+    uint16_t lineStyle = 0;  ///< index from 1 into the current styles; 0 for none
+    uint16_t fillStyle0 = 0; ///< the same, for the side to the left
+    uint16_t fillStyle1 = 0; ///< the same, for the side to the right
+    int32_t moveDeltaX = 0;  ///< twips from the shape's origin
+    int32_t moveDeltaY = 0;
+    std::unique_ptr<SwfNewStyles> newStyles; ///< replace the current styles from here on; null without new styles
+
+    SwfStyleChange() : SwfShapeRecord(Kind::styleChange) {}
+};
+
+/// Widths of the indices that shape records use, from the numbers of styles. Throws SwfException code 2 above 32,767
+/// styles, whose width does not fit its field.
+void setIndexWidths(SwfContext& context, uint64_t fillStyles, uint64_t lineStyles);
+/// The same before reading: so many styles only mark the tag as one that cannot be written.
+void setIndexWidths(SwfIStream& stream, uint64_t fillStyles, uint64_t lineStyles);
+
+/// SHAPE: the records without the end record. Owns them in a pool of its own, freed as a whole.
+///
+/// Before read, getSize and write the context holds the index widths that writing uses (setIndexWidths). An index that
+/// needs more bits throws SwfException code 2, unless the context cuts indices; so do new styles where the context
+/// does not allow them, and a move of 2^30 twips and more. The file's own widths are used for reading and forgotten.
+class SwfShapeRecords final : public SwfStruct {
+public:
+    SwfShapeRecords() = default;
+    SwfShapeRecords(const SwfShapeRecords&) = delete;
+    SwfShapeRecords& operator=(const SwfShapeRecords&) = delete;
+    ~SwfShapeRecords() { clear(); }
+
+    uint32_t count() const { return _records.size(); }
+    bool empty() const { return _records.empty(); }
+    /// Asserts "index < Size".
+    SwfShapeRecord& operator[](uint64_t index) { return *_records[index]; }
+    const SwfShapeRecord& operator[](uint64_t index) const { return *_records[index]; }
+    /// For loops: pointers to the records.
+    const SwfVector<SwfShapeRecord*>& items() const { return _records; }
+
+    SwfLine& addLine(int32_t dx, int32_t dy) { return add<SwfLine>(dx, dy); }
+    SwfCurve& addCurve(int32_t cdx, int32_t cdy, int32_t adx, int32_t ady) { return add<SwfCurve>(cdx, cdy, adx, ady); }
+    SwfStyleChange& addStyleChange() { return add<SwfStyleChange>(); }
+    void clear();
+
+    /// Reads to the end record; replaces what the list held. Throws SwfException code 3 when the body ends before.
+    void read(SwfIStream& stream);
+    /// Bytes, also kept in `size`. Leaves the widths that the last record used in the context.
+    uint32_t getSize(SwfContext& context);
+    /// A counting stream measures.
+    void write(SwfOStream& stream);
+
+private:
+    template <class Record, class... Args>
+    Record& add(Args... args) {
+        auto* record = new (_pool.allocate(sizeof(Record), alignof(Record))) Record(args...);
+        _records.append(record);
+        return *record;
+    }
+
+    static constexpr size_t firstBlock = 192; // bytes; further blocks grow
+    std::pmr::monotonic_buffer_resource _pool{firstBlock};
+    SwfVector<SwfShapeRecord*> _records;
+};
+
+/// The glyphs of a font. Glyphs are written with a fill index of 1 bit and no line index; indices are cut to that.
+class SwfShapes : public SwfStruct {
+public:
+    SwfPtrVector<SwfShapeRecords*> items;
+
+    uint32_t count() const { return items.size(); }
+    SwfShapeRecords& add() { return items.add(std::make_unique<SwfShapeRecords>()); }
+
+    /// Appends the glyph at the stream's position.
+    void readGlyph(SwfIStream& stream);
+    /// Bytes of all glyphs; each list keeps its own in `size`.
+    uint32_t getSize(SwfContext& context);
+    void write(SwfOStream& stream);
+};
+
+} // namespace libswf

@@ -1,0 +1,83 @@
+// Static text: glyphs of a font placed one by one.
+#pragma once
+
+#include "SwfTag.h"
+
+namespace libswf {
+
+/// One glyph of a text record: its place in the font and the way to the next glyph in twips.
+struct SwfGlyphEntry {
+    uint32_t index = 0;
+    int32_t advance = 0;
+};
+
+/// Glyphs that share font, colour and position. Bit 7 of the flags is the record's type and is written as 1 whatever it
+/// is here: records of type 0, found in very old movies only, are read as records of type 1.
+class SwfTextRecord : public SwfStruct {
+public:
+    static constexpr uint8_t typeBit = 0x80, fontBit = 0x08, colorBit = 0x04, yOffsetBit = 0x02, xOffsetBit = 0x01;
+    static constexpr uint8_t reservedBits = 0x70;
+
+    uint8_t flags = 0;
+    uint16_t fontId = 0;              ///< in the file with fontBit
+    SwfColor color;                   ///< with colorBit
+    int16_t xOffset = 0, yOffset = 0; ///< twips, with their bits
+    uint16_t height = 0;              ///< twips, with fontBit
+    SwfVector<SwfGlyphEntry> glyphs;  ///< at most 255: more throw SwfException code 2 on write
+
+    SwfTextRecord() = default;
+    explicit SwfTextRecord(SwfIStream& stream);
+    void write(SwfOStream& stream) const;
+};
+
+using SwfTextRecords = SwfVector<SwfTextRecord>;
+
+/// DefineText (11). The widths of glyph indices and advances are recomputed on every write; an advance takes the bits
+/// of its absolute value and one for the sign. Entries of no width may not number more than 16 per byte of the body
+/// (code 3 on reading), so that a few bytes cannot grow without bound.
+class SwfTagDefineText : public SwfDefinitionTag {
+public:
+    SwfRect bounds;
+    SwfMatrix matrix;
+    SwfTextRecords records;
+
+    SwfTagDefineText() : SwfTagDefineText(11) {}
+    explicit SwfTagDefineText(SwfIStream& stream) : SwfTagDefineText() { read(stream); }
+
+protected:
+    explicit SwfTagDefineText(uint16_t code) : SwfDefinitionTag(code) {}
+    void read(SwfIStream& stream);
+    void writeBody(SwfOStream& stream) override;
+
+private:
+    bool hasAlpha() const { return type == 33; }
+};
+
+/// DefineText2 (33): the same with RGBA colours.
+class SwfTagDefineText2 : public SwfTagDefineText {
+public:
+    SwfTagDefineText2() : SwfTagDefineText(33) {}
+    explicit SwfTagDefineText2(SwfIStream& stream) : SwfTagDefineText2() { read(stream); }
+};
+
+/// CSMTextSettings (74): how a text is smoothed. Reserved bits are written back but have no place in XML; with keepRaw
+/// a tag that has them set is kept as bytes.
+class SwfTagCSMTextSettings : public SwfTag {
+public:
+    uint16_t textId = 0;
+    uint8_t flags = 0; ///< bits 6-7 UseFlashType, bits 3-5 GridFit, bits 0-2 reserved
+    float thickness = 0, sharpness = 0;
+    uint8_t reserved = 0;
+
+    static constexpr uint8_t reservedBits = 0x07;
+    uint8_t useFlashType() const { return flags >> 6; }
+    uint8_t gridFit() const { return flags >> 3 & 7; }
+
+    SwfTagCSMTextSettings() : SwfTag(74) {}
+    explicit SwfTagCSMTextSettings(SwfIStream& stream);
+
+protected:
+    void writeBody(SwfOStream& stream) override;
+};
+
+} // namespace libswf

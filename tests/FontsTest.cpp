@@ -1,0 +1,131 @@
+// Fonts and texts that are too large for a case file.
+#include <gtest/gtest.h>
+
+#include "SwfAllTags.h"
+#include "SwfWarnings.h"
+
+namespace {
+
+using namespace libswf;
+
+SwfContext contextOf(SwfTag& tag, uint8_t version, SwfWarnings* warnings = nullptr) {
+    SwfContext context;
+    context.version = version;
+    context.tagType = tag.type;
+    context.warnings = warnings;
+    return context;
+}
+
+std::vector<uint8_t> bodyOf(SwfTag& tag, uint8_t version, SwfWarnings* warnings = nullptr) {
+    SwfContext context = contextOf(tag, version, warnings);
+    tag.prepare();
+    const uint32_t size = tag.getSize(context);
+    SwfOStream stream(uint64_t(size) + tag.headerSize());
+    stream.context = context;
+    tag.write(stream);
+    EXPECT_EQ(stream.size(), size + tag.headerSize());
+    return {stream.begin() + tag.headerSize(), stream.end()};
+}
+
+template <class Tag>
+Tag readBody(const std::vector<uint8_t>& body, uint8_t version) {
+    SwfIStream stream(body.data(), body.size());
+    stream.context.version = version;
+    stream.setBodyEnd(body.size());
+    return Tag(stream);
+}
+
+uint32_t writeErrorOf(SwfTag& tag) {
+    try {
+        bodyOf(tag, 8);
+    } catch (const SwfException& error) {
+        return error.code();
+    }
+    return 0;
+}
+
+// A glyph of `lines` vertical lines of 10 bits each.
+void addGlyph(SwfShapes& glyphs, uint32_t lines) {
+    SwfShapeRecords& glyph = glyphs.add();
+    for (uint32_t i = 0; i < lines; ++i) glyph.addLine(0, 1);
+}
+
+// A DefineFont2 whose glyphs all lie in the same bytes: 4 × fours vertical lines.
+std::vector<uint8_t> overlappingFont(uint16_t glyphs, uint32_t fours) {
+    const uint32_t tables = (glyphs + 1u) * 4, glyphSize = 2 + 5 * fours;
+    std::vector<uint8_t> body = {1, 0, 0x08, 0, 0};
+    auto append = [&](uint32_t value, uint32_t bytes) {
+        for (; bytes != 0; --bytes, value >>= 8) body.push_back(static_cast<uint8_t>(value));
+    };
+    append(glyphs, 2);
+    for (uint32_t i = 0; i < glyphs; ++i) append(tables, 4);
+    append(tables + glyphSize, 4);
+    body.push_back(0x10);
+    for (uint32_t i = 0; i < fours; ++i) body.insert(body.end(), {0xC1, 0x70, 0x5C, 0x17, 0x05});
+    body.resize(body.size() + 1 + glyphs); // the end record, the codes
+    return body;
+}
+
+TEST(Fonts, OffsetsGrowWithTheGlyphs) {
+    // Offset table and glyphs take 65,535 bytes with 52,419 lines: 6 and 65,526 and 3.
+    for (const auto& [lines, wide] : {std::pair(52419u, false), std::pair(52420u, true)}) {
+        SwfTagDefineFont2 font;
+        addGlyph(font.glyphs, lines);
+        addGlyph(font.glyphs, 1);
+        for (uint16_t code : {65, 66}) font.codes.append(code);
+        const std::vector<uint8_t> body = bodyOf(font, 8);
+        const auto read = readBody<SwfTagDefineFont2>(body, 8);
+        EXPECT_EQ(read.wideOffsets, wide);
+        ASSERT_EQ(read.glyphs.count(), 2u);
+        EXPECT_EQ(read.glyphs.items[0]->count(), lines);
+        EXPECT_EQ(read.codes[1], 66);
+    }
+}
+
+TEST(Fonts, WrappedOffsetsAreWarnedOf) {
+    for (const auto& [lines, warned] : {std::pair(52000u, 0u), std::pair(53000u, 1u)}) {
+        SwfTagDefineFont font;
+        addGlyph(font.glyphs, lines);
+        addGlyph(font.glyphs, 1);
+        SwfWarnings warnings;
+        const std::vector<uint8_t> body = bodyOf(font, 8, &warnings);
+        EXPECT_EQ(warnings.total(), warned);
+        const uint64_t offset = 4 + font.glyphs.items[0]->size;
+        EXPECT_EQ(body[4] | body[5] << 8, static_cast<int>(offset & 0xFFFF));
+    }
+}
+
+TEST(Fonts, GlyphsMayShareBytesUpToALimit) {
+    // 92 and 97 bytes of glyph in 596 and 601 bytes from the offset table on.
+    EXPECT_EQ(readBody<SwfTagDefineFont2>(overlappingFont(100, 18), 5).glyphs.count(), 100u);
+    EXPECT_THROW(readBody<SwfTagDefineFont2>(overlappingFont(100, 19), 5), SwfException);
+    EXPECT_THROW(readBody<SwfTagDefineFont2>(overlappingFont(65535, 200000), 5), SwfException);
+}
+
+TEST(Fonts, CountsAboveTheirFieldsAreRefused) {
+    SwfTagDefineFont2 glyphs;
+    for (uint32_t i = 0; i <= UINT16_MAX; ++i) glyphs.glyphs.add();
+    EXPECT_EQ(writeErrorOf(glyphs), SwfError::doesNotFit);
+
+    SwfTagDefineFont3 kerning;
+    kerning.kerning.resize(UINT16_MAX + 1);
+    EXPECT_EQ(writeErrorOf(kerning), SwfError::doesNotFit);
+
+    SwfTagDefineFontInfo name;
+    name.fontName = SwfString(std::string(255, 'n'));
+    EXPECT_EQ(writeErrorOf(name), 0u);
+    name.fontName = SwfString(std::string(256, 'n'));
+    EXPECT_EQ(writeErrorOf(name), SwfError::doesNotFit);
+
+    SwfTagDefineFontAlignZones zones;
+    zones.records.append({}).zones.resize(256);
+    EXPECT_EQ(writeErrorOf(zones), SwfError::doesNotFit);
+
+    SwfTagDefineText text;
+    text.records.append({}).glyphs.resize(255);
+    EXPECT_EQ(writeErrorOf(text), 0u);
+    text.records[0].glyphs.resize(256);
+    EXPECT_EQ(writeErrorOf(text), SwfError::doesNotFit);
+}
+
+} // namespace

@@ -1,0 +1,304 @@
+// The command line as a process: its exit status, what it says and what it leaves on the disk.
+#include <nlohmann/json.hpp>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <set>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string little(uint64_t value, int bytes) {
+    std::string text;
+    for (int i = 0; i < bytes; ++i) text += static_cast<char>(value >> (8 * i));
+    return text;
+}
+
+std::string record(uint16_t code, const std::string& body) {
+    if (body.size() < 63) return little(uint64_t(code) << 6 | body.size(), 2) + body;
+    return little(uint64_t(code) << 6 | 63, 2) + little(body.size(), 4) + body;
+}
+
+// An uncompressed movie of 550 by 400 pixels.
+std::string movieOf(const std::string& records, char version = 5) {
+    const std::string stage("\x78\x00\x05\x5F\x00\x00\x0F\xA0\x00", 9);
+    const std::string body = stage + little(12 << 8, 2) + little(1, 2) + records + little(0, 2);
+    return std::string("FWS") + version + little(body.size() + 8, 4) + body;
+}
+
+const std::string showFrame = record(1, "");
+const std::string sprite = record(39, little(7, 2) + little(1, 2) + showFrame + little(0, 2));
+const std::string goodMovie = movieOf(record(9, "abc") + sprite + showFrame);
+const std::string goodText = "<Movie SwfVersion=\"5\">\n    <ShowFrame/>\n</Movie>";
+
+struct Result {
+    int status = -1; ///< 128 and more for a crash
+    std::string out, err;
+};
+
+class ZelkcTest : public testing::Test {
+protected:
+    void SetUp() override {
+        const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+        folder = fs::temp_directory_path() / ("zelkc-" + std::string(test->name()) + "-" + std::to_string(getpid()));
+        fs::create_directories(folder / "in");
+        fs::create_directories(folder / "folder.swf");
+        put("good.swf", goodMovie);
+        put("good.xml", goodText);
+    }
+    void TearDown() override { fs::remove_all(folder); }
+
+    void put(const fs::path& name, const std::string& content) {
+        std::ofstream(folder / name, std::ios::binary) << content;
+    }
+    std::string get(const fs::path& name) {
+        std::ostringstream text;
+        text << std::ifstream(folder / name, std::ios::binary).rdbuf();
+        return text.str();
+    }
+    std::set<std::string> files(const fs::path& name) {
+        std::set<std::string> names;
+        for (const auto& entry : fs::directory_iterator(folder / name)) names.insert(entry.path().filename().string());
+        return names;
+    }
+    Result run(const std::string& arguments, const std::string& input = "/dev/null") {
+        const std::string command =
+            "cd '" + folder.string() + "' && '" ZELKC_PATH "' " + arguments + " <'" + input + "' >.out 2>.err";
+        const int status = std::system(command.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : 255, get(".out"), get(".err")};
+    }
+
+    fs::path folder;
+};
+
+TEST_F(ZelkcTest, TellsWrongUseFromDone) {
+    put("MOVIE.SWF", goodMovie);
+    put("movie.bin", goodMovie);
+    struct Case {
+        const char* arguments;
+        int status;
+        const char* said; ///< on standard output when done, on standard error otherwise
+    };
+    const Case cases[] = {
+        {"", 2, "subcommand"},
+        {"explode", 2, ""},
+        {"convert good.swf", 2, "one input and one output"},
+        {"convert good.swf a.xml b.xml", 2, "one input and one output"},
+        {"convert movie.bin a.xml", 2, "movie.bin"},
+        {"convert good.swf a.bin", 2, "a.bin"},
+        {"convert - a.xml", 2, "--from"},
+        {"convert good.swf -", 2, "--to"},
+        {"convert --from pdf movie.bin a.xml", 2, "pdf"},
+        {"convert --level 10 good.xml a.swf", 2, "--level"},
+        {"convert --out-dir many good.swf", 2, "--to"},
+        {"convert --out-dir many --to xml -", 2, "standard input"},
+        {"info", 2, "FILE"},
+        {"check movie.bin", 2, "movie.bin"},
+        {"--version", 0, "zelkc " ZELK_VERSION},
+        {"--help", 0, "convert"},
+        {"convert --help", 0, "--drop-unreadable"},
+        {"info --help", 0, "--json"},
+        {"check --help", 0, "FILE"},
+        {"convert MOVIE.SWF A.Xml", 0, ""},
+        {"convert --from SWF movie.bin a.xml", 0, ""},
+        {"convert good.swf a.swf", 0, ""},
+        {"check good.xml", 0, "good.xml: ok"},
+        {"check good.swf", 0, "good.swf: ok"},
+    };
+    for (const Case& c : cases) {
+        const Result result = run(c.arguments);
+        EXPECT_EQ(result.status, c.status) << c.arguments << "\n" << result.err;
+        EXPECT_NE((c.status == 0 ? result.out : result.err).find(c.said), std::string::npos)
+            << c.arguments << "\n"
+            << result.out << result.err;
+        EXPECT_EQ(c.status == 0, result.err.empty()) << c.arguments << "\n" << result.err;
+    }
+    EXPECT_FALSE(fs::exists(folder / "many"));
+    EXPECT_EQ(get("a.swf"), goodMovie);
+    EXPECT_EQ(get("A.Xml"), get("a.xml"));
+}
+
+TEST_F(ZelkcTest, SaysWhatIsWrongAndLeavesTheTargetAlone) {
+    std::string frames;
+    for (int i = 0; i < 65536; ++i) frames += "<ShowFrame/>";
+    struct Case {
+        const char* name;
+        std::string content;
+        std::string said;
+    };
+    const Case cases[] = {
+        {"tag.xml", "<Movie>\n  <ShowFrame></Movie>",
+         "tag.xml: The XML has incorrect format.\nError description: invalid closing tag name\nRow: 2\nCol: "},
+        {"cut.xml", "<Movie", "The XML has incorrect format.\nError description: "},
+        {"nul.xml", std::string("<Movie>\n\0</Movie>", 17), "Row: 2\nCol: 1\n"},
+        {"width.xml", "\n<Movie Width=\"wide\"/>", "width.xml: Incorrect value of attribute Width\nRow: 2\nCol: "},
+        {"base64.xml", "<Movie>\n\n<Unknown TagType=\"99\"><Data>!</Data></Unknown></Movie>",
+         "base64.xml: Incorrect Base64 data\nRow: 3\nCol: "},
+        {"value.xml", "<Movie><Unknown TagType=\"a\nb\x1b[m\"/></Movie>", "value.xml: Unknown: attribute TagType: \"a"},
+        {"other.xml", "<Film/>", "other.xml: The document has no Movie element.\n"},
+        {"frames.xml", "<Movie>" + frames + "</Movie>", "frames.xml: Unexpected Error\nframeCount <= 0xFFFF\n"},
+        {"missing.xml", "", "Unable to open missing.xml\n"},
+        {"missing.swf", "", "Unable to open missing.swf\n"},
+        {"folder.swf", "", "Unable to open folder.swf\n"},
+        {"short.swf", "FWS\x05", "Unable to open short.swf\n"},
+        {"corrupt.swf", "CWS\x06" + little(500, 4) + "no zlib data", "Unable to open corrupt.swf\n"},
+    };
+    for (const Case& c : cases) {
+        if (!c.content.empty()) put(c.name, c.content);
+        const std::string target = fs::path(c.name).extension() == ".xml" ? "old.swf" : "old.xml";
+        put(target, "old");
+        const Result result = run("convert " + std::string(c.name) + " " + target);
+        EXPECT_EQ(result.status, 1) << c.name;
+        EXPECT_NE(result.err.find(c.said), std::string::npos) << c.name << "\n" << result.err;
+        EXPECT_EQ(result.err.find('\x1b'), std::string::npos) << c.name;
+        EXPECT_EQ(get(target), "old") << c.name;
+        EXPECT_EQ(run("check " + std::string(c.name)).status, 1) << c.name;
+    }
+    for (const std::string& name : files(".")) EXPECT_EQ(name.find(".tmp"), std::string::npos) << name;
+    const Result noFolder = run("convert good.xml nowhere/a.swf");
+    EXPECT_EQ(noFolder.status, 1);
+    EXPECT_NE(noFolder.err.find("nowhere/a.swf"), std::string::npos);
+}
+
+TEST_F(ZelkcTest, ConvertsBothWaysThroughTheStandardStreams) {
+    const std::string declaration = "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n<Movie ";
+    const Result text = run("convert - - --from swf --to xml", "good.swf");
+    EXPECT_EQ(text.status, 0) << text.err;
+    EXPECT_EQ(text.out.substr(0, declaration.size()), declaration);
+    EXPECT_EQ(text.out.substr(text.out.size() - 9), "\n</Movie>");
+    put("text.xml", text.out);
+    EXPECT_EQ(run("convert - - --from xml --to swf", "text.xml").out, goodMovie);
+    EXPECT_EQ(run("convert - - --from xml --to xml", "text.xml").out, text.out);
+    EXPECT_EQ(run("info - --from swf", "/dev/null").status, 1);
+#ifdef __linux__
+    EXPECT_EQ(run("info good.swf >/dev/full 2>/dev/null; exit $?").status, 1);
+#endif
+}
+
+TEST_F(ZelkcTest, CompressesAsMuchAsAsked) {
+    put("big.swf", movieOf(record(99, std::string(5000, 'x'))));
+    run("convert big.swf big.xml");
+    std::string text = get("big.xml");
+    text.replace(text.find("SwfVersion=\"5\""), 14, "SwfVersion=\"6\"");
+    put("big.xml", text);
+    run("convert --level 0 big.xml stored.swf");
+    run("convert big.xml packed.swf");
+    EXPECT_EQ(get("packed.swf").substr(0, 3), "CWS");
+    EXPECT_GT(get("stored.swf").size(), 5000u);
+    EXPECT_LT(get("packed.swf").size(), 500u);
+}
+
+TEST_F(ZelkcTest, KeepsOrDropsUnreadableTags) {
+    put("bad.swf", movieOf(record(39, "x") + showFrame));
+    const Result kept = run("convert bad.swf kept.xml");
+    EXPECT_EQ(kept.status, 0);
+    EXPECT_EQ(kept.err.find("warning: bad.swf: kept raw: tag 0 (DefineSprite) at offset 0x15: "), 0u) << kept.err;
+    EXPECT_NE(get("kept.xml").find("<Unknown TagType=\"39\""), std::string::npos);
+    const Result dropped = run("convert --drop-unreadable bad.swf dropped.xml");
+    EXPECT_EQ(dropped.status, 0);
+    EXPECT_NE(dropped.err.find("dropped"), std::string::npos);
+    EXPECT_EQ(get("dropped.xml").find("Unknown"), std::string::npos);
+    EXPECT_EQ(run("convert --quiet bad.swf quiet.xml").err, "");
+}
+
+TEST_F(ZelkcTest, ShowsTwentyWarningsAndCountsTheRest) {
+    std::string text = "<Movie>\n";
+    for (int i = 0; i < 25; ++i) text += "<Odd/>\n";
+    put("odd.xml", text + "</Movie>");
+    const Result result = run("convert odd.xml odd.swf");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 21);
+    EXPECT_NE(result.err.find("(Odd) row 21, column 2"), std::string::npos) << result.err;
+    EXPECT_NE(result.err.find("and 5 more\n"), std::string::npos) << result.err;
+    const Result all = run("check odd.xml");
+    EXPECT_EQ(all.status, 0);
+    EXPECT_EQ(std::count(all.err.begin(), all.err.end(), '\n'), 25);
+}
+
+TEST_F(ZelkcTest, ConvertsManyFiles) {
+    put("other.xml", goodText);
+    put("broken.xml", "<Movie>");
+    put("in/good.xml", goodText);
+    put("note.txt", "x");
+    const Result result = run("convert --out-dir out/deep --to swf good.xml broken.xml in/good.xml note.txt other.xml");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(files("out/deep"), (std::set<std::string>{"good.swf", "other.swf"}));
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 3) << result.err;
+    for (const char* said :
+         {"broken.xml: The XML has incorrect format.; Error description: ", "in/good.xml: the output ", "note.txt: "})
+        EXPECT_NE(result.err.find(said), std::string::npos) << result.err;
+    const Result inPlace = run("convert --out-dir . --to swf good.xml ./good.swf");
+    EXPECT_EQ(inPlace.status, 1);
+    EXPECT_EQ(get("good.swf"), goodMovie);
+
+    std::string names;
+    for (int i = 0; i < 100; ++i) {
+        names += " in/" + std::to_string(i) + ".xml";
+        put("in/" + std::to_string(i) + ".xml", "<Movie SwfVersion=\"" + std::to_string(i) + "\"/>");
+    }
+    const Result many = run("convert --out-dir hundred --to swf" + names);
+    EXPECT_EQ(many.status, 0) << many.err;
+    EXPECT_EQ(files("hundred").size(), 100u);
+    for (int i = 0; i < 100; ++i) EXPECT_EQ(get("hundred/" + std::to_string(i) + ".swf")[3], static_cast<char>(i));
+}
+
+TEST_F(ZelkcTest, TellsHeaderAndTags) {
+    using Json = nlohmann::json;
+    const Result ofMovie = run("info --json good.swf");
+    const Json movie = Json::parse(ofMovie.out);
+    EXPECT_EQ(movie["signature"], "FWS");
+    EXPECT_EQ(movie["width"], 550);
+    EXPECT_EQ(movie["frameSize"]["yMax"], 8000);
+    EXPECT_EQ(movie["frameRate"], 12);
+    EXPECT_EQ(movie["fileLength"], goodMovie.size());
+    EXPECT_EQ(movie["bodyLength"], goodMovie.size() - 8);
+    const Json& tags = movie["tags"];
+    ASSERT_EQ(tags.size(), 4u);
+    EXPECT_EQ(tags[0]["name"], "SetBackgroundColor");
+    EXPECT_EQ(tags[0]["bytes"], 3);
+    EXPECT_EQ(tags[1], Json::parse(R"({"index":"1","code":39,"name":"DefineSprite","bytes":8,"id":7})"));
+    EXPECT_EQ(tags[2]["index"], "1.0");
+    EXPECT_EQ(tags[3]["index"], "2");
+    const std::string table = run("info good.swf").out;
+    for (const char* said : {"550 x 400 pixels", "1.0", "DefineSprite"})
+        EXPECT_NE(table.find(said), std::string::npos) << table;
+
+    run("convert good.swf same.xml");
+    Json ofText = Json::parse(run("info --json same.xml").out);
+    EXPECT_EQ(ofText["kind"], "xml");
+    EXPECT_EQ(ofText["tags"], tags);
+    fs::copy_file(folder / "good.swf", folder / "\xFF.swf");
+    EXPECT_EQ(Json::parse(run("info --json \xFF.swf").out)["tags"], tags);
+    put("empty.xml", "<Movie/>");
+    EXPECT_EQ(Json::parse(run("info --json empty.xml").out)["tags"], Json::array());
+}
+
+TEST_F(ZelkcTest, SurvivesHostileInput) {
+    put("claim.swf", ("CWS\x06" + little(0xFFFFFFFF, 4) + std::string("\x78\x9C", 2)).append(10, '\0'));
+    constexpr size_t levels = 100000;
+    std::string deep;
+    for (size_t level = levels; level > 0;
+         --level) // from the outermost in; 10 bytes of header, id and frame count each
+        deep += little(39 << 6 | 63, 2) + little(4 + (level - 1) * 10, 4) + little(level & 0xFFFF, 2) + little(0, 2);
+    put("deep.swf", movieOf(deep));
+    std::string elements = "<Movie>";
+    for (int i = 0; i < 1000000; ++i) elements += "<a>";
+    put("deep.xml", elements);
+
+    EXPECT_EQ(run("convert claim.swf a.xml").status, 1);
+    const Result tooDeep = run("convert deep.xml a.swf");
+    EXPECT_EQ(tooDeep.status, 1);
+    EXPECT_NE(tooDeep.err.find("deep.xml: The XML has incorrect format."), std::string::npos) << tooDeep.err;
+    const Result sprites = run("convert deep.swf deepest.xml");
+    EXPECT_EQ(sprites.status, 0) << sprites.err;
+    EXPECT_EQ(run("convert deepest.xml back.swf").status, 0);
+    EXPECT_EQ(run("info --json deep.swf").status, 0);
+    // Each list that is still read gets the End that the input leaves out; what is kept as bytes stays as it is.
+    const std::string back = get("back.swf");
+    EXPECT_NE(back.find(deep.substr(deep.size() - 1000)), std::string::npos);
+}
+
+} // namespace

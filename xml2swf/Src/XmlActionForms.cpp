@@ -1,0 +1,212 @@
+#include "XmlActionForms.h"
+
+#include "XmlActions.h"
+
+namespace xml2swf {
+
+using namespace libswf;
+
+namespace {
+
+void writeBody(XmlNode& node, const char* name, const SwfActions& body) {
+    XmlNode child(node, name);
+    writeActions(child, body);
+}
+
+// Bodies that nest deeper than a file's could not be read again.
+void readBody(XmlElement& element, const char* name, SwfActions& body) {
+    XmlReadContext& context = element.context();
+    auto child = element.child(name);
+    if (!child) return;
+    if (context.actionDepth >= SwfContext::maxDepth)
+        throw SwfException(SwfError::doesNotFit, "actions nested more than 256 deep");
+    const SwfDepthScope depth(context.actionDepth);
+    readActions(*child, body);
+}
+
+} // namespace
+
+void writeXml(XmlNode& node, const SwfActionGotoFrame& action) { node.attribute("Frame", action.frame); }
+
+void readXml(XmlElement& element, SwfActionGotoFrame& action) { action.frame = element.ui16("Frame"); }
+
+void writeXml(XmlNode& node, const SwfActionGetURL& action) {
+    node.attribute("URL", action.url);
+    node.attribute("Target", action.target);
+}
+
+void readXml(XmlElement& element, SwfActionGetURL& action) {
+    action.url = element.string("URL");
+    action.target = element.string("Target");
+}
+
+void writeXml(XmlNode& node, const SwfActionStoreRegister& action) { node.attribute("Number", action.registerNumber); }
+
+void readXml(XmlElement& element, SwfActionStoreRegister& action) { action.registerNumber = element.ui8("Number"); }
+
+void writeXml(XmlNode& node, const SwfActionConstantPool& action) {
+    for (const SwfString& constant : action.constants) XmlNode(node, "Constant").attribute("Name", constant);
+}
+
+void readXml(XmlElement& element, SwfActionConstantPool& action) {
+    for (XmlElement child : element.children()) {
+        if (child.is("Constant"))
+            action.constants.append(child.string("Name"));
+        else
+            child.skip();
+    }
+}
+
+void writeXml(XmlNode& node, const SwfActionWaitForFrame& action) {
+    node.attribute("Frame", action.frame);
+    node.attribute("SkipCount", action.skipCount);
+}
+
+void readXml(XmlElement& element, SwfActionWaitForFrame& action) {
+    action.frame = element.ui16("Frame");
+    action.skipCount = element.ui8("SkipCount");
+}
+
+void writeXml(XmlNode& node, const SwfActionSetTarget& action) { node.attribute("Name", action.targetName); }
+
+void readXml(XmlElement& element, SwfActionSetTarget& action) { action.targetName = element.string("Name"); }
+
+void writeXml(XmlNode& node, const SwfActionGoToLabel& action) { node.attribute("Label", action.label); }
+
+void readXml(XmlElement& element, SwfActionGoToLabel& action) { action.label = element.string("Label"); }
+
+void writeXml(XmlNode& node, const SwfActionWaitForFrame2& action) { node.attribute("SkipCount", action.skipCount); }
+
+void readXml(XmlElement& element, SwfActionWaitForFrame2& action) { action.skipCount = element.ui8("SkipCount"); }
+
+static constexpr XmlName functionFlags[] = {
+    {"PreloadThis", 0x0001},      {"SupressThis", 0x0002},   {"PreloadArguments", 0x0004},
+    {"SupressArguments", 0x0008}, {"PreloadSuper", 0x0010},  {"SupressSuper", 0x0020},
+    {"PreloadRoot", 0x0040},      {"PreloadParent", 0x0080}, {"PreloadGlobal", 0x0100},
+};
+
+void writeXml(XmlNode& node, const SwfActionDefineFunction2& action) {
+    node.attribute("Name", action.functionName);
+    node.attribute("RegisterCount", action.registerCount);
+    {
+        XmlNode bits(node, "BitsField");
+        for (const XmlName& flag : functionFlags) bits.attribute(flag.name, (action.flags & flag.value) != 0);
+    }
+    {
+        XmlNode parameters(node, "RegisterParams");
+        for (const SwfRegisterParam& parameter : action.parameters) {
+            XmlNode child(parameters, "RegisterParam");
+            child.attribute("Register", parameter.registerNumber);
+            child.attribute("Name", parameter.name);
+        }
+    }
+    writeBody(node, "Actions", action.body);
+}
+
+void readXml(XmlElement& element, SwfActionDefineFunction2& action) {
+    action.functionName = element.string("Name");
+    action.registerCount = element.ui8("RegisterCount");
+    if (auto bits = element.child("BitsField")) {
+        for (const XmlName& flag : functionFlags)
+            action.flags = static_cast<uint16_t>(action.flags | (bits->boolean(flag.name) ? flag.value : 0));
+    }
+    if (auto parameters = element.child("RegisterParams")) {
+        for (XmlElement child : parameters->children()) {
+            if (!child.is("RegisterParam")) {
+                child.skip();
+                continue;
+            }
+            SwfRegisterParam& parameter = action.parameters.append({});
+            parameter.registerNumber = child.ui8("Register");
+            parameter.name = child.string("Name");
+        }
+    }
+    readBody(element, "Actions", action.body);
+}
+
+void writeXml(XmlNode& node, const SwfActionTry& action) {
+    if (action.catchInRegister)
+        node.attribute("CatchInRegister", action.catchRegister);
+    else
+        node.attribute("VarName", action.catchName);
+    writeBody(node, "TryActions", action.tryBody);
+    writeBody(node, "CatchActions", action.catchBody);
+    writeBody(node, "FinallyActions", action.finallyBody);
+}
+
+void readXml(XmlElement& element, SwfActionTry& action) {
+    action.catchInRegister = element.has("CatchInRegister");
+    action.catchRegister = element.ui8("CatchInRegister");
+    action.catchName = element.string("VarName");
+    readBody(element, "TryActions", action.tryBody);
+    readBody(element, "CatchActions", action.catchBody);
+    readBody(element, "FinallyActions", action.finallyBody);
+    action.flags = static_cast<uint8_t>((action.catchInRegister ? SwfActionTry::registerFlag : 0) |
+                                        (action.catchBody.empty() ? 0 : SwfActionTry::catchFlag) |
+                                        (action.finallyBody.empty() ? 0 : SwfActionTry::finallyFlag));
+}
+
+void writeXml(XmlNode& node, const SwfActionWith& action) { writeBody(node, "Actions", action.body); }
+
+void readXml(XmlElement& element, SwfActionWith& action) { readBody(element, "Actions", action.body); }
+
+static void writeBranch(XmlNode& node, const SwfActionBranch& action) { node.attribute("Offset", action.branchOffset); }
+
+static void readBranch(XmlElement& element, SwfActionBranch& action) { action.branchOffset = element.si16("Offset"); }
+
+void writeXml(XmlNode& node, const SwfActionJump& action) { writeBranch(node, action); }
+
+void readXml(XmlElement& element, SwfActionJump& action) { readBranch(element, action); }
+
+void writeXml(XmlNode& node, const SwfActionIf& action) { writeBranch(node, action); }
+
+void readXml(XmlElement& element, SwfActionIf& action) { readBranch(element, action); }
+
+static constexpr XmlName sendMethods[] = {{"None", 0}, {"GET", 1}, {"POST", 2}};
+
+void writeXml(XmlNode& node, const SwfActionGetURL2& action) {
+    node.attribute("LoadVariables", (action.flags & SwfActionGetURL2::loadVariables) != 0);
+    node.attribute("LoadTarget", (action.flags & SwfActionGetURL2::loadTarget) != 0);
+    node.attribute("SendVarsMethod", findName(sendMethods, action.flags >> SwfActionGetURL2::methodShift));
+}
+
+void readXml(XmlElement& element, SwfActionGetURL2& action) {
+    uint32_t flags = element.boolean("LoadVariables") ? SwfActionGetURL2::loadVariables : 0;
+    flags |= element.boolean("LoadTarget") ? SwfActionGetURL2::loadTarget : 0;
+    flags |= element.named("SendVarsMethod", sendMethods) << SwfActionGetURL2::methodShift;
+    action.flags = static_cast<uint8_t>(flags);
+}
+
+void writeXml(XmlNode& node, const SwfActionDefineFunction& action) {
+    node.attribute("Name", action.functionName);
+    {
+        XmlNode parameters(node, "Params");
+        for (const SwfString& parameter : action.parameters) XmlNode(parameters, "Param").attribute("Value", parameter);
+    }
+    writeBody(node, "Actions", action.body);
+}
+
+void readXml(XmlElement& element, SwfActionDefineFunction& action) {
+    action.functionName = element.string("Name");
+    if (auto parameters = element.child("Params")) {
+        for (XmlElement child : parameters->children()) {
+            if (child.is("Param"))
+                action.parameters.append(child.string("Value"));
+            else
+                child.skip();
+        }
+    }
+    readBody(element, "Actions", action.body);
+}
+
+void writeXml(XmlNode& node, const SwfActionGotoFrame2& action) {
+    node.attribute("Play", action.play);
+    if (action.sceneBias != 0) node.attribute("SceneBias", action.sceneBias);
+}
+
+void readXml(XmlElement& element, SwfActionGotoFrame2& action) {
+    action.play = element.boolean("Play");
+    action.sceneBias = element.ui16("SceneBias");
+}
+
+} // namespace xml2swf

@@ -1,0 +1,137 @@
+// Fonts with outlines as XML.
+#include "XmlFontParts.h"
+#include "XmlShapes.h"
+#include "XmlTagForms.h"
+
+namespace xml2swf {
+
+using namespace libswf;
+
+namespace {
+
+// One Glyphs element per glyph.
+void writeGlyphs(XmlNode& parent, std::string_view name, const SwfShapes& glyphs) {
+    XmlNode table(parent, name);
+    for (const SwfShapeRecords* glyph : glyphs.items) {
+        XmlNode node(table, "Glyphs");
+        writeShapeRecords(node, *glyph);
+    }
+}
+
+void readGlyphs(XmlElement& table, SwfShapes& glyphs) {
+    for (XmlElement child : table.children()) {
+        if (child.is("Glyphs"))
+            readShapeRecords(child, glyphs.add());
+        else
+            child.skip();
+    }
+}
+
+struct FontFlag {
+    const char* name;
+    bool SwfTagDefineFont2::*flag;
+};
+constexpr FontFlag fontFlags[] = {
+    {"Bold", &SwfTagDefineFont2::bold},           {"Italic", &SwfTagDefineFont2::italic},
+    {"WideCodes", &SwfTagDefineFont2::wideCodes}, {"WideOffsets", &SwfTagDefineFont2::wideOffsets},
+    {"ANSI", &SwfTagDefineFont2::ansi},           {"SmallText", &SwfTagDefineFont2::smallText},
+    {"ShiftJIS", &SwfTagDefineFont2::shiftJis}};
+
+void writeLayout(XmlNode& node, const SwfTagDefineFont2& tag) {
+    writeCodeTable(node, "AdvanceTable", tag.advances);
+    {
+        XmlNode table(node, "BoundsTable");
+        for (const SwfRect& rect : tag.bounds) writeChild(table, "Bound", rect);
+    }
+    if (tag.kerning.empty()) return;
+    XmlNode table(node, "KerningTable");
+    for (const SwfKerningRecord& record : tag.kerning) {
+        XmlNode child(table, "KerningRecord");
+        child.attribute("KerningCode1", record.kerningCode1);
+        child.attribute("KerningCode2", record.kerningCode2);
+        child.attribute("Adjustment", record.adjustment);
+    }
+}
+
+void readBounds(XmlElement& table, SwfRects& bounds) {
+    for (XmlElement child : table.children()) readXml(child, bounds.append({}));
+}
+
+void readKerning(XmlElement& table, SwfKerningRecords& kerning) {
+    for (XmlElement child : table.children()) {
+        if (!child.is("KerningRecord")) {
+            child.skip();
+            continue;
+        }
+        SwfKerningRecord record;
+        record.kerningCode1 = child.ui16("KerningCode1");
+        record.kerningCode2 = child.ui16("KerningCode2");
+        record.adjustment = child.si16("Adjustment");
+        kerning.append(record);
+    }
+}
+
+} // namespace
+
+void writeXml(XmlNode& node, const SwfTagDefineFont& tag) {
+    node.attribute("FontId", tag.characterId);
+    writeGlyphs(node, "GlyphShapeTable", tag.glyphs);
+}
+
+// The first child is the glyph table, whatever its name.
+void readXml(XmlElement& element, SwfTagDefineFont& tag) {
+    tag.characterId = element.ui16("FontId");
+    if (auto table = element.childAt(0)) readGlyphs(*table, tag.glyphs);
+}
+
+void writeXml(XmlNode& node, const SwfTagDefineFont2& tag) {
+    node.attribute("FontId", tag.characterId);
+    node.attribute("LanguageCode", tag.languageCode);
+    writeFontName(node, tag.fontName);
+    if (tag.hasLayout) {
+        node.attribute("Ascent", tag.ascent);
+        node.attribute("Descent", tag.descent);
+        node.attribute("Leading", tag.leading);
+    }
+    {
+        XmlNode bits(node, "BitsField");
+        for (const FontFlag& entry : fontFlags) bits.attribute(entry.name, tag.*entry.flag);
+    }
+    writeGlyphs(node, "Glyphs", tag.glyphs);
+    writeCodeTable(node, "CodesTable", tag.codes);
+    if (tag.hasLayout) writeLayout(node, tag);
+}
+
+void readXml(XmlElement& element, SwfTagDefineFont2& tag) {
+    tag.characterId = element.ui16("FontId");
+    tag.languageCode = element.ui8("LanguageCode");
+    tag.fontName = element.string("FontName");
+    tag.ascent = element.ui16("Ascent");
+    tag.descent = element.ui16("Descent");
+    tag.leading = element.si16("Leading");
+    for (XmlElement child : element.children()) {
+        if (child.is("BitsField")) {
+            for (const FontFlag& entry : fontFlags) tag.*entry.flag = child.boolean(entry.name);
+        } else if (child.is("Glyphs")) {
+            readGlyphs(child, tag.glyphs);
+        } else if (child.is("CodesTable")) {
+            readCodeTable(child, tag.codes);
+        } else if (child.is("AdvanceTable")) {
+            readCodeTable(child, tag.advances);
+        } else if (child.is("BoundsTable")) {
+            readBounds(child, tag.bounds);
+        } else if (child.is("KerningTable")) {
+            readKerning(child, tag.kerning);
+        } else {
+            child.skip();
+        }
+    }
+}
+
+void writeXml(XmlNode& node, const SwfTagDefineFont3& tag) {
+    writeXml(node, static_cast<const SwfTagDefineFont2&>(tag));
+}
+
+void readXml(XmlElement& element, SwfTagDefineFont3& tag) { readXml(element, static_cast<SwfTagDefineFont2&>(tag)); }
+
+} // namespace xml2swf

@@ -1,0 +1,105 @@
+// Shape records as XML.
+#include "XmlShapes.h"
+
+namespace xml2swf {
+
+using namespace libswf;
+
+static void writeIndex(XmlNode& parent, std::string_view name, uint16_t index) {
+    XmlNode(parent, name).attribute("Index", index);
+}
+
+static void writeStyleChange(XmlNode& node, const SwfStyleChange& change, LineStyleKind kind) {
+    if (change.stateMoveTo) {
+        XmlNode move(node, "Move");
+        move.attribute("DX", change.moveDeltaX);
+        move.attribute("DY", change.moveDeltaY);
+    }
+    if (change.stateFillStyle0) writeIndex(node, "SetFill0", change.fillStyle0);
+    if (change.stateFillStyle1) writeIndex(node, "SetFill1", change.fillStyle1);
+    if (change.stateLineStyle) writeIndex(node, "SetLine", change.lineStyle);
+    if (change.newStyles != nullptr) {
+        XmlNode styles(node, "NewStyles");
+        writeChild(styles, "FillStyles", change.newStyles->fillStyles);
+        XmlNode lines(styles, kind == LineStyleKind::lineStyle2 ? "LineStyles2" : "LineStyles");
+        writeLineStyles(lines, change.newStyles->lineStyles, kind);
+    }
+}
+
+static bool readIndex(XmlElement& element, uint16_t& index) {
+    const bool present = element.has("Index");
+    index = present ? element.ui16("Index") : index;
+    return present;
+}
+
+static void readStyleChange(XmlElement& element, SwfStyleChange& change, LineStyleKind kind) {
+    for (XmlElement child : element.children()) {
+        if (child.is("Move")) {
+            change.stateMoveTo = true;
+            change.moveDeltaX = child.si32("DX");
+            change.moveDeltaY = child.si32("DY");
+        } else if (child.is("SetFill0")) {
+            change.stateFillStyle0 |= readIndex(child, change.fillStyle0);
+        } else if (child.is("SetFill1")) {
+            change.stateFillStyle1 |= readIndex(child, change.fillStyle1);
+        } else if (child.is("SetLine")) {
+            change.stateLineStyle |= readIndex(child, change.lineStyle);
+        } else if (child.is("NewStyles")) {
+            change.newStyles = std::make_unique<SwfNewStyles>();
+            if (auto fills = child.childAt(0)) readXml(*fills, change.newStyles->fillStyles);
+            if (auto lines = child.childAt(1)) readLineStyles(*lines, change.newStyles->lineStyles, kind);
+        } else {
+            child.skip();
+        }
+    }
+}
+
+void writeShapeRecords(XmlNode& parent, const SwfShapeRecords& records, LineStyleKind newStyles) {
+    for (const SwfShapeRecord* record : records.items()) {
+        switch (record->kind) {
+        case SwfShapeRecord::Kind::straightEdge: {
+            const auto& line = static_cast<const SwfLine&>(*record);
+            XmlNode node(parent, "Line");
+            node.attribute("DX", line.deltaX);
+            node.attribute("DY", line.deltaY);
+            break;
+        }
+        case SwfShapeRecord::Kind::curvedEdge: {
+            const auto& curve = static_cast<const SwfCurve&>(*record);
+            XmlNode node(parent, "Curve");
+            node.attribute("CDX", curve.controlDeltaX);
+            node.attribute("CDY", curve.controlDeltaY);
+            node.attribute("ADX", curve.anchorDeltaX);
+            node.attribute("ADY", curve.anchorDeltaY);
+            break;
+        }
+        case SwfShapeRecord::Kind::styleChange: {
+            XmlNode node(parent, "StyleChange");
+            writeStyleChange(node, static_cast<const SwfStyleChange&>(*record), newStyles);
+            break;
+        }
+        }
+    }
+}
+
+void readShapeRecords(XmlElement& parent, SwfShapeRecords& records, LineStyleKind newStyles) {
+    for (XmlElement child : parent.children()) {
+        if (child.is("Line")) {
+            const int32_t dx = child.si32("DX");
+            const int32_t dy = child.si32("DY");
+            records.addLine(dx, dy);
+        } else if (child.is("Curve")) {
+            const int32_t cdx = child.si32("CDX");
+            const int32_t cdy = child.si32("CDY");
+            const int32_t adx = child.si32("ADX");
+            const int32_t ady = child.si32("ADY");
+            records.addCurve(cdx, cdy, adx, ady);
+        } else if (child.is("StyleChange")) {
+            readStyleChange(child, records.addStyleChange(), newStyles);
+        } else {
+            child.skip();
+        }
+    }
+}
+
+} // namespace xml2swf

@@ -1,0 +1,189 @@
+// Static texts, their smoothing and text fields as XML.
+#include "XmlFontParts.h"
+#include "XmlTagForms.h"
+
+namespace xml2swf {
+
+using namespace libswf;
+
+static void writeXml(XmlNode& node, const SwfTextRecord& record) {
+    if (record.flags & SwfTextRecord::xOffsetBit) node.attribute("XOffset", record.xOffset);
+    if (record.flags & SwfTextRecord::yOffsetBit) node.attribute("YOffset", record.yOffset);
+    if (record.flags & SwfTextRecord::colorBit) node.attribute("Color", record.color);
+    if (record.flags & SwfTextRecord::fontBit) {
+        node.attribute("FontId", record.fontId);
+        node.attribute("Height", record.height);
+    }
+    node.attribute("Type", (record.flags & SwfTextRecord::typeBit) != 0);
+    XmlNode entries(node, "GlyphEntries");
+    for (const SwfGlyphEntry& entry : record.glyphs) {
+        XmlNode child(entries, "GlyphEntry");
+        child.attribute("Index", entry.index);
+        child.attribute("Advance", entry.advance);
+    }
+}
+
+// The presence of an attribute sets its flag.
+static void readXml(XmlElement& element, SwfTextRecord& record) {
+    auto present = [&](const char* name, uint8_t bit) {
+        if (element.has(name)) record.flags |= bit;
+    };
+    present("XOffset", SwfTextRecord::xOffsetBit);
+    present("YOffset", SwfTextRecord::yOffsetBit);
+    present("Color", SwfTextRecord::colorBit);
+    present("FontId", SwfTextRecord::fontBit);
+    present("Height", SwfTextRecord::fontBit);
+    record.xOffset = element.si16("XOffset");
+    record.yOffset = element.si16("YOffset");
+    record.color = element.color("Color");
+    record.fontId = element.ui16("FontId");
+    record.height = element.ui16("Height");
+    if (element.boolean("Type")) record.flags |= SwfTextRecord::typeBit;
+    auto entries = element.child("GlyphEntries");
+    if (!entries) return;
+    for (XmlElement child : entries->children()) {
+        if (!child.is("GlyphEntry")) {
+            child.skip();
+            continue;
+        }
+        SwfGlyphEntry entry;
+        entry.index = child.ui32("Index");
+        entry.advance = child.si32("Advance");
+        record.glyphs.append(entry);
+    }
+}
+
+void writeXml(XmlNode& node, const SwfTagDefineText& tag) {
+    node.attribute("Id", tag.characterId);
+    writeChild(node, "Bounds", tag.bounds);
+    writeChild(node, "Matrix", tag.matrix);
+    XmlNode records(node, "TextRecords");
+    for (const SwfTextRecord& record : tag.records) writeChild(records, "TextRecord", record);
+}
+
+void readXml(XmlElement& element, SwfTagDefineText& tag) {
+    tag.characterId = element.ui16("Id");
+    readChild(element, "Bounds", tag.bounds);
+    readChild(element, "Matrix", tag.matrix);
+    auto records = element.child("TextRecords");
+    if (!records) return;
+    for (XmlElement child : records->children()) {
+        if (!child.is("TextRecord")) {
+            child.skip();
+            continue;
+        }
+        SwfTextRecord record;
+        readXml(child, record);
+        tag.records.append(std::move(record));
+    }
+}
+
+void writeXml(XmlNode& node, const SwfTagDefineText2& tag) {
+    writeXml(node, static_cast<const SwfTagDefineText&>(tag));
+}
+
+void readXml(XmlElement& element, SwfTagDefineText2& tag) { readXml(element, static_cast<SwfTagDefineText&>(tag)); }
+
+void writeXml(XmlNode& node, const SwfTagCSMTextSettings& tag) {
+    node.attribute("TextId", tag.textId);
+    node.attribute("Thickness", tag.thickness);
+    node.attribute("Sharpness", tag.sharpness);
+    XmlNode bits(node, "BitsField");
+    bits.attribute("GridFit", tag.gridFit());
+    bits.attribute("UseFlashType", tag.useFlashType());
+}
+
+void readXml(XmlElement& element, SwfTagCSMTextSettings& tag) {
+    tag.textId = element.ui16("TextId");
+    tag.thickness = element.real("Thickness");
+    tag.sharpness = element.real("Sharpness");
+    if (auto bits = element.child("BitsField")) {
+        const uint32_t gridFit = smallInteger(*bits, "GridFit", 3);
+        tag.flags = static_cast<uint8_t>(gridFit << 3 | smallInteger(*bits, "UseFlashType", 2) << 6);
+    }
+}
+
+static constexpr XmlName alignNames[] = {{"Left", 0}, {"Right", 1}, {"Center", 2}, {"Justify", 3}};
+
+// The flags that BitsField shows, in its order.
+struct EditTextFlag {
+    const char* name;
+    bool SwfTagDefineEditText::*flag;
+};
+static constexpr EditTextFlag editTextFlags[] = {
+    {"AutoSize", &SwfTagDefineEditText::autoSize}, {"ReadOnly", &SwfTagDefineEditText::readOnly},
+    {"Password", &SwfTagDefineEditText::password}, {"Multiline", &SwfTagDefineEditText::multiline},
+    {"WordWrap", &SwfTagDefineEditText::wordWrap}, {"UseOutlines", &SwfTagDefineEditText::useOutlines},
+    {"HTML", &SwfTagDefineEditText::html},         {"WasStatic", &SwfTagDefineEditText::wasStatic},
+    {"Border", &SwfTagDefineEditText::border},     {"NoSelect", &SwfTagDefineEditText::noSelect}};
+
+void writeXml(XmlNode& node, const SwfTagDefineEditText& tag) {
+    node.attribute("Id", tag.characterId);
+    if (tag.hasFont) {
+        node.attribute("FontId", tag.fontId);
+        node.attribute("FontHeight", tag.fontHeight);
+    }
+    if (tag.hasFontClass) node.attribute("FontClass", tag.fontClass);
+    if (tag.hasMaxLength) node.attribute("MaxLength", tag.maxLength);
+    if (tag.hasTextColor) node.attribute("Color", tag.color);
+    if (tag.hasLayout) {
+        if (const std::string_view align = findName(alignNames, tag.align); !align.empty())
+            node.attribute("Align", align);
+        node.attribute("LeftMargin", tag.leftMargin);
+        node.attribute("RightMargin", tag.rightMargin);
+        node.attribute("Indent", tag.indent);
+        node.attribute("Leading", tag.leading);
+    }
+    node.attribute("VarName", tag.varName);
+    writeChild(node, "Bounds", tag.bounds);
+    {
+        XmlNode bits(node, "BitsField");
+        for (const EditTextFlag& entry : editTextFlags) bits.attribute(entry.name, tag.*entry.flag);
+    }
+    if (tag.hasText) XmlNode(node, "InitialText").text(tag.initialText.view());
+}
+
+// Several attributes share a flag, and the last one asked for decides it: hasFont follows FontHeight, hasLayout follows
+// Leading, on purpose.
+static void readEditTextAttributes(XmlElement& element, SwfTagDefineEditText& tag) {
+    auto optional = [&](const char* name, bool& flag) {
+        flag = element.has(name);
+        return element.ui16(name);
+    };
+    tag.fontId = optional("FontId", tag.hasFont);
+    tag.fontHeight = optional("FontHeight", tag.hasFont);
+    tag.maxLength = optional("MaxLength", tag.hasMaxLength);
+    tag.leftMargin = optional("LeftMargin", tag.hasLayout);
+    tag.rightMargin = optional("RightMargin", tag.hasLayout);
+    tag.indent = optional("Indent", tag.hasLayout);
+    tag.hasLayout = element.has("Leading");
+    tag.leading = element.si16("Leading");
+    tag.hasFontClass = element.has("FontClass");
+    tag.fontClass = element.string("FontClass");
+    auto needs = [&](const char* name, const char* decider) {
+        if (element.has(name) && !element.has(decider))
+            element.context().warn(SwfWarning::Kind::skipped, element.name(), element.offset(),
+                                   std::string("the attribute ") + name + " counts only together with " + decider);
+    };
+    needs("FontId", "FontHeight");
+    for (const char* name : {"Align", "LeftMargin", "RightMargin", "Indent"}) needs(name, "Leading");
+}
+
+void readXml(XmlElement& element, SwfTagDefineEditText& tag) {
+    tag.characterId = element.ui16("Id");
+    readEditTextAttributes(element, tag);
+    tag.hasTextColor = element.has("Color");
+    tag.color = element.color("Color");
+    tag.align = static_cast<uint8_t>(element.named("Align", alignNames));
+    tag.varName = element.string("VarName");
+    readChild(element, "Bounds", tag.bounds);
+    if (auto bits = element.child("BitsField")) {
+        for (const EditTextFlag& entry : editTextFlags) tag.*entry.flag = bits->boolean(entry.name);
+    }
+    if (auto text = element.child("InitialText")) {
+        tag.hasText = true;
+        tag.initialText = SwfString(text->content());
+    }
+}
+
+} // namespace xml2swf

@@ -79,10 +79,10 @@ class XmlNode : public XmlElementWriter {
 public:
     /// The root of a fragment.
     XmlNode(std::string& out, XmlWriteContext& context, uint32_t depth, std::string_view name)
-        : _context(context), _parent(nullptr) {
+        : _context(context) {
         begin(out, depth, name);
     }
-    XmlNode(XmlNode& parent, std::string_view name) : _context(parent._context), _parent(&parent) {
+    XmlNode(XmlNode& parent, std::string_view name) : _context(parent._context) {
         parent._hasContent = true;
         begin(parent.out(), parent.depth() + 1, name);
     }
@@ -101,7 +101,6 @@ public:
 
 private:
     XmlWriteContext& _context;
-    XmlNode* _parent;
     bool _hasContent = false;
 };
 

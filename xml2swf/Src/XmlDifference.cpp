@@ -1,12 +1,27 @@
 #include "XmlDifference.h"
 
-#include <algorithm>
+#include <rapidxml/rapidxml.hpp>
 
-#include "XmlDocument.h"
+#include <algorithm>
+#include <memory>
 
 namespace xml2swf {
 
 namespace {
+
+using RawNode = rapidxml::xml_node<char>;
+using RawAttribute = rapidxml::xml_attribute<char>;
+
+// An element in parsed form. The tag writers bound its depth, so that the parser may recurse.
+class ParsedElement {
+public:
+    explicit ParsedElement(std::string_view text) : _copy(text) { _document->parse<0>(_copy.data()); }
+    const RawNode& root() const { return *_document->first_node(); }
+
+private:
+    std::string _copy; // the parser writes into it
+    std::unique_ptr<rapidxml::xml_document<char>> _document = std::make_unique<rapidxml::xml_document<char>>();
+};
 
 std::string_view nameOf(const RawNode& node) { return {node.name(), node.name_size()}; }
 std::string_view nameOf(const RawAttribute& attribute) { return {attribute.name(), attribute.name_size()}; }
@@ -96,13 +111,13 @@ Found differingElement(const RawNode& a, const RawNode& b) {
 
 FieldDifference firstDifference(std::string_view a, std::string_view b) {
     try {
-        const XmlDocument documentA(a), documentB(b);
-        const RawNode& rootA = *documentA.root(nullptr);
-        if (Found found = differingElement(rootA, *documentB.root(nullptr))) {
+        const ParsedElement parsedA(a), parsedB(b);
+        const RawNode& rootA = parsedA.root();
+        if (Found found = differingElement(rootA, parsedB.root())) {
             found->path.insert(0, nameOf(rootA));
             return *found;
         }
-    } catch (const XmlSyntaxError&) { // no text of ours, but a name in it may hold a NUL
+    } catch (const rapidxml::parse_error&) { // a value that holds a NUL
     }
     return valuesOf("text", a, b);
 }

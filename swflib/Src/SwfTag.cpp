@@ -67,16 +67,16 @@ SwfTagRecord::SwfTagRecord(SwfBytes bytes) : SwfTag(0), record(std::move(bytes))
 
 void SwfTagRecord::writeBody(SwfOStream& stream) { stream.writeBytes(record.span().subspan(longHeader ? 6 : 2)); }
 
+// clang-format off
 const char* knownTagName(uint16_t code) {
     switch (code) {
-#define SWF_TAG(code, name)                                                                                            \
-    case code: return #name;
-#define SWF_RAW_TAG(code, name)                                                                                        \
-    case code: return #name;
+#define SWF_TAG(code, name) case code: return #name;
+#define SWF_RAW_TAG(code, name) case code: return #name;
 #include "SwfTags.def"
     default: return nullptr;
     }
 }
+// clang-format on
 
 std::string tagName(uint16_t code) {
     const char* name = knownTagName(code);

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "XmlDocument.h"
+#include "XmlElement.h"
 
 namespace xml2swf {
 
@@ -94,15 +94,32 @@ Found differingElement(const RawNode& a, const RawNode& b) {
 
 } // namespace
 
+namespace {
+
+// One tag's element, parsed as a whole.
+class ParsedElement {
+public:
+    explicit ParsedElement(std::string_view text) : _copy(text), _document(std::make_unique<Document>()) {
+        _document->parse<rapidxml::parse_full>(_copy.data());
+    }
+    const RawNode& root() const { return *elementFrom(_document->first_node()); }
+
+private:
+    using Document = rapidxml::xml_document<char>;
+    std::string _copy;
+    std::unique_ptr<Document> _document;
+};
+
+} // namespace
+
 FieldDifference firstDifference(std::string_view a, std::string_view b) {
     try {
-        const XmlDocument documentA(a), documentB(b);
-        const RawNode& rootA = *documentA.root(nullptr);
-        if (Found found = differingElement(rootA, *documentB.root(nullptr))) {
-            found->path.insert(0, nameOf(rootA));
+        const ParsedElement elementA(a), elementB(b);
+        if (Found found = differingElement(elementA.root(), elementB.root())) {
+            found->path.insert(0, nameOf(elementA.root()));
             return *found;
         }
-    } catch (const XmlSyntaxError&) { // no text of ours, but a name in it may hold a NUL
+    } catch (const rapidxml::parse_error&) { // no text of ours, but a name in it may hold a NUL
     }
     return valuesOf("text", a, b);
 }

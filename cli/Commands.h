@@ -12,6 +12,7 @@ namespace zelkc {
 namespace ExitStatus {
 constexpr int done = 0;
 constexpr int badInput = 1;
+constexpr int differ = 1; ///< of compare
 constexpr int wrongUse = 2;
 } // namespace ExitStatus
 
@@ -22,6 +23,7 @@ using Command = std::function<int()>;
 void addConvert(CLI::App& app, Command& chosen);
 void addInfo(CLI::App& app, Command& chosen);
 void addCheck(CLI::App& app, Command& chosen);
+void addCompare(CLI::App& app, Command& chosen);
 
 /// The file behind a name and the value of the option that tells its kind. Throws CLI::ValidationError when neither
 /// tells it.

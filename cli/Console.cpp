@@ -37,7 +37,8 @@ Lines placed(Lines lines, const xml2swf::XmlPlace& place) {
     return lines;
 }
 
-// Values from files may be long and may hold anything.
+} // namespace
+
 std::string printable(std::string text) {
     constexpr size_t most = 2000;
     if (text.size() > most) {
@@ -49,8 +50,6 @@ std::string printable(std::string text) {
     std::replace_if(text.begin(), text.end(), isControl, '?');
     return text;
 }
-
-} // namespace
 
 std::vector<std::string> describeFailure(const std::string& file) {
     const std::string start = file + ": ";

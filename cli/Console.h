@@ -13,6 +13,9 @@ namespace zelkc {
 /// The exception being handled in lines for the user, the first of which names the file.
 std::vector<std::string> describeFailure(const std::string& file);
 
+/// Values from files may be long and may hold anything: without control characters, cut when very long.
+std::string printable(std::string text);
+
 /// Standard error, shared by the threads of a command. What comes from a file is shown without control characters.
 class Console {
 public:

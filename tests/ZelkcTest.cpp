@@ -276,6 +276,38 @@ TEST_F(ZelkcTest, TellsHeaderAndTags) {
     EXPECT_EQ(Json::parse(run("info --json empty.xml").out)["tags"], Json::array());
 }
 
+TEST_F(ZelkcTest, ComparesMovies) {
+    using Json = nlohmann::json;
+    put("a.swf", movieOf(sprite + record(77, std::string("x\x1b\xff\0", 4)) + showFrame));
+    put("b.swf", movieOf(showFrame + sprite + record(77, std::string("y\0", 2)) + showFrame));
+    run("convert a.swf a.xml");
+    const Result same = run("compare a.swf a.xml");
+    EXPECT_EQ(same.status, 0) << same.err;
+    EXPECT_EQ(same.out, "4 identical, 0 same meaning, 0 different, 0 only in A, 0 only in B; 0 header fields differ\n");
+    EXPECT_EQ(run("compare --from swf - a.xml", "a.swf").out, same.out);
+    const Result all = run("compare --all a.swf a.xml");
+    EXPECT_EQ(std::count(all.out.begin(), all.out.end(), '\n'), 5) << all.out;
+
+    const Result other = run("compare a.swf b.swf");
+    EXPECT_EQ(other.status, 1);
+    for (const char* said : {"only in B     -          0          ShowFrame", "Metadata/Data: x?\xff / y\n",
+                             "3 identical, 0 same meaning, 1 different, 0 only in A, 1 only in B"})
+        EXPECT_NE(other.out.find(said), std::string::npos) << other.out;
+    const Json json = Json::parse(run("compare --json a.swf b.swf").out);
+    EXPECT_EQ(json["same"], false);
+    EXPECT_EQ(json["counts"]["only in B"], 1);
+    ASSERT_EQ(json["tags"].size(), 2u);
+    EXPECT_EQ(json["tags"][1]["b"], Json::parse(R"({"index":"2","bytes":2})"));
+    EXPECT_EQ(json["tags"][1]["field"]["b"], "y");
+
+    EXPECT_EQ(run("compare - -").status, 2);
+    EXPECT_EQ(run("compare a.swf").status, 2);
+    const Result missing = run("compare missing.swf nothing.xml");
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_NE(missing.err.find("missing.swf"), std::string::npos);
+    EXPECT_NE(missing.err.find("nothing.xml"), std::string::npos);
+}
+
 TEST_F(ZelkcTest, SurvivesHostileInput) {
     put("claim.swf", ("CWS\x06" + little(0xFFFFFFFF, 4) + std::string("\x78\x9C", 2)).append(10, '\0'));
     constexpr size_t levels = 100000;

@@ -62,15 +62,19 @@ void SwfActionUnknown::write(SwfOStream& stream) {
     stream.writeBytes(data.span());
 }
 
-// clang-format off
 std::string actionName(uint32_t code) {
-    switch (code) {
-#define SWF_ACTION(code, name) case code: return #name;
-#define SWF_PAYLOAD_ACTION(code, name, type) case code: return #name;
+    static constexpr struct {
+        uint32_t code;
+        const char* name;
+    } names[] = {
+#define SWF_ACTION(code, name) {code, #name},
+#define SWF_PAYLOAD_ACTION(code, name, type) {code, #name},
 #include "SwfActions.def"
-    default: return "Action " + std::to_string(code);
+    };
+    for (const auto& row : names) {
+        if (row.code == code) return row.name;
     }
+    return "Action " + std::to_string(code);
 }
-// clang-format on
 
 } // namespace libswf

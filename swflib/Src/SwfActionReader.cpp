@@ -2,6 +2,7 @@
 #include <array>
 #include <optional>
 
+#include "SwfActionRefusal.h"
 #include "SwfActionsPayload.h"
 #include "SwfTag.h"
 #include "SwfTags.h"
@@ -73,9 +74,9 @@ public:
         for (;;) {
             closeBodies();
             if (_open.empty() && (done || _stream.position() >= end)) return;
-            readRecord();
+            if (!readRecord()) return;
             const bool isEnd = _items.back()->type == SwfActionCode::End;
-            done = _open.empty() && (stop == Stop::afterOne || (stop == Stop::atEndAction && isEnd));
+            if (_open.empty()) done = stop == Stop::afterOne || (stop == Stop::atEndAction && isEnd);
             openBody(end);
         }
     }
@@ -97,7 +98,8 @@ private:
         uint16_t length;  // and its size
     };
 
-    void readRecord() {
+    // False when the list cannot be read on, and is kept as bytes with what holds it.
+    bool readRecord() {
         const uint64_t start = _stream.position();
         SwfContext& context = _stream.context;
         const uint8_t code = _stream.readUI8("ActionCode");
@@ -105,8 +107,11 @@ private:
         context.actionCode = code;
         context.actionLength = length;
         _payload = _stream.position();
-        if (_payload + length > _stream.limit())
-            _stream.fail((actionName(code) + " > Length").c_str(), "the action passes the end of its list");
+        if (_payload + length > _stream.limit()) {
+            refuse(_stream, (actionName(code) + " > Length").c_str(), "an action passes the end of its list");
+            _stream.seek(_stream.limit());
+            return false;
+        }
         if (code == 0x80) _stream.markInexact("an action of code 128 is written without its length");
 
         const bool marked = (_stream.actionOptions(code) & 1) != 0;
@@ -120,6 +125,7 @@ private:
         action->size = length;
         if (_items.empty()) _firstEnd = _payload + length;
         _items.push_back(std::move(action));
+        return true;
     }
 
     // An action with a class of its own, or its bytes.

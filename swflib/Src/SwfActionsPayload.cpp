@@ -1,12 +1,16 @@
 #include "SwfActionsPayload.h"
 
+#include "SwfActionRefusal.h"
+
 namespace libswf {
 
 namespace {
 
 // Bounds counts from the file: no item starts at or after the end of the payload.
-void startItem(const SwfIStream& stream, const char* field) {
-    if (stream.bodyLeft() == 0) stream.fail(field, "the action ends before all items that its count promises");
+bool startsItem(SwfIStream& stream, const char* field) {
+    if (stream.bodyLeft() != 0) return true;
+    refuse(stream, field, "the action ends before all items that its count promises");
+    return false;
 }
 
 void checkCount(uint64_t count, const char* what) {
@@ -47,10 +51,8 @@ void SwfActionStoreRegister::writePayload(SwfOStream& stream) { stream.writeUI8(
 
 SwfActionConstantPool::SwfActionConstantPool(SwfIStream& stream) : SwfActionConstantPool() {
     const uint16_t count = stream.readUI16("Count");
-    for (uint32_t i = 0; i < count; ++i) {
-        startItem(stream, "ConstantPool");
+    for (uint32_t i = 0; i < count && startsItem(stream, "ConstantPool"); ++i)
         stream.readString(constants.append({}), "ConstantPool");
-    }
 }
 
 void SwfActionConstantPool::writePayload(SwfOStream& stream) {
@@ -88,7 +90,11 @@ void SwfActionWaitForFrame2::writePayload(SwfOStream& stream) { stream.writeUI8(
 
 SwfActionPush::SwfActionPush(SwfIStream& stream) : SwfActionPush() {
     const uint64_t end = stream.position() + stream.context.actionLength;
-    while (stream.position() < end) values.add(readValue(stream));
+    while (stream.position() < end) {
+        auto value = readValue(stream);
+        if (value == nullptr) break;
+        values.add(std::move(value));
+    }
 }
 
 void SwfActionPush::writePayload(SwfOStream& stream) {
@@ -130,10 +136,8 @@ void SwfActionBlock::writeBody(SwfOStream& stream) {
 SwfActionDefineFunction::SwfActionDefineFunction(SwfIStream& stream) : SwfActionDefineFunction() {
     stream.readString(functionName, "FunctionName");
     const uint16_t count = stream.readUI16("NumParams");
-    for (uint32_t i = 0; i < count; ++i) {
-        startItem(stream, "Params");
+    for (uint32_t i = 0; i < count && startsItem(stream, "Params"); ++i)
         stream.readString(parameters.append({}), "Params");
-    }
     readCodeSize(stream);
 }
 
@@ -154,8 +158,7 @@ SwfActionDefineFunction2::SwfActionDefineFunction2(SwfIStream& stream) : SwfActi
     const uint16_t count = stream.readUI16("NumParams");
     registerCount = stream.readUI8("RegisterCount");
     flags = stream.readUI16("Flags");
-    for (uint32_t i = 0; i < count; ++i) {
-        startItem(stream, "Parameters");
+    for (uint32_t i = 0; i < count && startsItem(stream, "Parameters"); ++i) {
         SwfRegisterParam& parameter = parameters.append({});
         parameter.registerNumber = stream.readUI8("Register");
         stream.readString(parameter.name, "ParamName");

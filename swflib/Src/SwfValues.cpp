@@ -1,5 +1,7 @@
 #include "SwfValues.h"
 
+#include "SwfActionRefusal.h"
+
 namespace libswf {
 
 uint32_t SwfValue::getSize(SwfContext& context) {
@@ -45,16 +47,19 @@ static std::unique_ptr<SwfValue> makeValue(SwfIStream& stream) {
     case SwfValueType::Integer: return std::make_unique<SwfValueInteger>(stream);
     case SwfValueType::Constant8: return std::make_unique<SwfValueConstant8>(stream);
     case SwfValueType::Constant16: return std::make_unique<SwfValueConstant16>(stream);
-    default: stream.fail("Type", "a value of an unknown type");
+    default: refuse(stream, "Type", "a value of an unknown type"); return nullptr;
     }
 }
 
 std::unique_ptr<SwfValue> readValue(SwfIStream& stream) {
     auto value = makeValue(stream);
-    const bool cut = stream.position() == stream.limit() && value->valueType == SwfValueType::String &&
-                     stream.data()[stream.position() - 1] != 0;
-    if (cut || stream.position() > stream.limit()) stream.fail("Value", "the value is longer than its action");
-    return value;
+    if (value == nullptr) return nullptr;
+    const uint64_t end = stream.position();
+    const bool textIsCut =
+        value->valueType == SwfValueType::String && end == stream.limit() && stream.data()[end - 1] != 0;
+    if (!textIsCut && end <= stream.limit()) return value;
+    refuse(stream, "Value", "the value is longer than its action");
+    return nullptr;
 }
 
 } // namespace libswf

@@ -100,8 +100,8 @@ using SwfValueConstant16 = SwfValueOf<SwfValueType::Constant16, uint16_t>;
 
 using SwfValues = SwfPtrVector<SwfValue*>;
 
-/// Reads a type byte and its data. Throws SwfException code 3 for an unknown type, and for a value that passes the
-/// stream's limit.
+/// Reads a type byte and its data. An unknown type, or a value that passes the stream's limit, throws SwfException code
+/// 3; under keepRaw it gives null and marks the stream inexact.
 std::unique_ptr<SwfValue> readValue(SwfIStream& stream);
 
 } // namespace libswf

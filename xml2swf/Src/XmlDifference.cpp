@@ -1,12 +1,27 @@
 #include "XmlDifference.h"
 
-#include <algorithm>
+#include <rapidxml/rapidxml.hpp>
 
-#include "XmlElement.h"
+#include <algorithm>
+#include <memory>
 
 namespace xml2swf {
 
 namespace {
+
+using RawNode = rapidxml::xml_node<char>;
+using RawAttribute = rapidxml::xml_attribute<char>;
+
+// An element in parsed form. The tag writers bound its depth, so that the parser may recurse.
+class ParsedElement {
+public:
+    explicit ParsedElement(std::string_view text) : _copy(text) { _document->parse<0>(_copy.data()); }
+    const RawNode& root() const { return *_document->first_node(); }
+
+private:
+    std::string _copy; // the parser writes into it
+    std::unique_ptr<rapidxml::xml_document<char>> _document = std::make_unique<rapidxml::xml_document<char>>();
+};
 
 std::string_view nameOf(const RawNode& node) { return {node.name(), node.name_size()}; }
 std::string_view nameOf(const RawAttribute& attribute) { return {attribute.name(), attribute.name_size()}; }
@@ -94,32 +109,15 @@ Found differingElement(const RawNode& a, const RawNode& b) {
 
 } // namespace
 
-namespace {
-
-// One tag's element, parsed as a whole.
-class ParsedElement {
-public:
-    explicit ParsedElement(std::string_view text) : _copy(text), _document(std::make_unique<Document>()) {
-        _document->parse<rapidxml::parse_full>(_copy.data());
-    }
-    const RawNode& root() const { return *elementFrom(_document->first_node()); }
-
-private:
-    using Document = rapidxml::xml_document<char>;
-    std::string _copy;
-    std::unique_ptr<Document> _document;
-};
-
-} // namespace
-
 FieldDifference firstDifference(std::string_view a, std::string_view b) {
     try {
-        const ParsedElement elementA(a), elementB(b);
-        if (Found found = differingElement(elementA.root(), elementB.root())) {
-            found->path.insert(0, nameOf(elementA.root()));
+        const ParsedElement parsedA(a), parsedB(b);
+        const RawNode& rootA = parsedA.root();
+        if (Found found = differingElement(rootA, parsedB.root())) {
+            found->path.insert(0, nameOf(rootA));
             return *found;
         }
-    } catch (const rapidxml::parse_error&) { // no text of ours, but a name in it may hold a NUL
+    } catch (const rapidxml::parse_error&) { // a value that holds a NUL
     }
     return valuesOf("text", a, b);
 }

@@ -177,7 +177,7 @@ public:
         bytes.push_back(1); // zeros at the end would be let go
         return bytes;
     }
-    uint8_t number() { return static_cast<uint8_t>(below(4) == 0 ? below(256) : below(12) == 0 ? 0 : below(4)); }
+    uint8_t number() { return static_cast<uint8_t>(below(4) == 0 ? below(256) : below(24) == 0 ? 0 : 1 + below(3)); }
     uint32_t below(size_t n) { return static_cast<uint32_t>(_random() % n); }
 
 private:
@@ -211,7 +211,7 @@ TEST(HostileActions, RandomListsComeBackByteForByte) {
         savedBody(doAction, body, false);
         shownAsActions += isShown(body);
     }
-    EXPECT_GT(shownAsActions, 1000u) << "the bodies are too bad to show anything";
+    EXPECT_GT(shownAsActions, 200u) << "the bodies are too bad to show anything";
 }
 
 TEST(HostileActions, RandomClipActionsComeBackByteForByte) {

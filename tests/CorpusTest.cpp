@@ -77,9 +77,10 @@ void compareTags(const SwfTags& before, const SwfTags& after, Summary& summary) 
 }
 
 // Attributes that show what the file says and are worked out anew on the way back: a movie may be wrong about them.
-std::string withoutDerived(const std::string& xml) {
-    static const std::regex derived("(<DefineSprite [^\n]*) FrameCount=\"[0-9]+\"");
-    return std::regex_replace(xml, derived, "$1");
+std::string withoutDerived(std::string xml) {
+    static const std::regex frames("(<DefineSprite [^\n]*) FrameCount=\"[0-9]+\"");
+    static const std::regex widths(" Wide(Codes|Offsets)=\"(true|false)\"");
+    return std::regex_replace(std::regex_replace(xml, frames, "$1"), widths, "");
 }
 
 void convert(const std::filesystem::path& path, Summary& summary) {

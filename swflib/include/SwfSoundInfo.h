@@ -21,7 +21,7 @@ public:
 };
 
 /// One point of a volume envelope.
-class SwfSoundEnvelope : public SwfStruct {
+class SwfSoundEnvelope final : public SwfStruct {
 public:
     uint32_t pos44 = 0;      ///< in samples of 44 kHz, whatever the sound's rate
     uint16_t leftLevel = 0;  ///< 0 to 32768

@@ -12,7 +12,7 @@ namespace libswf {
 /// BUTTONRECORD: a character that shows in some states of a button. Bits 6 and 7 of its flags byte are reserved and not
 /// kept: where they are set, the tag is marked inexact. In DefineButton the two last flags are kept although the fields
 /// that they announce are not there.
-class SwfButtonRecord : public SwfStruct {
+class SwfButtonRecord final : public SwfStruct {
 public:
     bool stateUp = false, stateOver = false, stateDown = false;
     bool hitTest = false;       ///< part of the area that the mouse hits
@@ -45,7 +45,7 @@ public:
 };
 
 /// BUTTONCONDACTION: actions and when they run.
-class SwfButtonAction : public SwfStruct {
+class SwfButtonAction final : public SwfStruct {
 public:
     enum Condition : uint16_t {
         rollOver = 0x0001,

@@ -8,20 +8,20 @@ namespace xml2swf {
 
 using namespace libswf;
 
-static constexpr XmlName keyNames[] = {
-    {"LeftArrow", 1}, {"RightArrow", 2}, {"Home", 3},     {"End", 4},        {"Insert", 5},  {"Delete", 6},    {"BackSpace", 8},
-    {"Enter", 13},    {"UpArrow", 14},   {"DownArrow", 15}, {"PageUp", 16},   {"PageDown", 17}, {"Tab", 18},     {"Escape", 19}};
+static constexpr XmlName keyNames[] = {{"LeftArrow", 1}, {"RightArrow", 2}, {"Home", 3},      {"End", 4},
+                                       {"Insert", 5},    {"Delete", 6},     {"BackSpace", 8}, {"Enter", 13},
+                                       {"UpArrow", 14},  {"DownArrow", 15}, {"PageUp", 16},   {"PageDown", 17},
+                                       {"Tab", 18},      {"Escape", 19}};
 
-static constexpr XmlName conditionNames[] = {
-    {"RollOver", SwfButtonAction::rollOver},
-    {"RollOut", SwfButtonAction::rollOut},
-    {"Press", SwfButtonAction::press},
-    {"Release", SwfButtonAction::release},
-    {"PushDragOut", SwfButtonAction::pushDragOut},
-    {"PushDragOver", SwfButtonAction::pushDragOver},
-    {"PushReleaseOutside", SwfButtonAction::pushReleaseOutside},
-    {"MenuDragOver", SwfButtonAction::menuDragOver},
-    {"MenuDragOut", SwfButtonAction::menuDragOut}};
+static constexpr XmlName conditionNames[] = {{"RollOver", SwfButtonAction::rollOver},
+                                             {"RollOut", SwfButtonAction::rollOut},
+                                             {"Press", SwfButtonAction::press},
+                                             {"Release", SwfButtonAction::release},
+                                             {"PushDragOut", SwfButtonAction::pushDragOut},
+                                             {"PushDragOver", SwfButtonAction::pushDragOver},
+                                             {"PushReleaseOutside", SwfButtonAction::pushReleaseOutside},
+                                             {"MenuDragOver", SwfButtonAction::menuDragOver},
+                                             {"MenuDragOut", SwfButtonAction::menuDragOut}};
 
 // Records of DefineButton have no colour transform, filters or blend mode in either direction.
 static void writeRecord(XmlNode& node, const SwfButtonRecord& record, bool isButton2) {

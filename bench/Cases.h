@@ -10,9 +10,9 @@ namespace bench {
 
 /// A movie ready to be measured.
 struct Movie {
-    std::vector<uint8_t> file;       ///< compressed
-    std::vector<uint8_t> plain;      ///< inflated, header included
-    std::string xml;                 ///< its document text
+    std::vector<uint8_t> file;  ///< compressed
+    std::vector<uint8_t> plain; ///< inflated, header included
+    std::string xml;            ///< its document text
 };
 
 struct Case {

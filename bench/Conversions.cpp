@@ -2,8 +2,8 @@
 #include <benchmark/benchmark.h>
 #include <zlib.h>
 
-#include <cstdio>
 #include <cmath>
+#include <cstdio>
 #include <map>
 
 #include "Cases.h"
@@ -73,12 +73,9 @@ struct Work {
 };
 
 const Work works[] = {
-    {"inflate+copy", inflateAndCopy},
-    {"swf-to-xml", readAndConvert},
-    {"read+copy", readAndCopy},
-    {"xml-to-swf", [](const Movie& m) { compile(m, false); }},
-    {"deflate", deflateBody, true},
-    {"xml-to-cws", [](const Movie& m) { compile(m, true); }, true},
+    {"inflate+copy", inflateAndCopy}, {"swf-to-xml", readAndConvert},
+    {"read+copy", readAndCopy},       {"xml-to-swf", [](const Movie& m) { compile(m, false); }},
+    {"deflate", deflateBody, true},   {"xml-to-cws", [](const Movie& m) { compile(m, true); }, true},
 };
 
 // Prints as usual and keeps the times for the table of ratios.
@@ -105,14 +102,19 @@ void registerCase(const Case& benchCase) {
         if (work.deflates && !benchCase.measureDeflate)
             continue;
         const std::string name = benchCase.name + "/" + work.name;
-        benchmark::RegisterBenchmark(name.c_str(), [&](benchmark::State& state) {
-            const Movie& movie = movieOf(benchCase);
-            sizes[benchCase.name] = {double(movie.plain.size()), double(movie.xml.size())};
-            work.run(movie);
-            for ([[maybe_unused]] auto _ : state)
-                work.run(movie);
-            state.SetBytesProcessed(int64_t(state.iterations()) * int64_t(movie.plain.size()));
-        })->Unit(benchmark::kMillisecond)->MinTime(0.2)->UseRealTime();
+        benchmark::RegisterBenchmark(name.c_str(),
+                                     [&](benchmark::State& state) {
+                                         const Movie& movie = movieOf(benchCase);
+                                         sizes[benchCase.name] = {double(movie.plain.size()), double(movie.xml.size())};
+                                         work.run(movie);
+                                         for ([[maybe_unused]] auto _ : state)
+                                             work.run(movie);
+                                         state.SetBytesProcessed(int64_t(state.iterations()) *
+                                                                 int64_t(movie.plain.size()));
+                                     })
+            ->Unit(benchmark::kMillisecond)
+            ->MinTime(0.2)
+            ->UseRealTime();
     }
 }
 
@@ -121,8 +123,9 @@ public:
     explicit Table(const std::map<std::string, double>& seconds) : _seconds(seconds) {}
 
     void print() const {
-        std::printf("\n| movie | body MB | XML MB | SWF→XML MB/s | × floor | XML→SWF MB/s | × floor | compressed × deflate |\n"
-                    "|---|---|---|---|---|---|---|---|\n");
+        std::printf(
+            "\n| movie | body MB | XML MB | SWF→XML MB/s | × floor | XML→SWF MB/s | × floor | compressed × deflate |\n"
+            "|---|---|---|---|---|---|---|---|\n");
         for (const Case& c : cases()) {
             if (sizes.count(c.name) != 0)
                 row(c.name, sizes[c.name]);

@@ -36,8 +36,8 @@ std::vector<uint8_t> shape(uint16_t id, size_t edges) {
     SwfRect(-4000, -4000, 4000, 4000).write(stream);
     stream.writeBytes(std::vector<uint8_t>{1, 0x00, 0x33, 0x66, 0x99}); // one solid fill
     stream.writeBytes(std::vector<uint8_t>{1, 20, 0, 0, 0, 0});         // one line style
-    stream.writeUB(8, 0x11);     // one bit each for fill and line indices
-    stream.writeUB(6, 0b001011); // a style change with line, fill 0 and a move
+    stream.writeUB(8, 0x11);                                            // one bit each for fill and line indices
+    stream.writeUB(6, 0b001011);                                        // a style change with line, fill 0 and a move
     stream.writeUB(5, 8);
     stream.writeSB(8, 100);
     stream.writeSB(8, -100);
@@ -53,7 +53,8 @@ std::vector<uint8_t> shape(uint16_t id, size_t edges) {
 std::vector<uint8_t> actions(size_t bytes) {
     SwfOStream stream(bytes + 256);
     while (stream.size() < bytes) {
-        stream.writeBytes(std::vector<uint8_t>{0x96, 9, 0, 8, static_cast<uint8_t>(between(0, 200)), 7, 1, 2, 3, 4, 4, 1});
+        stream.writeBytes(
+            std::vector<uint8_t>{0x96, 9, 0, 8, static_cast<uint8_t>(between(0, 200)), 7, 1, 2, 3, 4, 4, 1});
         stream.writeBytes(std::vector<uint8_t>{0x4E, 0x1C, 0x0B, 0x12});
         stream.writeBytes(std::vector<uint8_t>{0x9D, 2, 0, static_cast<uint8_t>(between(0, 100)), 0});
         stream.writeBytes(std::vector<uint8_t>{0x96, 7, 0, 0, 'v', 'a', 'l', 'u', 'e', 0, 0x17});

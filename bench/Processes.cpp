@@ -86,7 +86,8 @@ double inflateSeconds(const std::vector<uint8_t>& file, size_t bodySize) {
 
 void measureManyFiles(const Scratch& scratch) {
     constexpr int count = 300;
-    std::vector<std::string> arguments = {ZELKC_PATH, "convert", "--quiet", "--out-dir", scratch.path("out"), "--to", "xml"};
+    std::vector<std::string> arguments = {ZELKC_PATH,          "convert", "--quiet", "--out-dir",
+                                          scratch.path("out"), "--to",    "xml"};
     fs::create_directories(scratch.path("out"));
     double floor = 0;
     for (int i = 0; i < count; ++i) {
@@ -103,14 +104,16 @@ void measureManyFiles(const Scratch& scratch) {
 
 void measureMemory(const Scratch& scratch) {
     const double empty = runProcess({ZELKC_PATH, "--version"}).peakBytes;
-    std::printf("\n| movie | body + XML MB | peak MB, SWF→XML | × | peak MB, XML→SWF | × |\n|---|---|---|---|---|---|\n");
+    std::printf(
+        "\n| movie | body + XML MB | peak MB, SWF→XML | × | peak MB, XML→SWF | × |\n|---|---|---|---|---|---|\n");
     for (const Case& c : cases()) {
         const Movie& movie = movieOf(c);
         const std::string swf = scratch.path("movie.swf"), xml = scratch.path("movie.xml");
         libswf::writeFile(swf, movie.file);
         const double sum = double(movie.plain.size() + movie.xml.size());
         const Usage there = runProcess({ZELKC_PATH, "convert", "--quiet", swf, xml});
-        const Usage back = runProcess({ZELKC_PATH, "convert", "--quiet", "--level", "1", xml, scratch.path("back.swf")});
+        const Usage back =
+            runProcess({ZELKC_PATH, "convert", "--quiet", "--level", "1", xml, scratch.path("back.swf")});
         auto ratio = [&](const Usage& usage) { return (usage.peakBytes - empty) / sum; };
         std::printf("| %s | %.1f | %.1f | %.2f | %.1f | %.2f |\n", c.name.c_str(), sum / 1e6, there.peakBytes / 1e6,
                     ratio(there), back.peakBytes / 1e6, ratio(back));

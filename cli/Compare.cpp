@@ -38,16 +38,20 @@ std::string fieldText(const FieldDifference& field) {
 }
 
 std::string detailText(const TagComparison& tag) {
-    if (tag.field) return fieldText(*tag.field);
+    if (tag.field)
+        return fieldText(*tag.field);
     std::string text = std::to_string(tag.pathA.empty() ? tag.sizeB : tag.sizeA);
-    if (!tag.pathA.empty() && !tag.pathB.empty() && tag.sizeA != tag.sizeB) text += " / " + std::to_string(tag.sizeB);
+    if (!tag.pathA.empty() && !tag.pathB.empty() && tag.sizeA != tag.sizeB)
+        text += " / " + std::to_string(tag.sizeB);
     return text + " bytes";
 }
 
 void printText(const MovieComparison& comparison, bool all) {
-    for (const FieldDifference& field : comparison.header) std::printf("header        %s\n", fieldText(field).c_str());
+    for (const FieldDifference& field : comparison.header)
+        std::printf("header        %s\n", fieldText(field).c_str());
     for (const TagComparison& tag : comparison.tags) {
-        if (!isShown(tag, all)) continue;
+        if (!isShown(tag, all))
+            continue;
         auto place = [](const std::string& path) { return path.empty() ? "-" : path.c_str(); };
         std::printf("%-12s  %-10s %-10s %-22s %s\n", relationText(tag.relation), place(tag.pathA), place(tag.pathB),
                     tagName(tag.code).c_str(), detailText(tag).c_str());
@@ -69,9 +73,12 @@ Json jsonOf(const FieldDifference& field) {
 
 Json jsonOf(const TagComparison& tag) {
     Json row = {{"relation", relationText(tag.relation)}, {"code", tag.code}, {"name", tagName(tag.code)}};
-    if (!tag.pathA.empty()) row["a"] = {{"index", tag.pathA}, {"bytes", tag.sizeA}};
-    if (!tag.pathB.empty()) row["b"] = {{"index", tag.pathB}, {"bytes", tag.sizeB}};
-    if (tag.field) row["field"] = jsonOf(*tag.field);
+    if (!tag.pathA.empty())
+        row["a"] = {{"index", tag.pathA}, {"bytes", tag.sizeA}};
+    if (!tag.pathB.empty())
+        row["b"] = {{"index", tag.pathB}, {"bytes", tag.sizeB}};
+    if (tag.field)
+        row["field"] = jsonOf(*tag.field);
     return row;
 }
 
@@ -79,14 +86,17 @@ Json jsonOf(const TagComparison& tag) {
 void printJson(const File& a, const File& b, const MovieComparison& comparison, bool all) {
     Json start = {{"a", a.name}, {"b", b.name}, {"same", comparison.same()}, {"header", Json::array()}};
     const auto counts = comparison.counts();
-    for (size_t i = 0; i < tagRelations; ++i) start["counts"][relationText(static_cast<TagRelation>(i))] = counts[i];
-    for (const FieldDifference& field : comparison.header) start["header"].push_back(jsonOf(field));
+    for (size_t i = 0; i < tagRelations; ++i)
+        start["counts"][relationText(static_cast<TagRelation>(i))] = counts[i];
+    for (const FieldDifference& field : comparison.header)
+        start["header"].push_back(jsonOf(field));
     std::string text = dump(start, 2);
     text.erase(text.rfind("\n}"));
     std::printf("%s,\n  \"tags\": [", text.c_str());
     const char* separator = "\n    ";
     for (const TagComparison& tag : comparison.tags) {
-        if (!isShown(tag, all)) continue;
+        if (!isShown(tag, all))
+            continue;
         std::printf("%s%s", separator, dump(jsonOf(tag), -1).c_str());
         separator = ",\n    ";
     }
@@ -115,7 +125,8 @@ int compare(const File& a, const File& b, const Arguments& arguments) {
     Console console(arguments.quiet);
     SwfMovieSafe movieA, movieB;
     const bool loadedA = loadInput(a, movieA, console);
-    if (!loadInput(b, movieB, console) || !loadedA) return ExitStatus::badInput;
+    if (!loadInput(b, movieB, console) || !loadedA)
+        return ExitStatus::badInput;
     try {
         const MovieComparison comparison = compareMovies(movieA, movieB);
         if (arguments.json)

@@ -43,7 +43,8 @@ std::string printable(std::string text) {
     constexpr size_t most = 2000;
     if (text.size() > most) {
         size_t end = most;
-        while ((static_cast<uint8_t>(text[end]) & 0xC0) == 0x80 && end > most - 4) --end;
+        while ((static_cast<uint8_t>(text[end]) & 0xC0) == 0x80 && end > most - 4)
+            --end;
         text.replace(end, text.npos, "...");
     }
     auto isControl = [](char c) { return static_cast<uint8_t>(c) < 0x20 || c == 0x7F; };
@@ -82,7 +83,8 @@ std::vector<std::string> describeFailure(const std::string& file) {
 }
 
 void Console::line(const std::string& text) {
-    if (_barShown) std::fputs("\r\x1b[K", stderr);
+    if (_barShown)
+        std::fputs("\r\x1b[K", stderr);
     _barShown = false;
     std::fprintf(stderr, "%s\n", printable(text).c_str());
 }
@@ -91,25 +93,30 @@ void Console::failure(const std::string& file, bool inOneLine) {
     const Lines lines = describeFailure(file);
     const std::lock_guard lock(_mutex);
     if (!inOneLine) {
-        for (const std::string& text : lines) line(text);
+        for (const std::string& text : lines)
+            line(text);
         return;
     }
     std::string all;
-    for (const std::string& text : lines) all += (all.empty() ? "" : "; ") + text;
+    for (const std::string& text : lines)
+        all += (all.empty() ? "" : "; ") + text;
     line(all);
 }
 
 void Console::warnings(const std::string& file, const libswf::SwfWarnings& warnings, size_t most) {
-    if (_quiet || warnings.empty()) return;
+    if (_quiet || warnings.empty())
+        return;
     const std::lock_guard lock(_mutex);
     const size_t shown = std::min(most, warnings.items().size());
-    for (size_t i = 0; i < shown; ++i) line("warning: " + file + ": " + warnings.items()[i].text());
+    for (size_t i = 0; i < shown; ++i)
+        line("warning: " + file + ": " + warnings.items()[i].text());
     if (shown < warnings.total())
         line("warning: " + file + ": " + "and " + std::to_string(warnings.total() - shown) + " more");
 }
 
 void Console::progress(size_t done, size_t total) {
-    if (_quiet || !isTerminal() || total == 0) return;
+    if (_quiet || !isTerminal() || total == 0)
+        return;
     constexpr size_t width = 40;
     const size_t filled = done * width / total;
     const std::string bar = std::string(filled, '#') + std::string(width - filled, '.');

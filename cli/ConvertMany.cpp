@@ -43,7 +43,8 @@ std::string identityOf(const fs::path& path) {
 
 std::vector<Task> planTasks(const ManyFiles& files) {
     std::set<std::string> inputs;
-    for (const std::string& name : files.inputs) inputs.insert(identityOf(libswf::pathOf(name)));
+    for (const std::string& name : files.inputs)
+        inputs.insert(identityOf(libswf::pathOf(name)));
     std::map<std::string, std::string> outputs; // and the input of each
     std::vector<Task> tasks;
     for (const std::string& name : files.inputs) {
@@ -69,7 +70,8 @@ bool runTask(const Task& task, MovieOptions options, Console& console) {
     options.warnings = &warnings;
     bool done = false;
     try {
-        if (!task.refusal.empty()) throw InputError(task.refusal);
+        if (!task.refusal.empty())
+            throw InputError(task.refusal);
         convert(task.input, task.output, options);
         done = true;
     } catch (...) {
@@ -85,11 +87,13 @@ void onAllCores(size_t mostThreads, const Work& work) {
     const size_t cores = std::max(1u, std::thread::hardware_concurrency());
     std::vector<std::thread> helpers;
     try {
-        while (helpers.size() + 1 < std::min(cores, mostThreads)) helpers.emplace_back(work);
+        while (helpers.size() + 1 < std::min(cores, mostThreads))
+            helpers.emplace_back(work);
     } catch (const std::system_error&) {
     }
     work();
-    for (std::thread& helper : helpers) helper.join();
+    for (std::thread& helper : helpers)
+        helper.join();
 }
 
 } // namespace
@@ -97,7 +101,8 @@ void onAllCores(size_t mostThreads, const Work& work) {
 int convertMany(const ManyFiles& files, const MovieOptions& options, bool quiet) {
     std::error_code failure;
     fs::create_directories(libswf::pathOf(files.folder), failure);
-    if (failure) throw OpenError(files.folder, failure.message());
+    if (failure)
+        throw OpenError(files.folder, failure.message());
     const std::vector<Task> tasks = planTasks(files);
     Console console(quiet);
     std::atomic<size_t> next = 0, done = 0, failed = 0;

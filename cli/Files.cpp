@@ -29,9 +29,11 @@ std::vector<uint8_t> readStandardInput(const File& file, uint64_t most) {
         got = std::fread(bytes.data() + size, 1, chunk, stdin);
         bytes.resize(size + got);
     }
-    if (std::ferror(stdin) != 0) throw OpenError(file.shownName(true), "it cannot be read");
+    if (std::ferror(stdin) != 0)
+        throw OpenError(file.shownName(true), "it cannot be read");
     if (bytes.size() > most) {
-        if (file.kind == Kind::xml) refuseText(file.shownName(true));
+        if (file.kind == Kind::xml)
+            refuseText(file.shownName(true));
         throw OpenError(file.shownName(true), "it has more than 4 GB");
     }
     return bytes;
@@ -47,7 +49,8 @@ void writeStandardOutput(const File& file, const void* data, size_t size) {
 std::optional<Kind> kindNamed(std::string_view name) {
     auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
     for (size_t i = 0; i < std::size(kindNames); ++i) {
-        if (std::ranges::equal(name, kindNames[i], {}, lower)) return static_cast<Kind>(i);
+        if (std::ranges::equal(name, kindNames[i], {}, lower))
+            return static_cast<Kind>(i);
     }
     return std::nullopt;
 }
@@ -60,12 +63,14 @@ std::optional<Kind> kindOfFile(std::string_view fileName) {
 std::string_view nameOf(Kind kind) { return kindNames[static_cast<size_t>(kind)]; }
 
 std::string File::shownName(bool asInput) const {
-    if (!isStandard()) return name;
+    if (!isStandard())
+        return name;
     return asInput ? "standard input" : "standard output";
 }
 
 std::vector<uint8_t> readBytes(const File& file) {
-    if (file.isStandard()) return readStandardInput(file, file.kind == Kind::xml ? maxTextSize : UINT32_MAX);
+    if (file.isStandard())
+        return readStandardInput(file, file.kind == Kind::xml ? maxTextSize : UINT32_MAX);
     std::error_code unknown; // left to readFile, which says why
     if (file.kind == Kind::xml && std::filesystem::file_size(libswf::pathOf(file.name), unknown) > maxTextSize &&
         !unknown)

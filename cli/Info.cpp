@@ -49,10 +49,12 @@ std::optional<size_t> idOffset(uint16_t code, std::span<const uint8_t> body) {
 
 Row rowOf(const SwfTag& tag, const std::vector<uint32_t>& path) {
     std::span<const uint8_t> body = tag.source.span();
-    if (body.size() >= 2) body = body.subspan(std::min<size_t>(body.size(), (body[0] & 63) == 63 ? 6 : 2));
+    if (body.size() >= 2)
+        body = body.subspan(std::min<size_t>(body.size(), (body[0] & 63) == 63 ? 6 : 2));
     Row row{tagPathText(path), tag.type, tagName(tag.type), body.size(), {}, tag.isUnknown()};
     const std::optional<size_t> at = idOffset(tag.type, body);
-    if (at && *at + 2 <= body.size()) row.characterId = static_cast<uint16_t>(body[*at] | body[*at + 1] << 8);
+    if (at && *at + 2 <= body.size())
+        row.characterId = static_cast<uint16_t>(body[*at] | body[*at + 1] << 8);
     return row;
 }
 
@@ -69,7 +71,8 @@ void forEachTag(const SwfTags& tags, std::vector<uint32_t>& path, const Act& act
 }
 
 const char* compressionOf(const Signature& signature, const SwfMovieSafe& movie) {
-    if (!movie.isCompressed) return "none";
+    if (!movie.isCompressed)
+        return "none";
     return signature.text.starts_with('Z') ? "lzma" : "zlib";
 }
 
@@ -128,8 +131,10 @@ void printJson(const File& file, const Signature& signature, const SwfMovieSafe&
     std::vector<uint32_t> path;
     forEachTag(movie.tags.tags(), path, [&](const Row& row) {
         Json tag = {{"index", row.index}, {"code", row.code}, {"name", row.name}, {"bytes", row.bytes}};
-        if (row.characterId) tag["id"] = *row.characterId;
-        if (row.isRaw) tag["raw"] = true;
+        if (row.characterId)
+            tag["id"] = *row.characterId;
+        if (row.isRaw)
+            tag["raw"] = true;
         std::printf("%s%s", separator, dump(tag, -1).c_str());
         separator = ",\n    ";
     });

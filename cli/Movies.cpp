@@ -15,7 +15,8 @@ constexpr size_t fixedHeaderSize = 8; // signature, version, length
 
 // Any file without a compressed movie's signature reads as an uncompressed one, so say when it hardly is one.
 void warnOfSignature(const Signature& signature, SwfWarnings* warnings) {
-    if (warnings == nullptr || signature.text == "FWS" || signature.text == "CWS" || signature.text == "ZWS") return;
+    if (warnings == nullptr || signature.text == "FWS" || signature.text == "CWS" || signature.text == "ZWS")
+        return;
     SwfWarning warning;
     warning.kind = SwfWarning::Kind::ignored;
     warning.offset = 0;
@@ -28,7 +29,8 @@ Signature parse(std::vector<uint8_t> bytes, SwfMovieSafe& movie, const MovieOpti
     signature.bytes = bytes.size();
     if (bytes.size() >= fixedHeaderSize) {
         signature.text.assign(bytes.begin(), bytes.begin() + 3);
-        for (size_t i = 4; i < fixedHeaderSize; ++i) signature.fileLength |= uint32_t(bytes[i]) << (8 * (i - 4));
+        for (size_t i = 4; i < fixedHeaderSize; ++i)
+            signature.fileLength |= uint32_t(bytes[i]) << (8 * (i - 4));
         warnOfSignature(signature, options.warnings);
     }
     SwfLoadOptions load;
@@ -55,7 +57,8 @@ xml2swf::ConversionOptions MovieOptions::conversion() const {
 
 void compile(const std::string& text, SwfMovie& movie, const MovieOptions& options) {
     xml2swf::MovieTarget target;
-    if (!xml2swf::xmlToSwf(text, target, options.conversion())) throw InputError("The document has no Movie element.");
+    if (!xml2swf::xmlToSwf(text, target, options.conversion()))
+        throw InputError("The document has no Movie element.");
     movie = std::move(target.movie);
 }
 

@@ -19,7 +19,8 @@ int run(int argc, char** argv) {
     app.footer("Exit status: 0 done, 1 the input is at fault, 2 wrong use.");
     app.require_subcommand(1);
     Command chosen;
-    for (auto add : {addConvert, addInfo, addCheck, addCompare}) add(app, chosen);
+    for (auto add : {addConvert, addInfo, addCheck, addCompare})
+        add(app, chosen);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -41,7 +42,8 @@ int runWide() {
     SetConsoleOutputCP(CP_UTF8);
     int count = 0;
     LPWSTR* wide = CommandLineToArgvW(GetCommandLineW(), &count);
-    if (wide == nullptr) return ExitStatus::wrongUse;
+    if (wide == nullptr)
+        return ExitStatus::wrongUse;
     std::vector<std::string> texts(static_cast<size_t>(count));
     std::vector<char*> arguments;
     for (int i = 0; i < count; ++i) {

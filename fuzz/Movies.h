@@ -25,19 +25,22 @@ inline std::string toXml(libswf::SwfMovieSafe& movie, bool keepRaw) {
     return swfToXmlDocument(movie, options);
 }
 
-template <class Movie> Bytes serialise(Movie& movie) {
+template <class Movie>
+Bytes serialise(Movie& movie) {
     movie.isCompressed = false;
     const libswf::SwfVector<uint8_t> file = movie.serialise(1);
     return {file.begin(), file.end()};
 }
 
 /// Bad input may be refused in the system's own ways; anything else is a fault.
-template <class Act> void refusable(Act act) {
+template <class Act>
+void refusable(Act act) {
     try {
         act();
     } catch (const libswf::SwfException&) {
     } catch (const libswf::SwfAssertionFailure& failure) {
-        if (std::string(failure.what()).find("written <= size") == 0 || std::string(failure.what()) == "Size <= Capacity")
+        if (std::string(failure.what()).find("written <= size") == 0 ||
+            std::string(failure.what()) == "Size <= Capacity")
             throw; // a record's measure and its write disagree
     } catch (const std::out_of_range&) {
     } catch (const rapidxml::parse_error&) {

@@ -25,8 +25,8 @@ Bytes xmlTrip(Bytes file) {
     return fuzz::serialise(target.movie);
 }
 
-// A first trip may be refused: text that is not XML (a control character), a value that does not fit. What came out of one
-// never is.
+// A first trip may be refused: text that is not XML (a control character), a value that does not fit. What came out of
+// one never is.
 void settles(Bytes (*trip)(Bytes), const uint8_t* data, size_t size) {
     Bytes once;
     fuzz::refusable([&] { once = trip(Bytes(data, data + size)); });

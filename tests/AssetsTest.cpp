@@ -8,7 +8,8 @@ using namespace libswf;
 TEST(Assets, CountFitsItsField) {
     SwfContext context;
     SwfTagSymbolClass tag;
-    for (uint32_t i = 0; i < 65535; ++i) tag.symbols.append({});
+    for (uint32_t i = 0; i < 65535; ++i)
+        tag.symbols.append({});
     EXPECT_EQ(tag.getSize(context), 2 + 65535 * 3);
     tag.symbols.append({});
     try {

@@ -32,7 +32,8 @@ void readFailure(CaseFile& file, std::string_view value) {
         throw std::runtime_error("fails takes read, write or xml and a code or text");
     file.fails = kinds.at(kind);
     std::string_view what = trimmed(value.substr(blank));
-    if (what.size() > 1 && what.front() == '"' && what.back() == '"') what = what.substr(1, what.size() - 2);
+    if (what.size() > 1 && what.front() == '"' && what.back() == '"')
+        what = what.substr(1, what.size() - 2);
     file.failure = what;
 }
 
@@ -76,20 +77,24 @@ bool readSection(CaseFile& file, std::string_view keyword, const std::string& co
 }
 
 void checkWhole(const CaseFile& file) {
-    if (!file.body && !file.xml) throw std::runtime_error("a case needs a body or an xml section");
+    if (!file.body && !file.xml)
+        throw std::runtime_error("a case needs a body or an xml section");
     if (file.fails == CaseFile::Fails::never && !file.body && !file.rewritten)
         throw std::runtime_error("xml without a body needs the bytes that it is rewritten into");
     if (!file.accepts.empty() && !file.body && !file.rewritten)
         throw std::runtime_error("accepts needs bytes to compare with");
-    if (file.fails == CaseFile::Fails::read && !file.body) throw std::runtime_error("fails read needs a body");
-    if (file.fails == CaseFile::Fails::write && !file.xml) throw std::runtime_error("fails write needs an xml section");
+    if (file.fails == CaseFile::Fails::read && !file.body)
+        throw std::runtime_error("fails read needs a body");
+    if (file.fails == CaseFile::Fails::write && !file.xml)
+        throw std::runtime_error("fails write needs an xml section");
     const bool isBad = file.path.filename().string().starts_with("bad-");
     if (isBad != (file.fails != CaseFile::Fails::never))
         throw std::runtime_error("cases that fail, and no others, have names that start with bad-");
 }
 
 std::string hexRow(std::span<const uint8_t> bytes, size_t from) {
-    if (from >= bytes.size()) return "(ends)";
+    if (from >= bytes.size())
+        return "(ends)";
     return hexText(bytes.subspan(from, std::min<size_t>(16, bytes.size() - from)));
 }
 
@@ -113,7 +118,8 @@ Bytes hexBytes(std::string_view text) {
                     throw std::runtime_error("\"" + word + "\" is not hex bytes");
                 group.push_back(byte);
             }
-            for (uint32_t i = 0; i < times; ++i) bytes.insert(bytes.end(), group.begin(), group.end());
+            for (uint32_t i = 0; i < times; ++i)
+                bytes.insert(bytes.end(), group.begin(), group.end());
         }
     }
     return bytes;
@@ -126,16 +132,20 @@ CaseFile parseCase(const std::filesystem::path& path) {
     size_t row = 0, sectionRow = 0;
     std::string keyword, content, line;
     auto endSection = [&] {
-        if (keyword.empty()) return;
+        if (keyword.empty())
+            return;
         row = sectionRow;
-        while (content.ends_with('\n')) content.pop_back();
-        if (!readSection(file, keyword, content)) throw std::runtime_error("unknown keyword " + keyword);
+        while (content.ends_with('\n'))
+            content.pop_back();
+        if (!readSection(file, keyword, content))
+            throw std::runtime_error("unknown keyword " + keyword);
         keyword.clear();
     };
     try {
         for (size_t next = 1; std::getline(in, line); ++next) {
             if (line.empty() || line.starts_with("  ")) { // an empty line counts as content
-                if (keyword.empty() && !trimmed(line).empty()) throw std::runtime_error("text outside a section");
+                if (keyword.empty() && !trimmed(line).empty())
+                    throw std::runtime_error("text outside a section");
                 content += line.substr(std::min<size_t>(2, line.size())) + "\n";
             } else if (line[0] != '#') {
                 endSection();
@@ -143,7 +153,8 @@ CaseFile parseCase(const std::filesystem::path& path) {
                 line.resize(std::min(line.size(), line.find(" #")));
                 const size_t blank = std::min(line.size(), line.find(' '));
                 const std::string word = line.substr(0, blank);
-                if (readValue(file, word, trimmed(std::string_view(line).substr(blank)))) continue;
+                if (readValue(file, word, trimmed(std::string_view(line).substr(blank))))
+                    continue;
                 keyword = word;
                 sectionRow = next;
                 content.clear();
@@ -161,7 +172,8 @@ std::vector<std::filesystem::path> findCases(const std::filesystem::path& folder
     std::vector<std::filesystem::path> paths;
     std::error_code missing;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder, missing)) {
-        if (entry.path().extension() == ".case") paths.push_back(entry.path());
+        if (entry.path().extension() == ".case")
+            paths.push_back(entry.path());
     }
     std::sort(paths.begin(), paths.end());
     return paths;
@@ -171,16 +183,19 @@ std::string hexText(std::span<const uint8_t> bytes) {
     static constexpr char digits[] = "0123456789abcdef";
     std::string text;
     for (uint8_t byte : bytes) {
-        if (!text.empty()) text += ' ';
+        if (!text.empty())
+            text += ' ';
         text += {digits[byte >> 4], digits[byte & 15]};
     }
     return text;
 }
 
 std::string hexDiff(std::span<const uint8_t> expected, std::span<const uint8_t> actual) {
-    if (std::equal(expected.begin(), expected.end(), actual.begin(), actual.end())) return {};
+    if (std::equal(expected.begin(), expected.end(), actual.begin(), actual.end()))
+        return {};
     size_t at = 0;
-    while (at < expected.size() && at < actual.size() && expected[at] == actual[at]) ++at;
+    while (at < expected.size() && at < actual.size() && expected[at] == actual[at])
+        ++at;
     std::ostringstream text;
     text << "bytes part at offset " << at << " (lengths " << expected.size() << " and " << actual.size() << ")\n";
     for (size_t from = at / 16 * 16, rows = 0; rows < 3 && from < std::max(expected.size(), actual.size());
@@ -191,14 +206,17 @@ std::string hexDiff(std::span<const uint8_t> expected, std::span<const uint8_t> 
 }
 
 std::string lineDiff(const std::string& expected, const std::string& actual) {
-    if (expected == actual) return {};
+    if (expected == actual)
+        return {};
     std::istringstream a(expected), b(actual);
     std::string lineA, lineB;
     size_t row = 0;
     for (bool more = true; more && lineA == lineB; ++row) {
         const bool hasA = bool(std::getline(a, lineA)), hasB = bool(std::getline(b, lineB));
-        if (!hasA) lineA = "(ends)";
-        if (!hasB) lineB = "(ends)";
+        if (!hasA)
+            lineA = "(ends)";
+        if (!hasB)
+            lineB = "(ends)";
         more = hasA && hasB;
     }
     return "texts part in line " + std::to_string(row) + "\n  expected " + lineA + "\n  actual   " + lineB +

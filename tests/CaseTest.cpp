@@ -27,7 +27,8 @@ Bytes recordOf(uint16_t code, std::span<const uint8_t> body) {
     const uint32_t length = static_cast<uint32_t>(body.size());
     const uint32_t word = uint32_t(code) << 6 | (isLong ? 63 : length);
     Bytes record = {static_cast<uint8_t>(word), static_cast<uint8_t>(word >> 8)};
-    for (uint32_t shift = 0; isLong && shift < 32; shift += 8) record.push_back(static_cast<uint8_t>(length >> shift));
+    for (uint32_t shift = 0; isLong && shift < 32; shift += 8)
+        record.push_back(static_cast<uint8_t>(length >> shift));
     record.insert(record.end(), body.begin(), body.end());
     return record;
 }
@@ -142,10 +143,12 @@ private:
         bool inData = false, inQuotes = false;
         for (size_t i = 0; i < text.size(); ++i) {
             const std::string_view rest = text.substr(i);
-            if (rest.starts_with(inData ? "]]>" : "<![CDATA[")) inData = !inData;
+            if (rest.starts_with(inData ? "]]>" : "<![CDATA["))
+                inData = !inData;
             inQuotes = inQuotes != (!inData && text[i] == '"');
             result += text[i];
-            if (text[i] == '\n' && !inData && !inQuotes && rest.substr(1).starts_with("    ")) i += 4;
+            if (text[i] == '\n' && !inData && !inQuotes && rest.substr(1).starts_with("    "))
+                i += 4;
         }
         return result.substr(1); // the line feed in front
     }
@@ -162,7 +165,8 @@ bool showing() {
 
 std::string errorText(const std::exception& error) {
     std::string text = error.what();
-    if (const auto* value = dynamic_cast<const xml2swf::XmlValueError*>(&error)) text += " " + value->description();
+    if (const auto* value = dynamic_cast<const xml2swf::XmlValueError*>(&error))
+        text += " " + value->description();
     return text;
 }
 
@@ -180,14 +184,16 @@ std::string thrownBy(Act act) {
 
 std::string allTexts(const SwfWarnings& warnings) {
     std::string text;
-    for (const SwfWarning& warning : warnings.items()) text += warning.text() + "\n";
+    for (const SwfWarning& warning : warnings.items())
+        text += warning.text() + "\n";
     return text;
 }
 
 class CaseTest : public testing::TestWithParam<std::filesystem::path> {
 protected:
     void check(const char* what, const Record& record, const Bytes& expected) {
-        if (showing()) std::cout << what << ": tag " << record.code << ", " << hexText(record.body) << "\n";
+        if (showing())
+            std::cout << what << ": tag " << record.code << ", " << hexText(record.body) << "\n";
         EXPECT_EQ(hexDiff(expected, record.body), "") << what;
         if (!expected.empty() || !record.body.empty()) {
             EXPECT_EQ(record.code, file.writtenTag()) << what;
@@ -211,7 +217,8 @@ protected:
     void showBody(SwfMovieSafe& movie, SwfWarnings& warnings) {
         if (file.xml) {
             const std::string text = bench->elementText(movie, &warnings, file.keepRaw);
-            if (showing()) std::cout << "xml:\n" << text << "\n";
+            if (showing())
+                std::cout << "xml:\n" << text << "\n";
             EXPECT_EQ(lineDiff(*file.xml, text), "");
         } else if (file.fails == CaseFile::Fails::xml) {
             const std::string text = thrownBy([&] { bench->elementText(movie, &warnings, false); });
@@ -316,7 +323,8 @@ TEST_P(CaseTest, Holds) {
         readBody();
         truncate();
     }
-    if (file.xml) readXml();
+    if (file.xml)
+        readXml();
     checkWarnings();
 }
 

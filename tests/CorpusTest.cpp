@@ -30,7 +30,8 @@ std::vector<std::filesystem::path> corpus() {
     std::vector<std::filesystem::path> paths;
     std::error_code missing;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(CORPUS_DIR, missing)) {
-        if (entry.path().extension() == ".swf") paths.push_back(entry.path());
+        if (entry.path().extension() == ".swf")
+            paths.push_back(entry.path());
     }
     std::sort(paths.begin(), paths.end());
     return paths;
@@ -39,7 +40,8 @@ std::vector<std::filesystem::path> corpus() {
 std::string compiledXml(xml2swf::MovieTarget& target, const std::string& xml) {
     SwfWarnings warnings;
     EXPECT_TRUE(xml2swf::xmlToSwf(xml, target, {.keepRaw = true, .warnings = &warnings}));
-    for (const SwfWarning& warning : warnings.items()) ADD_FAILURE() << warning.text();
+    for (const SwfWarning& warning : warnings.items())
+        ADD_FAILURE() << warning.text();
     const SwfVector<uint8_t> file = target.movie.serialise(1);
     return {reinterpret_cast<const char*>(file.data()), file.size()};
 }
@@ -69,10 +71,12 @@ void compareTags(const SwfTags& before, const SwfTags& after, Summary& summary) 
             continue;
         }
         ++summary.shown;
-        if (!diff.empty()) ++summary.rewritten[tagName(a.type)];
+        if (!diff.empty())
+            ++summary.rewritten[tagName(a.type)];
         const auto* sprite = dynamic_cast<const SwfTagDefineSprite*>(&a);
         const auto* spriteAfter = dynamic_cast<const SwfTagDefineSprite*>(&b);
-        if (sprite != nullptr && spriteAfter != nullptr) compareTags(sprite->tags, spriteAfter->tags, summary);
+        if (sprite != nullptr && spriteAfter != nullptr)
+            compareTags(sprite->tags, spriteAfter->tags, summary);
     }
 }
 
@@ -106,7 +110,8 @@ void convert(const std::filesystem::path& path, Summary& summary) {
 }
 
 TEST(Corpus, GoesToXmlAndBack) {
-    if (!std::filesystem::is_directory(CORPUS_DIR)) GTEST_SKIP() << "no movies at " CORPUS_DIR;
+    if (!std::filesystem::is_directory(CORPUS_DIR))
+        GTEST_SKIP() << "no movies at " CORPUS_DIR;
     Summary summary;
     for (const auto& path : corpus()) {
         SCOPED_TRACE(path.string());

@@ -47,7 +47,8 @@ uint32_t writeErrorOf(SwfTag& tag) {
 // A glyph of `lines` vertical lines of 10 bits each.
 void addGlyph(SwfShapes& glyphs, uint32_t lines) {
     SwfShapeRecords& glyph = glyphs.add();
-    for (uint32_t i = 0; i < lines; ++i) glyph.addLine(0, 1);
+    for (uint32_t i = 0; i < lines; ++i)
+        glyph.addLine(0, 1);
 }
 
 // A DefineFont2 whose glyphs all lie in the same bytes: 4 × fours vertical lines.
@@ -55,13 +56,16 @@ std::vector<uint8_t> overlappingFont(uint16_t glyphs, uint32_t fours) {
     const uint32_t tables = (glyphs + 1u) * 4, glyphSize = 2 + 5 * fours;
     std::vector<uint8_t> body = {1, 0, 0x08, 0, 0};
     auto append = [&](uint32_t value, uint32_t bytes) {
-        for (; bytes != 0; --bytes, value >>= 8) body.push_back(static_cast<uint8_t>(value));
+        for (; bytes != 0; --bytes, value >>= 8)
+            body.push_back(static_cast<uint8_t>(value));
     };
     append(glyphs, 2);
-    for (uint32_t i = 0; i < glyphs; ++i) append(tables, 4);
+    for (uint32_t i = 0; i < glyphs; ++i)
+        append(tables, 4);
     append(tables + glyphSize, 4);
     body.push_back(0x10);
-    for (uint32_t i = 0; i < fours; ++i) body.insert(body.end(), {0xC1, 0x70, 0x5C, 0x17, 0x05});
+    for (uint32_t i = 0; i < fours; ++i)
+        body.insert(body.end(), {0xC1, 0x70, 0x5C, 0x17, 0x05});
     body.resize(body.size() + 1 + glyphs); // the end record, the codes
     return body;
 }
@@ -72,7 +76,8 @@ TEST(Fonts, OffsetsGrowWithTheGlyphs) {
         SwfTagDefineFont2 font;
         addGlyph(font.glyphs, lines);
         addGlyph(font.glyphs, 1);
-        for (uint16_t code : {65, 66}) font.codes.append(code);
+        for (uint16_t code : {65, 66})
+            font.codes.append(code);
         const std::vector<uint8_t> body = bodyOf(font, 8);
         const auto read = readBody<SwfTagDefineFont2>(body, 8);
         EXPECT_EQ(read.wideOffsets, wide);
@@ -104,7 +109,8 @@ TEST(Fonts, GlyphsMayShareBytesUpToALimit) {
 
 TEST(Fonts, CountsAboveTheirFieldsAreRefused) {
     SwfTagDefineFont2 glyphs;
-    for (uint32_t i = 0; i <= UINT16_MAX; ++i) glyphs.glyphs.add();
+    for (uint32_t i = 0; i <= UINT16_MAX; ++i)
+        glyphs.glyphs.add();
     EXPECT_EQ(writeErrorOf(glyphs), SwfError::doesNotFit);
 
     SwfTagDefineFont3 kerning;

@@ -31,9 +31,11 @@ std::string fieldText(const FieldDifference& field) {
 // A line per tag that is not identical: "different 1 2 SetTabIndex/@Depth 3 4".
 std::string linesOf(const MovieComparison& comparison) {
     std::string lines;
-    for (const FieldDifference& field : comparison.header) lines += fieldText(field) + "\n";
+    for (const FieldDifference& field : comparison.header)
+        lines += fieldText(field) + "\n";
     for (const TagComparison& tag : comparison.tags) {
-        if (tag.relation == TagRelation::identical) continue;
+        if (tag.relation == TagRelation::identical)
+            continue;
         lines += std::string(relationText(tag.relation)) + " " + (tag.pathA.empty() ? "-" : tag.pathA) + " " +
                  (tag.pathB.empty() ? "-" : tag.pathB);
         lines += tag.field ? " " + fieldText(*tag.field) + "\n" : "\n";
@@ -99,7 +101,8 @@ TEST(MovieCompare, RepeatedTagsAroundInsertionsStayAligned) {
     std::string a, b;
     for (int i = 0; i < 500; ++i) {
         a += label(i % 3) + frame;
-        if (i == 100 || i == 400) b += "<SetTabIndex /><ScriptLimits /><SetTabIndex />";
+        if (i == 100 || i == 400)
+            b += "<SetTabIndex /><ScriptLimits /><SetTabIndex />";
         b += i == 250 ? label(7) + frame : label(i % 3) + frame;
     }
     const auto counts = compare(a, b).counts();

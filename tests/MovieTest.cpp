@@ -102,7 +102,8 @@ TEST(MovieHeader, WhateverIsNotCompressedIsRead) {
 
 TEST(MovieHeader, FrameCountFitsItsField) {
     SwfMovie movie(8, 0, 0, 1, false);
-    for (int i = 0; i < 65535; ++i) movie.tags.append(std::make_shared<SwfTagShowFrame>());
+    for (int i = 0; i < 65535; ++i)
+        movie.tags.append(std::make_shared<SwfTagShowFrame>());
     EXPECT_NO_THROW(movie.serialise(0));
     EXPECT_EQ(movie.frameCount, 65535);
     movie.tags.append(std::make_shared<SwfTagShowFrame>());
@@ -122,7 +123,8 @@ TEST(MovieHeader, FrameCountFitsItsField) {
 // A compressed file whose header gives this length.
 Bytes compressedFile(const Bytes& packed, uint32_t length) {
     Bytes file = {'C', 'W', 'S', 8};
-    for (int shift = 0; shift < 32; shift += 8) file.push_back(static_cast<uint8_t>(length >> shift));
+    for (int shift = 0; shift < 32; shift += 8)
+        file.push_back(static_cast<uint8_t>(length >> shift));
     return joined(std::move(file), packed);
 }
 
@@ -154,7 +156,8 @@ TEST(Compression, BoundsTheBodyByItsHeader) {
         {Bytes(12, 0xAA), UINT32_MAX, 3},
         {withDictionary, length, 1}, // needs a dictionary: neither corrupt nor cut
     };
-    for (const auto& row : rows) EXPECT_EQ(failureOf(compressedFile(row.packed, row.length)), row.code) << &row - rows;
+    for (const auto& row : rows)
+        EXPECT_EQ(failureOf(compressedFile(row.packed, row.length)), row.code) << &row - rows;
     EXPECT_EQ(Loaded(compressedFile(packed, length)).count(), 2u);
 }
 
@@ -187,7 +190,8 @@ Bytes lzmaFile(const Bytes& body, uint8_t version, uint32_t length) {
     const uint32_t packedLength = static_cast<uint32_t>(packed.size() - 5);
     Bytes file = {'Z', 'W', 'S', version};
     for (uint32_t number : {length, packedLength})
-        for (int shift = 0; shift < 32; shift += 8) file.push_back(static_cast<uint8_t>(number >> shift));
+        for (int shift = 0; shift < 32; shift += 8)
+            file.push_back(static_cast<uint8_t>(number >> shift));
     return joined(std::move(file), packed);
 }
 
@@ -283,7 +287,8 @@ TEST(TagFraming, BoundsNesting) {
     for (int i = 0; i < 100000; ++i) {
         Bytes outer = hexBytes("ff09 00000000 0100 0000");
         const uint32_t length = 4 + static_cast<uint32_t>((99999 - i) * 10);
-        for (size_t byte = 0; byte < 4; ++byte) outer[2 + byte] = static_cast<uint8_t>(length >> (8 * byte));
+        for (size_t byte = 0; byte < 4; ++byte)
+            outer[2 + byte] = static_cast<uint8_t>(length >> (8 * byte));
         file.insert(file.end(), outer.begin(), outer.end());
     }
     for (bool keepRaw : {false, true}) {
@@ -325,7 +330,8 @@ TEST(SwfTags, AccessorsAssertAndLookUp) {
     const std::shared_ptr<SwfTag> kept = safe.sharedAt(3);
     safe = SwfTagsSafe();
     loaded.movie.parse(fileOf("0000"), {});
-    EXPECT_EQ(dynamic_cast<SwfTagDefineBits&>(*kept).jpegData, SwfBytes::copyOf(Bytes{0xBB})); // outlives list and movie
+    EXPECT_EQ(dynamic_cast<SwfTagDefineBits&>(*kept).jpegData,
+              SwfBytes::copyOf(Bytes{0xBB})); // outlives list and movie
 }
 
 TEST(SwfVector, OwnsGrowsAndAsserts) {
@@ -353,7 +359,8 @@ TEST(SwfVector, OwnsGrowsAndAsserts) {
     };
     {
         SwfPtrVector<Counted*> owner;
-        for (int i = 0; i < 10; ++i) owner.add(std::make_unique<Counted>());
+        for (int i = 0; i < 10; ++i)
+            owner.add(std::make_unique<Counted>());
         SwfPtrVector<Counted*> taker(std::move(owner));
         EXPECT_EQ(living, 10);
         taker.clear();

@@ -71,13 +71,15 @@ TEST(XmlNumbers, IntegersAreDecimal) {
         {"5.0", {}},
         {"five", {}},
     };
-    for (const auto& row : rows) EXPECT_EQ(parseInteger(row.text), row.value) << row.text;
+    for (const auto& row : rows)
+        EXPECT_EQ(parseInteger(row.text), row.value) << row.text;
     EXPECT_EQ(formatInteger(int8_t(-7)).view(), "-7");
     EXPECT_EQ(formatInteger(uint8_t(55)).view(), "55"); // not the character
 
     EXPECT_EQ(parseHex("fF0000ff"), 0xFF0000FF);
     EXPECT_EQ(parseHex("ff0000"), 0x00FF0000u);
-    for (const char* text : {"", "0x12", "-1", "+1", "123456789", "g", " 1"}) EXPECT_FALSE(parseHex(text)) << text;
+    for (const char* text : {"", "0x12", "-1", "+1", "123456789", "g", " 1"})
+        EXPECT_FALSE(parseHex(text)) << text;
 }
 
 TEST(Base64, BothWays) {
@@ -99,7 +101,8 @@ TEST(Base64, BothWays) {
 
     for (size_t size : {767, 768, 769, 1536, 1537}) {
         Bytes bytes(size);
-        for (size_t i = 0; i < size; ++i) bytes[i] = static_cast<uint8_t>(i * 31);
+        for (size_t i = 0; i < size; ++i)
+            bytes[i] = static_cast<uint8_t>(i * 31);
         std::string text;
         appendBase64(text, bytes);
         EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), static_cast<ptrdiff_t>((size - 1) / 768));
@@ -165,7 +168,8 @@ struct Compiled {
 
 TEST(Conversion, EveryByteOfALabelSurvives) {
     std::string bytes;
-    for (int c = 1; c < 256; ++c) bytes += static_cast<char>(c);
+    for (int c = 1; c < 256; ++c)
+        bytes += static_cast<char>(c);
     bytes += "\r\n\n\r'\"<&>]]>&amp;&#65;";
     SwfMovieSafe movie, again;
     auto label = std::make_shared<SwfTagFrameLabel>();
@@ -223,7 +227,8 @@ TEST(XmlPlace, CountsRowsAndCharacters) {
 TEST(XmlDocument, ErrorsCarryTheirPlace) {
     const std::string nested = [] {
         std::string text = "<Movie>\n";
-        for (int i = 0; i < 1000; ++i) text += "<a>";
+        for (int i = 0; i < 1000; ++i)
+            text += "<a>";
         return text;
     }();
     const struct {
@@ -268,7 +273,8 @@ TEST(XmlDocument, ErrorsCarryTheirPlace) {
 // What the parser would recurse into is found however the text hides it.
 TEST(XmlDocument, RefusesDeepNestingBehindMarkup) {
     std::string deep;
-    for (int i = 0; i < 1000000; ++i) deep += "<a>";
+    for (int i = 0; i < 1000000; ++i)
+        deep += "<a>";
     for (const char* start :
          {"", "<?xml version=\"1.0\"?>", "<!-- \" > -->", "<!DOCTYPE x [ <!ELEMENT a> <!-- ]>",
           "<!DOCTYPE x [ <![CDATA[ ]]>", "<!DOCTYPE x [ <b c=' ]>", "<!DOCTYPEx [>", "<?xMl a='?><!--' ?>",
@@ -382,7 +388,8 @@ TEST(DocumentText, TurnsUtf16IntoUtf8) {
         {"\xFE\xFF\0<\0\xE9\x20\xAC\xD8\x3D\xDE\x00"s, "<\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"},
         {"\xFE\xFF\xD8\x3D\0<"s, "\xED\xA0\xBD<"}, // half a pair stays visible
     };
-    for (const auto& row : rows) EXPECT_EQ(documentText(row.bytes), row.text);
+    for (const auto& row : rows)
+        EXPECT_EQ(documentText(row.bytes), row.text);
 }
 
 } // namespace

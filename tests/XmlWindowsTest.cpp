@@ -16,11 +16,14 @@ constexpr int manyLabels = 3000; // some 150 KB
 std::string labels(int count, const std::string& odd = "", int oddAt = -1) {
     std::string text;
     for (int i = 0; i < count; ++i)
-        text += i == oddAt ? odd : "\n    <FrameLabel Name=\"" + std::to_string(i) + "\" IsAnchor=\"true\" /><!-- > ' -->";
+        text +=
+            i == oddAt ? odd : "\n    <FrameLabel Name=\"" + std::to_string(i) + "\" IsAnchor=\"true\" /><!-- > ' -->";
     return text;
 }
 
-std::string movie(const std::string& content) { return "<?xml version=\"1.0\"?>\n<Movie SwfVersion=\"8\">" + content + "\n</Movie>\n"; }
+std::string movie(const std::string& content) {
+    return "<?xml version=\"1.0\"?>\n<Movie SwfVersion=\"8\">" + content + "\n</Movie>\n";
+}
 
 std::string sprite(const std::string& content) { return "\n<DefineSprite Id=\"5\">" + content + "\n</DefineSprite>"; }
 
@@ -108,8 +111,11 @@ TEST(XmlWindows, LongPayloadsAreReadWhereTheyStand) {
     std::string base64;
     for (int i = 0; i < 40; ++i)
         base64 += line + "\n";
-    auto unknown = [](const std::string& content) { return movie("\n<Unknown TagType=\"500\"><Data>" + content + "</Data></Unknown>"); };
-    for (const std::string& content : {"\n<![CDATA[" + base64 + "]]>\n", base64, "<![CDATA[]]>" + base64 + "<![CDATA[" + base64 + "]]>"}) {
+    auto unknown = [](const std::string& content) {
+        return movie("\n<Unknown TagType=\"500\"><Data>" + content + "</Data></Unknown>");
+    };
+    for (const std::string& content :
+         {"\n<![CDATA[" + base64 + "]]>\n", base64, "<![CDATA[]]>" + base64 + "<![CDATA[" + base64 + "]]>"}) {
         const Compiled compiled(unknown(content));
         const auto& tag = dynamic_cast<SwfTagUnknown&>(compiled.target.movie.tags.at(0));
         EXPECT_EQ(tag.data.size(), 40u * 768) << content.substr(0, 20);

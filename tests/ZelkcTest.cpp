@@ -13,12 +13,14 @@ namespace {
 
 std::string little(uint64_t value, int bytes) {
     std::string text;
-    for (int i = 0; i < bytes; ++i) text += static_cast<char>(value >> (8 * i));
+    for (int i = 0; i < bytes; ++i)
+        text += static_cast<char>(value >> (8 * i));
     return text;
 }
 
 std::string record(uint16_t code, const std::string& body) {
-    if (body.size() < 63) return little(uint64_t(code) << 6 | body.size(), 2) + body;
+    if (body.size() < 63)
+        return little(uint64_t(code) << 6 | body.size(), 2) + body;
     return little(uint64_t(code) << 6 | 63, 2) + little(body.size(), 4) + body;
 }
 
@@ -61,7 +63,8 @@ protected:
     }
     std::set<std::string> files(const fs::path& name) {
         std::set<std::string> names;
-        for (const auto& entry : fs::directory_iterator(folder / name)) names.insert(entry.path().filename().string());
+        for (const auto& entry : fs::directory_iterator(folder / name))
+            names.insert(entry.path().filename().string());
         return names;
     }
     Result run(const std::string& arguments, const std::string& input = "/dev/null") {
@@ -123,7 +126,8 @@ TEST_F(ZelkcTest, TellsWrongUseFromDone) {
 
 TEST_F(ZelkcTest, SaysWhatIsWrongAndLeavesTheTargetAlone) {
     std::string frames;
-    for (int i = 0; i < 65536; ++i) frames += "<ShowFrame/>";
+    for (int i = 0; i < 65536; ++i)
+        frames += "<ShowFrame/>";
     struct Case {
         const char* name;
         std::string content;
@@ -147,7 +151,8 @@ TEST_F(ZelkcTest, SaysWhatIsWrongAndLeavesTheTargetAlone) {
         {"corrupt.swf", "CWS\x06" + little(500, 4) + "no zlib data", "Unable to open corrupt.swf\n"},
     };
     for (const Case& c : cases) {
-        if (!c.content.empty()) put(c.name, c.content);
+        if (!c.content.empty())
+            put(c.name, c.content);
         const std::string target = fs::path(c.name).extension() == ".xml" ? "old.swf" : "old.xml";
         put(target, "old");
         const Result result = run("convert " + std::string(c.name) + " " + target);
@@ -157,7 +162,8 @@ TEST_F(ZelkcTest, SaysWhatIsWrongAndLeavesTheTargetAlone) {
         EXPECT_EQ(get(target), "old") << c.name;
         EXPECT_EQ(run("check " + std::string(c.name)).status, 1) << c.name;
     }
-    for (const std::string& name : files(".")) EXPECT_EQ(name.find(".tmp"), std::string::npos) << name;
+    for (const std::string& name : files("."))
+        EXPECT_EQ(name.find(".tmp"), std::string::npos) << name;
     const Result noFolder = run("convert good.xml nowhere/a.swf");
     EXPECT_EQ(noFolder.status, 1);
     EXPECT_NE(noFolder.err.find("nowhere/a.swf"), std::string::npos);
@@ -206,7 +212,8 @@ TEST_F(ZelkcTest, KeepsOrDropsUnreadableTags) {
 
 TEST_F(ZelkcTest, ShowsTwentyWarningsAndCountsTheRest) {
     std::string text = "<Movie>\n";
-    for (int i = 0; i < 25; ++i) text += "<Odd/>\n";
+    for (int i = 0; i < 25; ++i)
+        text += "<Odd/>\n";
     put("odd.xml", text + "</Movie>");
     const Result result = run("convert odd.xml odd.swf");
     EXPECT_EQ(result.status, 0);
@@ -242,7 +249,8 @@ TEST_F(ZelkcTest, ConvertsManyFiles) {
     const Result many = run("convert --out-dir hundred --to swf" + names);
     EXPECT_EQ(many.status, 0) << many.err;
     EXPECT_EQ(files("hundred").size(), 100u);
-    for (int i = 0; i < 100; ++i) EXPECT_EQ(get("hundred/" + std::to_string(i) + ".swf")[3], static_cast<char>(i));
+    for (int i = 0; i < 100; ++i)
+        EXPECT_EQ(get("hundred/" + std::to_string(i) + ".swf")[3], static_cast<char>(i));
 }
 
 TEST_F(ZelkcTest, TellsHeaderAndTags) {
@@ -317,7 +325,8 @@ TEST_F(ZelkcTest, SurvivesHostileInput) {
         deep += little(39 << 6 | 63, 2) + little(4 + (level - 1) * 10, 4) + little(level & 0xFFFF, 2) + little(0, 2);
     put("deep.swf", movieOf(deep));
     std::string elements = "<Movie>";
-    for (int i = 0; i < 1000000; ++i) elements += "<a>";
+    for (int i = 0; i < 1000000; ++i)
+        elements += "<a>";
     put("deep.xml", elements);
 
     EXPECT_EQ(run("convert claim.swf a.xml").status, 1);

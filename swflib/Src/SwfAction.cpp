@@ -9,7 +9,8 @@ uint32_t SwfAction::getSize(SwfContext&) { return size = 0; }
 void SwfAction::write(SwfOStream& stream) { writeHeader(stream, 0); }
 
 static void warnOfCut(const SwfContext& context, uint32_t code, uint32_t length) {
-    if (context.warnings == nullptr) return;
+    if (context.warnings == nullptr)
+        return;
     SwfWarning warning;
     warning.kind = SwfWarning::Kind::cut;
     warning.tagCode = context.tagType;
@@ -19,11 +20,14 @@ static void warnOfCut(const SwfContext& context, uint32_t code, uint32_t length)
 }
 
 void SwfAction::writeHeader(SwfOStream& stream, uint32_t length) const {
-    if (type == SwfActionCode::compiled) return;
+    if (type == SwfActionCode::compiled)
+        return;
     stream.writeUI8(static_cast<uint8_t>(type));
-    if (type <= 0x80) return;
+    if (type <= 0x80)
+        return;
     stream.writeUI16(static_cast<uint16_t>(length));
-    if (length > UINT16_MAX) warnOfCut(stream.context, type, length);
+    if (length > UINT16_MAX)
+        warnOfCut(stream.context, type, length);
 }
 
 uint32_t SwfActions::getSize(SwfContext& context) {
@@ -32,12 +36,14 @@ uint32_t SwfActions::getSize(SwfContext& context) {
         total += action->headerSize();
         total += action->getSize(context);
     }
-    if (total > UINT32_MAX) throw SwfException(SwfError::doesNotFit, "a list of actions of more than 4 GB");
+    if (total > UINT32_MAX)
+        throw SwfException(SwfError::doesNotFit, "a list of actions of more than 4 GB");
     return byteSize = static_cast<uint32_t>(total);
 }
 
 void SwfActions::write(SwfOStream& stream) const {
-    for (SwfAction* action : *this) action->write(stream);
+    for (SwfAction* action : *this)
+        action->write(stream);
 }
 
 void SwfActions::measureOrWrite(SwfOStream& stream) {
@@ -51,7 +57,8 @@ SwfActionUnknown::SwfActionUnknown(SwfIStream& stream)
     : SwfAction(stream.context.actionCode), data(stream.readPayload(stream.context.actionLength, "data")) {}
 
 uint32_t SwfActionUnknown::getSize(SwfContext&) {
-    if (data.size() > UINT32_MAX) throw SwfException(SwfError::doesNotFit, "an action of more than 4 GB");
+    if (data.size() > UINT32_MAX)
+        throw SwfException(SwfError::doesNotFit, "an action of more than 4 GB");
     return size = static_cast<uint32_t>(data.size());
 }
 

@@ -73,10 +73,13 @@ public:
         bool done = false;
         for (;;) {
             closeBodies();
-            if (_open.empty() && (done || _stream.position() >= end)) return;
-            if (!readRecord()) return;
+            if (_open.empty() && (done || _stream.position() >= end))
+                return;
+            if (!readRecord())
+                return;
             const bool isEnd = _items.back()->type == SwfActionCode::End;
-            if (_open.empty()) done = stop == Stop::afterOne || (stop == Stop::atEndAction && isEnd);
+            if (_open.empty())
+                done = stop == Stop::afterOne || (stop == Stop::atEndAction && isEnd);
             openBody(end);
         }
     }
@@ -112,7 +115,8 @@ private:
             _stream.seek(_stream.limit());
             return false;
         }
-        if (code == 0x80) _stream.markInexact("an action of code 128 is written without its length");
+        if (code == 0x80)
+            _stream.markInexact("an action of code 128 is written without its length");
 
         const bool marked = (_stream.actionOptions(code) & 1) != 0;
         std::unique_ptr<SwfAction> action;
@@ -123,7 +127,8 @@ private:
         else
             action = std::make_unique<SwfActionUnknown>(_stream);
         action->size = length;
-        if (_items.empty()) _firstEnd = _payload + length;
+        if (_items.empty())
+            _firstEnd = _payload + length;
         _items.push_back(std::move(action));
         return true;
     }
@@ -142,10 +147,12 @@ private:
             } else {
                 PayloadScope scope(_stream, end);
                 std::unique_ptr<SwfAction> action = creatorOf(code)(_stream);
-                if (code == SwfActionCode::Try) readTryBodies(static_cast<SwfActionTry&>(*action), scope, end);
+                if (code == SwfActionCode::Try)
+                    readTryBodies(static_cast<SwfActionTry&>(*action), scope, end);
                 if (!keepRaw) {
                     // A body lies outside Length. A Try that passes its Length is not read twice.
-                    if (!nests || _stream.position() < end) _stream.seek(isBlock(code) ? _stream.position() : end);
+                    if (!nests || _stream.position() < end)
+                        _stream.seek(isBlock(code) ? _stream.position() : end);
                     return action;
                 }
                 if (_stream.inexact() != nullptr)
@@ -157,7 +164,8 @@ private:
             }
         } catch (SwfException& error) {
             error.addPlace(actionName(code));
-            if (!keepRaw) throw;
+            if (!keepRaw)
+                throw;
             reason = error.what();
         }
         warnKeptRaw(code, recordStart, reason);
@@ -184,14 +192,18 @@ private:
         }
         _stream.context.actionDepth = static_cast<uint16_t>(_stream.context.actionDepth + _open.size() + 1);
         action.tryBody.readSized(_stream, action.trySize);
-        if (hasCatch) action.catchBody.readSized(_stream, action.catchSize);
-        if (hasFinally) action.finallyBody.readSized(_stream, action.finallySize);
+        if (hasCatch)
+            action.catchBody.readSized(_stream, action.catchSize);
+        if (hasFinally)
+            action.finallyBody.readSized(_stream, action.finallySize);
     }
 
     void openBody(uint64_t listEnd) {
-        if (!isBlock(_items.back()->type)) return;
+        if (!isBlock(_items.back()->type))
+            return;
         const auto* block = dynamic_cast<const SwfActionBlock*>(_items.back().get());
-        if (block == nullptr) return;
+        if (block == nullptr)
+            return;
         const uint64_t end = _stream.position() + block->codeSize;
         const OpenBlock opened{_items.size() - 1, std::min(end, _stream.limit()), _payload,
                                _stream.context.actionLength};
@@ -214,7 +226,8 @@ private:
 
     void moveTail(size_t from, SwfActions& list) {
         list.reserve(uint64_t(list.size()) + _items.size() - from);
-        for (size_t i = from; i < _items.size(); ++i) list.add(std::move(_items[i]));
+        for (size_t i = from; i < _items.size(); ++i)
+            list.add(std::move(_items[i]));
         _items.resize(from);
     }
 
@@ -233,7 +246,8 @@ private:
 
     void warnKeptRaw(uint32_t code, uint64_t start, const std::string& reason) {
         const SwfContext& context = _stream.context;
-        if (context.warnings == nullptr) return;
+        if (context.warnings == nullptr)
+            return;
         SwfWarning warning;
         warning.kind = SwfWarning::Kind::keptRaw;
         warning.tagCode = context.tagType;
@@ -257,7 +271,8 @@ std::unique_ptr<SwfAction> readAction(SwfIStream& stream) {
     ActionReader reader(stream);
     reader.read(stream.limit(), ActionReader::Stop::afterOne);
     std::unique_ptr<SwfAction> action = reader.takeFirst();
-    if (action == nullptr) stream.fail("ActionCode", "data ends here");
+    if (action == nullptr)
+        stream.fail("ActionCode", "data ends here");
     return action;
 }
 
@@ -272,7 +287,8 @@ void SwfActions::readSized(SwfIStream& stream, uint64_t length) {
     ActionReader reader(stream);
     reader.read(end, ActionReader::Stop::atEnd);
     reader.moveTo(*this);
-    if (stream.position() > end) stream.markInexact("the last action passes the end of its list");
+    if (stream.position() > end)
+        stream.markInexact("the last action passes the end of its list");
 }
 
 } // namespace libswf

@@ -8,13 +8,15 @@ namespace {
 
 // Bounds counts from the file: no item starts at or after the end of the payload.
 bool startsItem(SwfIStream& stream, const char* field) {
-    if (stream.bodyLeft() != 0) return true;
+    if (stream.bodyLeft() != 0)
+        return true;
     refuse(stream, field, "the action ends before all items that its count promises");
     return false;
 }
 
 void checkCount(uint64_t count, const char* what) {
-    if (count > UINT16_MAX) throw SwfException(SwfError::doesNotFit, std::string(what) + ": more than 65,535");
+    if (count > UINT16_MAX)
+        throw SwfException(SwfError::doesNotFit, std::string(what) + ": more than 65,535");
 }
 
 } // namespace
@@ -57,7 +59,8 @@ SwfActionConstantPool::SwfActionConstantPool(SwfIStream& stream) : SwfActionCons
 
 void SwfActionConstantPool::writePayload(SwfOStream& stream) {
     stream.writeUI16(static_cast<uint16_t>(constants.size()));
-    for (const SwfString& constant : constants) constant.write(stream, true);
+    for (const SwfString& constant : constants)
+        constant.write(stream, true);
 }
 
 void SwfActionConstantPool::checkFits() const { checkCount(constants.size(), "ConstantPool > Count"); }
@@ -92,13 +95,15 @@ SwfActionPush::SwfActionPush(SwfIStream& stream) : SwfActionPush() {
     const uint64_t end = stream.position() + stream.context.actionLength;
     while (stream.position() < end) {
         auto value = readValue(stream);
-        if (value == nullptr) break;
+        if (value == nullptr)
+            break;
         values.add(std::move(value));
     }
 }
 
 void SwfActionPush::writePayload(SwfOStream& stream) {
-    for (const SwfValue* value : values) value->write(stream);
+    for (const SwfValue* value : values)
+        value->write(stream);
 }
 
 void SwfActionBranch::read(SwfIStream& stream) { branchOffset = stream.readSI16("BranchOffset"); }
@@ -116,14 +121,17 @@ void SwfActionGetURL2::writePayload(SwfOStream& stream) { stream.writeUI8(flags)
 SwfActionGotoFrame2::SwfActionGotoFrame2(SwfIStream& stream) : SwfActionGotoFrame2() {
     const uint8_t flags = stream.readUI8("Flags");
     play = (flags & playFlag) != 0;
-    if ((flags & sceneBiasFlag) != 0) sceneBias = stream.readUI16("SceneBias");
+    if ((flags & sceneBiasFlag) != 0)
+        sceneBias = stream.readUI16("SceneBias");
     const bool biasOfZero = (flags & sceneBiasFlag) != 0 && sceneBias == 0;
-    if ((flags & ~(playFlag | sceneBiasFlag)) != 0 || biasOfZero) stream.markInexact("its flags have no form here");
+    if ((flags & ~(playFlag | sceneBiasFlag)) != 0 || biasOfZero)
+        stream.markInexact("its flags have no form here");
 }
 
 void SwfActionGotoFrame2::writePayload(SwfOStream& stream) {
     stream.writeUI8(static_cast<uint8_t>((play ? playFlag : 0) | (sceneBias != 0 ? sceneBiasFlag : 0)));
-    if (sceneBias != 0) stream.writeUI16(sceneBias);
+    if (sceneBias != 0)
+        stream.writeUI16(sceneBias);
 }
 
 void SwfActionBlock::readCodeSize(SwfIStream& stream) { codeSize = stream.readUI16("CodeSize"); }
@@ -144,7 +152,8 @@ SwfActionDefineFunction::SwfActionDefineFunction(SwfIStream& stream) : SwfAction
 void SwfActionDefineFunction::writePayload(SwfOStream& stream) {
     functionName.write(stream, true);
     stream.writeUI16(static_cast<uint16_t>(parameters.size()));
-    for (const SwfString& parameter : parameters) parameter.write(stream, true);
+    for (const SwfString& parameter : parameters)
+        parameter.write(stream, true);
     writeBody(stream);
 }
 

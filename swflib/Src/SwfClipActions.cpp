@@ -24,7 +24,8 @@ uint32_t writtenFlags(const SwfClipAction& record, const SwfContext& context) {
 }
 
 void warnOfHidden(const SwfContext& context) {
-    if (context.warnings == nullptr) return;
+    if (context.warnings == nullptr)
+        return;
     SwfWarning warning;
     warning.kind = SwfWarning::Kind::cut;
     warning.tagCode = context.tagType;
@@ -59,12 +60,14 @@ const SwfClipAction::Event SwfClipAction::events[eventCount] = {
 
 uint32_t SwfClipAction::eventFlags() const {
     uint32_t flags = 0;
-    for (const Event& event : events) flags |= this->*event.field ? event.bit : 0;
+    for (const Event& event : events)
+        flags |= this->*event.field ? event.bit : 0;
     return flags;
 }
 
 void SwfClipAction::setEventFlags(uint32_t flags) {
-    for (const Event& event : events) this->*event.field = (flags & event.bit) != 0;
+    for (const Event& event : events)
+        this->*event.field = (flags & event.bit) != 0;
 }
 
 bool SwfClipAction::writesKeyCode(const SwfContext& context) const {
@@ -74,18 +77,22 @@ bool SwfClipAction::writesKeyCode(const SwfContext& context) const {
 SwfClipAction::SwfClipAction(SwfIStream& stream) {
     const uint32_t flags = readFlags(stream, "EventFlags");
     setEventFlags(flags);
-    if (eventFlags() != flags) stream.markInexact("a clip action has event bits without a name");
+    if (eventFlags() != flags)
+        stream.markInexact("a clip action has event bits without a name");
     recordSize = stream.readUI32("ActionRecordSize");
     const uint64_t end = stream.position() + recordSize;
-    if (writesKeyCode(stream.context)) keyCode = stream.readUI8("KeyCode");
-    if (stream.position() > end || end > stream.limit()) stream.markInexact("the size of a clip action is wrong");
+    if (writesKeyCode(stream.context))
+        keyCode = stream.readUI8("KeyCode");
+    if (stream.position() > end || end > stream.limit())
+        stream.markInexact("the size of a clip action is wrong");
     actions.readSized(stream, stream.position() < end ? end - stream.position() : 0);
 }
 
 uint32_t SwfClipAction::getSize(SwfContext& context) {
     const uint64_t wide = context.version < firstWideVersion ? 0 : 2;
     const uint64_t total = uint64_t(actions.getSize(context)) + 6 + wide + (writesKeyCode(context) ? 1 : 0);
-    if (total > UINT32_MAX) throw SwfException(SwfError::doesNotFit, "a clip action of more than 4 GB");
+    if (total > UINT32_MAX)
+        throw SwfException(SwfError::doesNotFit, "a clip action of more than 4 GB");
     return size = static_cast<uint32_t>(total);
 }
 
@@ -93,27 +100,32 @@ void SwfClipAction::write(SwfOStream& stream) const {
     const bool hasKeyCode = writesKeyCode(stream.context);
     writeFlags(stream, eventFlags());
     stream.writeUI32(actions.byteSize + (hasKeyCode ? 1 : 0));
-    if (hasKeyCode) stream.writeUI8(keyCode);
+    if (hasKeyCode)
+        stream.writeUI8(keyCode);
     actions.write(stream);
 }
 
 void SwfClipActions::read(SwfIStream& stream) {
     const uint64_t start = stream.position();
     uint64_t readAgain = 0;
-    if (stream.readUI16("Reserved") != 0) stream.markInexact("clip actions with reserved bits");
+    if (stream.readUI16("Reserved") != 0)
+        stream.markInexact("clip actions with reserved bits");
     readFlags(stream, "AllEventFlags");
     while (stream.bodyLeft() != 0) {
         const uint64_t recordStart = stream.position();
-        if (readFlags(stream, "ClipActionEndFlag") == 0) return;
+        if (readFlags(stream, "ClipActionEndFlag") == 0)
+            return;
         stream.seek(recordStart);
         const uint64_t sizeEnd = recordStart + (stream.context.version < firstWideVersion ? 2 : 4) + 4;
         const SwfClipAction& record = records.emplace_back(stream);
         const uint64_t next = sizeEnd + record.recordSize;
-        if (next > stream.limit()) continue;
+        if (next > stream.limit())
+            continue;
         // The size leads to the next record even where the actions passed it. Bounded, since each byte is then read by
         // more than one record.
         readAgain += stream.position() > next ? stream.position() - next : 0;
-        if (readAgain > stream.limit() - start) stream.fail("ActionRecordSize", "the clip actions overlap");
+        if (readAgain > stream.limit() - start)
+            stream.fail("ActionRecordSize", "the clip actions overlap");
         stream.seek(next);
     }
     stream.markInexact("clip actions without an end");
@@ -121,21 +133,26 @@ void SwfClipActions::read(SwfIStream& stream) {
 
 uint32_t SwfClipActions::getSize(SwfContext& context) {
     uint64_t total = context.version < firstWideVersion ? 6 : 10;
-    for (SwfClipAction& record : records) total += record.getSize(context);
-    if (total > UINT32_MAX) throw SwfException(SwfError::doesNotFit, "clip actions of more than 4 GB");
+    for (SwfClipAction& record : records)
+        total += record.getSize(context);
+    if (total > UINT32_MAX)
+        throw SwfException(SwfError::doesNotFit, "clip actions of more than 4 GB");
     return size = static_cast<uint32_t>(total);
 }
 
 void SwfClipActions::write(SwfOStream& stream) const {
     uint32_t all = 0;
-    for (const SwfClipAction& record : records) all |= record.eventFlags();
+    for (const SwfClipAction& record : records)
+        all |= record.eventFlags();
     stream.writeUI16(0);
     writeFlags(stream, all);
     for (const SwfClipAction& record : records) {
-        if (writtenFlags(record, stream.context) != 0) record.write(stream);
+        if (writtenFlags(record, stream.context) != 0)
+            record.write(stream);
     }
     for (const SwfClipAction& record : records) {
-        if (writtenFlags(record, stream.context) != 0) continue;
+        if (writtenFlags(record, stream.context) != 0)
+            continue;
         warnOfHidden(stream.context);
         record.write(stream);
     }

@@ -9,7 +9,8 @@ void readFontName(SwfIStream& stream, SwfString& name) {
     const uint32_t length = stream.readUI8("FontNameLen");
     stream.readBytes(length, reinterpret_cast<uint8_t*>(bytes), "FontName");
     uint32_t used = length;
-    while (used != 0 && bytes[used - 1] == 0) --used;
+    while (used != 0 && bytes[used - 1] == 0)
+        --used;
     if (used != length)
         addWarning(stream, SwfWarning::Kind::ignored,
                    "NUL bytes at the end of the font name: " + std::to_string(length - used));
@@ -17,15 +18,18 @@ void readFontName(SwfIStream& stream, SwfString& name) {
 }
 
 void writeFontName(SwfOStream& stream, const SwfString& name) {
-    if (name.length() > UINT8_MAX) throw SwfException(SwfError::doesNotFit, "a font name of more than 255 bytes");
+    if (name.length() > UINT8_MAX)
+        throw SwfException(SwfError::doesNotFit, "a font name of more than 255 bytes");
     stream.writeUI8(static_cast<uint8_t>(name.length()));
     name.write(stream, false);
 }
 
 void readCodes(SwfIStream& stream, uint64_t count, bool wide, SwfVector<uint16_t>& codes) {
-    if (count > stream.bodyLeft() / (wide ? 2 : 1)) stream.fail("CodeTable", "the body ends before its last code");
+    if (count > stream.bodyLeft() / (wide ? 2 : 1))
+        stream.fail("CodeTable", "the body ends before its last code");
     codes.reserve(count);
-    for (; count != 0; --count) codes.append(wide ? stream.readUI16("CodeTable") : stream.readUI8("CodeTable"));
+    for (; count != 0; --count)
+        codes.append(wide ? stream.readUI16("CodeTable") : stream.readUI8("CodeTable"));
 }
 
 void writeCodes(SwfOStream& stream, const SwfVector<uint16_t>& codes, bool wide) {

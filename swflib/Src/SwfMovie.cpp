@@ -99,7 +99,9 @@ void warnOfTrailingBytes(const SwfIStream& stream, SwfWarnings* warnings) {
     warnings->add(std::move(warning));
 }
 
-void saveMovie(const std::string& fileName, SwfVector<uint8_t> file) { writeFile(fileName, {file.data(), file.size()}); }
+void saveMovie(const std::string& fileName, SwfVector<uint8_t> file) {
+    writeFile(fileName, {file.data(), file.size()});
+}
 
 } // namespace
 

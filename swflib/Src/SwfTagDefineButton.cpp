@@ -49,14 +49,18 @@ SwfButtonRecord::SwfButtonRecord(SwfIStream& stream, uint8_t flags) {
     hitTest = (flags & 0x08) != 0;
     hasFilterList = (flags & 0x10) != 0;
     hasBlendMode = (flags & 0x20) != 0;
-    if ((flags & 0xC0) != 0) stream.markInexact("a button record has reserved flags");
+    if ((flags & 0xC0) != 0)
+        stream.markInexact("a button record has reserved flags");
     characterId = stream.readUI16("CharacterId");
     depth = stream.readUI16("PlaceDepth");
     matrix.read(stream);
-    if (!isButton2(stream.context)) return;
+    if (!isButton2(stream.context))
+        return;
     colorTransform.read(stream);
-    if (hasFilterList) filters.read(stream);
-    if (hasBlendMode) blendMode = stream.readUI8("BlendMode");
+    if (hasFilterList)
+        filters.read(stream);
+    if (hasBlendMode)
+        blendMode = stream.readUI8("BlendMode");
 }
 
 uint8_t SwfButtonRecord::flags() const {
@@ -71,17 +75,22 @@ void SwfButtonRecord::write(SwfOStream& stream) const {
     stream.writeUI16(characterId);
     stream.writeUI16(depth);
     matrix.write(stream);
-    if (!isButton2(stream.context)) return;
+    if (!isButton2(stream.context))
+        return;
     colorTransform.write(stream);
-    if (hasFilterList) filters.write(stream);
-    if (hasBlendMode) stream.writeUI8(blendMode);
+    if (hasFilterList)
+        filters.write(stream);
+    if (hasBlendMode)
+        stream.writeUI8(blendMode);
 }
 
 void SwfButtonRecords::read(SwfIStream& stream) {
     for (;;) {
-        if (stream.bodyLeft() == 0) stream.fail("ButtonRecord", "the tag ends inside its list of records");
+        if (stream.bodyLeft() == 0)
+            stream.fail("ButtonRecord", "the tag ends inside its list of records");
         const uint8_t flags = stream.readUI8("ButtonRecord flags");
-        if (flags == 0) return;
+        if (flags == 0)
+            return;
         records.emplace_back(stream, flags);
     }
 }
@@ -91,7 +100,8 @@ uint32_t SwfButtonRecords::getSize(SwfContext& context) {
 }
 
 void SwfButtonRecords::write(SwfOStream& stream) const {
-    for (const SwfButtonRecord& record : records) record.write(stream);
+    for (const SwfButtonRecord& record : records)
+        record.write(stream);
     stream.writeUI8(0);
 }
 
@@ -117,7 +127,8 @@ SwfTagDefineButton2::SwfTagDefineButton2(SwfIStream& stream) : SwfTagDefineButto
     buttonId = stream.readUI16("ButtonId");
     const uint8_t flags = stream.readUI8("TrackAsMenu");
     trackAsMenu = (flags & 1) != 0;
-    if ((flags & 0xFE) != 0) stream.markInexact("reserved bits are set beside TrackAsMenu");
+    if ((flags & 0xFE) != 0)
+        stream.markInexact("reserved bits are set beside TrackAsMenu");
     const uint64_t offsetStart = stream.position();
     const uint16_t actionOffset = stream.readUI16("ActionOffset");
     records.read(stream);
@@ -125,11 +136,14 @@ SwfTagDefineButton2::SwfTagDefineButton2(SwfIStream& stream) : SwfTagDefineButto
     if (actionOffset != 0) {
         const uint64_t actionsStart = offsetStart + actionOffset;
         const uint16_t nextOffset = withSizeField(stream.position() - offsetStart - sizeField);
-        if (actionsStart > stream.position() && actionsStart <= stream.limit()) stream.seek(actionsStart);
+        if (actionsStart > stream.position() && actionsStart <= stream.limit())
+            stream.seek(actionsStart);
         readConditionActions(stream);
-        if (!conditionActions.empty()) writtenOffset = nextOffset;
+        if (!conditionActions.empty())
+            writtenOffset = nextOffset;
     }
-    if (actionOffset != writtenOffset) stream.markInexact("ActionOffset does not point behind the records");
+    if (actionOffset != writtenOffset)
+        stream.markInexact("ActionOffset does not point behind the records");
 }
 
 void SwfTagDefineButton2::readConditionActions(SwfIStream& stream) {
@@ -146,11 +160,14 @@ void SwfTagDefineButton2::readConditionActions(SwfIStream& stream) {
         action.conditions = stream.readUI16("Conditions");
         const EarlierEnd bounds(stream, end);
         action.actions.readUntilEnd(stream);
-        if (last) return;
-        if (stream.position() != end) stream.markInexact("bytes are left over in a condition action");
+        if (last)
+            return;
+        if (stream.position() != end)
+            stream.markInexact("bytes are left over in a condition action");
         stream.seek(end);
     }
-    if (!last) stream.markInexact("the last CondActionSize is not 0");
+    if (!last)
+        stream.markInexact("the last CondActionSize is not 0");
 }
 
 void SwfTagDefineButton2::writeBody(SwfOStream& stream) {
@@ -161,7 +178,8 @@ void SwfTagDefineButton2::writeBody(SwfOStream& stream) {
     const uint64_t offsetStart = stream.written();
     stream.writeUI16(0);
     records.write(stream);
-    if (conditionActions.empty()) return;
+    if (conditionActions.empty())
+        return;
     const uint64_t recordBytes = stream.written() - offsetStart - sizeField;
     const uint16_t actionOffset = withSizeField(recordBytes, stream, "ActionOffset");
     if (!stream.isCounter()) {

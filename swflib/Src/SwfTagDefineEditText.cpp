@@ -14,12 +14,14 @@ static constexpr Flag flagOrder[16] = {
     &SwfTagDefineEditText::hasFontClass};
 
 void SwfTagDefineEditText::readFlags(uint16_t bits) {
-    for (uint32_t i = 0; i < 16; ++i) this->*flagOrder[i] = (bits >> i & 1) != 0;
+    for (uint32_t i = 0; i < 16; ++i)
+        this->*flagOrder[i] = (bits >> i & 1) != 0;
 }
 
 uint16_t SwfTagDefineEditText::flagBits() const {
     uint32_t bits = 0;
-    for (uint32_t i = 0; i < 16; ++i) bits |= uint32_t(this->*flagOrder[i]) << i;
+    for (uint32_t i = 0; i < 16; ++i)
+        bits |= uint32_t(this->*flagOrder[i]) << i;
     return static_cast<uint16_t>(bits);
 }
 
@@ -28,11 +30,16 @@ SwfTagDefineEditText::SwfTagDefineEditText(SwfIStream& stream) : SwfTagDefineEdi
     characterId = stream.readUI16("CharacterId");
     bounds.read(stream);
     readFlags(stream.readUI16("Flags"));
-    if (hasFont) fontId = stream.readUI16("FontId");
-    if (hasFontClass) stream.readString(fontClass, "FontClass");
-    if (hasFont) fontHeight = stream.readUI16("FontHeight");
-    if (hasTextColor) color.read(stream);
-    if (hasMaxLength) maxLength = stream.readUI16("MaxLength");
+    if (hasFont)
+        fontId = stream.readUI16("FontId");
+    if (hasFontClass)
+        stream.readString(fontClass, "FontClass");
+    if (hasFont)
+        fontHeight = stream.readUI16("FontHeight");
+    if (hasTextColor)
+        color.read(stream);
+    if (hasMaxLength)
+        maxLength = stream.readUI16("MaxLength");
     if (hasLayout) {
         align = stream.readUI8("Align");
         leftMargin = stream.readUI16("LeftMargin");
@@ -41,7 +48,8 @@ SwfTagDefineEditText::SwfTagDefineEditText(SwfIStream& stream) : SwfTagDefineEdi
         leading = stream.readSI16("Leading");
     }
     stream.readString(varName, "VariableName");
-    if (hasText) stream.readString(initialText, "InitialText");
+    if (hasText)
+        stream.readString(initialText, "InitialText");
     if (align > lastNamedAlign)
         addWarning(stream, SwfWarning::Kind::cut,
                    "the alignment " + std::to_string(align) + " has no name in XML, which makes it Left");
@@ -52,11 +60,16 @@ void SwfTagDefineEditText::writeBody(SwfOStream& stream) {
     stream.writeUI16(characterId);
     bounds.write(stream);
     stream.writeUI16(flagBits());
-    if (hasFont) stream.writeUI16(fontId);
-    if (hasFontClass) fontClass.write(stream, true);
-    if (hasFont) stream.writeUI16(fontHeight);
-    if (hasTextColor) color.write(stream);
-    if (hasMaxLength) stream.writeUI16(maxLength);
+    if (hasFont)
+        stream.writeUI16(fontId);
+    if (hasFontClass)
+        fontClass.write(stream, true);
+    if (hasFont)
+        stream.writeUI16(fontHeight);
+    if (hasTextColor)
+        color.write(stream);
+    if (hasMaxLength)
+        stream.writeUI16(maxLength);
     if (hasLayout) {
         stream.writeUI8(align);
         stream.writeUI16(leftMargin);
@@ -65,7 +78,8 @@ void SwfTagDefineEditText::writeBody(SwfOStream& stream) {
         stream.writeSI16(leading);
     }
     varName.write(stream, true);
-    if (hasText) initialText.write(stream, true);
+    if (hasText)
+        initialText.write(stream, true);
 }
 
 } // namespace libswf

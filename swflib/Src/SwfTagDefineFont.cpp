@@ -32,9 +32,11 @@ void setGlyphFlags(SwfContext& context) {
 using Offsets = std::vector<uint32_t>;
 
 Offsets readOffsets(SwfIStream& stream, uint32_t count, bool wide) {
-    if (count > stream.bodyLeft() / (wide ? 4 : 2)) stream.fail("OffsetTable", "the body ends before its last offset");
+    if (count > stream.bodyLeft() / (wide ? 4 : 2))
+        stream.fail("OffsetTable", "the body ends before its last offset");
     Offsets offsets(count);
-    for (uint32_t& offset : offsets) offset = wide ? stream.readUI32("OffsetTable") : stream.readUI16("OffsetTable");
+    for (uint32_t& offset : offsets)
+        offset = wide ? stream.readUI32("OffsetTable") : stream.readUI16("OffsetTable");
     return offsets;
 }
 
@@ -43,11 +45,13 @@ void readGlyphsAt(SwfIStream& stream, uint64_t table, const Offsets& offsets, Sw
     const uint64_t most = maxOverlap * (stream.limit() - table);
     std::unordered_map<uint32_t, uint32_t> uses;
     uses.reserve(offsets.size());
-    for (const uint32_t offset : offsets) ++uses[offset];
+    for (const uint32_t offset : offsets)
+        ++uses[offset];
     uint64_t total = 0, furthest = stream.position();
     for (const uint32_t offset : offsets) {
         stream.seek(table + offset);
-        if (stream.position() >= stream.limit()) stream.fail("OffsetTable", "a glyph lies outside the body");
+        if (stream.position() >= stream.limit())
+            stream.fail("OffsetTable", "a glyph lies outside the body");
         stream.alignBits();
         glyphs.readGlyph(stream);
         // Counted for all of its uses at once, so that a glyph used thousands of times is refused after one reading.
@@ -71,7 +75,8 @@ void SwfGlyphFont::prepare() {
 SwfTagDefineFont::SwfTagDefineFont(SwfIStream& stream) : SwfTagDefineFont() {
     setGlyphFlags(stream.context);
     characterId = stream.readUI16("FontId");
-    if (stream.bodyLeft() < 2) return;
+    if (stream.bodyLeft() < 2)
+        return;
     const uint64_t table = stream.position();
     const uint32_t count = stream.readUI16("OffsetTable") / 2u;
     stream.seek(table);
@@ -112,13 +117,16 @@ void SwfTagDefineFont2::read(SwfIStream& stream) {
     wideCodes = flags & wideCodesBit;
     italic = flags & italicBit;
     bold = flags & boldBit;
-    if (type == 48) stream.context.wideKerningCodes = wideCodes || stream.context.version >= firstWideVersion;
+    if (type == 48)
+        stream.context.wideKerningCodes = wideCodes || stream.context.version >= firstWideVersion;
     languageCode = stream.readUI8("LanguageCode");
     readFontName(stream, fontName);
     readGlyphs(stream);
     readCodes(stream, glyphs.count(), wideCodes, codes);
-    if (hasLayout && glyphs.count() == 0 && stream.bodyLeft() == 0) hasLayout = false;
-    if (hasLayout) readLayout(stream);
+    if (hasLayout && glyphs.count() == 0 && stream.bodyLeft() == 0)
+        hasLayout = false;
+    if (hasLayout)
+        readLayout(stream);
 }
 
 // Glyphs and, before them, the offsets; leaves the stream at the code table.
@@ -128,13 +136,15 @@ void SwfTagDefineFont2::readGlyphs(SwfIStream& stream) {
     const uint64_t table = stream.position();
     if (count == 0) {
         // The offset of the code table, if there is one, points behind itself.
-        if (stream.bodyLeft() >= width && readOffsets(stream, 1, wideOffsets)[0] != width) stream.seek(table);
+        if (stream.bodyLeft() >= width && readOffsets(stream, 1, wideOffsets)[0] != width)
+            stream.seek(table);
         return;
     }
     Offsets offsets = readOffsets(stream, count + 1, wideOffsets);
     const uint64_t codeTable = table + offsets.back();
     offsets.pop_back();
-    if (codeTable > stream.limit()) stream.fail("CodeTableOffset", "the code table lies outside the body");
+    if (codeTable > stream.limit())
+        stream.fail("CodeTableOffset", "the code table lies outside the body");
     readGlyphsAt(stream, table, offsets, glyphs);
     stream.seek(codeTable);
 }
@@ -144,14 +154,18 @@ void SwfTagDefineFont2::readLayout(SwfIStream& stream) {
     ascent = stream.readUI16("FontAscent");
     descent = stream.readUI16("FontDescent");
     leading = stream.readSI16("FontLeading");
-    if (count > stream.bodyLeft() / 2) stream.fail("FontAdvanceTable", "the body ends before the last advance");
+    if (count > stream.bodyLeft() / 2)
+        stream.fail("FontAdvanceTable", "the body ends before the last advance");
     advances.reserve(count);
-    for (uint32_t i = 0; i < count; ++i) advances.append(stream.readSI16("FontAdvanceTable"));
+    for (uint32_t i = 0; i < count; ++i)
+        advances.append(stream.readSI16("FontAdvanceTable"));
     for (uint32_t i = 0; i < count; ++i) {
-        if (stream.position() >= stream.limit()) stream.fail("FontBoundsTable", "the body ends before the last bounds");
+        if (stream.position() >= stream.limit())
+            stream.fail("FontBoundsTable", "the body ends before the last bounds");
         bounds.append(SwfRect(stream));
     }
-    if (stream.bodyLeft() != 0) readKerning(stream);
+    if (stream.bodyLeft() != 0)
+        readKerning(stream);
 }
 
 void SwfTagDefineFont2::readKerning(SwfIStream& stream) {
@@ -185,7 +199,8 @@ void SwfTagDefineFont2::prepare() {
 void SwfTagDefineFont2::writeBody(SwfOStream& stream) {
     setGlyphFlags(stream.context);
     const bool wide = hasWideCode(codes) || stream.context.version >= firstWideVersion;
-    if (type == 48) stream.context.wideKerningCodes = wide;
+    if (type == 48)
+        stream.context.wideKerningCodes = wide;
     stream.writeUI16(characterId);
     stream.writeUI8(bitIf(hasLayout, layoutBit) | bitIf(shiftJis, shiftJisBit) | bitIf(smallText, smallTextBit) |
                     bitIf(ansi, ansiBit) | bitIf(wideOffsets, wideOffsetsBit) | bitIf(wide, wideCodesBit) |
@@ -194,12 +209,14 @@ void SwfTagDefineFont2::writeBody(SwfOStream& stream) {
     writeFontName(stream, fontName);
     writeGlyphs(stream);
     writeCodes(stream, codes, wide);
-    if (hasLayout) writeLayout(stream);
+    if (hasLayout)
+        writeLayout(stream);
 }
 
 void SwfTagDefineFont2::writeGlyphs(SwfOStream& stream) {
     const uint32_t count = glyphs.count();
-    if (count > UINT16_MAX) throw SwfException(SwfError::doesNotFit, "a font of more than 65,535 glyphs");
+    if (count > UINT16_MAX)
+        throw SwfException(SwfError::doesNotFit, "a font of more than 65,535 glyphs");
     stream.writeUI16(static_cast<uint16_t>(count));
     auto writeOffset = [&](uint64_t offset) {
         if (wideOffsets)
@@ -223,11 +240,14 @@ void SwfTagDefineFont2::writeLayout(SwfOStream& stream) {
     stream.writeUI16(ascent);
     stream.writeUI16(descent);
     stream.writeSI16(leading);
-    for (const int16_t advance : advances) stream.writeSI16(advance);
-    for (const SwfRect& rect : bounds) rect.write(stream);
+    for (const int16_t advance : advances)
+        stream.writeSI16(advance);
+    for (const SwfRect& rect : bounds)
+        rect.write(stream);
     const bool hasKerning = stream.context.version >= firstKerningVersion;
     const uint32_t count = hasKerning ? kerning.size() : 0;
-    if (count > UINT16_MAX) throw SwfException(SwfError::doesNotFit, "a font of more than 65,535 kerning pairs");
+    if (count > UINT16_MAX)
+        throw SwfException(SwfError::doesNotFit, "a font of more than 65,535 kerning pairs");
     if (!hasKerning && !kerning.empty() && !stream.isCounter())
         addWarning(stream.context, SwfWarning::Kind::cut,
                    "its kerning pairs are dropped: movies below version 7 have none here");

@@ -26,7 +26,8 @@ constexpr uint8_t font4Bold = 0x01, font4Italic = 0x02, font4Data = 0x04, font4R
 uint32_t glyphCountOf(SwfIStream& stream, uint16_t fontId) {
     const SwfTags* tags = stream.context.tags;
     const auto* font = tags == nullptr ? nullptr : dynamic_cast<const SwfGlyphFont*>(tags->definition(fontId));
-    if (font == nullptr) stream.fail("FontId", "no font of this id with glyphs of its own stands before the tag");
+    if (font == nullptr)
+        stream.fail("FontId", "no font of this id with glyphs of its own stands before the tag");
     return font->glyphs.count();
 }
 
@@ -54,7 +55,8 @@ SwfTagDefineFontInfo::SwfTagDefineFontInfo(SwfIStream& stream) : SwfTagDefineFon
     italic = flags & italicBit;
     bold = flags & boldBit;
     wideCodes = flags & wideBit;
-    if (flags & infoReserved) stream.markInexact("reserved flags are set");
+    if (flags & infoReserved)
+        stream.markInexact("reserved flags are set");
     readCodes(stream, stream.bodyLeft() / (wideCodes ? 2 : 1), wideCodes, codes);
 }
 
@@ -107,7 +109,8 @@ SwfTagDefineFontAlignZones::SwfTagDefineFontAlignZones(SwfIStream& stream) : Swf
     fontId = stream.readUI16("FontId");
     const uint32_t count = glyphCountOf(stream, fontId);
     flags = stream.readUI8("Flags");
-    if (flags & reservedBits) stream.markInexact("reserved flags are set");
+    if (flags & reservedBits)
+        stream.markInexact("reserved flags are set");
     for (uint32_t i = 0; i < count; ++i) {
         if (stream.position() >= stream.limit())
             stream.fail("ZoneTable", "the body ends before the zones of the font's last glyph");
@@ -136,16 +139,19 @@ SwfTagDefineFont4::SwfTagDefineFont4(SwfIStream& stream) : SwfTagDefineFont4() {
     hasFontData = flags & font4Data;
     italic = flags & font4Italic;
     bold = flags & font4Bold;
-    if (flags & font4Reserved) stream.markInexact("reserved flags are set");
+    if (flags & font4Reserved)
+        stream.markInexact("reserved flags are set");
     stream.readString(fontName, "FontName");
-    if (hasFontData) fontData = stream.readRest("FontData");
+    if (hasFontData)
+        fontData = stream.readRest("FontData");
 }
 
 void SwfTagDefineFont4::writeBody(SwfOStream& stream) {
     stream.writeUI16(characterId);
     stream.writeUI8(bitIf(hasFontData, font4Data) | bitIf(italic, font4Italic) | bitIf(bold, font4Bold));
     fontName.write(stream, true);
-    if (hasFontData) stream.writeBytes(fontData.span());
+    if (hasFontData)
+        stream.writeBytes(fontData.span());
 }
 
 } // namespace libswf

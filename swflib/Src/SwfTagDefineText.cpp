@@ -6,11 +6,16 @@ namespace libswf {
 
 SwfTextRecord::SwfTextRecord(SwfIStream& stream) {
     flags = stream.readUI8("StyleFlags");
-    if (flags & fontBit) fontId = stream.readUI16("FontId");
-    if (flags & colorBit) color.read(stream);
-    if (flags & xOffsetBit) xOffset = stream.readSI16("XOffset");
-    if (flags & yOffsetBit) yOffset = stream.readSI16("YOffset");
-    if (flags & fontBit) height = stream.readUI16("TextHeight");
+    if (flags & fontBit)
+        fontId = stream.readUI16("FontId");
+    if (flags & colorBit)
+        color.read(stream);
+    if (flags & xOffsetBit)
+        xOffset = stream.readSI16("XOffset");
+    if (flags & yOffsetBit)
+        yOffset = stream.readSI16("YOffset");
+    if (flags & fontBit)
+        height = stream.readUI16("TextHeight");
     const uint8_t count = stream.readUI8("GlyphCount");
     glyphs.reserve(count);
     for (uint32_t i = 0; i < count; ++i) {
@@ -23,13 +28,19 @@ SwfTextRecord::SwfTextRecord(SwfIStream& stream) {
 }
 
 void SwfTextRecord::write(SwfOStream& stream) const {
-    if (glyphs.size() > UINT8_MAX) throw SwfException(SwfError::doesNotFit, "a text record of more than 255 glyphs");
+    if (glyphs.size() > UINT8_MAX)
+        throw SwfException(SwfError::doesNotFit, "a text record of more than 255 glyphs");
     stream.writeUI8(flags | typeBit);
-    if (flags & fontBit) stream.writeUI16(fontId);
-    if (flags & colorBit) color.write(stream);
-    if (flags & xOffsetBit) stream.writeSI16(xOffset);
-    if (flags & yOffsetBit) stream.writeSI16(yOffset);
-    if (flags & fontBit) stream.writeUI16(height);
+    if (flags & fontBit)
+        stream.writeUI16(fontId);
+    if (flags & colorBit)
+        color.write(stream);
+    if (flags & xOffsetBit)
+        stream.writeSI16(xOffset);
+    if (flags & yOffsetBit)
+        stream.writeSI16(yOffset);
+    if (flags & fontBit)
+        stream.writeUI16(height);
     stream.writeUI8(static_cast<uint8_t>(glyphs.size()));
     for (const SwfGlyphEntry& entry : glyphs) {
         stream.writeUB(stream.context.glyphBits, entry.index);
@@ -52,13 +63,16 @@ void SwfTagDefineText::read(SwfIStream& stream) {
     for (;;) {
         if (stream.position() >= stream.limit())
             stream.fail("TextRecords", "the body ends before the end of the records");
-        if (stream.readUI8("TextRecords") == 0) break;
+        if (stream.readUI8("TextRecords") == 0)
+            break;
         stream.seek(stream.position() - 1);
         const SwfTextRecord& record = records.append(SwfTextRecord(stream));
         entries += record.glyphs.size();
-        if (entries > mostEntries) stream.fail("GlyphEntries", "there are far more glyphs than the body has bytes");
+        if (entries > mostEntries)
+            stream.fail("GlyphEntries", "there are far more glyphs than the body has bytes");
         oldRecords |= (record.flags & SwfTextRecord::typeBit) == 0;
-        if (record.flags & SwfTextRecord::reservedBits) stream.markInexact("a text record has reserved flags set");
+        if (record.flags & SwfTextRecord::reservedBits)
+            stream.markInexact("a text record has reserved flags set");
     }
     if (oldRecords)
         addWarning(stream, SwfWarning::Kind::cut, "text records of type 0 are taken for, and saved as, type 1");
@@ -82,7 +96,8 @@ void SwfTagDefineText::writeBody(SwfOStream& stream) {
     matrix.write(stream);
     stream.writeUI8(stream.context.glyphBits);
     stream.writeUI8(stream.context.advanceBits);
-    for (const SwfTextRecord& record : records) record.write(stream);
+    for (const SwfTextRecord& record : records)
+        record.write(stream);
     stream.writeUI8(0);
 }
 
@@ -92,7 +107,8 @@ SwfTagCSMTextSettings::SwfTagCSMTextSettings(SwfIStream& stream) : SwfTagCSMText
     thickness = stream.readFloat("Thickness");
     sharpness = stream.readFloat("Sharpness");
     reserved = stream.readUI8("Reserved");
-    if ((flags & reservedBits) != 0 || reserved != 0) stream.markInexact("reserved bits are set");
+    if ((flags & reservedBits) != 0 || reserved != 0)
+        stream.markInexact("reserved bits are set");
 }
 
 void SwfTagCSMTextSettings::writeBody(SwfOStream& stream) {

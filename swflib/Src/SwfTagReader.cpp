@@ -16,7 +16,10 @@ std::atomic<bool> safeSprites = false;
 
 using Creator = std::unique_ptr<SwfTag> (*)(SwfIStream&);
 
-template <class Tag> std::unique_ptr<SwfTag> create(SwfIStream& stream) { return std::make_unique<Tag>(stream); }
+template <class Tag>
+std::unique_ptr<SwfTag> create(SwfIStream& stream) {
+    return std::make_unique<Tag>(stream);
+}
 
 std::array<Creator, SwfIStream::tagCodes> makeCreators() {
     std::array<Creator, SwfIStream::tagCodes> creators{};

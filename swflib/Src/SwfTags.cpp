@@ -24,8 +24,8 @@ SwfTag* SwfTags::definition(uint16_t characterId) const {
 }
 
 uint32_t SwfTags::showFrames() const {
-    return static_cast<uint32_t>(std::count_if(
-        _tags.begin(), _tags.end(), [](const auto& tag) { return tag->type == SwfTagCode::ShowFrame; }));
+    return static_cast<uint32_t>(
+        std::count_if(_tags.begin(), _tags.end(), [](const auto& tag) { return tag->type == SwfTagCode::ShowFrame; }));
 }
 
 // Runs `act` on each tag that is written, in a tag state of its own; an error names the tag that it came from.

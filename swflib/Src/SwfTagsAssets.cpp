@@ -6,7 +6,8 @@ namespace {
 
 void readAssets(SwfIStream& stream, SwfAssets& assets) {
     for (uint32_t left = stream.readUI16("Count"); left != 0; --left) {
-        if (stream.bodyLeft() == 0) stream.fail("Count", "more entries than the body holds");
+        if (stream.bodyLeft() == 0)
+            stream.fail("Count", "more entries than the body holds");
         SwfAsset& asset = assets.append({});
         asset.id = stream.readUI16("Tag");
         stream.readString(asset.name, "Name");
@@ -41,8 +42,10 @@ void SwfTagImportAssets::writeBody(SwfOStream& stream) {
 
 SwfTagImportAssets2::SwfTagImportAssets2(SwfIStream& stream) : SwfTagImportAssets2() {
     stream.readString(url, "URL");
-    if (stream.readUI8("Reserved") != 1) stream.markInexact("its first reserved byte is not 1");
-    if (stream.readUI8("Reserved") != 0) stream.fail("Reserved", "the second reserved byte is not 0");
+    if (stream.readUI8("Reserved") != 1)
+        stream.markInexact("its first reserved byte is not 1");
+    if (stream.readUI8("Reserved") != 0)
+        stream.fail("Reserved", "the second reserved byte is not 0");
     readAssets(stream, assets);
 }
 
@@ -81,7 +84,8 @@ void SwfTagDoABC::writeBody(SwfOStream& stream) {
 
 SwfTagDefineBinaryData::SwfTagDefineBinaryData(SwfIStream& stream) : SwfTagDefineBinaryData() {
     characterId = stream.readUI16("Tag");
-    if (stream.readUI32("Reserved") != 0) stream.markInexact("its reserved field is not 0");
+    if (stream.readUI32("Reserved") != 0)
+        stream.markInexact("its reserved field is not 0");
     data = stream.readRest("Data");
 }
 

@@ -55,7 +55,8 @@ void SwfTagDefineBitsLossless::read(SwfIStream& stream) {
     bitmapFormat = stream.readUI8("BitmapFormat");
     bitmapWidth = stream.readUI16("BitmapWidth");
     bitmapHeight = stream.readUI16("BitmapHeight");
-    if (bitmapFormat == paletteFormat) bitmapColorTableSize = stream.readUI8("BitmapColorTableSize");
+    if (bitmapFormat == paletteFormat)
+        bitmapColorTableSize = stream.readUI8("BitmapColorTableSize");
     pngData = stream.readRest("PngData");
 }
 
@@ -64,7 +65,8 @@ void SwfTagDefineBitsLossless::writeBody(SwfOStream& stream) {
     stream.writeUI8(bitmapFormat);
     stream.writeUI16(bitmapWidth);
     stream.writeUI16(bitmapHeight);
-    if (bitmapFormat == paletteFormat) stream.writeUI8(bitmapColorTableSize);
+    if (bitmapFormat == paletteFormat)
+        stream.writeUI8(bitmapColorTableSize);
     stream.writeBytes(pngData.span());
 }
 

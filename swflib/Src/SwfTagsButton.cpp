@@ -20,7 +20,8 @@ SwfTagDefineButtonSound::SwfTagDefineButtonSound(SwfIStream& stream) : SwfTagDef
     const char* const* idField = idFields;
     for (SwfButtonSound* sound : sounds()) {
         sound->soundId = stream.readUI16(*idField++);
-        if (sound->soundId != 0) sound->soundInfo.read(stream);
+        if (sound->soundId != 0)
+            sound->soundInfo.read(stream);
     }
 }
 
@@ -28,7 +29,8 @@ void SwfTagDefineButtonSound::writeBody(SwfOStream& stream) {
     stream.writeUI16(buttonId);
     for (const SwfButtonSound* sound : sounds()) {
         stream.writeUI16(sound->soundId);
-        if (sound->soundId != 0) sound->soundInfo.write(stream);
+        if (sound->soundId != 0)
+            sound->soundInfo.write(stream);
     }
 }
 

@@ -14,24 +14,29 @@ void SwfTagSetBackgroundColor::writeBody(SwfOStream& stream) {
 
 SwfTagProtect::SwfTagProtect(SwfIStream& stream) : SwfTagProtect() {
     hasPassword = stream.bodyLeft() != 0;
-    if (hasPassword) stream.readString(password, "Password");
+    if (hasPassword)
+        stream.readString(password, "Password");
 }
 
 void SwfTagProtect::writeBody(SwfOStream& stream) {
-    if (hasPassword) password.write(stream, true);
+    if (hasPassword)
+        password.write(stream, true);
 }
 
 SwfTagFrameLabel::SwfTagFrameLabel(SwfIStream& stream) : SwfTagFrameLabel() {
     stream.readString(name, "Name");
-    if (stream.bodyLeft() == 0) return;
+    if (stream.bodyLeft() == 0)
+        return;
     const uint8_t anchor = stream.readUI8("NamedAnchor");
     isAnchor = anchor != 0;
-    if (anchor > 1) stream.markInexact("its anchor byte is neither 0 nor 1");
+    if (anchor > 1)
+        stream.markInexact("its anchor byte is neither 0 nor 1");
 }
 
 void SwfTagFrameLabel::writeBody(SwfOStream& stream) {
     name.write(stream, true);
-    if (isAnchor) stream.writeUI8(1);
+    if (isAnchor)
+        stream.writeUI8(1);
 }
 
 SwfTagEnableDebugger::SwfTagEnableDebugger(SwfIStream& stream) : SwfTagEnableDebugger() {
@@ -84,13 +89,15 @@ void SwfTagMetadata::writeBody(SwfOStream& stream) { data.write(stream, true); }
 SwfTagDefineSceneAndFrameLabelData::SwfTagDefineSceneAndFrameLabelData(SwfIStream& stream)
     : SwfTagDefineSceneAndFrameLabelData() {
     for (uint32_t left = stream.readEncodedU32("SceneCount"); left != 0; --left) {
-        if (stream.bodyLeft() == 0) stream.fail("SceneCount", "more scenes than the body holds");
+        if (stream.bodyLeft() == 0)
+            stream.fail("SceneCount", "more scenes than the body holds");
         SwfScene& scene = scenes.append({});
         scene.offset = stream.readEncodedU32("Offset");
         stream.readString(scene.name, "Name");
     }
     for (uint32_t left = stream.readEncodedU32("FrameLabelCount"); left != 0; --left) {
-        if (stream.bodyLeft() == 0) stream.fail("FrameLabelCount", "more labels than the body holds");
+        if (stream.bodyLeft() == 0)
+            stream.fail("FrameLabelCount", "more labels than the body holds");
         SwfSceneFrameLabel& label = frameLabels.append({});
         label.frameNum = stream.readEncodedU32("FrameNum");
         stream.readString(label.frameLabel, "FrameLabel");

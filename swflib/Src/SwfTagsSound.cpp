@@ -48,7 +48,8 @@ void SwfTagSoundStreamHead::writeBody(SwfOStream& stream) {
     playbackFormat.write(stream);
     streamFormat.write(stream);
     stream.writeUI16(sampleCount);
-    if (streamFormat.soundFormat == SwfSoundFormat::mp3) stream.writeSI16(latencySeek);
+    if (streamFormat.soundFormat == SwfSoundFormat::mp3)
+        stream.writeSI16(latencySeek);
 }
 
 SwfTagSoundStreamBlock::SwfTagSoundStreamBlock(SwfIStream& stream) : SwfTagSoundStreamBlock() {

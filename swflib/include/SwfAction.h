@@ -85,10 +85,12 @@ public:
     void write(SwfOStream& stream) override;
 };
 
-/// The factory: reads the next action, nested lists included. An action that passes the end of the tag's body throws
-/// SwfException code 3. One that its class cannot give back is kept as SwfActionUnknown, with a warning, when the
-/// context says keepRaw; without keepRaw the classes read what they can. Lists nested deeper than SwfContext::maxDepth
-/// are kept raw in either case. The work is linear in the bytes read, whatever they hold.
+/// The factory: reads the next action, nested lists included. The work is linear in the bytes read, whatever they hold.
+/// - An action whose Length passes the end of the tag's body throws SwfException code 3.
+/// - One that its class cannot give back is kept as SwfActionUnknown, with a warning, when the context says keepRaw.
+///   Without keepRaw the classes read what they can, and the next action stands where Length says. A text without its
+///   NUL inside Length ends there in either case.
+/// - Lists nested deeper than SwfContext::maxDepth are kept raw in either case.
 std::unique_ptr<SwfAction> readAction(SwfIStream& stream);
 
 /// "GetURL" for 0x83, "Action 1" for a code without a name.

@@ -9,7 +9,7 @@ namespace libswf {
 
 /// CLIPACTIONRECORD: the actions that run on some events. Event bits without a name are dropped; under keepRaw they
 /// make the tag inexact.
-class SwfClipAction : public SwfStruct {
+class SwfClipAction final : public SwfStruct {
 public:
     bool load = false, enterFrame = false, unload = false, mouseMove = false, mouseDown = false, mouseUp = false;
     bool keyDown = false, keyUp = false, data = false, initialize = false, press = false, release = false;

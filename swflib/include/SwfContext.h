@@ -33,12 +33,12 @@ struct SwfContext : SwfTagState {
     /// left here.
     bool wideKerningCodes = false;
 
-    bool keepRaw = false;             ///< keep as bytes what the object model cannot give back
-    SwfWarnings* warnings = nullptr;  ///< where warnings go; may be null
-    uint16_t spriteDepth = 0;         ///< nesting of tag lists, at most maxDepth
-    uint16_t actionDepth = 0;         ///< nesting of action lists, at most maxDepth
-    uint8_t actionCode = 0;           ///< code of the action being read
-    uint16_t actionLength = 0;        ///< Length of its record, in bytes
+    bool keepRaw = false;            ///< keep as bytes what the object model cannot give back
+    SwfWarnings* warnings = nullptr; ///< where warnings go; may be null
+    uint16_t spriteDepth = 0;        ///< nesting of tag lists, at most maxDepth
+    uint16_t actionDepth = 0;        ///< nesting of action lists, at most maxDepth
+    uint8_t actionCode = 0;          ///< code of the action being read
+    uint16_t actionLength = 0;       ///< Length of its record, in bytes
     static constexpr uint16_t maxDepth = 256;
 };
 

@@ -13,18 +13,18 @@ namespace libswf {
 struct SwfMovieHeader {
     bool isCompressed = false; ///< the body is zlib data ("CWS")
     uint8_t version = 0;
-    float frameRate = 0; ///< frames per second, 8.8 in the file
-    SwfRect frameSize;   ///< the stage, twips
+    float frameRate = 0;     ///< frames per second, 8.8 in the file
+    SwfRect frameSize;       ///< the stage, twips
     uint16_t frameCount = 0; ///< as read; recomputed on write
 };
 
 /// What a movie takes over, byte for byte, from the file that it came from.
 struct SwfMovieSource {
-    SwfBytes wholeFile;       ///< the inflated file, when nothing at all was changed; empty otherwise
-    SwfRect frameSize;        ///< the stage that `frameSizeBytes` encode
-    SwfBytes frameSizeBytes;  ///< used while the stage is still that one
-    uint32_t showFrames = 0;  ///< frames that the file has
-    uint16_t frameCount = 0;  ///< what its header says, used while the movie still has as many frames
+    SwfBytes wholeFile;           ///< the inflated file, when nothing at all was changed; empty otherwise
+    SwfRect frameSize;            ///< the stage that `frameSizeBytes` encode
+    SwfBytes frameSizeBytes;      ///< used while the stage is still that one
+    uint32_t showFrames = 0;      ///< frames that the file has
+    uint16_t frameCount = 0;      ///< what its header says, used while the movie still has as many frames
     std::optional<SwfBytes> tail; ///< End and all that follows it, instead of an End
 };
 

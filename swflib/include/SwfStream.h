@@ -120,7 +120,8 @@ private:
         if (n > bytesLeft()) [[unlikely]]
             fail(field, "data ends here");
     }
-    template <class T> T readLittle(const char* field) {
+    template <class T>
+    T readLittle(const char* field) {
         need(sizeof(T), field);
         T value;
         std::memcpy(&value, data() + _position, sizeof(T));
@@ -194,7 +195,8 @@ private:
         return place;
     }
     [[noreturn]] static void overflow();
-    template <class T> void writeLittle(T v) {
+    template <class T>
+    void writeLittle(T v) {
         if (_counting)
             _count += sizeof(T);
         else
@@ -208,7 +210,8 @@ private:
 };
 
 /// Bytes that `write(stream)` produces, by running it on a counter with a copy of the context.
-template <class Write> uint32_t measure(const SwfContext& context, Write write) {
+template <class Write>
+uint32_t measure(const SwfContext& context, Write write) {
     SwfOStream stream = SwfOStream::counter(context);
     write(stream);
     if (stream.written() > UINT32_MAX)

@@ -20,8 +20,7 @@ public:
     int32_t Xmin = 0, Ymin = 0, Xmax = 0, Ymax = 0;
 
     SwfRect() = default;
-    SwfRect(int32_t xmin, int32_t ymin, int32_t xmax, int32_t ymax)
-        : Xmin(xmin), Ymin(ymin), Xmax(xmax), Ymax(ymax) {}
+    SwfRect(int32_t xmin, int32_t ymin, int32_t xmax, int32_t ymax) : Xmin(xmin), Ymin(ymin), Xmax(xmax), Ymax(ymax) {}
     explicit SwfRect(SwfIStream& stream) { read(stream); }
 
     void read(SwfIStream& stream);

@@ -12,6 +12,6 @@ enum : uint16_t {
 #define SWF_RAW_TAG(code, name) name = code,
 #include "SwfTags.def"
 };
-}
+} // namespace SwfTagCode
 
 } // namespace libswf

@@ -32,7 +32,8 @@ enum class SwfAttach : uint8_t {
 };
 
 /// Array of T in one block from new[]. Sizes are in elements and fit 32 bits.
-template <class T> class SwfVector {
+template <class T>
+class SwfVector {
 public:
     SwfVector() = default;
     SwfVector(const SwfVector&) = delete;
@@ -146,7 +147,8 @@ private:
 };
 
 /// Array that owns what its pointers point to.
-template <class P> class SwfPtrVector : public SwfVector<P> {
+template <class P>
+class SwfPtrVector : public SwfVector<P> {
 public:
     using Item = std::remove_pointer_t<P>;
 

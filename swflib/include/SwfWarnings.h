@@ -22,10 +22,10 @@ struct SwfWarning {
 
     Kind kind = Kind::skipped;
     uint16_t tagCode = 0;
-    std::string tagName;            ///< name of the tag or element concerned
-    std::string path;               ///< indices from the top-level list down, "4.2"; empty when not inside a tag
-    uint64_t offset = noOffset;     ///< byte in the inflated movie, or in the XML text when row is set
-    uint32_t row = 0, column = 0;   ///< place in the XML text, counted from 1; 0 for a place in a movie
+    std::string tagName;          ///< name of the tag or element concerned
+    std::string path;             ///< indices from the top-level list down, "4.2"; empty when not inside a tag
+    uint64_t offset = noOffset;   ///< byte in the inflated movie, or in the XML text when row is set
+    uint32_t row = 0, column = 0; ///< place in the XML text, counted from 1; 0 for a place in a movie
     std::string reason;
 
     /// One line: "kept raw: tag 4.2 (PlaceObject3) at offset 0x1f: ...".

@@ -35,7 +35,8 @@ uint64_t hashOf(std::string_view text) { return std::hash<std::string_view>()(te
 // The start tag without what closes it, which tells whether content follows.
 std::string_view startTag(std::string_view element) {
     std::string_view text = element.substr(0, element.find('>')); // values have it escaped
-    if (text.ends_with(" /")) text.remove_suffix(2);
+    if (text.ends_with(" /"))
+        text.remove_suffix(2);
     return text;
 }
 
@@ -48,7 +49,8 @@ std::string_view firstValue(std::string_view element) {
 TagKeys keysOf(const TagNode& node) {
     const uint64_t code = mixed(node.tag->type, 1);
     uint64_t whole = mixed(code, hashOf(node.text));
-    for (const TagNode& child : node.children) whole = mixed(whole, child.keys[0]);
+    for (const TagNode& child : node.children)
+        whole = mixed(whole, child.keys[0]);
     return {whole, mixed(code, hashOf(firstValue(node.text))), code};
 }
 
@@ -61,7 +63,8 @@ public:
         options.keepRaw = true;
         options.tagTexts = &places;
         _text = swfToXml(movie, options);
-        for (const TagText& place : places) add(place); // a sprite comes after the tags inside
+        for (const TagText& place : places)
+            add(place); // a sprite comes after the tags inside
     }
     MovieTree(const MovieTree&) = delete;
     MovieTree& operator=(const MovieTree&) = delete;
@@ -72,10 +75,12 @@ private:
     void add(const TagText& place) {
         TagNode node{place.tag, place.start, std::string_view(_text).substr(place.start, place.end - place.start), {}};
         auto inside = _tags.end();
-        while (inside != _tags.begin() && (inside - 1)->start > place.start) --inside;
+        while (inside != _tags.begin() && (inside - 1)->start > place.start)
+            --inside;
         node.children.assign(std::move_iterator(inside), std::move_iterator(_tags.end()));
         _tags.erase(inside, _tags.end());
-        if (node.isSprite()) node.text = startTag(node.text);
+        if (node.isSprite())
+            node.text = startTag(node.text);
         node.keys = keysOf(node);
         _tags.push_back(std::move(node));
     }
@@ -105,11 +110,13 @@ public:
                 add(TagRelation::onlyInA, &a[i], nullptr);
                 continue;
             }
-            while (_pathB.back() < partners[i]) addOnlyInB(b);
+            while (_pathB.back() < partners[i])
+                addOnlyInB(b);
             comparePair(a[i], b[partners[i]]);
             ++_pathB.back();
         }
-        while (_pathB.back() < b.size()) addOnlyInB(b);
+        while (_pathB.back() < b.size())
+            addOnlyInB(b);
         _pathA.pop_back();
         _pathB.pop_back();
     }
@@ -117,8 +124,10 @@ public:
 private:
     static std::vector<uint32_t> align(const std::vector<TagNode>& a, const std::vector<TagNode>& b) {
         std::vector<TagKeys> keysA, keysB;
-        for (const TagNode& node : a) keysA.push_back(node.keys);
-        for (const TagNode& node : b) keysB.push_back(node.keys);
+        for (const TagNode& node : a)
+            keysA.push_back(node.keys);
+        for (const TagNode& node : b)
+            keysB.push_back(node.keys);
         return alignTags(keysA, keysB);
     }
 
@@ -146,8 +155,10 @@ private:
         const bool identical = std::equal(bytesA.begin(), bytesA.end(), bytesB.begin(), bytesB.end());
         const size_t entry = _out.size();
         add(identical ? TagRelation::identical : TagRelation::sameMeaning, &a, &b);
-        if (a.isSprite() && b.isSprite()) compareLists(a.children, b.children);
-        if (identical) return;
+        if (a.isSprite() && b.isSprite())
+            compareLists(a.children, b.children);
+        if (identical)
+            return;
         if (a.text != b.text)
             differs(entry, firstDifference(elementOf(a), elementOf(b)));
         else
@@ -169,7 +180,8 @@ private:
             std::find_if(_out.begin() + static_cast<ptrdiff_t>(entry) + 1, _out.end(), [](const auto& tag) {
                 return tag.relation != TagRelation::identical && tag.relation != TagRelation::sameMeaning;
             });
-        if (inside == _out.end()) return;
+        if (inside == _out.end())
+            return;
         const std::string name = "<" + tagName(inside->code) + ">";
         FieldDifference field;
         if (inside->relation == TagRelation::different)
@@ -191,7 +203,8 @@ std::string tailText(const SwfMovieSafe& movie) {
     constexpr size_t shown = 16;
     static constexpr char digits[] = "0123456789abcdef";
     std::span<const uint8_t> tail = movie.source().tail->span();
-    if (tail.size() >= 2 && tail[0] == 0 && tail[1] == 0) tail = tail.subspan(2);
+    if (tail.size() >= 2 && tail[0] == 0 && tail[1] == 0)
+        tail = tail.subspan(2);
     std::string text = std::to_string(tail.size()) + " bytes";
     for (size_t i = 0; i < std::min(tail.size(), shown); ++i)
         text.append(i == 0 ? ": " : " ").append({digits[tail[i] >> 4], digits[tail[i] & 15]});
@@ -219,7 +232,8 @@ private:
         text(field, formatInteger(a).view(), formatInteger(b).view());
     }
     void text(const char* field, std::string_view a, std::string_view b) {
-        if (a != b) _out.push_back({field, std::string(a), std::string(b)});
+        if (a != b)
+            _out.push_back({field, std::string(a), std::string(b)});
     }
 
     std::vector<FieldDifference>& _out;
@@ -239,7 +253,8 @@ const char* relationText(TagRelation relation) {
 
 std::array<uint64_t, tagRelations> MovieComparison::counts() const {
     std::array<uint64_t, tagRelations> result{};
-    for (const TagComparison& tag : tags) ++result[static_cast<size_t>(tag.relation)];
+    for (const TagComparison& tag : tags)
+        ++result[static_cast<size_t>(tag.relation)];
     return result;
 }
 

@@ -29,7 +29,8 @@ std::vector<Pair> ascending(const std::vector<Pair>& pairs) {
             *place = i;
     }
     std::vector<Pair> run;
-    for (uint32_t i = tails.empty() ? noPartner : tails.back(); i != noPartner; i = before[i]) run.push_back(pairs[i]);
+    for (uint32_t i = tails.empty() ? noPartner : tails.back(); i != noPartner; i = before[i])
+        run.push_back(pairs[i]);
     std::reverse(run.begin(), run.end());
     return run;
 }
@@ -53,7 +54,8 @@ private:
 
     void align(Range range, uint32_t level, uint32_t depth) {
         trim(range, level);
-        if (!range.hasBoth()) return;
+        if (!range.hasBoth())
+            return;
         const std::vector<Pair> anchors = depth < maxDepth ? ascending(uniqueIn(range, level)) : std::vector<Pair>();
         if (anchors.empty()) {
             joinNear(range, level);
@@ -69,8 +71,10 @@ private:
     }
 
     void trim(Range& range, uint32_t level) {
-        while (range.hasBoth() && equal(range.a, range.b, level)) join(range.a++, range.b++);
-        while (range.hasBoth() && equal(range.aEnd - 1, range.bEnd - 1, level)) join(--range.aEnd, --range.bEnd);
+        while (range.hasBoth() && equal(range.a, range.b, level))
+            join(range.a++, range.b++);
+        while (range.hasBoth() && equal(range.aEnd - 1, range.bEnd - 1, level))
+            join(--range.aEnd, --range.bEnd);
     }
 
     // Pairs of tags whose key stands once on each side, in the order of the first side.
@@ -82,7 +86,8 @@ private:
             const uint64_t keyA = _a[a[i]][level], keyB = _b[b[j]][level];
             const size_t runA = keyA <= keyB ? runOf(_a, a, i, level) : 0;
             const size_t runB = keyB <= keyA ? runOf(_b, b, j, level) : 0;
-            if (runA == 1 && runB == 1) pairs.push_back({a[i], b[j]});
+            if (runA == 1 && runB == 1)
+                pairs.push_back({a[i], b[j]});
             i += runA;
             j += runB;
         }
@@ -92,7 +97,8 @@ private:
 
     static std::vector<uint32_t> sorted(std::span<const TagKeys> tags, uint32_t begin, uint32_t end, uint32_t level) {
         std::vector<uint32_t> indices(end - begin);
-        for (uint32_t i = begin; i < end; ++i) indices[i - begin] = i;
+        for (uint32_t i = begin; i < end; ++i)
+            indices[i - begin] = i;
         std::sort(indices.begin(), indices.end(),
                   [&](uint32_t x, uint32_t y) { return tags[x][level] < tags[y][level]; });
         return indices;
@@ -100,7 +106,8 @@ private:
 
     static size_t runOf(std::span<const TagKeys> tags, const std::vector<uint32_t>& order, size_t at, uint32_t level) {
         size_t end = at + 1;
-        while (end < order.size() && tags[order[end]][level] == tags[order[at]][level]) ++end;
+        while (end < order.size() && tags[order[end]][level] == tags[order[at]][level])
+            ++end;
         return end - at;
     }
 
@@ -126,14 +133,16 @@ private:
     }
 
     void alignPassed(const Range& passed, uint32_t level) {
-        if (level + 1 < levels) align(passed, level + 1, 0);
+        if (level + 1 < levels)
+            align(passed, level + 1, 0);
     }
 
     Pair nearest(uint32_t a, uint32_t aEnd, uint32_t b, uint32_t bEnd, uint32_t level) const {
         for (uint32_t distance = 0; distance < window; ++distance) {
             for (uint32_t i = 0; i <= distance; ++i) {
                 const uint32_t j = distance - i;
-                if (i < aEnd - a && j < bEnd - b && equal(a + i, b + j, level)) return {a + i, b + j};
+                if (i < aEnd - a && j < bEnd - b && equal(a + i, b + j, level))
+                    return {a + i, b + j};
             }
         }
         return {noPartner, noPartner};

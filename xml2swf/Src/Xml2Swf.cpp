@@ -36,8 +36,8 @@ void readRoot(XmlElement& root, IXml2SwfConversionTarget& target) {
     const int64_t width = rootInteger(root, "Width", RootDefaults::width, maxPixels);
     const int64_t height = rootInteger(root, "Height", RootDefaults::height, maxPixels);
     const float frameRate = root.has("FrameRate") ? root.real("FrameRate") : RootDefaults::frameRate;
-    const bool isCompressed = root.has("IsCompressed") ? root.boolean("IsCompressed")
-                                                       : version >= RootDefaults::firstCompressedVersion;
+    const bool isCompressed =
+        root.has("IsCompressed") ? root.boolean("IsCompressed") : version >= RootDefaults::firstCompressedVersion;
     target.movieHeader(static_cast<uint8_t>(version), static_cast<int32_t>(width), static_cast<int32_t>(height),
                        frameRate, isCompressed);
     if (root.has("MaxX") || root.has("MaxY") || root.has("MinX") || root.has("MinY")) {
@@ -70,7 +70,8 @@ void readTags(XmlElement& root, IXml2SwfConversionTarget& target, IProgressRepor
 }
 
 // Gives an error its row and column on the way out.
-template <class Act> auto located(std::string_view text, Act act) {
+template <class Act>
+auto located(std::string_view text, Act act) {
     try {
         return act();
     } catch (XmlSyntaxError& error) {
@@ -131,8 +132,7 @@ static bool compile(XmlDocument& document, std::vector<ElementSpan> spans, IXml2
     readTags(*root, target, options.progress);
     context.tagPath.clear();
     if (keeper != nullptr)
-        target.source(
-            keeper->source(options.original->isWholeText(movieText(document.text(), root->offset()))));
+        target.source(keeper->source(options.original->isWholeText(movieText(document.text(), root->offset()))));
     return true;
 }
 

@@ -17,7 +17,8 @@ void writeBody(XmlNode& node, const char* name, const SwfActions& body) {
 void readBody(XmlElement& element, const char* name, SwfActions& body) {
     XmlReadContext& context = element.context();
     auto child = element.child(name);
-    if (!child) return;
+    if (!child)
+        return;
     if (context.actionDepth >= SwfContext::maxDepth)
         throw SwfException(SwfError::doesNotFit, "actions nested more than 256 deep");
     const SwfDepthScope depth(context.actionDepth);
@@ -45,7 +46,8 @@ void writeXml(XmlNode& node, const SwfActionStoreRegister& action) { node.attrib
 void readXml(XmlElement& element, SwfActionStoreRegister& action) { action.registerNumber = element.ui8("Number"); }
 
 void writeXml(XmlNode& node, const SwfActionConstantPool& action) {
-    for (const SwfString& constant : action.constants) XmlNode(node, "Constant").attribute("Name", constant);
+    for (const SwfString& constant : action.constants)
+        XmlNode(node, "Constant").attribute("Name", constant);
 }
 
 void readXml(XmlElement& element, SwfActionConstantPool& action) {
@@ -90,7 +92,8 @@ void writeXml(XmlNode& node, const SwfActionDefineFunction2& action) {
     node.attribute("RegisterCount", action.registerCount);
     {
         XmlNode bits(node, "BitsField");
-        for (const XmlName& flag : functionFlags) bits.attribute(flag.name, (action.flags & flag.value) != 0);
+        for (const XmlName& flag : functionFlags)
+            bits.attribute(flag.name, (action.flags & flag.value) != 0);
     }
     {
         XmlNode parameters(node, "RegisterParams");
@@ -181,7 +184,8 @@ void writeXml(XmlNode& node, const SwfActionDefineFunction& action) {
     node.attribute("Name", action.functionName);
     {
         XmlNode parameters(node, "Params");
-        for (const SwfString& parameter : action.parameters) XmlNode(parameters, "Param").attribute("Value", parameter);
+        for (const SwfString& parameter : action.parameters)
+            XmlNode(parameters, "Param").attribute("Value", parameter);
     }
     writeBody(node, "Actions", action.body);
 }
@@ -201,7 +205,8 @@ void readXml(XmlElement& element, SwfActionDefineFunction& action) {
 
 void writeXml(XmlNode& node, const SwfActionGotoFrame2& action) {
     node.attribute("Play", action.play);
-    if (action.sceneBias != 0) node.attribute("SceneBias", action.sceneBias);
+    if (action.sceneBias != 0)
+        node.attribute("SceneBias", action.sceneBias);
 }
 
 void readXml(XmlElement& element, SwfActionGotoFrame2& action) {

@@ -15,7 +15,8 @@ void writeActionsChild(XmlNode& node, const SwfActions& actions) {
 
 // The first child holds the actions, whatever its name.
 void readActionsChild(XmlElement& element, SwfActions& actions) {
-    if (auto child = element.childAt(0)) readActions(*child, actions);
+    if (auto child = element.childAt(0))
+        readActions(*child, actions);
 }
 
 } // namespace
@@ -35,19 +36,22 @@ void readXml(XmlElement& element, SwfTagDoInitAction& tag) {
 }
 
 static void writeXml(XmlNode& node, const SwfClipAction& record) {
-    for (const SwfClipAction::Event& event : SwfClipAction::events) node.attribute(event.name, record.*event.field);
+    for (const SwfClipAction::Event& event : SwfClipAction::events)
+        node.attribute(event.name, record.*event.field);
     node.attribute("KeyCode", record.keyCode);
     writeActions(node, record.actions);
 }
 
 static void readXml(XmlElement& element, SwfClipAction& record) {
-    for (const SwfClipAction::Event& event : SwfClipAction::events) record.*event.field = element.boolean(event.name);
+    for (const SwfClipAction::Event& event : SwfClipAction::events)
+        record.*event.field = element.boolean(event.name);
     record.keyCode = element.ui8("KeyCode");
     readActions(element, record.actions);
 }
 
 void writeXml(XmlNode& node, const SwfClipActions& actions) {
-    for (const SwfClipAction& record : actions.records) writeChild(node, "ClipAction", record);
+    for (const SwfClipAction& record : actions.records)
+        writeChild(node, "ClipAction", record);
 }
 
 void readXml(XmlElement& element, SwfClipActions& actions) {

@@ -23,7 +23,8 @@ struct ActionForm {
 // False when the object is not of the class: the class decides, not the code.
 template <class Action>
 bool writeAs(XmlNode& parent, const char* name, const SwfAction& action) {
-    if (typeid(action) != typeid(Action)) return false;
+    if (typeid(action) != typeid(Action))
+        return false;
     writeChild(parent, name, static_cast<const Action&>(action));
     return true;
 }
@@ -51,7 +52,8 @@ constexpr ActionForm allForms[] = {
 const ActionForm* formByCode(uint32_t code) {
     static const std::array<const ActionForm*, 256> forms = [] {
         std::array<const ActionForm*, 256> table{};
-        for (const ActionForm& form : allForms) table[form.code] = &form;
+        for (const ActionForm& form : allForms)
+            table[form.code] = &form;
         return table;
     }();
     return code < forms.size() ? forms[code] : nullptr;
@@ -61,7 +63,8 @@ const ActionForm* formByName(std::string_view name) {
     static const ActionForm unknownForm{unknownName, SwfActionCode::compiled, nullptr, readUnknown};
     static const std::unordered_map<std::string_view, const ActionForm*> forms = [] {
         std::unordered_map<std::string_view, const ActionForm*> table{{unknownName, &unknownForm}};
-        for (const ActionForm& form : allForms) table.emplace(form.name, &form);
+        for (const ActionForm& form : allForms)
+            table.emplace(form.name, &form);
         return table;
     }();
     const auto found = forms.find(name);
@@ -90,7 +93,8 @@ void writeAction(XmlNode& parent, const SwfAction& action) {
 } // namespace
 
 void writeActions(XmlNode& parent, const SwfActions& actions) {
-    for (const SwfAction* action : actions) writeAction(parent, *action);
+    for (const SwfAction* action : actions)
+        writeAction(parent, *action);
 }
 
 void readActions(XmlElement& parent, SwfActions& actions) {

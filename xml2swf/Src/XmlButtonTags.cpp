@@ -27,7 +27,8 @@ static constexpr XmlName conditionNames[] = {{"RollOver", SwfButtonAction::rollO
 static void writeRecord(XmlNode& node, const SwfButtonRecord& record, bool isButton2) {
     node.attribute("CharacterId", record.characterId);
     node.attribute("Depth", record.depth);
-    if (isButton2 && record.hasBlendMode) node.attribute("BlendMode", record.blendMode);
+    if (isButton2 && record.hasBlendMode)
+        node.attribute("BlendMode", record.blendMode);
     {
         XmlNode flags(node, "BitsField");
         flags.attribute("StateUp", record.stateUp);
@@ -38,9 +39,11 @@ static void writeRecord(XmlNode& node, const SwfButtonRecord& record, bool isBut
         flags.attribute("HasBlendMode", record.hasBlendMode);
     }
     writeChild(node, "Matrix", record.matrix);
-    if (!isButton2) return;
+    if (!isButton2)
+        return;
     writeChild(node, "ColorTransform", record.colorTransform);
-    if (record.hasFilterList) writeChild(node, "FilterList", record.filters);
+    if (record.hasFilterList)
+        writeChild(node, "FilterList", record.filters);
 }
 
 static void readRecord(XmlElement& element, SwfButtonRecord& record, bool isButton2) {
@@ -55,7 +58,8 @@ static void readRecord(XmlElement& element, SwfButtonRecord& record, bool isButt
         record.hasBlendMode = flags->boolean("HasBlendMode");
     }
     readChild(element, "Matrix", record.matrix);
-    if (!isButton2) return;
+    if (!isButton2)
+        return;
     // What is there counts as announced, so that nothing is left out of the file.
     record.hasBlendMode = element.has("BlendMode") || record.hasBlendMode;
     record.blendMode = element.ui8("BlendMode");
@@ -73,7 +77,8 @@ static void writeRecords(XmlNode& button, const SwfButtonRecords& list, bool isB
 
 static void readRecords(XmlElement& button, SwfButtonRecords& list, bool isButton2) {
     auto element = button.child("ButtonRecords");
-    if (!element) return;
+    if (!element)
+        return;
     for (XmlElement child : element->children()) {
         if (child.is("ButtonRecord"))
             readRecord(child, list.records.emplace_back(), isButton2);
@@ -85,7 +90,8 @@ static void readRecords(XmlElement& button, SwfButtonRecords& list, bool isButto
 void writeXml(XmlNode& node, const SwfTagDefineButton& tag) {
     node.attribute("ButtonId", tag.buttonId);
     writeRecords(node, tag.records, false);
-    if (tag.actions.empty()) return;
+    if (tag.actions.empty())
+        return;
     XmlNode actions(node, "Actions");
     writeActions(actions, tag.actions);
 }
@@ -93,12 +99,14 @@ void writeXml(XmlNode& node, const SwfTagDefineButton& tag) {
 void readXml(XmlElement& element, SwfTagDefineButton& tag) {
     tag.buttonId = element.ui16("ButtonId");
     readRecords(element, tag.records, false);
-    if (auto actions = element.child("Actions")) readActions(*actions, tag.actions);
+    if (auto actions = element.child("Actions"))
+        readActions(*actions, tag.actions);
 }
 
 // A key is a name, or a number for one without: most keys of buttons are characters.
 static void writeKeyCode(XmlNode& node, uint8_t code) {
-    if (code == 0) return;
+    if (code == 0)
+        return;
     const std::string_view name = findName(keyNames, code);
     if (name.empty())
         node.attribute("KeyCode", code);
@@ -121,7 +129,8 @@ static void writeAction(XmlNode& node, const SwfButtonAction& action) {
 
 static void readAction(XmlElement& element, SwfButtonAction& action) {
     for (const XmlName& condition : conditionNames) {
-        if (element.boolean(condition.name)) action.conditions |= static_cast<uint16_t>(condition.value);
+        if (element.boolean(condition.name))
+            action.conditions |= static_cast<uint16_t>(condition.value);
     }
     action.setKeyCode(readKeyCode(element));
     readActions(element, action.actions);
@@ -131,7 +140,8 @@ void writeXml(XmlNode& node, const SwfTagDefineButton2& tag) {
     node.attribute("ButtonId", tag.buttonId);
     node.attribute("TrackAsMenu", tag.trackAsMenu);
     writeRecords(node, tag.records, true);
-    if (tag.conditionActions.empty()) return;
+    if (tag.conditionActions.empty())
+        return;
     XmlNode list(node, "ButtonCondactions");
     for (const SwfButtonAction& action : tag.conditionActions) {
         XmlNode child(list, "ButtonCondaction");
@@ -144,7 +154,8 @@ void readXml(XmlElement& element, SwfTagDefineButton2& tag) {
     tag.trackAsMenu = element.boolean("TrackAsMenu");
     readRecords(element, tag.records, true);
     auto list = element.child("ButtonCondactions");
-    if (!list) return;
+    if (!list)
+        return;
     for (XmlElement child : list->children()) {
         if (child.is("ButtonCondaction"))
             readAction(child, tag.conditionActions.emplace_back());
@@ -170,7 +181,8 @@ void writeXml(XmlNode& node, const SwfTagDefineButtonSound& tag) {
     node.attribute("SoundIdPress", tag.press.soundId);
     node.attribute("SoundIdRelease", tag.release.soundId);
     auto writeInfo = [&](const char* name, const SwfButtonSound& sound) {
-        if (sound.soundId != 0) writeChild(node, name, sound.soundInfo);
+        if (sound.soundId != 0)
+            writeChild(node, name, sound.soundInfo);
     };
     writeInfo("SoundInfoRollOut", tag.rollOut);
     writeInfo("SoundInfoRollOver", tag.rollOver);

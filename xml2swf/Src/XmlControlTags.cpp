@@ -11,7 +11,8 @@ void readXml(XmlElement& element, SwfTagSetBackgroundColor& tag) { tag.color = e
 
 // Without a password the element has no attribute; an empty one is not the same.
 void writeXml(XmlNode& node, const SwfTagProtect& tag) {
-    if (tag.hasPassword) node.attribute("Password", tag.password);
+    if (tag.hasPassword)
+        node.attribute("Password", tag.password);
 }
 
 void readXml(XmlElement& element, SwfTagProtect& tag) {
@@ -64,14 +65,17 @@ static constexpr XmlName fileAttributes[] = {{"UseNetwork", SwfTagFileAttributes
                                              {"UseDirectBlit", SwfTagFileAttributes::useDirectBlit}};
 
 void writeXml(XmlNode& node, const SwfTagFileAttributes& tag) {
-    for (const XmlName& flag : fileAttributes) node.attribute(flag.name, (tag.flags & flag.value) != 0);
+    for (const XmlName& flag : fileAttributes)
+        node.attribute(flag.name, (tag.flags & flag.value) != 0);
     const uint32_t reserved = tag.flags & ~uint32_t(SwfTagFileAttributes::named);
-    if (reserved != 0) node.attribute("Reserved", reserved);
+    if (reserved != 0)
+        node.attribute("Reserved", reserved);
 }
 
 void readXml(XmlElement& element, SwfTagFileAttributes& tag) {
     tag.flags = 0;
-    for (const XmlName& flag : fileAttributes) tag.flags |= element.boolean(flag.name) ? flag.value : 0;
+    for (const XmlName& flag : fileAttributes)
+        tag.flags |= element.boolean(flag.name) ? flag.value : 0;
     tag.flags |= element.ui32("Reserved") & ~uint32_t(SwfTagFileAttributes::named);
 }
 
@@ -80,7 +84,8 @@ void writeXml(XmlNode& node, const SwfTagMetadata& tag) { XmlNode(node, "Data").
 // The text may stand in an attribute as well.
 void readXml(XmlElement& element, SwfTagMetadata& tag) {
     tag.data = element.string("Data");
-    if (auto child = element.child("Data")) tag.data = child->content();
+    if (auto child = element.child("Data"))
+        tag.data = child->content();
 }
 
 void writeXml(XmlNode& node, const SwfTagDefineSceneAndFrameLabelData& tag) {

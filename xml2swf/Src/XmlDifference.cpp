@@ -30,11 +30,14 @@ std::string_view valueOf(const RawAttribute& attribute) { return {attribute.valu
 // The part of a long value that shows where it parts from the other.
 std::string excerpt(std::string_view value, size_t differsAt) {
     constexpr size_t most = 60, before = 10;
-    if (value.size() <= most) return std::string(value);
+    if (value.size() <= most)
+        return std::string(value);
     const size_t start = std::max(std::min(differsAt, value.size()), before) - before;
     std::string text(value.substr(start, most));
-    if (start != 0) text.insert(0, "...");
-    if (start + most < value.size()) text += "...";
+    if (start != 0)
+        text.insert(0, "...");
+    if (start + most < value.size())
+        text += "...";
     return text + " (" + std::to_string(value.size()) + " characters)";
 }
 
@@ -46,7 +49,8 @@ FieldDifference valuesOf(std::string path, std::string_view a, std::string_view 
 std::string tagText(const RawNode& node) { return "<" + std::string(nameOf(node)) + ">"; }
 
 RawNode* elementFrom(RawNode* node) {
-    while (node != nullptr && node->type() != rapidxml::node_element) node = node->next_sibling();
+    while (node != nullptr && node->type() != rapidxml::node_element)
+        node = node->next_sibling();
     return node;
 }
 
@@ -54,7 +58,8 @@ RawNode* elementFrom(RawNode* node) {
 std::string textOf(const RawNode& node) {
     std::string text;
     for (RawNode* child = node.first_node(); child != nullptr; child = child->next_sibling()) {
-        if (child->type() == rapidxml::node_cdata) text.append(child->value(), child->value_size());
+        if (child->type() == rapidxml::node_cdata)
+            text.append(child->value(), child->value_size());
     }
     return text;
 }
@@ -63,9 +68,11 @@ std::string textOf(const RawNode& node) {
 std::string stepTo(const RawNode& node) {
     uint32_t position = 1, count = 0;
     for (RawNode* other = node.parent()->first_node(); other != nullptr; other = other->next_sibling()) {
-        if (other->type() != rapidxml::node_element || nameOf(*other) != nameOf(node)) continue;
+        if (other->type() != rapidxml::node_element || nameOf(*other) != nameOf(node))
+            continue;
         ++count;
-        if (other == &node) position = count;
+        if (other == &node)
+            position = count;
     }
     const std::string step = "/" + std::string(nameOf(node));
     return count > 1 ? step + "[" + std::to_string(position) + "]" : step;
@@ -78,8 +85,10 @@ Found differingAttribute(const RawNode& a, const RawNode& b) {
     for (const RawAttribute* mine = a.first_attribute(); mine != nullptr; mine = mine->next_attribute()) {
         const RawAttribute* other = b.first_attribute(mine->name(), mine->name_size());
         const std::string place = "/@" + std::string(nameOf(*mine));
-        if (other == nullptr) return FieldDifference{place, excerpt(valueOf(*mine), 0), {}};
-        if (valueOf(*mine) != valueOf(*other)) return valuesOf(place, valueOf(*mine), valueOf(*other));
+        if (other == nullptr)
+            return FieldDifference{place, excerpt(valueOf(*mine), 0), {}};
+        if (valueOf(*mine) != valueOf(*other))
+            return valuesOf(place, valueOf(*mine), valueOf(*other));
     }
     for (const RawAttribute* other = b.first_attribute(); other != nullptr; other = other->next_attribute()) {
         if (a.first_attribute(other->name(), other->name_size()) == nullptr)
@@ -89,10 +98,13 @@ Found differingAttribute(const RawNode& a, const RawNode& b) {
 }
 
 Found differingElement(const RawNode& a, const RawNode& b) {
-    if (nameOf(a) != nameOf(b)) return FieldDifference{{}, tagText(a), tagText(b)};
-    if (Found attribute = differingAttribute(a, b)) return attribute;
+    if (nameOf(a) != nameOf(b))
+        return FieldDifference{{}, tagText(a), tagText(b)};
+    if (Found attribute = differingAttribute(a, b))
+        return attribute;
     const std::string text = textOf(a), otherText = textOf(b);
-    if (text != otherText) return valuesOf({}, text, otherText);
+    if (text != otherText)
+        return valuesOf({}, text, otherText);
     RawNode* mine = elementFrom(a.first_node());
     RawNode* other = elementFrom(b.first_node());
     for (; mine != nullptr && other != nullptr; mine = elementFrom(mine->next_sibling())) {
@@ -102,8 +114,10 @@ Found differingElement(const RawNode& a, const RawNode& b) {
         }
         other = elementFrom(other->next_sibling());
     }
-    if (mine != nullptr) return FieldDifference{stepTo(*mine), tagText(*mine), {}};
-    if (other != nullptr) return FieldDifference{stepTo(*other), {}, tagText(*other)};
+    if (mine != nullptr)
+        return FieldDifference{stepTo(*mine), tagText(*mine), {}};
+    if (other != nullptr)
+        return FieldDifference{stepTo(*other), {}, tagText(*other)};
     return {};
 }
 

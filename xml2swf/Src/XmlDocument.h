@@ -11,14 +11,14 @@
 
 namespace xml2swf {
 
-/// A text and its parsed windows. Small texts are parsed as a whole; of big ones only what is being read stands in memory
-/// in parsed form. The text must outlive the document.
+/// A text and its parsed windows. Small texts are parsed as a whole; of big ones only what is being read stands in
+/// memory in parsed form. The text must outlive the document.
 class XmlDocument {
 public:
     static constexpr uint32_t maxDepth = 1000; ///< of nested elements; the parser recurses
 
-    /// Throws XmlSyntaxError for what can be told without parsing every piece; the rest shows when a piece is read, or in
-    /// validate().
+    /// Throws XmlSyntaxError for what can be told without parsing every piece; the rest shows when a piece is read, or
+    /// in validate().
     explicit XmlDocument(std::string_view text, std::vector<ElementSpan>* spans = nullptr);
     ~XmlDocument();
     XmlDocument(const XmlDocument&) = delete;

@@ -15,7 +15,8 @@ void writeFontName(XmlNode& node, const SwfString& name) {
 
 uint32_t smallInteger(XmlElement& element, std::string_view name, uint32_t bits) {
     const uint32_t value = element.ui32(name);
-    if (value >> bits != 0) element.badValue(name, std::to_string(value));
+    if (value >> bits != 0)
+        element.badValue(name, std::to_string(value));
     return value;
 }
 
@@ -45,7 +46,8 @@ void readXml(XmlElement& element, SwfTagDefineFontInfo& tag) {
         tag.bold = bits->boolean("Bold");
         tag.wideCodes = bits->boolean("WideCodes"); // recomputed before writing
     }
-    if (auto codes = element.child("CodesTable")) readCodeTable(*codes, tag.codes);
+    if (auto codes = element.child("CodesTable"))
+        readCodeTable(*codes, tag.codes);
 }
 
 void writeXml(XmlNode& node, const SwfTagDefineFontInfo2& tag) {
@@ -70,7 +72,8 @@ void readXml(XmlElement& element, SwfTagDefineFontInfo2& tag) {
         tag.italic = bits->boolean("Italic");
         tag.bold = bits->boolean("Bold");
     }
-    if (auto codes = element.child("CodesTable")) readCodeTable(*codes, tag.codes);
+    if (auto codes = element.child("CodesTable"))
+        readCodeTable(*codes, tag.codes);
 }
 
 void writeXml(XmlNode& node, const SwfTagDefineFontName& tag) {
@@ -118,14 +121,16 @@ void writeXml(XmlNode& node, const SwfTagDefineFontAlignZones& tag) {
     node.attribute("FontId", tag.fontId);
     node.attribute("CSMTableHint", tag.csmTableHint());
     XmlNode records(node, "ZoneRecords");
-    for (const SwfZoneRecord& record : tag.records) writeChild(records, "ZoneRecord", record);
+    for (const SwfZoneRecord& record : tag.records)
+        writeChild(records, "ZoneRecord", record);
 }
 
 void readXml(XmlElement& element, SwfTagDefineFontAlignZones& tag) {
     tag.fontId = element.ui16("FontId");
     tag.flags = static_cast<uint8_t>(smallInteger(element, "CSMTableHint", 2) << 6);
     auto records = element.child("ZoneRecords");
-    if (!records) return;
+    if (!records)
+        return;
     for (XmlElement child : records->children()) {
         if (child.is("ZoneRecord"))
             readXml(child, tag.records.append({}));
@@ -142,7 +147,8 @@ void writeXml(XmlNode& node, const SwfTagDefineFont4& tag) {
         bits.attribute("Bold", tag.bold);
         bits.attribute("Italic", tag.italic);
     }
-    if (tag.hasFontData) writePayload(node, "FontData", tag.fontData.span());
+    if (tag.hasFontData)
+        writePayload(node, "FontData", tag.fontData.span());
 }
 
 void readXml(XmlElement& element, SwfTagDefineFont4& tag) {

@@ -20,7 +20,8 @@ uint32_t smallInteger(XmlElement& element, std::string_view name, uint32_t bits)
 template <class Int>
 void writeCodeTable(XmlNode& parent, std::string_view name, const libswf::SwfVector<Int>& values) {
     XmlNode table(parent, name);
-    for (const Int value : values) XmlNode(table, "Code").attribute("Value", value);
+    for (const Int value : values)
+        XmlNode(table, "Code").attribute("Value", value);
 }
 
 template <class Int>

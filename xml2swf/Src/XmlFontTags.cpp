@@ -41,9 +41,11 @@ void writeLayout(XmlNode& node, const SwfTagDefineFont2& tag) {
     writeCodeTable(node, "AdvanceTable", tag.advances);
     {
         XmlNode table(node, "BoundsTable");
-        for (const SwfRect& rect : tag.bounds) writeChild(table, "Bound", rect);
+        for (const SwfRect& rect : tag.bounds)
+            writeChild(table, "Bound", rect);
     }
-    if (tag.kerning.empty()) return;
+    if (tag.kerning.empty())
+        return;
     XmlNode table(node, "KerningTable");
     for (const SwfKerningRecord& record : tag.kerning) {
         XmlNode child(table, "KerningRecord");
@@ -54,7 +56,8 @@ void writeLayout(XmlNode& node, const SwfTagDefineFont2& tag) {
 }
 
 void readBounds(XmlElement& table, SwfRects& bounds) {
-    for (XmlElement child : table.children()) readXml(child, bounds.append({}));
+    for (XmlElement child : table.children())
+        readXml(child, bounds.append({}));
 }
 
 void readKerning(XmlElement& table, SwfKerningRecords& kerning) {
@@ -81,7 +84,8 @@ void writeXml(XmlNode& node, const SwfTagDefineFont& tag) {
 // The first child is the glyph table, whatever its name.
 void readXml(XmlElement& element, SwfTagDefineFont& tag) {
     tag.characterId = element.ui16("FontId");
-    if (auto table = element.childAt(0)) readGlyphs(*table, tag.glyphs);
+    if (auto table = element.childAt(0))
+        readGlyphs(*table, tag.glyphs);
 }
 
 void writeXml(XmlNode& node, const SwfTagDefineFont2& tag) {
@@ -95,11 +99,13 @@ void writeXml(XmlNode& node, const SwfTagDefineFont2& tag) {
     }
     {
         XmlNode bits(node, "BitsField");
-        for (const FontFlag& entry : fontFlags) bits.attribute(entry.name, tag.*entry.flag);
+        for (const FontFlag& entry : fontFlags)
+            bits.attribute(entry.name, tag.*entry.flag);
     }
     writeGlyphs(node, "Glyphs", tag.glyphs);
     writeCodeTable(node, "CodesTable", tag.codes);
-    if (tag.hasLayout) writeLayout(node, tag);
+    if (tag.hasLayout)
+        writeLayout(node, tag);
 }
 
 void readXml(XmlElement& element, SwfTagDefineFont2& tag) {
@@ -111,7 +117,8 @@ void readXml(XmlElement& element, SwfTagDefineFont2& tag) {
     tag.leading = element.si16("Leading");
     for (XmlElement child : element.children()) {
         if (child.is("BitsField")) {
-            for (const FontFlag& entry : fontFlags) tag.*entry.flag = child.boolean(entry.name);
+            for (const FontFlag& entry : fontFlags)
+                tag.*entry.flag = child.boolean(entry.name);
         } else if (child.is("Glyphs")) {
             readGlyphs(child, tag.glyphs);
         } else if (child.is("CodesTable")) {

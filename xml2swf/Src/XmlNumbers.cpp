@@ -7,17 +7,21 @@ namespace xml2swf {
 
 namespace {
 
-template <class Real> struct RealBits;
-template <> struct RealBits<float> {
+template <class Real>
+struct RealBits;
+template <>
+struct RealBits<float> {
     using Type = uint32_t;
     static constexpr Type quietNaN = 0x7FC00000;
 };
-template <> struct RealBits<double> {
+template <>
+struct RealBits<double> {
     using Type = uint64_t;
     static constexpr Type quietNaN = 0x7FF8000000000000;
 };
 
-template <class Real> NumberText format(Real value) {
+template <class Real>
+NumberText format(Real value) {
     using Bits = typename RealBits<Real>::Type;
     NumberText text;
     char* end = text.chars;
@@ -36,7 +40,8 @@ template <class Real> NumberText format(Real value) {
     return text;
 }
 
-template <class Real> std::optional<Real> parseNaN(std::string_view text) {
+template <class Real>
+std::optional<Real> parseNaN(std::string_view text) {
     using Bits = typename RealBits<Real>::Type;
     if (text == "nan")
         return std::bit_cast<Real>(RealBits<Real>::quietNaN);
@@ -51,7 +56,8 @@ template <class Real> std::optional<Real> parseNaN(std::string_view text) {
     return value;
 }
 
-template <class Real> std::optional<Real> parse(std::string_view text) {
+template <class Real>
+std::optional<Real> parse(std::string_view text) {
     if (text.starts_with("nan"))
         return parseNaN<Real>(text);
     const bool negative = text.starts_with('-');

@@ -30,8 +30,8 @@ struct XmlBlock {
     std::vector<XmlPiece> pieces;
 };
 
-/// What is parsed at a time: pieces of at most about this many bytes, so that the parsed form of a big text never stands in
-/// memory as a whole.
+/// What is parsed at a time: pieces of at most about this many bytes, so that the parsed form of a big text never
+/// stands in memory as a whole.
 constexpr size_t windowSize = 16 * 1024;
 
 struct XmlStructure {
@@ -40,9 +40,9 @@ struct XmlStructure {
     bool regular = true;          ///< elements close as they open; otherwise the parser has to see the text as a whole
 };
 
-/// Throws XmlSyntaxError for a NUL (the parser would take it for the end) and for elements nested more than `maxDepth` deep
-/// (the parser recurses). With `spans`, also tells where the children of Movie and DefineSprite stand, in the order of
-/// their starts.
+/// Throws XmlSyntaxError for a NUL (the parser would take it for the end) and for elements nested more than `maxDepth`
+/// deep (the parser recurses). With `spans`, also tells where the children of Movie and DefineSprite stand, in the
+/// order of their starts.
 XmlStructure scanXml(std::string_view text, uint32_t maxDepth, std::vector<ElementSpan>* spans);
 
 } // namespace xml2swf

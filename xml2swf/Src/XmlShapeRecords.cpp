@@ -15,9 +15,12 @@ static void writeStyleChange(XmlNode& node, const SwfStyleChange& change, LineSt
         move.attribute("DX", change.moveDeltaX);
         move.attribute("DY", change.moveDeltaY);
     }
-    if (change.stateFillStyle0) writeIndex(node, "SetFill0", change.fillStyle0);
-    if (change.stateFillStyle1) writeIndex(node, "SetFill1", change.fillStyle1);
-    if (change.stateLineStyle) writeIndex(node, "SetLine", change.lineStyle);
+    if (change.stateFillStyle0)
+        writeIndex(node, "SetFill0", change.fillStyle0);
+    if (change.stateFillStyle1)
+        writeIndex(node, "SetFill1", change.fillStyle1);
+    if (change.stateLineStyle)
+        writeIndex(node, "SetLine", change.lineStyle);
     if (change.newStyles != nullptr) {
         XmlNode styles(node, "NewStyles");
         writeChild(styles, "FillStyles", change.newStyles->fillStyles);
@@ -46,8 +49,10 @@ static void readStyleChange(XmlElement& element, SwfStyleChange& change, LineSty
             change.stateLineStyle |= readIndex(child, change.lineStyle);
         } else if (child.is("NewStyles")) {
             change.newStyles = std::make_unique<SwfNewStyles>();
-            if (auto fills = child.childAt(0)) readXml(*fills, change.newStyles->fillStyles);
-            if (auto lines = child.childAt(1)) readLineStyles(*lines, change.newStyles->lineStyles, kind);
+            if (auto fills = child.childAt(0))
+                readXml(*fills, change.newStyles->fillStyles);
+            if (auto lines = child.childAt(1))
+                readLineStyles(*lines, change.newStyles->lineStyles, kind);
         } else {
             child.skip();
         }

@@ -26,9 +26,12 @@ void readXml(XmlElement& element, SwfSoundFormat& format) {
 }
 
 void writeXml(XmlNode& node, const SwfSoundInfo& info) {
-    if (info.has(SwfSoundInfo::hasInPoint)) node.attribute("InPoint", info.inPoint);
-    if (info.has(SwfSoundInfo::hasOutPoint)) node.attribute("OutPoint", info.outPoint);
-    if (info.has(SwfSoundInfo::hasLoops)) node.attribute("LoopCount", info.loopCount);
+    if (info.has(SwfSoundInfo::hasInPoint))
+        node.attribute("InPoint", info.inPoint);
+    if (info.has(SwfSoundInfo::hasOutPoint))
+        node.attribute("OutPoint", info.outPoint);
+    if (info.has(SwfSoundInfo::hasLoops))
+        node.attribute("LoopCount", info.loopCount);
     {
         XmlNode flags(node, "BitsField");
         flags.attribute("SyncStop", info.has(SwfSoundInfo::syncStop));

@@ -21,7 +21,8 @@ struct TagForm {
     void (*read)(XmlElement& element, SwfTag& tag);
 };
 
-template <class Tag> bool writeAs(XmlNode& parent, const char* name, const SwfTag& tag) {
+template <class Tag>
+bool writeAs(XmlNode& parent, const char* name, const SwfTag& tag) {
     const auto* typed = dynamic_cast<const Tag*>(&tag);
     if (typed == nullptr)
         return false;
@@ -29,16 +30,23 @@ template <class Tag> bool writeAs(XmlNode& parent, const char* name, const SwfTa
     return true;
 }
 
-template <class Tag> std::shared_ptr<SwfTag> makeAs() {
+template <class Tag>
+std::shared_ptr<SwfTag> makeAs() {
     if constexpr (std::is_same_v<Tag, SwfTagUnknown>)
         return std::make_shared<Tag>(uint16_t(0));
     else
         return std::make_shared<Tag>();
 }
 
-template <class Tag> void readAs(XmlElement& element, SwfTag& tag) { readXml(element, static_cast<Tag&>(tag)); }
+template <class Tag>
+void readAs(XmlElement& element, SwfTag& tag) {
+    readXml(element, static_cast<Tag&>(tag));
+}
 
-template <class Tag> constexpr TagForm formOf(const char* name) { return {name, writeAs<Tag>, makeAs<Tag>, readAs<Tag>}; }
+template <class Tag>
+constexpr TagForm formOf(const char* name) {
+    return {name, writeAs<Tag>, makeAs<Tag>, readAs<Tag>};
+}
 
 const TagForm unknownForm = formOf<SwfTagUnknown>("Unknown");
 

@@ -7,9 +7,12 @@ namespace xml2swf {
 using namespace libswf;
 
 static void writeXml(XmlNode& node, const SwfTextRecord& record) {
-    if (record.flags & SwfTextRecord::xOffsetBit) node.attribute("XOffset", record.xOffset);
-    if (record.flags & SwfTextRecord::yOffsetBit) node.attribute("YOffset", record.yOffset);
-    if (record.flags & SwfTextRecord::colorBit) node.attribute("Color", record.color);
+    if (record.flags & SwfTextRecord::xOffsetBit)
+        node.attribute("XOffset", record.xOffset);
+    if (record.flags & SwfTextRecord::yOffsetBit)
+        node.attribute("YOffset", record.yOffset);
+    if (record.flags & SwfTextRecord::colorBit)
+        node.attribute("Color", record.color);
     if (record.flags & SwfTextRecord::fontBit) {
         node.attribute("FontId", record.fontId);
         node.attribute("Height", record.height);
@@ -26,7 +29,8 @@ static void writeXml(XmlNode& node, const SwfTextRecord& record) {
 // The presence of an attribute sets its flag.
 static void readXml(XmlElement& element, SwfTextRecord& record) {
     auto present = [&](const char* name, uint8_t bit) {
-        if (element.has(name)) record.flags |= bit;
+        if (element.has(name))
+            record.flags |= bit;
     };
     present("XOffset", SwfTextRecord::xOffsetBit);
     present("YOffset", SwfTextRecord::yOffsetBit);
@@ -38,9 +42,11 @@ static void readXml(XmlElement& element, SwfTextRecord& record) {
     record.color = element.color("Color");
     record.fontId = element.ui16("FontId");
     record.height = element.ui16("Height");
-    if (element.boolean("Type")) record.flags |= SwfTextRecord::typeBit;
+    if (element.boolean("Type"))
+        record.flags |= SwfTextRecord::typeBit;
     auto entries = element.child("GlyphEntries");
-    if (!entries) return;
+    if (!entries)
+        return;
     for (XmlElement child : entries->children()) {
         if (!child.is("GlyphEntry")) {
             child.skip();
@@ -58,7 +64,8 @@ void writeXml(XmlNode& node, const SwfTagDefineText& tag) {
     writeChild(node, "Bounds", tag.bounds);
     writeChild(node, "Matrix", tag.matrix);
     XmlNode records(node, "TextRecords");
-    for (const SwfTextRecord& record : tag.records) writeChild(records, "TextRecord", record);
+    for (const SwfTextRecord& record : tag.records)
+        writeChild(records, "TextRecord", record);
 }
 
 void readXml(XmlElement& element, SwfTagDefineText& tag) {
@@ -66,7 +73,8 @@ void readXml(XmlElement& element, SwfTagDefineText& tag) {
     readChild(element, "Bounds", tag.bounds);
     readChild(element, "Matrix", tag.matrix);
     auto records = element.child("TextRecords");
-    if (!records) return;
+    if (!records)
+        return;
     for (XmlElement child : records->children()) {
         if (!child.is("TextRecord")) {
             child.skip();
@@ -123,9 +131,12 @@ void writeXml(XmlNode& node, const SwfTagDefineEditText& tag) {
         node.attribute("FontId", tag.fontId);
         node.attribute("FontHeight", tag.fontHeight);
     }
-    if (tag.hasFontClass) node.attribute("FontClass", tag.fontClass);
-    if (tag.hasMaxLength) node.attribute("MaxLength", tag.maxLength);
-    if (tag.hasTextColor) node.attribute("Color", tag.color);
+    if (tag.hasFontClass)
+        node.attribute("FontClass", tag.fontClass);
+    if (tag.hasMaxLength)
+        node.attribute("MaxLength", tag.maxLength);
+    if (tag.hasTextColor)
+        node.attribute("Color", tag.color);
     if (tag.hasLayout) {
         if (const std::string_view align = findName(alignNames, tag.align); !align.empty())
             node.attribute("Align", align);
@@ -138,9 +149,11 @@ void writeXml(XmlNode& node, const SwfTagDefineEditText& tag) {
     writeChild(node, "Bounds", tag.bounds);
     {
         XmlNode bits(node, "BitsField");
-        for (const EditTextFlag& entry : editTextFlags) bits.attribute(entry.name, tag.*entry.flag);
+        for (const EditTextFlag& entry : editTextFlags)
+            bits.attribute(entry.name, tag.*entry.flag);
     }
-    if (tag.hasText) XmlNode(node, "InitialText").text(tag.initialText.view());
+    if (tag.hasText)
+        XmlNode(node, "InitialText").text(tag.initialText.view());
 }
 
 // Several attributes share a flag, and the last one asked for decides it: hasFont follows FontHeight, hasLayout follows
@@ -166,7 +179,8 @@ static void readEditTextAttributes(XmlElement& element, SwfTagDefineEditText& ta
                                    std::string("the attribute ") + name + " counts only together with " + decider);
     };
     needs("FontId", "FontHeight");
-    for (const char* name : {"Align", "LeftMargin", "RightMargin", "Indent"}) needs(name, "Leading");
+    for (const char* name : {"Align", "LeftMargin", "RightMargin", "Indent"})
+        needs(name, "Leading");
 }
 
 void readXml(XmlElement& element, SwfTagDefineEditText& tag) {
@@ -178,7 +192,8 @@ void readXml(XmlElement& element, SwfTagDefineEditText& tag) {
     tag.varName = element.string("VarName");
     readChild(element, "Bounds", tag.bounds);
     if (auto bits = element.child("BitsField")) {
-        for (const EditTextFlag& entry : editTextFlags) tag.*entry.flag = bits->boolean(entry.name);
+        for (const EditTextFlag& entry : editTextFlags)
+            tag.*entry.flag = bits->boolean(entry.name);
     }
     if (auto text = element.child("InitialText")) {
         tag.hasText = true;

@@ -15,7 +15,8 @@ static constexpr XmlName deblockingLevels[] = {{"Level1", 2}, {"Level2", 3}, {"L
 // UseVideo for 0 and its absence for 1 (off), Reserved1 for 6 and 7.
 static void writeDeblocking(XmlNode& flags, uint8_t deblocking) {
     const std::string_view level = findName(deblockingLevels, deblocking);
-    if (!level.empty()) flags.attribute("Deblocking", level);
+    if (!level.empty())
+        flags.attribute("Deblocking", level);
     flags.attribute("UseVideo", deblocking == VideoStream::useVideo);
     flags.attribute("Reserved1", deblocking > VideoStream::level4 ? deblocking : uint8_t(0));
 }
@@ -25,8 +26,10 @@ static uint8_t readDeblocking(XmlElement& flags) {
     const uint32_t level = flags.named("Deblocking", deblockingLevels, noLevel);
     const bool useVideo = flags.boolean("UseVideo");
     const uint8_t reserved = flags.ui8("Reserved1");
-    if (level != noLevel) return static_cast<uint8_t>(level);
-    if (reserved == 6 || reserved == 7) return reserved;
+    if (level != noLevel)
+        return static_cast<uint8_t>(level);
+    if (reserved == 6 || reserved == 7)
+        return reserved;
     return useVideo ? VideoStream::useVideo : VideoStream::off;
 }
 
@@ -50,7 +53,8 @@ void readXml(XmlElement& element, SwfTagDefineVideoStream& tag) {
     tag.codecId = static_cast<uint8_t>(element.named("CodecId", codecs));
     tag.deblocking = VideoStream::off;
     auto flags = element.child("BitsField");
-    if (!flags) return;
+    if (!flags)
+        return;
     tag.smoothing = flags->boolean("Smoothing");
     tag.deblocking = readDeblocking(*flags);
     tag.reserved = flags->ui8("Reserved2");

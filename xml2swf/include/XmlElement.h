@@ -69,7 +69,8 @@ public:
     /// The value of the first attribute, whatever its name.
     std::optional<std::string_view> firstAttribute();
     libswf::SwfString string(std::string_view name) { return libswf::SwfString(attribute(name).value_or("")); }
-    template <std::integral Int> Int integer(std::string_view name) {
+    template <std::integral Int>
+    Int integer(std::string_view name) {
         return static_cast<Int>(ranged(name, std::numeric_limits<Int>::min(), std::numeric_limits<Int>::max()));
     }
     uint8_t ui8(std::string_view name) { return integer<uint8_t>(name); }
@@ -125,7 +126,7 @@ public:
         RawNode* _node = nullptr;
         XmlBlock* _parent = nullptr; // null when all children stand in one window
         size_t _nextPiece = 0;
-        XmlBlock* _child = nullptr;  // the current child when it is big
+        XmlBlock* _child = nullptr; // the current child when it is big
     };
     struct Children {
         ChildIterator first;
@@ -165,7 +166,8 @@ private:
 };
 
 /// A child element read by readXml(XmlElement&, T&). False when it is missing.
-template <class T> bool readChild(XmlElement& parent, std::string_view name, T& value) {
+template <class T>
+bool readChild(XmlElement& parent, std::string_view name, T& value) {
     auto child = parent.child(name);
     if (child)
         readXml(*child, value);

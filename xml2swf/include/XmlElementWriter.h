@@ -33,8 +33,7 @@ public:
     void attribute(std::string_view name, float value) { plainAttribute(name, formatReal(value).view()); }
     void attribute(std::string_view name, double value) { plainAttribute(name, formatReal(value).view()); }
     template <std::integral Int>
-        requires(!std::same_as<Int, bool>)
-    void attribute(std::string_view name, Int value) {
+    requires(!std::same_as<Int, bool>) void attribute(std::string_view name, Int value) {
         plainAttribute(name, formatInteger(value).view());
     }
     /// 0xRRGGBBAA in lower-case hexadecimal without prefix or leading zeros.
@@ -67,10 +66,10 @@ struct TagText;
 
 /// What the writers of nested tags share.
 struct XmlWriteContext {
-    libswf::SwfContext swf;           ///< of the movie: version and tags
-    bool keepRaw = false;             ///< show a tag that has no XML form as Unknown instead of throwing
+    libswf::SwfContext swf; ///< of the movie: version and tags
+    bool keepRaw = false;   ///< show a tag that has no XML form as Unknown instead of throwing
     libswf::SwfWarnings* warnings = nullptr;
-    std::vector<uint32_t> tagPath;    ///< indices of the tag being written
+    std::vector<uint32_t> tagPath;            ///< indices of the tag being written
     std::vector<TagText>* tagTexts = nullptr; ///< receives the place of each tag's element; may be null
 };
 
@@ -78,8 +77,7 @@ struct XmlWriteContext {
 class XmlNode : public XmlElementWriter {
 public:
     /// The root of a fragment.
-    XmlNode(std::string& out, XmlWriteContext& context, uint32_t depth, std::string_view name)
-        : _context(context) {
+    XmlNode(std::string& out, XmlWriteContext& context, uint32_t depth, std::string_view name) : _context(context) {
         begin(out, depth, name);
     }
     XmlNode(XmlNode& parent, std::string_view name) : _context(parent._context) {
@@ -110,7 +108,8 @@ inline void writePayload(XmlNode& parent, std::string_view name, std::span<const
 }
 
 /// A child element written by writeXml(XmlNode&, const T&).
-template <class T> void writeChild(XmlNode& parent, std::string_view name, const T& value) {
+template <class T>
+void writeChild(XmlNode& parent, std::string_view name, const T& value) {
     XmlNode node(parent, name);
     writeXml(node, value);
 }

@@ -17,9 +17,11 @@ struct NumberText {
     std::string_view view() const { return {chars, length}; }
 };
 
-template <std::integral Int> NumberText formatInteger(Int value) {
+template <std::integral Int>
+NumberText formatInteger(Int value) {
     NumberText text;
-    text.length = static_cast<uint32_t>(std::to_chars(text.chars, text.chars + sizeof text.chars, value).ptr - text.chars);
+    text.length =
+        static_cast<uint32_t>(std::to_chars(text.chars, text.chars + sizeof text.chars, value).ptr - text.chars);
     return text;
 }
 

@@ -14,8 +14,8 @@ void readXml(XmlElement& element, libswf::SwfRect& rect);
 void writeXml(XmlNode& node, const libswf::SwfMatrix& matrix);
 void readXml(XmlElement& element, libswf::SwfMatrix& matrix);
 
-/// Attributes MulR … AddA as raw 8.8 numbers; 256 is 1.0. Alpha terms are written with their group even where the record
-/// has none. A missing term of a group that is there is 0: MulR alone takes the other colours away.
+/// Attributes MulR … AddA as raw 8.8 numbers; 256 is 1.0. Alpha terms are written with their group even where the
+/// record has none. A missing term of a group that is there is 0: MulR alone takes the other colours away.
 void writeXml(XmlNode& node, const libswf::SwfColorTransform& transform);
 void readXml(XmlElement& element, libswf::SwfColorTransform& transform);
 

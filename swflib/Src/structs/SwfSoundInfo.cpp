@@ -29,12 +29,17 @@ void SwfSoundEnvelope::write(SwfOStream& stream) const {
 
 void SwfSoundInfo::read(SwfIStream& stream) {
     flags = stream.readUI8("SoundInfo flags");
-    if (has(hasInPoint)) inPoint = stream.readUI32("InPoint");
-    if (has(hasOutPoint)) outPoint = stream.readUI32("OutPoint");
-    if (has(hasLoops)) loopCount = stream.readUI16("LoopCount");
-    if (!has(hasEnvelope)) return;
+    if (has(hasInPoint))
+        inPoint = stream.readUI32("InPoint");
+    if (has(hasOutPoint))
+        outPoint = stream.readUI32("OutPoint");
+    if (has(hasLoops))
+        loopCount = stream.readUI16("LoopCount");
+    if (!has(hasEnvelope))
+        return;
     for (uint32_t left = stream.readUI8("EnvPoints"); left != 0; --left) {
-        if (stream.bodyLeft() == 0) stream.fail("SoundEnvelope", "the tag ends before its envelope");
+        if (stream.bodyLeft() == 0)
+            stream.fail("SoundEnvelope", "the tag ends before its envelope");
         envelope.append(SwfSoundEnvelope(stream));
     }
 }
@@ -45,13 +50,19 @@ uint32_t SwfSoundInfo::getSize(SwfContext& context) {
 
 void SwfSoundInfo::write(SwfOStream& stream) const {
     stream.writeUI8(flags);
-    if (has(hasInPoint)) stream.writeUI32(inPoint);
-    if (has(hasOutPoint)) stream.writeUI32(outPoint);
-    if (has(hasLoops)) stream.writeUI16(loopCount);
-    if (!has(hasEnvelope)) return;
-    if (envelope.size() > 0xFF) throw SwfException(SwfError::doesNotFit, "a sound envelope of more than 255 points");
+    if (has(hasInPoint))
+        stream.writeUI32(inPoint);
+    if (has(hasOutPoint))
+        stream.writeUI32(outPoint);
+    if (has(hasLoops))
+        stream.writeUI16(loopCount);
+    if (!has(hasEnvelope))
+        return;
+    if (envelope.size() > 0xFF)
+        throw SwfException(SwfError::doesNotFit, "a sound envelope of more than 255 points");
     stream.writeUI8(static_cast<uint8_t>(envelope.size()));
-    for (const SwfSoundEnvelope& point : envelope) point.write(stream);
+    for (const SwfSoundEnvelope& point : envelope)
+        point.write(stream);
 }
 
 } // namespace libswf

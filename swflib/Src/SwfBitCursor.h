@@ -70,12 +70,14 @@ public:
     void put(uint32_t n, uint32_t v) {
         _bits = _bits << n | (v & ((uint64_t(1) << n) - 1));
         _held += n;
-        if (_held < 32) return;
+        if (_held < 32)
+            return;
         _held -= 32;
         const uint32_t word = __builtin_bswap32(static_cast<uint32_t>(_bits >> _held));
         std::memcpy(_block + _used, &word, 4);
         _used += 4;
-        if (_used == sizeof _block) flushBlock();
+        if (_used == sizeof _block)
+            flushBlock();
     }
     void putSigned(uint32_t n, int32_t v) { put(n, static_cast<uint32_t>(v)); }
 

@@ -55,7 +55,8 @@ void SwfTagDefineMorphShape::writeBody(SwfOStream& stream) {
         writeStart(stream);
         // Put in afterwards, since only now it is known without measuring all of it again.
         const auto offset = static_cast<uint32_t>(stream.written() - start);
-        if (!stream.isCounter()) std::memcpy(stream.data() + offsetPlace, &offset, sizeof offset);
+        if (!stream.isCounter())
+            std::memcpy(stream.data() + offsetPlace, &offset, sizeof offset);
         writeEnd(stream);
     });
 }

@@ -30,7 +30,8 @@ static void readXml(XmlElement& element, SwfMorphGradientRecord& record) {
 }
 
 static void writeXml(XmlNode& node, const SwfMorphGradientRecords& gradient) {
-    for (const SwfMorphGradientRecord& record : gradient.records) writeChild(node, "MorphGradientRecord", record);
+    for (const SwfMorphGradientRecord& record : gradient.records)
+        writeChild(node, "MorphGradientRecord", record);
 }
 
 static void readXml(XmlElement& element, SwfMorphGradientRecords& gradient) {
@@ -99,20 +100,25 @@ static std::unique_ptr<SwfMorphFillStyle> readAs(XmlElement& element) {
 
 // Null for an element that is no fill style.
 static std::unique_ptr<SwfMorphFillStyle> readFillStyle(XmlElement& element) {
-    if (element.is("MorphSolidFillStyle")) return readAs<SwfMorphSolidFillStyle>(element);
-    if (element.is("MorphGradientFillStyle")) return readAs<SwfMorphGradientFillStyle>(element);
-    if (element.is("BitmapFillStyle")) return readAs<SwfMorphBitmapFillStyle>(element);
+    if (element.is("MorphSolidFillStyle"))
+        return readAs<SwfMorphSolidFillStyle>(element);
+    if (element.is("MorphGradientFillStyle"))
+        return readAs<SwfMorphGradientFillStyle>(element);
+    if (element.is("BitmapFillStyle"))
+        return readAs<SwfMorphBitmapFillStyle>(element);
     element.skip();
     return nullptr;
 }
 
 static void writeXml(XmlNode& node, const SwfMorphFillStyles& styles) {
-    for (const SwfMorphFillStyle* style : styles.items) writeFillStyle(node, *style);
+    for (const SwfMorphFillStyle* style : styles.items)
+        writeFillStyle(node, *style);
 }
 
 static void readXml(XmlElement& element, SwfMorphFillStyles& styles) {
     for (XmlElement child : element.children()) {
-        if (auto style = readFillStyle(child)) styles.items.add(std::move(style));
+        if (auto style = readFillStyle(child))
+            styles.items.add(std::move(style));
     }
 }
 
@@ -167,7 +173,8 @@ static void readXml(XmlElement& element, SwfMorphLineStyle2& style) {
         } else if (child.is("EndColor")) {
             style.endColor = child.color("Value");
         } else if (child.is("MorphFillStyle")) {
-            if (auto fill = child.childAt(0)) style.fillType = readFillStyle(*fill);
+            if (auto fill = child.childAt(0))
+                style.fillType = readFillStyle(*fill);
         } else {
             child.skip();
         }
@@ -228,7 +235,8 @@ void writeXml(XmlNode& node, const SwfTagDefineMorphShape& tag) {
 void readXml(XmlElement& element, SwfTagDefineMorphShape& tag) {
     tag.characterId = element.ui16("ShapeId");
     for (XmlElement child : element.children()) {
-        if (readCommonChild(child, tag)) continue;
+        if (readCommonChild(child, tag))
+            continue;
         if (child.is("MorphLineStyles"))
             readLineStyles<SwfMorphLineStyle>(child, tag.lineStyles);
         else
@@ -255,7 +263,8 @@ void readXml(XmlElement& element, SwfTagDefineMorphShape2& tag) {
     tag.offset = element.ui32("Offset");
     tag.flags = readStrokeFlags(element);
     for (XmlElement child : element.children()) {
-        if (readCommonChild(child, tag)) continue;
+        if (readCommonChild(child, tag))
+            continue;
         if (child.is("StartEdgeBounds"))
             readXml(child, tag.startEdgeBounds);
         else if (child.is("EndEdgeBounds"))

@@ -21,18 +21,24 @@ static void writeShape(XmlNode& node, const SwfShapeTag& tag) {
 
 // By position, whatever the names.
 static void readShape(XmlElement& element, SwfShapeTag& tag) {
-    if (auto bounds = element.childAt(0)) readXml(*bounds, tag.bounds);
-    if (auto fills = element.childAt(1)) readXml(*fills, tag.fillStyles);
-    if (auto lines = element.childAt(2)) readLineStyles(*lines, tag.lineStyles, LineStyleKind::lineStyle);
-    if (auto edges = element.childAt(3)) readShapeRecords(*edges, tag.records);
+    if (auto bounds = element.childAt(0))
+        readXml(*bounds, tag.bounds);
+    if (auto fills = element.childAt(1))
+        readXml(*fills, tag.fillStyles);
+    if (auto lines = element.childAt(2))
+        readLineStyles(*lines, tag.lineStyles, LineStyleKind::lineStyle);
+    if (auto edges = element.childAt(3))
+        readShapeRecords(*edges, tag.records);
 }
 
 // The id is the first attribute, whatever its name.
 static uint16_t readFirstId(XmlElement& element) {
     const auto text = element.firstAttribute();
-    if (!text) return 0;
+    if (!text)
+        return 0;
     const auto id = parseInteger(*text);
-    if (!id || *id < 0 || *id > UINT16_MAX) element.badValue("ShapeId", *text);
+    if (!id || *id < 0 || *id > UINT16_MAX)
+        element.badValue("ShapeId", *text);
     return static_cast<uint16_t>(*id);
 }
 

@@ -40,12 +40,14 @@ static void readRecord(XmlElement& element, SwfVector<SwfGradientRecord>& record
 
 static void writeXml(XmlNode& node, const SwfGradientRecords& gradient) {
     writeFlags(node, gradient.flags);
-    for (const SwfGradientRecord& record : gradient.records) writeChild(node, "GradientRecord", record);
+    for (const SwfGradientRecord& record : gradient.records)
+        writeChild(node, "GradientRecord", record);
 }
 
 static void readXml(XmlElement& element, SwfGradientRecords& gradient) {
     readFlags(element, gradient.flags);
-    for (XmlElement child : element.children()) readRecord(child, gradient.records);
+    for (XmlElement child : element.children())
+        readRecord(child, gradient.records);
 }
 
 static void writeXml(XmlNode& node, const SwfFocalGradient& gradient) {
@@ -55,7 +57,8 @@ static void writeXml(XmlNode& node, const SwfFocalGradient& gradient) {
         XmlNode bits(node, "BitsField");
         writeFlags(bits, gradient.flags);
     }
-    for (const SwfGradientRecord& record : gradient.records) writeChild(node, "GradientRecord", record);
+    for (const SwfGradientRecord& record : gradient.records)
+        writeChild(node, "GradientRecord", record);
 }
 
 static void readXml(XmlElement& element, SwfFocalGradient& gradient) {
@@ -87,8 +90,10 @@ static void writeXml(XmlNode& node, const SwfGradientFillStyle& style) {
 static void readXml(XmlElement& element, SwfGradientFillStyle& style) {
     constexpr uint32_t unknown = UINT32_MAX;
     const uint32_t type = element.named("Type", gradientTypes, unknown);
-    if (auto matrix = element.childAt(0)) readXml(*matrix, style.matrix);
-    if (type == unknown) return; // a linear gradient without records
+    if (auto matrix = element.childAt(0))
+        readXml(*matrix, style.matrix);
+    if (type == unknown)
+        return; // a linear gradient without records
     style.type = type;
     auto records = element.childAt(1);
     if (records && style.isFocal())
@@ -106,7 +111,8 @@ static void writeXml(XmlNode& node, const SwfBitmapFillStyle& style) {
 static void readXml(XmlElement& element, SwfBitmapFillStyle& style) {
     style.type = element.named("Type", bitmapFillTypes, SwfFillType::clippedBitmap);
     style.bitmapId = element.ui16("BitmapId");
-    if (auto matrix = element.childAt(0)) readXml(*matrix, style.matrix);
+    if (auto matrix = element.childAt(0))
+        readXml(*matrix, style.matrix);
 }
 
 static void writeFillStyle(XmlNode& parent, const SwfFillStyle& style) {
@@ -127,20 +133,25 @@ static std::unique_ptr<SwfFillStyle> readAs(XmlElement& element) {
 
 // Null for an element that is no fill style.
 static std::unique_ptr<SwfFillStyle> readFillStyle(XmlElement& element) {
-    if (element.is("SolidFillStyle")) return readAs<SwfSolidFillStyle>(element);
-    if (element.is("GradientFillStyle")) return readAs<SwfGradientFillStyle>(element);
-    if (element.is("BitmapFillStyle")) return readAs<SwfBitmapFillStyle>(element);
+    if (element.is("SolidFillStyle"))
+        return readAs<SwfSolidFillStyle>(element);
+    if (element.is("GradientFillStyle"))
+        return readAs<SwfGradientFillStyle>(element);
+    if (element.is("BitmapFillStyle"))
+        return readAs<SwfBitmapFillStyle>(element);
     element.skip();
     return nullptr;
 }
 
 void writeXml(XmlNode& node, const SwfFillStyles& styles) {
-    for (const SwfFillStyle* style : styles.items) writeFillStyle(node, *style);
+    for (const SwfFillStyle* style : styles.items)
+        writeFillStyle(node, *style);
 }
 
 void readXml(XmlElement& element, SwfFillStyles& styles) {
     for (XmlElement child : element.children()) {
-        if (auto style = readFillStyle(child)) styles.items.add(std::move(style));
+        if (auto style = readFillStyle(child))
+            styles.items.add(std::move(style));
     }
 }
 
@@ -155,8 +166,10 @@ static void readXml(XmlElement& element, SwfLineStyle& style) {
 }
 
 static void writeXml(XmlNode& node, const SwfLineStyle2& style) {
-    if (style.flags.hasMiter()) node.attribute("MitterLimitFactor", style.miterLimitFactor);
-    if (!style.flags.hasFill()) node.attribute("Color", style.color);
+    if (style.flags.hasMiter())
+        node.attribute("MitterLimitFactor", style.miterLimitFactor);
+    if (!style.flags.hasFill())
+        node.attribute("Color", style.color);
     node.attribute("Width", style.width);
     {
         XmlNode bits(node, "BitsField");
@@ -176,7 +189,8 @@ static void readXml(XmlElement& element, SwfLineStyle2& style) {
         if (child.is("BitsField")) {
             readLineFlags(child, style.flags, "EndCapStyle");
         } else if (child.is("FillStyle")) {
-            if (auto fill = child.childAt(0)) style.fillType = readFillStyle(*fill);
+            if (auto fill = child.childAt(0))
+                style.fillType = readFillStyle(*fill);
         } else {
             child.skip();
         }

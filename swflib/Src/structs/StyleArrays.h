@@ -11,8 +11,10 @@ constexpr uint8_t longStyleCount = 0xFF; // a UI16 with the count follows
 
 inline uint32_t readStyleCount(SwfIStream& stream, const char* field, bool extended) {
     const uint32_t count = stream.readUI8(field);
-    if (count == longStyleCount && extended) return stream.readUI16(field);
-    if (count == longStyleCount) stream.markInexact("255 styles, which this tag can hold on reading only");
+    if (count == longStyleCount && extended)
+        return stream.readUI16(field);
+    if (count == longStyleCount)
+        stream.markInexact("255 styles, which this tag can hold on reading only");
     return count;
 }
 
@@ -37,7 +39,8 @@ inline void writeStyleCount(SwfOStream& stream, const char* what, uint32_t count
 template <class ReadItem>
 void readStyles(SwfIStream& stream, const char* field, bool extended, ReadItem readItem) {
     for (uint32_t left = readStyleCount(stream, field, extended); left != 0; --left) {
-        if (stream.bodyLeft() == 0) stream.fail(field, "the body ends before the last of its styles");
+        if (stream.bodyLeft() == 0)
+            stream.fail(field, "the body ends before the last of its styles");
         readItem();
     }
 }

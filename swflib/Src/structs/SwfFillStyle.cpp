@@ -69,7 +69,8 @@ uint32_t SwfFillStyles::getSize(SwfContext& context) {
 
 void SwfFillStyles::write(SwfOStream& stream) {
     writeStyleCount(stream, "fill styles", items.size(), stream.context.extendedCounts);
-    for (SwfFillStyle* item : items) item->write(stream);
+    for (SwfFillStyle* item : items)
+        item->write(stream);
 }
 
 } // namespace libswf

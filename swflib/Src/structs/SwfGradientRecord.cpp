@@ -44,7 +44,8 @@ void SwfGradientRecords::write(SwfOStream& stream) {
     }
     swfAssert(records.size() == flags.numGradients(), "Size == BitRecord.Bits.NumGradients");
     stream.writeUI8(flags.raw);
-    for (const SwfGradientRecord& record : records) record.write(stream);
+    for (const SwfGradientRecord& record : records)
+        record.write(stream);
 }
 
 void SwfFocalGradient::read(SwfIStream& stream) {
@@ -59,7 +60,8 @@ void SwfFocalGradient::write(SwfOStream& stream) const {
         throw std::out_of_range(tagName(stream.context.tagType) + ": NumGradients of a focal gradient is " +
                                 std::to_string(count) + ", but it has " + std::to_string(records.size()) + " records");
     stream.writeUI8(flags.raw);
-    for (uint32_t i = 0; i < count; ++i) records[i].write(stream);
+    for (uint32_t i = 0; i < count; ++i)
+        records[i].write(stream);
     stream.writeBytes(focalPoint);
 }
 

@@ -22,7 +22,8 @@ void SwfLineStyle2::read(SwfIStream& stream) {
     width = stream.readUI16("Width");
     flags.paint = stream.readUI8("LineStyle2 flags");
     flags.ends = stream.readUI8("LineStyle2 flags");
-    if (flags.hasMiter()) miterLimitFactor = stream.readUI16("MiterLimitFactor");
+    if (flags.hasMiter())
+        miterLimitFactor = stream.readUI16("MiterLimitFactor");
     if (flags.hasFill())
         fillType = SwfFillStyle::read(stream);
     else
@@ -33,7 +34,8 @@ void SwfLineStyle2::write(SwfOStream& stream) {
     stream.writeUI16(width);
     stream.writeUI8(flags.paint);
     stream.writeUI8(flags.ends);
-    if (flags.hasMiter()) stream.writeUI16(miterLimitFactor);
+    if (flags.hasMiter())
+        stream.writeUI16(miterLimitFactor);
     if (!flags.hasFill())
         color.write(stream);
     else if (fillType != nullptr)
@@ -60,7 +62,8 @@ uint32_t SwfLineStyles::getSize(SwfContext& context) {
 
 void SwfLineStyles::write(SwfOStream& stream) {
     writeStyleCount(stream, "line styles", items.size(), stream.context.extendedCounts);
-    for (SwfLineStyleGeneric* item : items) item->write(stream);
+    for (SwfLineStyleGeneric* item : items)
+        item->write(stream);
 }
 
 } // namespace libswf

@@ -33,7 +33,8 @@ void SwfMorphGradientRecords::write(SwfOStream& stream) const {
         throw SwfException(SwfError::doesNotFit,
                            "a gradient of " + std::to_string(records.size()) + " records, at most 255 fit");
     stream.writeUI8(static_cast<uint8_t>(records.size()));
-    for (const SwfMorphGradientRecord& record : records) record.write(stream);
+    for (const SwfMorphGradientRecord& record : records)
+        record.write(stream);
 }
 
 uint32_t SwfMorphFillStyle::getSize(SwfContext& context) {
@@ -103,7 +104,8 @@ uint32_t SwfMorphFillStyles::getSize(SwfContext& context) {
 
 void SwfMorphFillStyles::write(SwfOStream& stream) {
     writeStyleCount(stream, "fill styles", items.size(), true);
-    for (SwfMorphFillStyle* item : items) item->write(stream);
+    for (SwfMorphFillStyle* item : items)
+        item->write(stream);
 }
 
 uint32_t SwfMorphLineStyleGeneric::getSize(SwfContext& context) {
@@ -129,7 +131,8 @@ void SwfMorphLineStyle2::read(SwfIStream& stream) {
     endWidth = stream.readUI16("EndWidth");
     flags.ends = stream.readUI8("MorphLineStyle2 flags");
     flags.paint = stream.readUI8("MorphLineStyle2 flags");
-    if (flags.hasMiter()) stream.readBytes(sizeof miterLimitFactor, miterLimitFactor, "MiterLimitFactor");
+    if (flags.hasMiter())
+        stream.readBytes(sizeof miterLimitFactor, miterLimitFactor, "MiterLimitFactor");
     if (flags.hasFill()) {
         fillType = SwfMorphFillStyle::read(stream);
     } else {
@@ -143,7 +146,8 @@ void SwfMorphLineStyle2::write(SwfOStream& stream) {
     stream.writeUI16(endWidth);
     stream.writeUI8(flags.ends);
     stream.writeUI8(flags.paint);
-    if (flags.hasMiter()) stream.writeBytes(miterLimitFactor);
+    if (flags.hasMiter())
+        stream.writeBytes(miterLimitFactor);
     if (!flags.hasFill()) {
         startColor.write(stream);
         endColor.write(stream);
@@ -169,7 +173,8 @@ uint32_t SwfMorphLineStyles::getSize(SwfContext& context) {
 
 void SwfMorphLineStyles::write(SwfOStream& stream) {
     writeStyleCount(stream, "line styles", items.size(), true);
-    for (SwfMorphLineStyleGeneric* item : items) item->write(stream);
+    for (SwfMorphLineStyleGeneric* item : items)
+        item->write(stream);
 }
 
 } // namespace libswf

@@ -39,7 +39,8 @@ uint32_t widthOf(const SwfCurve& curve) {
 
 uint32_t widthOfMove(const SwfStyleChange& change) {
     const uint32_t n = bitsSigned2(change.moveDeltaX, change.moveDeltaY);
-    if (n > maxMoveBits) throw SwfException(SwfError::doesNotFit, "a shape moves by 2^30 twips or more");
+    if (n > maxMoveBits)
+        throw SwfException(SwfError::doesNotFit, "a shape moves by 2^30 twips or more");
     return n;
 }
 
@@ -66,10 +67,12 @@ public:
     void read() {
         readWidths();
         for (;;) {
-            if (_bits.atLimit()) _bits.fail("shape records", "the body ends before the end record");
+            if (_bits.atLimit())
+                _bits.fail("shape records", "the body ends before the end record");
             const uint32_t head = _bits.take(6, "TypeFlag");
             if ((head & edgeBit) == 0) {
-                if (head == 0) break;
+                if (head == 0)
+                    break;
                 readStyleChange(head);
             } else if ((head & straightBit) != 0) {
                 readLine((head & edgeWidthMask) + 2);
@@ -104,7 +107,8 @@ private:
 
     uint16_t readIndex(uint32_t n, uint32_t kept, const char* field) {
         const uint32_t index = _bits.take(n, field);
-        if (index >> kept != 0) _stream.markInexact("a style index above the number of styles");
+        if (index >> kept != 0)
+            _stream.markInexact("a style index above the number of styles");
         return static_cast<uint16_t>(index);
     }
 
@@ -119,14 +123,19 @@ private:
             change.moveDeltaX = _bits.takeSigned(n, "MoveDeltaX");
             change.moveDeltaY = _bits.takeSigned(n, "MoveDeltaY");
         }
-        if (change.stateFillStyle0) change.fillStyle0 = readIndex(_context.numFillBits, _keptFillBits, "FillStyle0");
-        if (change.stateFillStyle1) change.fillStyle1 = readIndex(_context.numFillBits, _keptFillBits, "FillStyle1");
-        if (change.stateLineStyle) change.lineStyle = readIndex(_context.numLineBits, _keptLineBits, "LineStyle");
-        if ((head & newStylesBit) != 0) readNewStyles(change);
+        if (change.stateFillStyle0)
+            change.fillStyle0 = readIndex(_context.numFillBits, _keptFillBits, "FillStyle0");
+        if (change.stateFillStyle1)
+            change.fillStyle1 = readIndex(_context.numFillBits, _keptFillBits, "FillStyle1");
+        if (change.stateLineStyle)
+            change.lineStyle = readIndex(_context.numLineBits, _keptLineBits, "LineStyle");
+        if ((head & newStylesBit) != 0)
+            readNewStyles(change);
     }
 
     void readNewStyles(SwfStyleChange& change) {
-        if (!_context.newStylesAllowed) _stream.markInexact("new styles, which this tag can hold on reading only");
+        if (!_context.newStylesAllowed)
+            _stream.markInexact("new styles, which this tag can hold on reading only");
         change.newStyles = std::make_unique<SwfNewStyles>();
         _bits.sync();
         change.newStyles->fillStyles.read(_stream);
@@ -160,7 +169,8 @@ public:
         }
         _bits.put(endBits, 0);
         _bits.finish();
-        if (_cutEdges != 0 && _context.warnings != nullptr) warnOfCutEdges();
+        if (_cutEdges != 0 && _context.warnings != nullptr)
+            warnOfCutEdges();
     }
 
 private:
@@ -170,7 +180,8 @@ private:
     }
 
     uint32_t edgeHead(uint32_t straight, uint32_t n) {
-        if (n > maxEdgeBits) ++_cutEdges;
+        if (n > maxEdgeBits)
+            ++_cutEdges;
         return edgeBit | straight | ((n - 2) & edgeWidthMask);
     }
 
@@ -210,10 +221,14 @@ private:
             _bits.putSigned(n, change.moveDeltaX);
             _bits.putSigned(n, change.moveDeltaY);
         }
-        if (change.stateFillStyle0) writeIndex(change.fillStyle0, _context.numFillBits, "fill");
-        if (change.stateFillStyle1) writeIndex(change.fillStyle1, _context.numFillBits, "fill");
-        if (change.stateLineStyle) writeIndex(change.lineStyle, _context.numLineBits, "line");
-        if (change.newStyles == nullptr) return;
+        if (change.stateFillStyle0)
+            writeIndex(change.fillStyle0, _context.numFillBits, "fill");
+        if (change.stateFillStyle1)
+            writeIndex(change.fillStyle1, _context.numFillBits, "fill");
+        if (change.stateLineStyle)
+            writeIndex(change.lineStyle, _context.numLineBits, "line");
+        if (change.newStyles == nullptr)
+            return;
         checkNewStyles(_context);
         _bits.finish();
         change.newStyles->fillStyles.write(_stream);
@@ -241,7 +256,8 @@ private:
 // The bit position after a style change that starts at `bit`.
 uint64_t endOf(SwfStyleChange& change, SwfContext& context, uint64_t bit) {
     bit += 6;
-    if (change.stateMoveTo) bit += 5 + 2 * widthOfMove(change);
+    if (change.stateMoveTo)
+        bit += 5 + 2 * widthOfMove(change);
     if (change.stateFillStyle0) {
         checkIndex(context, change.fillStyle0, context.numFillBits, "fill");
         bit += context.numFillBits;
@@ -254,7 +270,8 @@ uint64_t endOf(SwfStyleChange& change, SwfContext& context, uint64_t bit) {
         checkIndex(context, change.lineStyle, context.numLineBits, "line");
         bit += context.numLineBits;
     }
-    if (change.newStyles == nullptr) return bit;
+    if (change.newStyles == nullptr)
+        return bit;
     checkNewStyles(context);
     SwfNewStyles& styles = *change.newStyles;
     bit = (bit + 7) / 8 * 8;
@@ -276,12 +293,14 @@ void setIndexWidths(SwfContext& context, uint64_t fillStyles, uint64_t lineStyle
 
 void setIndexWidths(SwfIStream& stream, uint64_t fillStyles, uint64_t lineStyles) {
     constexpr uint64_t most = (1u << maxIndexBits) - 1;
-    if (std::max(fillStyles, lineStyles) > most) stream.markInexact("more than 32,767 styles");
+    if (std::max(fillStyles, lineStyles) > most)
+        stream.markInexact("more than 32,767 styles");
     setIndexWidths(stream.context, std::min(fillStyles, most), std::min(lineStyles, most));
 }
 
 void SwfShapeRecords::clear() {
-    for (SwfShapeRecord* record : _records) record->~SwfShapeRecord();
+    for (SwfShapeRecord* record : _records)
+        record->~SwfShapeRecord();
     _records.clear();
     _pool.release();
 }
@@ -305,7 +324,8 @@ uint32_t SwfShapeRecords::getSize(SwfContext& context) {
         }
     }
     const uint64_t bytes = (bit + endBits + 7) / 8;
-    if (bytes > UINT32_MAX) throw SwfException(SwfError::doesNotFit, "a shape of more than 4 GB");
+    if (bytes > UINT32_MAX)
+        throw SwfException(SwfError::doesNotFit, "a shape of more than 4 GB");
     return size = static_cast<uint32_t>(bytes);
 }
 
@@ -333,7 +353,8 @@ uint32_t SwfShapes::getSize(SwfContext& context) {
         setGlyphWidths(context);
         total += glyph->getSize(context);
     }
-    if (total > UINT32_MAX) throw SwfException(SwfError::doesNotFit, "glyphs of more than 4 GB");
+    if (total > UINT32_MAX)
+        throw SwfException(SwfError::doesNotFit, "glyphs of more than 4 GB");
     return size = static_cast<uint32_t>(total);
 }
 

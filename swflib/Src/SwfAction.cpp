@@ -62,19 +62,15 @@ void SwfActionUnknown::write(SwfOStream& stream) {
     stream.writeBytes(data.span());
 }
 
+// clang-format off
 std::string actionName(uint32_t code) {
-    static constexpr struct {
-        uint32_t code;
-        const char* name;
-    } names[] = {
-#define SWF_ACTION(code, name) {code, #name},
-#define SWF_PAYLOAD_ACTION(code, name, type) {code, #name},
+    switch (code) {
+#define SWF_ACTION(code, name) case code: return #name;
+#define SWF_PAYLOAD_ACTION(code, name, type) case code: return #name;
 #include "SwfActions.def"
-    };
-    for (const auto& row : names) {
-        if (row.code == code) return row.name;
+    default: return "Action " + std::to_string(code);
     }
-    return "Action " + std::to_string(code);
 }
+// clang-format on
 
 } // namespace libswf

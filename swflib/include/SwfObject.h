@@ -20,7 +20,7 @@ protected:
     SwfObject() = default;
     SwfObject(const SwfObject&) = default;
     SwfObject& operator=(const SwfObject&) = default;
-    ~SwfObject() = default; // families that are deleted through a base declare a virtual destructor
+    virtual ~SwfObject() = default;
 };
 
 /// Base of all records. A record reads itself in a constructor from SwfIStream, measures itself with getSize and writes

@@ -113,4 +113,24 @@ void XmlElementWriter::end(bool hasChildren) {
     *_out += '>';
 }
 
+void XmlNode::leaf(std::string_view name, std::initializer_list<IntegerAttribute> attributes) {
+    char piece[256];
+    char* end = piece;
+    auto put = [&](std::string_view text) { end = std::copy(text.begin(), text.end(), end); };
+    _hasContent = true;
+    out() += '\n';
+    out().append(4 * (size_t(depth()) + 1), ' ');
+    put("<");
+    put(name);
+    for (const IntegerAttribute& attribute : attributes) {
+        put(" ");
+        put(attribute.name);
+        put("=\"");
+        end = std::to_chars(end, piece + sizeof piece, attribute.value).ptr;
+        put("\"");
+    }
+    put(" />");
+    out().append(piece, static_cast<size_t>(end - piece));
+}
+
 } // namespace xml2swf

@@ -5,22 +5,15 @@ namespace xml2swf {
 
 using namespace libswf;
 
-static void writeIndex(XmlNode& parent, std::string_view name, uint16_t index) {
-    XmlNode(parent, name).attribute("Index", index);
-}
-
 static void writeStyleChange(XmlNode& node, const SwfStyleChange& change, LineStyleKind kind) {
-    if (change.stateMoveTo) {
-        XmlNode move(node, "Move");
-        move.attribute("DX", change.moveDeltaX);
-        move.attribute("DY", change.moveDeltaY);
-    }
+    if (change.stateMoveTo)
+        node.leaf("Move", {{"DX", change.moveDeltaX}, {"DY", change.moveDeltaY}});
     if (change.stateFillStyle0)
-        writeIndex(node, "SetFill0", change.fillStyle0);
+        node.leaf("SetFill0", {{"Index", change.fillStyle0}});
     if (change.stateFillStyle1)
-        writeIndex(node, "SetFill1", change.fillStyle1);
+        node.leaf("SetFill1", {{"Index", change.fillStyle1}});
     if (change.stateLineStyle)
-        writeIndex(node, "SetLine", change.lineStyle);
+        node.leaf("SetLine", {{"Index", change.lineStyle}});
     if (change.newStyles != nullptr) {
         XmlNode styles(node, "NewStyles");
         writeChild(styles, "FillStyles", change.newStyles->fillStyles);
@@ -64,18 +57,15 @@ void writeShapeRecords(XmlNode& parent, const SwfShapeRecords& records, LineStyl
         switch (record->kind) {
         case SwfShapeRecord::Kind::straightEdge: {
             const auto& line = static_cast<const SwfLine&>(*record);
-            XmlNode node(parent, "Line");
-            node.attribute("DX", line.deltaX);
-            node.attribute("DY", line.deltaY);
+            parent.leaf("Line", {{"DX", line.deltaX}, {"DY", line.deltaY}});
             break;
         }
         case SwfShapeRecord::Kind::curvedEdge: {
             const auto& curve = static_cast<const SwfCurve&>(*record);
-            XmlNode node(parent, "Curve");
-            node.attribute("CDX", curve.controlDeltaX);
-            node.attribute("CDY", curve.controlDeltaY);
-            node.attribute("ADX", curve.anchorDeltaX);
-            node.attribute("ADY", curve.anchorDeltaY);
+            parent.leaf("Curve", {{"CDX", curve.controlDeltaX},
+                                  {"CDY", curve.controlDeltaY},
+                                  {"ADX", curve.anchorDeltaX},
+                                  {"ADY", curve.anchorDeltaY}});
             break;
         }
         case SwfShapeRecord::Kind::styleChange: {

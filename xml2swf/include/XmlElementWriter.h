@@ -95,6 +95,14 @@ public:
         XmlElementWriter::base64(bytes);
     }
 
+    struct IntegerAttribute {
+        std::string_view name;
+        int32_t value;
+    };
+    /// A child without content, in one piece: for records that come in millions. Names and attributes are few and
+    /// short, 200 characters in all.
+    void leaf(std::string_view name, std::initializer_list<IntegerAttribute> attributes);
+
     XmlWriteContext& context() const { return _context; }
 
 private:

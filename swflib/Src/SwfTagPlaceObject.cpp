@@ -10,7 +10,8 @@ SwfTagPlaceObject::SwfTagPlaceObject(SwfIStream& stream) : SwfTagPlaceObject() {
     depth = stream.readUI16("Depth");
     matrix.read(stream);
     hasColorTransform = stream.bodyLeft() != 0;
-    if (hasColorTransform) colorTransform.read(stream);
+    if (hasColorTransform)
+        colorTransform.read(stream);
 }
 
 void SwfTagPlaceObject::writeBody(SwfOStream& stream) {
@@ -18,7 +19,8 @@ void SwfTagPlaceObject::writeBody(SwfOStream& stream) {
     stream.writeUI16(characterId);
     stream.writeUI16(depth);
     matrix.write(stream);
-    if (hasColorTransform) colorTransform.write(stream);
+    if (hasColorTransform)
+        colorTransform.write(stream);
 }
 
 namespace {
@@ -40,7 +42,8 @@ constexpr PlaceFlagMember flagMembers[] = {
 };
 
 void warnOfLeftOut(const SwfOStream& stream) {
-    if (stream.isCounter() || stream.context.warnings == nullptr) return;
+    if (stream.isCounter() || stream.context.warnings == nullptr)
+        return;
     SwfWarning warning;
     warning.kind = SwfWarning::Kind::cut;
     warning.tagCode = stream.context.tagType;
@@ -53,37 +56,52 @@ void warnOfLeftOut(const SwfOStream& stream) {
 
 uint8_t SwfTagPlaceObject2::flags() const {
     uint32_t flags = 0;
-    for (const PlaceFlagMember& entry : flagMembers) flags |= this->*entry.member ? entry.flag : 0;
+    for (const PlaceFlagMember& entry : flagMembers)
+        flags |= this->*entry.member ? entry.flag : 0;
     return static_cast<uint8_t>(flags);
 }
 
 void SwfTagPlaceObject2::setFlags(uint8_t flags) {
-    for (const PlaceFlagMember& entry : flagMembers) this->*entry.member = (flags & entry.flag) != 0;
+    for (const PlaceFlagMember& entry : flagMembers)
+        this->*entry.member = (flags & entry.flag) != 0;
 }
 
 SwfTagPlaceObject2::SwfTagPlaceObject2(SwfIStream& stream) : SwfTagPlaceObject2() {
     stream.context.alpha = true;
     setFlags(stream.readUI8("Flags"));
     depth = stream.readUI16("Depth");
-    if (hasCharacter) characterId = stream.readUI16("CharacterId");
-    if (hasMatrix) matrix.read(stream);
-    if (hasColorTransform) colorTransform.read(stream);
-    if (hasRatio) ratio = stream.readUI16("Ratio");
-    if (hasName) stream.readString(name, "Name");
-    if (hasClipDepth) clipDepth = stream.readUI16("ClipDepth");
-    if (holdsClipActions(stream.context)) clipActions.read(stream);
+    if (hasCharacter)
+        characterId = stream.readUI16("CharacterId");
+    if (hasMatrix)
+        matrix.read(stream);
+    if (hasColorTransform)
+        colorTransform.read(stream);
+    if (hasRatio)
+        ratio = stream.readUI16("Ratio");
+    if (hasName)
+        stream.readString(name, "Name");
+    if (hasClipDepth)
+        clipDepth = stream.readUI16("ClipDepth");
+    if (holdsClipActions(stream.context))
+        clipActions.read(stream);
 }
 
 void SwfTagPlaceObject2::writeBody(SwfOStream& stream) {
     stream.context.alpha = true;
     stream.writeUI8(flags());
     stream.writeUI16(depth);
-    if (hasCharacter) stream.writeUI16(characterId);
-    if (hasMatrix) matrix.write(stream);
-    if (hasColorTransform) colorTransform.write(stream);
-    if (hasRatio) stream.writeUI16(ratio);
-    if (hasName) name.write(stream, true);
-    if (hasClipDepth) stream.writeUI16(clipDepth);
+    if (hasCharacter)
+        stream.writeUI16(characterId);
+    if (hasMatrix)
+        matrix.write(stream);
+    if (hasColorTransform)
+        colorTransform.write(stream);
+    if (hasRatio)
+        stream.writeUI16(ratio);
+    if (hasName)
+        name.write(stream, true);
+    if (hasClipDepth)
+        stream.writeUI16(clipDepth);
     if (holdsClipActions(stream.context))
         clipActions.measureOrWrite(stream);
     else if (!clipActions.records.empty())
@@ -95,20 +113,30 @@ SwfTagPlaceObject3::SwfTagPlaceObject3(SwfIStream& stream) : SwfTagPlaceObject3(
     placeFlags = stream.readUI8("PlaceFlags");
     extendedFlags = stream.readUI8("ExtendedFlags");
     depth = stream.readUI16("Depth");
-    if (hasExtended(SwfPlaceFlag3::className)) stream.readString(className, "ClassName");
-    if (hasPlace(SwfPlaceFlag::character)) characterId = stream.readUI16("CharacterId");
-    if (hasPlace(SwfPlaceFlag::matrix)) matrix.read(stream);
-    if (hasPlace(SwfPlaceFlag::colorTransform)) colorTransform.read(stream);
-    if (hasPlace(SwfPlaceFlag::ratio)) ratio = stream.readUI16("Ratio");
-    if (hasPlace(SwfPlaceFlag::name)) stream.readString(name, "Name");
-    if (hasPlace(SwfPlaceFlag::clipDepth)) clipDepth = stream.readUI16("ClipDepth");
-    if (hasExtended(SwfPlaceFlag3::filters)) filters.read(stream);
-    if (hasExtended(SwfPlaceFlag3::blendMode)) blendMode = stream.readUI8("BlendMode");
+    if (hasExtended(SwfPlaceFlag3::className))
+        stream.readString(className, "ClassName");
+    if (hasPlace(SwfPlaceFlag::character))
+        characterId = stream.readUI16("CharacterId");
+    if (hasPlace(SwfPlaceFlag::matrix))
+        matrix.read(stream);
+    if (hasPlace(SwfPlaceFlag::colorTransform))
+        colorTransform.read(stream);
+    if (hasPlace(SwfPlaceFlag::ratio))
+        ratio = stream.readUI16("Ratio");
+    if (hasPlace(SwfPlaceFlag::name))
+        stream.readString(name, "Name");
+    if (hasPlace(SwfPlaceFlag::clipDepth))
+        clipDepth = stream.readUI16("ClipDepth");
+    if (hasExtended(SwfPlaceFlag3::filters))
+        filters.read(stream);
+    if (hasExtended(SwfPlaceFlag3::blendMode))
+        blendMode = stream.readUI8("BlendMode");
     // The fields of these flags stand before the clip actions, or are left over, be they zero.
     const bool hasClipActions = hasPlace(SwfPlaceFlag::clipActions);
     if (hasExtended(SwfPlaceFlag3::withoutField) && (hasClipActions || stream.bodyLeft() != 0))
         stream.markInexact("it has fields that this form does not hold");
-    if (hasClipActions) clipActions.read(stream);
+    if (hasClipActions)
+        clipActions.read(stream);
 }
 
 void SwfTagPlaceObject3::writeBody(SwfOStream& stream) {
@@ -116,16 +144,26 @@ void SwfTagPlaceObject3::writeBody(SwfOStream& stream) {
     stream.writeUI8(placeFlags);
     stream.writeUI8(extendedFlags);
     stream.writeUI16(depth);
-    if (hasExtended(SwfPlaceFlag3::className)) className.write(stream, true);
-    if (hasPlace(SwfPlaceFlag::character)) stream.writeUI16(characterId);
-    if (hasPlace(SwfPlaceFlag::matrix)) matrix.write(stream);
-    if (hasPlace(SwfPlaceFlag::colorTransform)) colorTransform.write(stream);
-    if (hasPlace(SwfPlaceFlag::ratio)) stream.writeUI16(ratio);
-    if (hasPlace(SwfPlaceFlag::name)) name.write(stream, true);
-    if (hasPlace(SwfPlaceFlag::clipDepth)) stream.writeUI16(clipDepth);
-    if (hasExtended(SwfPlaceFlag3::filters)) filters.write(stream);
-    if (hasExtended(SwfPlaceFlag3::blendMode)) stream.writeUI8(blendMode);
-    if (hasPlace(SwfPlaceFlag::clipActions)) clipActions.measureOrWrite(stream);
+    if (hasExtended(SwfPlaceFlag3::className))
+        className.write(stream, true);
+    if (hasPlace(SwfPlaceFlag::character))
+        stream.writeUI16(characterId);
+    if (hasPlace(SwfPlaceFlag::matrix))
+        matrix.write(stream);
+    if (hasPlace(SwfPlaceFlag::colorTransform))
+        colorTransform.write(stream);
+    if (hasPlace(SwfPlaceFlag::ratio))
+        stream.writeUI16(ratio);
+    if (hasPlace(SwfPlaceFlag::name))
+        name.write(stream, true);
+    if (hasPlace(SwfPlaceFlag::clipDepth))
+        stream.writeUI16(clipDepth);
+    if (hasExtended(SwfPlaceFlag3::filters))
+        filters.write(stream);
+    if (hasExtended(SwfPlaceFlag3::blendMode))
+        stream.writeUI8(blendMode);
+    if (hasPlace(SwfPlaceFlag::clipActions))
+        clipActions.measureOrWrite(stream);
 }
 
 } // namespace libswf

@@ -11,7 +11,8 @@ void writeXml(XmlNode& node, const SwfTagPlaceObject& tag) {
     node.attribute("CharacterId", tag.characterId);
     node.attribute("Depth", tag.depth);
     writeChild(node, "Matrix", tag.matrix);
-    if (tag.hasColorTransform) writeChild(node, "ColorTransform", tag.colorTransform);
+    if (tag.hasColorTransform)
+        writeChild(node, "ColorTransform", tag.colorTransform);
 }
 
 void readXml(XmlElement& element, SwfTagPlaceObject& tag) {
@@ -23,14 +24,21 @@ void readXml(XmlElement& element, SwfTagPlaceObject& tag) {
 
 void writeXml(XmlNode& node, const SwfTagPlaceObject2& tag) {
     node.attribute("Depth", tag.depth);
-    if (tag.hasCharacter) node.attribute("CharacterId", tag.characterId);
-    if (tag.hasRatio) node.attribute("Ratio", tag.ratio);
-    if (tag.hasName) node.attribute("Name", tag.name);
-    if (tag.hasClipDepth) node.attribute("ClipDepth", tag.clipDepth);
+    if (tag.hasCharacter)
+        node.attribute("CharacterId", tag.characterId);
+    if (tag.hasRatio)
+        node.attribute("Ratio", tag.ratio);
+    if (tag.hasName)
+        node.attribute("Name", tag.name);
+    if (tag.hasClipDepth)
+        node.attribute("ClipDepth", tag.clipDepth);
     node.attribute("Move", tag.move);
-    if (tag.hasMatrix) writeChild(node, "Matrix", tag.matrix);
-    if (tag.hasColorTransform) writeChild(node, "ColorTransform", tag.colorTransform);
-    if (tag.hasClipActions) writeChild(node, "ClipActions", tag.clipActions);
+    if (tag.hasMatrix)
+        writeChild(node, "Matrix", tag.matrix);
+    if (tag.hasColorTransform)
+        writeChild(node, "ColorTransform", tag.colorTransform);
+    if (tag.hasClipActions)
+        writeChild(node, "ClipActions", tag.clipActions);
 }
 
 void readXml(XmlElement& element, SwfTagPlaceObject2& tag) {
@@ -53,17 +61,26 @@ void writeXml(XmlNode& node, const SwfTagPlaceObject3& tag) {
     node.attribute("PlaceObject2Value", tag.placeFlags);
     node.attribute("ExtendedValue", tag.extendedFlags);
     node.attribute("Depth", tag.depth);
-    if (tag.hasExtended(SwfPlaceFlag3::className)) node.attribute("ClassName", tag.className);
-    if (tag.hasPlace(SwfPlaceFlag::character)) node.attribute("CharacterId", tag.characterId);
+    if (tag.hasExtended(SwfPlaceFlag3::className))
+        node.attribute("ClassName", tag.className);
+    if (tag.hasPlace(SwfPlaceFlag::character))
+        node.attribute("CharacterId", tag.characterId);
     if (tag.hasPlace(SwfPlaceFlag::ratio))
         node.attribute("Ratio", static_cast<uint8_t>(tag.ratio)); // the low 8 bits only, on purpose
-    if (tag.hasPlace(SwfPlaceFlag::name)) node.attribute("Name", tag.name);
-    if (tag.hasPlace(SwfPlaceFlag::clipDepth)) node.attribute("ClipDepth", tag.clipDepth);
-    if (tag.hasExtended(SwfPlaceFlag3::blendMode)) node.attribute("BlendMode", tag.blendMode);
-    if (tag.hasPlace(SwfPlaceFlag::matrix)) writeChild(node, "Matrix", tag.matrix);
-    if (tag.hasPlace(SwfPlaceFlag::colorTransform)) writeChild(node, "ColorTransform", tag.colorTransform);
-    if (tag.hasExtended(SwfPlaceFlag3::filters)) writeChild(node, "FilterList", tag.filters);
-    if (tag.hasPlace(SwfPlaceFlag::clipActions)) writeChild(node, "ClipActions", tag.clipActions);
+    if (tag.hasPlace(SwfPlaceFlag::name))
+        node.attribute("Name", tag.name);
+    if (tag.hasPlace(SwfPlaceFlag::clipDepth))
+        node.attribute("ClipDepth", tag.clipDepth);
+    if (tag.hasExtended(SwfPlaceFlag3::blendMode))
+        node.attribute("BlendMode", tag.blendMode);
+    if (tag.hasPlace(SwfPlaceFlag::matrix))
+        writeChild(node, "Matrix", tag.matrix);
+    if (tag.hasPlace(SwfPlaceFlag::colorTransform))
+        writeChild(node, "ColorTransform", tag.colorTransform);
+    if (tag.hasExtended(SwfPlaceFlag3::filters))
+        writeChild(node, "FilterList", tag.filters);
+    if (tag.hasPlace(SwfPlaceFlag::clipActions))
+        writeChild(node, "ClipActions", tag.clipActions);
 }
 
 // A field that is there sets its flag; flags that are set without their field stay.

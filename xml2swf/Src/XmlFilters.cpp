@@ -27,19 +27,22 @@ constexpr FlagBits convolutionFlags[] = {{"Clamp", 1, 1}, {"Reserved", 2, 6, fal
 void writeFlags(XmlNode& filter, FlagLayout layout, uint8_t flags) {
     XmlNode node(filter, "BitsField");
     for (const FlagBits& part : layout) {
-        if (part.isWritten) node.attribute(part.name, (flags >> part.shift) & ((1 << part.bits) - 1));
+        if (part.isWritten)
+            node.attribute(part.name, (flags >> part.shift) & ((1 << part.bits) - 1));
     }
 }
 
 uint32_t readFlag(XmlElement& element, const FlagBits& part) {
-    if (part.bits > 1) return element.masked(part.name, part.bits);
+    if (part.bits > 1)
+        return element.masked(part.name, part.bits);
     const std::string_view text = element.attribute(part.name).value_or("");
     return text == "true" || (parseInteger(text).value_or(0) & 1) != 0;
 }
 
 uint8_t readFlags(XmlElement& element, FlagLayout layout) {
     uint32_t flags = 0;
-    for (const FlagBits& part : layout) flags |= readFlag(element, part) << part.shift;
+    for (const FlagBits& part : layout)
+        flags |= readFlag(element, part) << part.shift;
     return static_cast<uint8_t>(flags);
 }
 
@@ -198,10 +201,12 @@ static void writeXml(XmlNode& node, const SwfGradientFilter& filter) {
     writeFlags(node, bevelFlags, filter.flags);
     {
         XmlNode colors(node, "GradientColors");
-        for (const SwfColor& color : filter.gradientColors) XmlNode(colors, "Color").attribute("Value", color.packed());
+        for (const SwfColor& color : filter.gradientColors)
+            XmlNode(colors, "Color").attribute("Value", color.packed());
     }
     XmlNode ratios(node, "GradientRation");
-    for (uint8_t ratio : filter.gradientRatio) XmlNode(ratios, "Ratio").attribute("Value", ratio);
+    for (uint8_t ratio : filter.gradientRatio)
+        XmlNode(ratios, "Ratio").attribute("Value", ratio);
 }
 
 static void readXml(XmlElement& element, SwfGradientFilter& filter) {
@@ -226,7 +231,8 @@ static void writeXml(XmlNode& node, const SwfConvolutionFilter& filter) {
     node.attribute("DefaultColor", filter.defaultColor);
     writeFlags(node, convolutionFlags, filter.flags);
     XmlNode matrix(node, "Matrix");
-    for (float value : filter.matrix) XmlNode(matrix, "Code").attribute("Value", value);
+    for (float value : filter.matrix)
+        XmlNode(matrix, "Code").attribute("Value", value);
 }
 
 static void readXml(XmlElement& element, SwfConvolutionFilter& filter) {
@@ -235,7 +241,8 @@ static void readXml(XmlElement& element, SwfConvolutionFilter& filter) {
     filter.divisor = element.real("Divisor");
     filter.bias = element.real("Bias");
     filter.defaultColor = element.color("DefaultColor");
-    if (auto flags = element.child("BitsField")) filter.flags = readFlags(*flags, convolutionFlags);
+    if (auto flags = element.child("BitsField"))
+        filter.flags = readFlags(*flags, convolutionFlags);
     if (auto matrix = element.child("Matrix")) {
         readItems(*matrix, "Code", filter.entries(),
                   [&](XmlElement& code, uint32_t) { filter.matrix.append(code.real("Value")); });
@@ -244,7 +251,8 @@ static void readXml(XmlElement& element, SwfConvolutionFilter& filter) {
 
 static void writeXml(XmlNode& node, const SwfColorMatrixFilter& filter) {
     XmlNode matrix(node, "Matrix");
-    for (float value : filter.matrix) XmlNode(matrix, "Value").attribute("Value", value);
+    for (float value : filter.matrix)
+        XmlNode(matrix, "Value").attribute("Value", value);
 }
 
 static void readXml(XmlElement& element, SwfColorMatrixFilter& filter) {
@@ -277,7 +285,8 @@ void readXml(XmlElement& element, SwfFilterList& list) {
     for (XmlElement child : element.children()) {
         std::shared_ptr<SwfGenericFilter> filter;
 #define SWF_FILTER(id, type, element)                                                                                  \
-    if (child.is(element)) filter = readFilter<Swf##type>(child);
+    if (child.is(element))                                                                                             \
+        filter = readFilter<Swf##type>(child);
 #include "SwfFilters.def"
         if (filter)
             list.filters.append(SwfFilter(std::move(filter)));

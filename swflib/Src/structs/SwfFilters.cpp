@@ -41,7 +41,8 @@ void writeFixed8(SwfOStream& stream, SwfFilterFixed8 value) {
 }
 
 void needBody(const SwfIStream& stream, const char* field) {
-    if (stream.position() >= stream.limit()) stream.fail(field, "the body ends inside the list");
+    if (stream.position() >= stream.limit())
+        stream.fail(field, "the body ends inside the list");
 }
 
 } // namespace
@@ -135,7 +136,8 @@ void SwfGradientFilter::write(SwfOStream& stream) const {
     stream.writeUI8(numColors);
     for (uint32_t i = 0; i < numColors; ++i)
         writeRgba(stream, i < gradientColors.size() ? gradientColors[i] : SwfColor());
-    for (uint32_t i = 0; i < numColors; ++i) stream.writeUI8(i < gradientRatio.size() ? gradientRatio[i] : 0);
+    for (uint32_t i = 0; i < numColors; ++i)
+        stream.writeUI8(i < gradientRatio.size() ? gradientRatio[i] : 0);
     writeDirected(stream);
 }
 
@@ -160,16 +162,19 @@ void SwfConvolutionFilter::write(SwfOStream& stream) const {
     stream.writeUI8(matrixY);
     stream.writeFloat(divisor);
     stream.writeFloat(bias);
-    for (uint32_t i = 0; i < entries(); ++i) stream.writeFloat(i < matrix.size() ? matrix[i] : 0.0f);
+    for (uint32_t i = 0; i < entries(); ++i)
+        stream.writeFloat(i < matrix.size() ? matrix[i] : 0.0f);
     writeRgba(stream, defaultColor);
 }
 
 SwfColorMatrixFilter::SwfColorMatrixFilter(SwfIStream& stream) {
-    for (float& value : matrix) value = stream.readFloat("Matrix");
+    for (float& value : matrix)
+        value = stream.readFloat("Matrix");
 }
 
 void SwfColorMatrixFilter::write(SwfOStream& stream) const {
-    for (float value : matrix) stream.writeFloat(value);
+    for (float value : matrix)
+        stream.writeFloat(value);
 }
 
 SwfFilter::SwfFilter(SwfIStream& stream) {
@@ -196,14 +201,16 @@ uint32_t SwfFilterList::count() const {
     constexpr uint32_t most = 256;
     const auto written =
         std::count_if(filters.begin(), filters.end(), [](const SwfFilter& entry) { return entry.filter != nullptr; });
-    if (written > most) throw SwfException(SwfError::doesNotFit, "a list of more than 256 filters");
+    if (written > most)
+        throw SwfException(SwfError::doesNotFit, "a list of more than 256 filters");
     return static_cast<uint32_t>(written);
 }
 
 uint32_t SwfFilterList::measured(SwfContext& context) const {
     uint64_t total = 1 + count();
     for (const SwfFilter& entry : filters) {
-        if (entry.filter) total += entry.filter->getSize(context);
+        if (entry.filter)
+            total += entry.filter->getSize(context);
     }
     return static_cast<uint32_t>(total); // 256 filters of at most 260 KB
 }
@@ -217,7 +224,8 @@ void SwfFilterList::write(SwfOStream& stream) const {
     }
     stream.writeUI8(static_cast<uint8_t>(count()));
     for (const SwfFilter& entry : filters) {
-        if (!entry.filter) continue;
+        if (!entry.filter)
+            continue;
         stream.writeUI8(entry.filter->filterId());
         entry.filter->write(stream);
     }

@@ -46,7 +46,8 @@ Bytes compiled(const std::string& xml, const OriginalMovie& original) {
 
 Bytes withoutSignature(std::span<const uint8_t> file) { return {file.begin() + 1, file.end()}; }
 
-// The movie's text with one tag's element changed so that it stays the same tag: a comment goes into it or a blank before "/>".
+// The movie's text with one tag's element changed so that it stays the same tag: a comment goes into it or a blank
+// before "/>".
 std::string edited(const Opened& opened, const TagText& tag) {
     std::string text = opened.xml;
     const size_t end = text.find('>', tag.start);
@@ -99,7 +100,8 @@ void check(const Bytes& file, Totals& totals) {
         SwfMovieSafe after;
         after.parse(result, load);
         ++totals.edits;
-        const Bytes stage(body.begin() + 7, body.begin() + 7 + ptrdiff_t(opened.movie.source().frameSizeBytes.size()) + 4);
+        const Bytes stage(body.begin() + 7,
+                          body.begin() + 7 + ptrdiff_t(opened.movie.source().frameSizeBytes.size()) + 4);
         const bool sameStage = std::equal(stage.begin(), stage.end(), result.begin() + 8);
         totals.kept += sameStage && changedTags(opened.movie.tags.tags(), after.tags.tags(), tag.tag) == 0;
     }
@@ -133,7 +135,7 @@ TEST(Original, OddMoviesKeepWhatTheXmlFormLoses) {
     const Bytes file = hexBytes("46 57 53 08 ffffffff f8 00*16 000c 0900"
                                 "7f 02 03000000 01 02 03" // SetBackgroundColor with a long header
                                 "40 00 40 00"
-                                "7f 00 00000000"          // ShowFrame with a long header
+                                "7f 00 00000000" // ShowFrame with a long header
                                 "ff 09 11000000 05 00 07 00 7f 02 03000000 04 05 06 40 00 00 00" // sprite
                                 "00 00 de ad be ef");
     const Opened opened(file);
@@ -149,7 +151,8 @@ TEST(Original, OddMoviesKeepWhatTheXmlFormLoses) {
         xml.replace(xml.find(what), what.size(), by);
         return hexText(compiled(xml, original));
     };
-    const std::string stage = "f8 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 0c 09 00 ", tail = "00 00 de ad be ef";
+    const std::string stage = "f8 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 0c 09 00 ",
+                      tail = "00 00 de ad be ef";
     const std::string frames = "40 00 40 00 7f 00 00 00 00 00 ";
     const std::string sprite = "ff 09 11 00 00 00 05 00 07 00 7f 02 03 00 00 00 04 05 06 40 00 00 00 ";
     EXPECT_EQ(withEdit("\"1020300\"", "\"11020300\"").substr(24), stage + "43 02 11 02 03 " + frames + sprite + tail);

@@ -128,8 +128,8 @@ TEST(Corpus, GoesToXmlAndBack) {
         }
     }
     std::cout << summary.movies << " movies, " << summary.refused << " refused; " << summary.tags << " tags, "
-              << summary.tags - summary.unknown << " shown in their own form, " << summary.unknown << " as bytes; " << summary.keptRaw
-              << " warnings\n";
+              << summary.tags - summary.unknown << " shown in their own form, " << summary.unknown << " as bytes; "
+              << summary.keptRaw << " warnings\n";
     for (const auto& [name, count] : summary.rewritten)
         std::cout << "  the same meaning in other bytes: " << count << " " << name << "\n";
 }

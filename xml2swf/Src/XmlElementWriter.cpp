@@ -28,12 +28,10 @@ void XmlElementWriter::plainAttribute(std::string_view name, std::string_view va
         char piece[room];
         char* end = piece;
         *end++ = ' ';
-        std::memcpy(end, name.data(), name.size());
-        end += name.size();
+        end = std::copy(name.begin(), name.end(), end);
         *end++ = '=';
         *end++ = '"';
-        std::memcpy(end, value.data(), value.size());
-        end += value.size();
+        end = std::copy(value.begin(), value.end(), end);
         *end++ = '"';
         *end++ = '>';
         (*_out)[_attributeInsertPos] = ' ';

@@ -66,6 +66,10 @@ void addConvert(CLI::App& app, Command& chosen) {
         addKind(*command, "--to", arguments->to, "Kind of the output when its name does not say it: swf or xml");
     command->add_option("--out-dir", arguments->outDir, "Convert all files into this folder, keeping their names")
         ->needs(to);
+    command
+        ->add_option("--original", arguments->options.original,
+                     "The movie that the XML came from: tags that were not touched keep its bytes")
+        ->excludes("--out-dir");
     command->add_option("--level", arguments->options.level, "Compression of a movie, 0 to 9")
         ->check(CLI::Range(0, 9))
         ->capture_default_str();

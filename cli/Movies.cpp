@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "OriginalMovie.h"
 #include "SwfException.h"
 #include "SwfWarnings.h"
 
@@ -43,7 +44,21 @@ Signature parse(std::vector<uint8_t> bytes, SwfMovieSafe& movie, const MovieOpti
 SwfVector<uint8_t> compileFile(const File& file, const MovieOptions& options) {
     SwfMovie movie;
     compile(readText(file), movie, options);
-    return movie.serialise(options.level);
+    return movie.serialise(options.level, options.warnings);
+}
+
+std::unique_ptr<xml2swf::OriginalMovie> loadOriginal(const std::string& fileName) {
+    if (fileName.empty())
+        return nullptr;
+    SwfMovieSafe movie;
+    SwfLoadOptions load;
+    load.keepRaw = true;
+    try {
+        movie.load(fileName, load);
+    } catch (const SwfException& error) {
+        throw OpenError(fileName, error.what());
+    }
+    return std::make_unique<xml2swf::OriginalMovie>(movie);
 }
 
 } // namespace
@@ -57,7 +72,10 @@ xml2swf::ConversionOptions MovieOptions::conversion() const {
 
 void compile(const std::string& text, SwfMovie& movie, const MovieOptions& options) {
     xml2swf::MovieTarget target;
-    if (!xml2swf::xmlToSwf(text, target, options.conversion()))
+    xml2swf::ConversionOptions conversion = options.conversion();
+    const std::unique_ptr<xml2swf::OriginalMovie> original = loadOriginal(options.original);
+    conversion.original = original.get();
+    if (!xml2swf::xmlToSwf(text, target, conversion))
         throw InputError("The document has no Movie element.");
     movie = std::move(target.movie);
 }
@@ -83,7 +101,7 @@ void convert(const File& input, const File& output, const MovieOptions& options)
     SwfMovieSafe movie;
     load(input, movie, options);
     if (output.kind == Kind::swf) {
-        const SwfVector<uint8_t> bytes = movie.serialise(options.level);
+        const SwfVector<uint8_t> bytes = movie.serialise(options.level, options.warnings);
         writeBytes(output, {bytes.data(), bytes.size()});
     } else {
         writeText(output, xml2swf::swfToXmlDocument(movie, options.conversion()));

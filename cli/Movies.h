@@ -10,6 +10,7 @@ struct MovieOptions {
     bool keepRaw = true; ///< keep unreadable tags as bytes instead of dropping them
     int level = 9;       ///< of compression, 0 to 9
     libswf::SwfWarnings* warnings = nullptr;
+    std::string original; ///< the movie file that a text came from; empty for none
 
     xml2swf::ConversionOptions conversion() const;
 };

@@ -33,7 +33,8 @@ bool sameRect(const SwfRect& a, const SwfRect& b) {
     return a.Xmin == b.Xmin && a.Ymin == b.Ymin && a.Xmax == b.Xmax && a.Ymax == b.Ymax;
 }
 
-SwfVector<uint8_t> serialiseMovie(SwfMovieHeader& header, SwfTags& tags, const SwfMovieSource& source, int level) {
+SwfVector<uint8_t> serialiseMovie(SwfMovieHeader& header, SwfTags& tags, const SwfMovieSource& source, int level,
+                                  SwfWarnings* warnings) {
     SwfContext context;
     context.version = header.version;
     context.tags = &tags;
@@ -44,11 +45,12 @@ SwfVector<uint8_t> serialiseMovie(SwfMovieHeader& header, SwfTags& tags, const S
         fileLength += source.tail->size() - uint64_t(endSize);
     const uint32_t frameCount = tags.showFrames();
     swfAssert(frameCount <= 0xFFFF, "frameCount <= 0xFFFF");
-    const bool keepCount = source.tail && source.showFrames == frameCount;
+    const bool keepCount = !source.frameSizeBytes.empty() && source.showFrames == frameCount;
     header.frameCount = keepCount ? source.frameCount : static_cast<uint16_t>(frameCount);
 
     SwfOStream stream(fileLength);
     stream.context = context;
+    stream.context.warnings = warnings;
     stream.writeUI8(header.isCompressed ? 'C' : 'F');
     stream.writeUI8('W');
     stream.writeUI8('S');
@@ -112,10 +114,10 @@ SwfMovie::SwfMovie(uint8_t version_, int32_t width, int32_t height, float frameR
     isCompressed = isCompressed_;
 }
 
-SwfVector<uint8_t> SwfMovie::serialise(int level) {
+SwfVector<uint8_t> SwfMovie::serialise(int level, SwfWarnings* warnings) {
     if (source && !source->wholeFile.empty())
         return serialiseWhole(source->wholeFile, isCompressed, level);
-    return serialiseMovie(*this, tags, source.value_or(SwfMovieSource()), level);
+    return serialiseMovie(*this, tags, source.value_or(SwfMovieSource()), level, warnings);
 }
 
 void SwfMovie::save(const std::string& fileName, int level) { saveMovie(fileName, serialise(level)); }
@@ -159,8 +161,8 @@ void SwfMovieSafe::parse(std::vector<uint8_t> file, const SwfLoadOptions& option
     stream.context.warnings = nullptr;
 }
 
-SwfVector<uint8_t> SwfMovieSafe::serialise(int level) {
-    return serialiseMovie(*this, tags.tags(), SwfMovieSource(), level);
+SwfVector<uint8_t> SwfMovieSafe::serialise(int level, SwfWarnings* warnings) {
+    return serialiseMovie(*this, tags.tags(), SwfMovieSource(), level, warnings);
 }
 
 void SwfMovieSafe::save(const std::string& fileName, int level) { saveMovie(fileName, serialise(level)); }

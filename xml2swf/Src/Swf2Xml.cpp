@@ -52,7 +52,19 @@ public:
     }
 };
 
+// Room for the text of most movies, so that it need not move as it grows. What is not used is never touched and costs
+// nothing.
+void reserveFor(std::string& out, const SwfMovieSafe& movie) {
+    constexpr size_t textPerByte = 14, most = size_t(1) << 30;
+    try {
+        out.reserve(std::min(most, movie.body().size() * textPerByte));
+    } catch (const std::bad_alloc&) {
+        // It grows as it must.
+    }
+}
+
 void appendMovie(std::string& out, SwfMovieSafe& movie, const ConversionOptions& options) {
+    reserveFor(out, movie);
     XmlWriteContext context;
     context.swf.version = movie.version;
     context.swf.tags = &movie.tags.tags();

@@ -130,6 +130,13 @@ int64_t XmlElement::ranged(std::string_view name, int64_t low, int64_t high) {
     return *value;
 }
 
+libswf::SwfString XmlElement::string(std::string_view name) {
+    const std::string_view text = attribute(name).value_or("");
+    if (text.find('\0') != text.npos)
+        badValue(name, text);
+    return libswf::SwfString(text);
+}
+
 bool XmlElement::boolean(std::string_view name) {
     const std::string_view text = attribute(name).value_or("");
     return text == "true" || parseInteger(text).value_or(0) != 0;

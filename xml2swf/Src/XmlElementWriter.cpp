@@ -6,36 +6,68 @@
 
 namespace xml2swf {
 
+namespace {
+
+// A short text put together on the stack and appended in one go.
+class Piece {
+public:
+    static constexpr size_t room = 512;
+
+    char* end() { return _end; }
+    void setEnd(char* end) { _end = end; }
+    void put(char c) { *_end++ = c; }
+    void put(std::string_view text) {
+        std::memcpy(_end, text.data(), text.size());
+        _end += text.size();
+    }
+    void indent(uint32_t depth) {
+        put('\n');
+        std::memset(_end, ' ', 4 * size_t(depth));
+        _end += 4 * size_t(depth);
+    }
+    void appendTo(std::string& out) const { out.append(_chars, static_cast<size_t>(_end - _chars)); }
+
+private:
+    char _chars[room];
+    char* _end = _chars;
+};
+
+// What fits a piece whatever else stands in it.
+bool isShort(std::string_view name, uint32_t depth) { return name.size() <= 64 && depth <= 64; }
+
+} // namespace
+
 void XmlElementWriter::begin(std::string& out, uint32_t depth, std::string_view name, bool inlined) {
     _out = &out;
     _depth = depth;
     _name = name;
-    if (!inlined)
-        out += '\n';
-    out.append(4 * size_t(depth), ' ');
-    out += '<';
-    out += name;
-    out += '>';
-    _attributeInsertPos = out.size() - 1;
     _open = true;
+    if (isShort(name, depth) && !inlined) {
+        Piece piece;
+        piece.indent(depth);
+        piece.put('<');
+        piece.put(name);
+        piece.put('>');
+        piece.appendTo(out);
+    } else {
+        if (!inlined)
+            out += '\n';
+        out.append(4 * size_t(depth), ' ').append("<").append(name).append(">");
+    }
+    _attributeInsertPos = out.size() - 1;
 }
 
 void XmlElementWriter::plainAttribute(std::string_view name, std::string_view value) {
-    constexpr size_t room = 128;
     const size_t length = name.size() + value.size() + 4; // blank, =, two quotes
-    if (_attributeInsertPos + 1 == _out->size() && length < room) {
+    if (_attributeInsertPos + 1 == _out->size() && length < Piece::room) {
         // The usual case: no child yet. The text goes in front of the final ">" in one piece.
-        char piece[room];
-        char* end = piece;
-        *end++ = ' ';
-        end = std::copy(name.begin(), name.end(), end);
-        *end++ = '=';
-        *end++ = '"';
-        end = std::copy(value.begin(), value.end(), end);
-        *end++ = '"';
-        *end++ = '>';
+        Piece piece;
+        piece.put(name);
+        piece.put("=\"");
+        piece.put(value);
+        piece.put("\">");
         (*_out)[_attributeInsertPos] = ' ';
-        _out->append(piece + 1, static_cast<size_t>(end - piece) - 1);
+        piece.appendTo(*_out);
     } else {
         std::string piece(" ");
         piece.append(name).append("=\"").append(value).append("\"");
@@ -100,35 +132,44 @@ void XmlElementWriter::end(bool hasChildren) {
     if (!_open)
         return;
     _open = false;
-    if (!hasChildren) {
+    if (!hasChildren && _attributeInsertPos + 1 == _out->size()) {
+        _out->back() = ' ';
+        _out->append("/>");
+    } else if (!hasChildren) {
         _out->insert(_attributeInsertPos, " /");
-        return;
+    } else if (isShort(_name, _depth)) {
+        Piece piece;
+        piece.indent(_depth);
+        piece.put("</");
+        piece.put(_name);
+        piece.put('>');
+        piece.appendTo(*_out);
+    } else {
+        _out->append("\n").append(4 * size_t(_depth), ' ').append("</").append(_name).append(">");
     }
-    *_out += '\n';
-    _out->append(4 * size_t(_depth), ' ');
-    *_out += "</";
-    *_out += _name;
-    *_out += '>';
 }
 
 void XmlNode::leaf(std::string_view name, std::initializer_list<IntegerAttribute> attributes) {
-    char piece[256];
-    char* end = piece;
-    auto put = [&](std::string_view text) { end = std::copy(text.begin(), text.end(), end); };
-    _hasContent = true;
-    out() += '\n';
-    out().append(4 * (size_t(depth()) + 1), ' ');
-    put("<");
-    put(name);
-    for (const IntegerAttribute& attribute : attributes) {
-        put(" ");
-        put(attribute.name);
-        put("=\"");
-        end = std::to_chars(end, piece + sizeof piece, attribute.value).ptr;
-        put("\"");
+    if (!isShort(name, depth() + 1) || attributes.size() > 4) {
+        XmlNode node(*this, name);
+        for (const IntegerAttribute& attribute : attributes)
+            node.attribute(attribute.name, attribute.value);
+        return;
     }
-    put(" />");
-    out().append(piece, static_cast<size_t>(end - piece));
+    _hasContent = true;
+    Piece piece;
+    piece.indent(depth() + 1);
+    piece.put('<');
+    piece.put(name);
+    for (const IntegerAttribute& attribute : attributes) {
+        piece.put(' ');
+        piece.put(attribute.name);
+        piece.put("=\"");
+        piece.setEnd(std::to_chars(piece.end(), piece.end() + 12, attribute.value).ptr);
+        piece.put('"');
+    }
+    piece.put(" />");
+    piece.appendTo(out());
 }
 
 } // namespace xml2swf

@@ -81,6 +81,18 @@ NumberText formatReal(float value) { return format(value); }
 NumberText formatReal(double value) { return format(value); }
 
 std::optional<int64_t> parseInteger(std::string_view text) {
+    // Nearly all numbers are short: there is no overflow to look for.
+    const bool isNegative = text.starts_with('-');
+    const std::string_view digits = text.substr(isNegative);
+    if (!digits.empty() && digits.size() <= 9 && digits[0] != '+') {
+        int32_t value = 0;
+        for (char c : digits) {
+            if (c < '0' || c > '9')
+                return {};
+            value = value * 10 + (c - '0');
+        }
+        return isNegative ? -value : value;
+    }
     if (text.starts_with('+')) {
         text.remove_prefix(1);
         if (text.starts_with('-'))

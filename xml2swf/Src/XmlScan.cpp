@@ -32,9 +32,9 @@ size_t endOfTag(std::string_view text, size_t at) {
             return i;
         if (c != '"' && c != '\'')
             continue;
-        i = text.find(c, i + 1);
-        if (i == text.npos)
-            break;
+        // Values are short: a call to find their end would take longer.
+        for (++i; i < text.size() && text[i] != c;)
+            ++i;
     }
     return text.npos;
 }

@@ -68,7 +68,8 @@ public:
     std::optional<std::string_view> attribute(std::string_view name);
     /// The value of the first attribute, whatever its name.
     std::optional<std::string_view> firstAttribute();
-    libswf::SwfString string(std::string_view name) { return libswf::SwfString(attribute(name).value_or("")); }
+    /// A text; one with a NUL in it (written as a reference) is a bad value.
+    libswf::SwfString string(std::string_view name);
     template <std::integral Int>
     Int integer(std::string_view name) {
         return static_cast<Int>(ranged(name, std::numeric_limits<Int>::min(), std::numeric_limits<Int>::max()));

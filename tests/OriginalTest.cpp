@@ -1,0 +1,164 @@
+// Tags that were not touched keep their bytes when the original is at hand.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <iostream>
+
+#include "CaseFile.h"
+#include "Conversion.h"
+#include "OriginalMovie.h"
+#include "SwfTagDefineSprite.h"
+#include "SwfUtils.h"
+
+using namespace libswf;
+using namespace xml2swf;
+
+namespace {
+
+using Bytes = std::vector<uint8_t>;
+
+struct Opened {
+    SwfMovieSafe movie;
+    std::string xml;
+    std::vector<TagText> texts; // places in `xml`
+
+    explicit Opened(const Bytes& file) {
+        SwfLoadOptions load;
+        load.keepRaw = true;
+        movie.parse(file, load);
+        ConversionOptions options;
+        options.keepRaw = true;
+        options.tagTexts = &texts;
+        xml = swfToXml(movie, options);
+    }
+};
+
+// The inflated file that a text compiles into.
+Bytes compiled(const std::string& xml, const OriginalMovie& original) {
+    MovieTarget target;
+    ConversionOptions options;
+    options.original = &original;
+    EXPECT_TRUE(xmlToSwf(xml, target, options));
+    target.movie.isCompressed = false;
+    const SwfVector<uint8_t> file = target.movie.serialise(1);
+    return {file.begin(), file.end()};
+}
+
+Bytes withoutSignature(std::span<const uint8_t> file) { return {file.begin() + 1, file.end()}; }
+
+// The movie's text with one tag's element changed so that it stays the same tag: a comment goes into it or a blank
+// before "/>".
+std::string edited(const Opened& opened, const TagText& tag) {
+    std::string text = opened.xml;
+    const size_t end = text.find('>', tag.start);
+    text.insert(text[end - 1] == '/' ? end - 1 : end, " ");
+    return text;
+}
+
+std::string recordOf(const SwfTag& tag) { return std::string(tag.source.span().begin(), tag.source.span().end()); }
+
+// Counts the tags that differ, other than the edited one and what it stands in.
+uint32_t changedTags(const SwfTags& before, const SwfTags& after, const SwfTag* editedTag) {
+    if (before.count() != after.count())
+        return 1000;
+    uint32_t changed = 0;
+    for (uint32_t i = 0; i < before.count(); ++i) {
+        const SwfTag& a = before.at(i);
+        const SwfTag& b = after.at(i);
+        if (&a == editedTag || recordOf(a) == recordOf(b))
+            continue;
+        const auto* sprite = dynamic_cast<const SwfTagDefineSprite*>(&a);
+        const auto* spriteAfter = dynamic_cast<const SwfTagDefineSprite*>(&b);
+        const uint32_t inside = sprite != nullptr && spriteAfter != nullptr
+                                    ? changedTags(sprite->tags, spriteAfter->tags, editedTag)
+                                    : 1000;
+        // A sprite that holds the edited tag is written anew around it.
+        changed += inside == 0 ? 0 : 1;
+    }
+    return changed;
+}
+
+struct Totals {
+    uint32_t movies = 0, whole = 0, edits = 0, kept = 0;
+};
+
+void check(const Bytes& file, Totals& totals) {
+    const Opened opened(file);
+    SwfMovieSafe again;
+    SwfLoadOptions load;
+    load.keepRaw = true;
+    again.parse(file, load);
+    const OriginalMovie original(again);
+    ++totals.movies;
+    const Bytes body = withoutSignature(opened.movie.body().span());
+    totals.whole += withoutSignature(compiled(std::string(xmlDeclaration) + opened.xml, original)) == body;
+
+    const size_t step = opened.texts.size() / 12 + 1; // some tags of each movie, nested ones among them
+    for (size_t i = 0; i < opened.texts.size(); i += step) {
+        const TagText& tag = opened.texts[i];
+        const Bytes result = compiled(edited(opened, tag), original);
+        SwfMovieSafe after;
+        after.parse(result, load);
+        ++totals.edits;
+        const Bytes stage(body.begin() + 7,
+                          body.begin() + 7 + ptrdiff_t(opened.movie.source().frameSizeBytes.size()) + 4);
+        const bool sameStage = std::equal(stage.begin(), stage.end(), result.begin() + 8);
+        totals.kept += sameStage && changedTags(opened.movie.tags.tags(), after.tags.tags(), tag.tag) == 0;
+    }
+}
+
+} // namespace
+
+TEST(Original, UntouchedTagsOfTheCorpusKeepTheirBytes) {
+    if (!std::filesystem::is_directory(CORPUS_DIR))
+        GTEST_SKIP() << "no movies at " CORPUS_DIR;
+    Totals totals;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(CORPUS_DIR)) {
+        if (entry.path().extension() != ".swf")
+            continue;
+        SCOPED_TRACE(entry.path().string());
+        const Totals before = totals;
+        try {
+            check(readFile(entry.path().string()), totals);
+        } catch (const SwfException&) {
+            continue; // not readable
+        }
+        EXPECT_EQ(totals.whole - before.whole, 1u);
+        EXPECT_EQ(totals.kept - before.kept, totals.edits - before.edits);
+    }
+    std::cout << totals.whole << " of " << totals.movies << " movies come back whole; of " << totals.edits
+              << " edits of one tag " << totals.kept << " leave all others as they were\n";
+}
+
+TEST(Original, OddMoviesKeepWhatTheXmlFormLoses) {
+    // A stage in wider fields, a wrong frame count and length, long headers, bytes after End.
+    const Bytes file = hexBytes("46 57 53 08 ffffffff f8 00*16 000c 0900"
+                                "7f 02 03000000 01 02 03" // SetBackgroundColor with a long header
+                                "40 00 40 00"
+                                "7f 00 00000000" // ShowFrame with a long header
+                                "ff 09 11000000 05 00 07 00 7f 02 03000000 04 05 06 40 00 00 00" // sprite
+                                "00 00 de ad be ef");
+    const Opened opened(file);
+    SwfMovieSafe movie;
+    SwfLoadOptions load;
+    load.keepRaw = true;
+    movie.parse(file, load);
+    const OriginalMovie original(movie);
+    EXPECT_EQ(compiled(opened.xml, original), file);
+
+    auto withEdit = [&](const std::string& what, const std::string& by) {
+        std::string xml = opened.xml;
+        xml.replace(xml.find(what), what.size(), by);
+        return hexText(compiled(xml, original));
+    };
+    const std::string stage = "f8 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 0c 09 00 ",
+                      tail = "00 00 de ad be ef";
+    const std::string frames = "40 00 40 00 7f 00 00 00 00 00 ";
+    const std::string sprite = "ff 09 11 00 00 00 05 00 07 00 7f 02 03 00 00 00 04 05 06 40 00 00 00 ";
+    EXPECT_EQ(withEdit("\"1020300\"", "\"11020300\"").substr(24), stage + "43 02 11 02 03 " + frames + sprite + tail);
+    // A child of the sprite changes: its sister keeps its bytes, the sprite is written anew.
+    EXPECT_EQ(withEdit("\"4050600\"", "\"14050600\"").substr(24),
+              stage + "7f 02 03 00 00 00 01 02 03 " + frames + "cd 09 05 00 01 00 43 02 14 05 06 40 00 00 00 " + tail);
+    // Another version may need another layout: nothing is taken over.
+    EXPECT_EQ(withEdit("SwfVersion=\"8\"", "SwfVersion=\"9\"").find("de ad"), std::string::npos);
+}

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Conversion.h"
+#include "SwfWarnings.h"
 
 namespace fuzz {
 

@@ -5,11 +5,6 @@ namespace {
 
 using fuzz::Bytes;
 
-void mustBeEqual(const Bytes& first, const Bytes& second) {
-    if (first != second)
-        __builtin_trap();
-}
-
 Bytes binaryTrip(Bytes file) {
     libswf::SwfMovieSafe movie;
     fuzz::parse(movie, std::move(file), true);
@@ -25,13 +20,24 @@ Bytes xmlTrip(Bytes file) {
     return fuzz::serialise(target.movie);
 }
 
+// A tag that the end of the file cuts is kept as its bytes. Written anew they are a whole tag, which may be readable;
+// then the bits that fill up a byte are lost, and in XML what has no name there (an alignment). A tag that others are
+// read by (a font) can have the same done to them on the next trip.
+constexpr uint32_t lateChanges = 3;
+
 // A first trip may be refused: text that is not XML (a control character), a value that does not fit. What came out of
-// one never is.
+// one never is, and a few trips later it comes back as it is.
 void settles(Bytes (*trip)(Bytes), const uint8_t* data, size_t size) {
-    Bytes once;
-    fuzz::refusable([&] { once = trip(Bytes(data, data + size)); });
-    if (!once.empty())
-        mustBeEqual(once, trip(once));
+    Bytes before;
+    fuzz::refusable([&] { before = trip(Bytes(data, data + size)); });
+    if (before.empty())
+        return;
+    uint32_t changes = lateChanges;
+    for (Bytes after = trip(before); after != before; after = trip(before)) {
+        if (changes-- == 0)
+            __builtin_trap();
+        before = std::move(after);
+    }
 }
 
 } // namespace

@@ -14,19 +14,28 @@ ZELKC = ROOT / 'build' / 'release' / 'bin' / 'zelkc'
 LIMIT = 40_000
 
 
+def hexes(text):
+    data = b''
+    for word in re.sub(r'#.*', '', text).split():
+        digits, _, times = word.partition('*')
+        data += bytes.fromhex(digits) * int(times or 1)
+    return data
+
+
 def cases():
     """(code, version, records before, body, xml) of every case file."""
     for path in sorted((ROOT / 'tests' / 'cases').rglob('*.case')):
-        sections, name = {}, None
+        values, sections, name = {}, {}, None
         for line in path.read_text(encoding='latin-1').splitlines():
-            if line and not line[0].isspace() and not line.startswith('#'):
-                name, _, value = line.partition(' ')
-                sections.setdefault(name, []).append(value)
-            elif name and not line.startswith('#'):
-                sections[name].append(line)
-        hexes = lambda key: bytes.fromhex(''.join(re.sub(r'#.*|[^0-9a-fA-F]', '', l) for l in sections.get(key, [])[1:]))
-        number = lambda key, default: int(re.match(r'\d+', sections[key][0])[0]) if key in sections else default
-        yield number('tag', 0), number('version', 8), hexes('before'), hexes('body'), '\n'.join(sections.get('xml', [''])[1:])
+            if not line or line.startswith('  '):
+                if name:
+                    sections[name].append(line[2:])
+            elif not line.startswith('#'):
+                name, _, values[name] = line.partition(' ')
+                sections[name] = []
+        text = lambda key: '\n'.join(sections.get(key, []))
+        number = lambda key, default: int(values.get(key, str(default)).split()[0])
+        yield number('tag', 0), number('version', 8), hexes(text('before')), hexes(text('body')), text('xml')
 
 
 def movie(version, records):

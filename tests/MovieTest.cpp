@@ -1,6 +1,7 @@
 // Movie files: header, compression, tag framing, tag lists and files on disk.
 #include <csignal>
 #include <gtest/gtest.h>
+#include <random>
 #include <sys/resource.h>
 #include <unistd.h>
 #include <zlib.h>
@@ -175,9 +176,10 @@ TEST(Compression, SavesWhatItReads) {
 }
 
 #ifdef ZELK_HAVE_LZMA
-Bytes lzmaFile(const Bytes& body, uint8_t version, uint32_t length) {
+Bytes lzmaFile(const Bytes& body, uint8_t version, uint32_t length, uint32_t dictionary = 1 << 16) {
     lzma_options_lzma options;
-    lzma_lzma_preset(&options, 6);
+    lzma_lzma_preset(&options, 1);
+    options.dict_size = dictionary;
     lzma_stream z = LZMA_STREAM_INIT;
     EXPECT_EQ(lzma_alone_encoder(&z, &options), LZMA_OK);
     Bytes packed(body.size() + 1000);
@@ -213,6 +215,25 @@ TEST(Compression, ReadsLzma) {
     corrupt = file;
     corrupt[12] = 0xFF; // coder properties
     EXPECT_EQ(failureOf(corrupt), 3u);
+}
+
+TEST(Compression, LzmaBodiesMayReferFarBack) {
+    constexpr size_t distance = 36 << 20; // over 32 MB, so that the decoder is given a bigger dictionary twice
+    Bytes block(5000);
+    std::mt19937 random(1);
+    std::generate(block.begin(), block.end(), [&] { return static_cast<uint8_t>(random()); });
+    Bytes body = joined(hexBytes(std::string(stage) + "3ff9"), {0, 0, 0, 0});
+    const size_t bodyStart = body.size();
+    body = joined(std::move(body), block);
+    body.resize(bodyStart + distance);
+    body = joined(std::move(body), block);
+    const uint32_t length = static_cast<uint32_t>(body.size() - bodyStart);
+    std::memcpy(body.data() + bodyStart - 4, &length, 4);
+    const Bytes file = lzmaFile(body, 13, 8 + static_cast<uint32_t>(body.size()), 64 << 20);
+    EXPECT_LT(file.size(), 2 * block.size()) << "the second block is no repetition";
+    Loaded loaded(file);
+    EXPECT_EQ(loaded.movie.body().size(), 8 + body.size());
+    EXPECT_TRUE(std::equal(body.begin(), body.end(), loaded.movie.body().data() + 8));
 }
 #endif
 

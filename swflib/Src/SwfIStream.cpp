@@ -129,6 +129,7 @@ public:
     void give(size_t unused) { _bytes.resize(_bytes.size() - unused); }
     bool full() const { return _bytes.size() >= 8 + _limit; }
     bool overflown() const { return _bytes.size() > 8 + _limit; }
+    uint64_t size() const { return _bytes.size(); }
     std::vector<uint8_t> take() { return std::move(_bytes); }
 
 private:
@@ -184,25 +185,26 @@ void SwfIStream::decompress(uint32_t fileLength) {
 }
 
 #ifdef ZELK_HAVE_LZMA
-void SwfIStream::decompressLzma(uint32_t fileLength) {
-    constexpr size_t headerSize = 17; // signature, version, two lengths, 5 bytes of coder properties
-    const uint64_t limit = bodyLimit(fileLength);
-    if (size() < headerSize)
-        corruptBody();
+namespace {
+
+constexpr size_t lzmaHeaderSize = 17; // signature, version, two lengths, 5 bytes of coder properties
+
+// Inflates into `output` with a dictionary of at most `dictionary` bytes; false when the body is corrupt, or refers to
+// bytes further back than that.
+bool inflateLzma(std::span<const uint8_t> file, uint64_t dictionary, BoundedOutput& output) {
     lzma_filter filters[] = {{LZMA_FILTER_LZMA1, nullptr}, {LZMA_VLI_UNKNOWN, nullptr}};
-    if (lzma_properties_decode(&filters[0], nullptr, data() + 12, 5) != LZMA_OK)
+    if (lzma_properties_decode(&filters[0], nullptr, file.data() + 12, 5) != LZMA_OK)
         corruptBody();
     const std::unique_ptr<void, void (*)(void*)> options(filters[0].options, free);
     auto& lzma = *static_cast<lzma_options_lzma*>(options.get());
-    lzma.dict_size = static_cast<uint32_t>(std::min<uint64_t>(lzma.dict_size, std::max<uint64_t>(limit, 4096)));
+    lzma.dict_size = static_cast<uint32_t>(std::min<uint64_t>(lzma.dict_size, dictionary));
 
     lzma_stream z = LZMA_STREAM_INIT;
     if (lzma_raw_decoder(&z, filters) != LZMA_OK)
         throw SwfException(SwfError::compression, "lzma does not start");
     const std::unique_ptr<lzma_stream, void (*)(lzma_stream*)> closer(&z, lzma_end);
-    BoundedOutput output(data(), limit, size());
-    z.next_in = data() + headerSize;
-    z.avail_in = size() - headerSize;
+    z.next_in = file.data() + lzmaHeaderSize;
+    z.avail_in = file.size() - lzmaHeaderSize;
     lzma_ret result = LZMA_OK;
     // An end marker may be missing: the body is complete when it has the length that the header gives.
     while (result == LZMA_OK && !output.full()) {
@@ -212,9 +214,24 @@ void SwfIStream::decompressLzma(uint32_t fileLength) {
         result = lzma_code(&z, LZMA_RUN);
         output.give(z.avail_out);
     }
-    if ((result != LZMA_OK && result != LZMA_STREAM_END) || output.overflown())
+    return (result == LZMA_OK || result == LZMA_STREAM_END) && !output.overflown();
+}
+
+} // namespace
+
+void SwfIStream::decompressLzma(uint32_t fileLength) {
+    const uint64_t limit = bodyLimit(fileLength);
+    if (size() < lzmaHeaderSize)
         corruptBody();
-    adoptInflated(output.take());
+    // The decoder takes the memory of its dictionary at once. A header may claim 4 GB for it: that much is given only
+    // when the body has shown that it gives as much.
+    for (uint64_t dictionary = 1 << 23;; dictionary *= 4) {
+        BoundedOutput output(data(), limit, size());
+        if (inflateLzma({data(), size()}, dictionary, output))
+            return adoptInflated(output.take());
+        if (output.size() < dictionary)
+            corruptBody();
+    }
 }
 #else
 void SwfIStream::decompressLzma(uint32_t) {

@@ -17,8 +17,7 @@ public:
     void setEnd(char* end) { _end = end; }
     void put(char c) { *_end++ = c; }
     void put(std::string_view text) {
-        std::memcpy(_end, text.data(), text.size());
-        _end += text.size();
+        _end = std::copy(text.begin(), text.end(), _end); // an empty text may have no address
     }
     void indent(uint32_t depth) {
         put('\n');

@@ -5,7 +5,7 @@
 #include <new>
 
 #ifdef _WIN32
-#include <io.h>
+#include <windows.h>
 #else
 #include <unistd.h>
 #endif
@@ -22,7 +22,13 @@ using Lines = std::vector<std::string>;
 
 bool isTerminal() {
 #ifdef _WIN32
-    static const bool terminal = _isatty(_fileno(stderr)) != 0;
+    // Asks for the escape sequences that the bar needs; consoles older than Windows 10 have none.
+    static const bool terminal = [] {
+        const HANDLE console = GetStdHandle(STD_ERROR_HANDLE);
+        DWORD mode = 0;
+        return GetConsoleMode(console, &mode) != 0 &&
+               SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+    }();
 #else
     static const bool terminal = isatty(fileno(stderr)) != 0;
 #endif

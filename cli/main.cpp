@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <iterator>
+
 #include "Commands.h"
 #include "Console.h"
 
@@ -5,8 +8,6 @@
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
-
-#include <shellapi.h>
 #endif
 
 namespace {
@@ -35,34 +36,50 @@ int run(int argc, char** argv) {
 }
 
 #ifdef _WIN32
-// The arguments as UTF-8, whatever the code page.
-int runWide() {
-    _setmode(_fileno(stdin), _O_BINARY);
-    _setmode(_fileno(stdout), _O_BINARY);
-    SetConsoleOutputCP(CP_UTF8);
-    int count = 0;
-    LPWSTR* wide = CommandLineToArgvW(GetCommandLineW(), &count);
-    if (wide == nullptr)
-        return ExitStatus::wrongUse;
-    std::vector<std::string> texts(static_cast<size_t>(count));
-    std::vector<char*> arguments;
-    for (int i = 0; i < count; ++i) {
-        std::string& text = texts[static_cast<size_t>(i)];
-        text.resize(static_cast<size_t>(WideCharToMultiByte(CP_UTF8, 0, wide[i], -1, nullptr, 0, nullptr, nullptr)));
-        WideCharToMultiByte(CP_UTF8, 0, wide[i], -1, text.data(), static_cast<int>(text.size()), nullptr, nullptr);
-        arguments.push_back(text.data());
-    }
-    LocalFree(wide);
-    return run(count, arguments.data());
+// What is written to the console is UTF-8 while this lives; the console outlives the program.
+class Utf8Console {
+public:
+    Utf8Console() { SetConsoleOutputCP(CP_UTF8); }
+    ~Utf8Console() { SetConsoleOutputCP(_codePage); }
+    Utf8Console(const Utf8Console&) = delete;
+    Utf8Console& operator=(const Utf8Console&) = delete;
+
+private:
+    UINT _codePage = GetConsoleOutputCP();
+};
+
+std::string utf8(const wchar_t* wide) {
+    const int size = WideCharToMultiByte(CP_UTF8, 0, wide, -1, nullptr, 0, nullptr, nullptr);
+    std::string text(static_cast<size_t>(size), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, wide, -1, text.data(), size, nullptr, nullptr);
+    return text;
 }
 #endif
 
 } // namespace
 
-int main([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
 #ifdef _WIN32
-    return runWide();
-#else
-    return run(argc, argv);
-#endif
+
+extern "C" {
+
+int _dowildcard = -1; // Names like *.swf are expanded at the start: the command interpreter leaves them as they are.
+
+// The arguments are UTF-8 from here on, whatever the code page.
+int wmain(int argc, wchar_t** argv) {
+    _setmode(_fileno(stdin), _O_BINARY);
+    _setmode(_fileno(stdout), _O_BINARY);
+    const Utf8Console console;
+    std::vector<std::string> texts;
+    std::transform(argv, argv + argc, std::back_inserter(texts), utf8);
+    std::vector<char*> arguments;
+    for (std::string& text : texts)
+        arguments.push_back(text.data());
+    return run(argc, arguments.data());
 }
+}
+
+#else
+
+int main(int argc, char** argv) { return run(argc, argv); }
+
+#endif

@@ -1,6 +1,7 @@
 // Real movies, where they are at hand: nothing crashes and nothing is lost on the way to XML and back.
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <iostream>
 #include <map>
 #include <regex>
@@ -20,6 +21,15 @@ namespace {
 
 // Movies whose body is broken on purpose.
 const std::set<std::string> refused = {"lzma-malformed-length.swf"};
+
+// Whether the movie is one that this build cannot inflate.
+bool isUnsupported([[maybe_unused]] const std::filesystem::path& path) {
+#ifdef ZELK_HAVE_LZMA
+    return false;
+#else
+    return std::ifstream(path, std::ios::binary).get() == 'Z';
+#endif
+}
 
 struct Summary {
     uint32_t movies = 0, refused = 0;
@@ -118,7 +128,7 @@ TEST(Corpus, GoesToXmlAndBack) {
     for (const auto& path : corpus()) {
         SCOPED_TRACE(path.string());
         ++summary.movies;
-        const bool bad = refused.count(path.filename().string()) != 0;
+        const bool bad = refused.count(path.filename().string()) != 0 || isUnsupported(path);
         try {
             convert(path, summary);
             EXPECT_FALSE(bad) << "is read";

@@ -1,13 +1,17 @@
 // Movie files: header, compression, tag framing, tag lists and files on disk.
-#include <csignal>
 #include <gtest/gtest.h>
 #include <random>
-#include <sys/resource.h>
-#include <unistd.h>
 #include <zlib.h>
+#ifndef _WIN32
+#include <sys/resource.h>
+
+#include <csignal>
+#endif
 #ifdef ZELK_HAVE_LZMA
 #include <lzma.h>
 #endif
+
+#include <random>
 
 #include "CaseFile.h"
 #include "SwfAllTags.h"
@@ -393,10 +397,11 @@ TEST(SwfVector, OwnsGrowsAndAsserts) {
 
 // A folder that goes with the test.
 struct Folder {
-    std::filesystem::path path = std::filesystem::temp_directory_path() / ("zelk-test-" + std::to_string(getpid()));
+    std::filesystem::path path =
+        std::filesystem::temp_directory_path() / ("zelk-test-" + std::to_string(std::random_device()()));
     Folder() { std::filesystem::create_directories(path); }
     ~Folder() { std::filesystem::remove_all(path); }
-    std::string file(const char* name) const { return (path / name).string(); }
+    std::string file(const char* name) const { return path.string() + "/" + name; }
     ptrdiff_t count() const {
         return std::distance(std::filesystem::directory_iterator(path), std::filesystem::directory_iterator());
     }
@@ -421,16 +426,17 @@ TEST(Files, ReadAndWrite) {
     };
     auto read = [&](const std::string& name) { return fileFailure(name, [&] { readFile(name); }); };
     EXPECT_EQ(write(file, {1, 2, 3}), 0u);
-    std::filesystem::permissions(file, std::filesystem::perms(0600));
     EXPECT_EQ(write(file, {4}), 0u);
     EXPECT_EQ(readFile(file), Bytes{4});
-    EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0600));
-    std::filesystem::create_symlink(file, folder.file("link"));
-    EXPECT_EQ(write(folder.file("link"), {5}), 0u);
-    EXPECT_EQ(readFile(file), Bytes{5}); // through the link, which stays one
-    EXPECT_TRUE(std::filesystem::is_symlink(folder.file("link")));
+    // Bytes that text mode would change or stop at, under a name that no code page but UTF-8 can hold whole.
+    const std::string other = folder.file("\xD0\x96\xE6\x97\xA5\xF0\x9F\x8E\xAC.swf");
+    const Bytes special = {'a', '\n', '\r', '\n', 0x1A, 0, 'b'};
+    EXPECT_EQ(write(other, special), 0u);
+    EXPECT_EQ(readFile(other), special);
 
     EXPECT_EQ(read(folder.file("none")), 4097u);
+    EXPECT_EQ(read(folder.file("no UTF-8 \xFF")), 4097u);
+    EXPECT_EQ(write(folder.file("no UTF-8 \xFF/file"), {1}), 4098u);
     EXPECT_EQ(read(folder.path.string()), 4099u);
     EXPECT_EQ(write(folder.file("none/file"), {1}), 4098u);
     EXPECT_EQ(write(folder.path.string(), {1}), 4098u);
@@ -440,6 +446,37 @@ TEST(Files, ReadAndWrite) {
     writeTextFile(folder.file("empty"), "");
     EXPECT_TRUE(readFile(folder.file("empty")).empty());
     EXPECT_EQ(folder.count(), 3); // nothing is left lying about
+}
+
+// A file that must not be written is replaced with its permissions, or stays: that is up to the system.
+TEST(Files, AProtectedFileIsReplacedOrStays) {
+    namespace fs = std::filesystem;
+    const Folder folder;
+    const std::string file = folder.file("movie.swf");
+    writeFile(file, Bytes{1});
+    fs::permissions(file, fs::perms(0444));
+    const fs::perms before = fs::status(file).permissions();
+    const uint32_t code = fileFailure(file, [&] { writeFile(file, Bytes{2}); });
+    EXPECT_EQ(readFile(file), Bytes{static_cast<uint8_t>(code == 0 ? 2 : 1)});
+    EXPECT_EQ(fs::status(file).permissions(), before);
+    EXPECT_EQ(folder.count(), 1);
+    fs::permissions(file, fs::perms(0600)); // so that the folder can go
+}
+
+#ifndef _WIN32 // no permission bits, links or limits of this kind there
+
+TEST(Files, KeepPermissionsAndLinks) {
+    const Folder folder;
+    const std::string file = folder.file("movie.swf"), link = folder.file("link");
+    writeFile(file, Bytes{1});
+    std::filesystem::permissions(file, std::filesystem::perms(0600));
+    writeFile(file, Bytes{4});
+    EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0600));
+    std::filesystem::create_symlink(file, link);
+    writeFile(link, Bytes{5});
+    EXPECT_EQ(readFile(file), Bytes{5}); // through the link, which stays one
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(folder.count(), 2);
 }
 
 // A disk that is full in the middle of a save.
@@ -460,5 +497,7 @@ TEST(Files, AFailedSaveLeavesTheOldFile) {
     EXPECT_EQ(readFile(file), (Bytes{1, 2, 3}));
     EXPECT_EQ(folder.count(), 1);
 }
+
+#endif
 
 } // namespace

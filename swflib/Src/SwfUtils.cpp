@@ -4,7 +4,11 @@
 #include <memory>
 #include <random>
 
-#ifndef _WIN32
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#include <sys/stat.h>
+#else
 #include <unistd.h>
 #endif
 
@@ -19,22 +23,55 @@ namespace {
 
 using File = std::unique_ptr<FILE, int (*)(FILE*)>;
 
-File openFile(const fs::path& path, const char* mode) {
 #ifdef _WIN32
-    return {_wfopen(path.c_str(), std::wstring(mode, mode + std::char_traits<char>::length(mode)).c_str()), fclose};
-#else
-    return {fopen(path.c_str(), mode), fclose};
-#endif
+
+File openFile(const fs::path& path) { return {_wfopen(path.c_str(), L"rb"), fclose}; }
+
+// Fails when there is one of this name. The run-time library knows no "x" mode.
+File createFile(const fs::path& path) {
+    constexpr int flags = _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT;
+    const int handle = _wopen(path.c_str(), flags, _S_IREAD | _S_IWRITE);
+    return {handle < 0 ? nullptr : _fdopen(handle, "wb"), fclose};
 }
 
-bool flushToDisk(FILE* file) {
-    if (fflush(file) != 0)
-        return false;
-#ifndef _WIN32
-    return fsync(fileno(file)) == 0;
+bool flushToDisk(FILE* file) { return fflush(file) == 0 && _commit(_fileno(file)) == 0; }
+
+// A read-only file cannot be replaced, though some versions and emulations do so.
+bool isProtected(const fs::path& path) {
+    std::error_code ignored;
+    return (fs::status(path, ignored).permissions() & fs::perms::owner_write) == fs::perms::none;
+}
+
+void copyPermissions(const fs::path&, const fs::path&) {} // There are none besides the read-only flag.
+
 #else
-    return true;
+
+File openFile(const fs::path& path) { return {fopen(path.c_str(), "rb"), fclose}; }
+
+// Fails when there is one of this name.
+File createFile(const fs::path& path) { return {fopen(path.c_str(), "wbx"), fclose}; }
+
+bool flushToDisk(FILE* file) { return fflush(file) == 0 && fsync(fileno(file)) == 0; }
+
+// A rename needs to be allowed by the folder only.
+bool isProtected(const fs::path&) { return false; }
+
+void copyPermissions(const fs::path& from, const fs::path& to) {
+    std::error_code ignored;
+    const fs::file_status status = fs::status(from, ignored);
+    if (fs::exists(status))
+        fs::permissions(to, status.permissions(), ignored);
+}
+
 #endif
+
+// A name that is not UTF-8 is that of no file where names are text.
+fs::path pathOrFailure(const std::string& fileName, uint32_t failure) {
+    try {
+        return pathOf(fileName);
+    } catch (const fs::filesystem_error&) {
+        throw SwfFileException(failure, fileName);
+    }
 }
 
 // A name beside the target that no other save uses.
@@ -47,25 +84,23 @@ fs::path scratchName(const fs::path& target) {
 
 void writeBeside(const std::string& fileName, const void* data, size_t size) {
     std::error_code ignored;
-    fs::path target = pathOf(fileName);
+    fs::path target = pathOrFailure(fileName, SwfError::openForWriting);
     if (fs::is_symlink(target, ignored)) {
         const fs::path resolved = fs::canonical(target, ignored);
         if (!resolved.empty())
             target = resolved;
     }
-    if (fs::exists(target, ignored) && !fs::is_regular_file(target, ignored))
+    if (fs::exists(target, ignored) && (!fs::is_regular_file(target, ignored) || isProtected(target)))
         throw SwfFileException(SwfError::openForWriting, fileName);
     const fs::path scratch = scratchName(target);
-    File file = openFile(scratch, "wbx");
+    File file = createFile(scratch);
     if (file == nullptr)
         throw SwfFileException(SwfError::openForWriting, fileName);
     bool done = fwrite(data, 1, size, file.get()) == size && flushToDisk(file.get());
     done = fclose(file.release()) == 0 && done;
     std::error_code failure;
     if (done) {
-        const fs::file_status old = fs::status(target, ignored);
-        if (fs::exists(old))
-            fs::permissions(scratch, old.permissions(), ignored);
+        copyPermissions(target, scratch);
         fs::rename(scratch, target, failure);
     }
     if (!done || failure) {
@@ -81,14 +116,14 @@ fs::path pathOf(const std::string& fileName) {
 }
 
 std::vector<uint8_t> readFile(const std::string& fileName) {
-    const fs::path path = pathOf(fileName);
+    const fs::path path = pathOrFailure(fileName, SwfError::openForReading);
     std::error_code failure;
     const fs::file_status status = fs::status(path, failure);
     if (!fs::exists(status))
         throw SwfFileException(SwfError::openForReading, fileName);
     if (!fs::is_regular_file(status))
         throw SwfFileException(SwfError::reading, fileName);
-    File file = openFile(path, "rb");
+    File file = openFile(path);
     if (file == nullptr)
         throw SwfFileException(SwfError::openForReading, fileName);
     const uintmax_t size = fs::file_size(path, failure);

@@ -96,7 +96,9 @@ void writeBeside(const std::string& fileName, const void* data, size_t size) {
     File file = createFile(scratch);
     if (file == nullptr)
         throw SwfFileException(SwfError::openForWriting, fileName);
-    bool done = fwrite(data, 1, size, file.get()) == size && flushToDisk(file.get());
+    // A new name has nothing to lose, so it need not wait for the disk.
+    const bool replaces = fs::exists(target, ignored);
+    bool done = fwrite(data, 1, size, file.get()) == size && (!replaces || flushToDisk(file.get()));
     done = fclose(file.release()) == 0 && done;
     std::error_code failure;
     if (done) {

@@ -68,27 +68,33 @@ std::string File::shownName(bool asInput) const {
     return asInput ? "standard input" : "standard output";
 }
 
-std::vector<uint8_t> readBytes(const File& file) {
-    if (file.isStandard())
-        return readStandardInput(file, file.kind == Kind::xml ? maxTextSize : UINT32_MAX);
-    std::error_code unknown; // left to readFile, which says why
-    if (file.kind == Kind::xml && std::filesystem::file_size(libswf::pathOf(file.name), unknown) > maxTextSize &&
-        !unknown)
-        refuseText(file.name);
+namespace {
+
+// Runs one of the library's readers; a file that cannot be opened is the input's fault.
+template <class Read>
+auto readNamed(const File& file, Read read) {
     try {
-        return libswf::readFile(file.name);
+        return read(file.name);
     } catch (const SwfFileException& error) {
         throw OpenError(file.name, error.what());
     }
 }
 
+} // namespace
+
+std::vector<uint8_t> readBytes(const File& file) {
+    return file.isStandard() ? readStandardInput(file, UINT32_MAX) : readNamed(file, libswf::readFile);
+}
+
 std::string readText(const File& file) {
-    std::string text;
-    {
-        const std::vector<uint8_t> bytes = readBytes(file);
-        text.assign(bytes.begin(), bytes.end());
+    if (file.isStandard()) {
+        const std::vector<uint8_t> bytes = readStandardInput(file, maxTextSize);
+        return xml2swf::documentText({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
     }
-    return xml2swf::documentText(std::move(text));
+    std::error_code unknown; // left to the reader, which says why
+    if (std::filesystem::file_size(libswf::pathOf(file.name), unknown) > maxTextSize && !unknown)
+        refuseText(file.name);
+    return xml2swf::documentText(readNamed(file, libswf::readTextFile));
 }
 
 void writeBytes(const File& file, std::span<const uint8_t> bytes) {

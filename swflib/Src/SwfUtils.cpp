@@ -117,7 +117,9 @@ fs::path pathOf(const std::string& fileName) {
     return fs::path(std::u8string(reinterpret_cast<const char8_t*>(fileName.c_str())));
 }
 
-std::vector<uint8_t> readFile(const std::string& fileName) {
+// Reads into a vector of bytes or a string.
+template <class Bytes>
+static Bytes readWhole(const std::string& fileName) {
     const fs::path path = pathOrFailure(fileName, SwfError::openForReading);
     std::error_code failure;
     const fs::file_status status = fs::status(path, failure);
@@ -131,11 +133,15 @@ std::vector<uint8_t> readFile(const std::string& fileName) {
     const uintmax_t size = fs::file_size(path, failure);
     if (failure || size > UINT32_MAX)
         throw SwfFileException(SwfError::reading, fileName);
-    std::vector<uint8_t> bytes(static_cast<size_t>(size));
+    Bytes bytes(static_cast<size_t>(size), 0);
     if (fread(bytes.data(), 1, bytes.size(), file.get()) != bytes.size() || fclose(file.release()) != 0)
         throw SwfFileException(SwfError::reading, fileName);
     return bytes;
 }
+
+std::vector<uint8_t> readFile(const std::string& fileName) { return readWhole<std::vector<uint8_t>>(fileName); }
+
+std::string readTextFile(const std::string& fileName) { return readWhole<std::string>(fileName); }
 
 void writeFile(const std::string& fileName, std::span<const uint8_t> bytes) {
     swfAssert(bytes.data() != nullptr, "data");

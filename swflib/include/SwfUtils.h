@@ -15,6 +15,7 @@ std::filesystem::path pathOf(const std::string& fileName);
 /// Throws SwfFileException 4097 when the file cannot be opened, 4099 when it cannot be read (folders and files of more
 /// than 4 GB included).
 std::vector<uint8_t> readFile(const std::string& fileName);
+std::string readTextFile(const std::string& fileName);
 
 /// Writes beside the target and renames, so that a failure leaves an existing file as it was. Asserts that data and
 /// size are not zero. Throws SwfFileException 4098 or 4100.

@@ -34,7 +34,7 @@ while IFS= read -r -d '' file; do
     *.swf) cp "$file" "movies/$count.swf" ;;
     *.xml) cp "$file" "texts/$count.xml" ;;
     esac
-done < <(find "$@" -type f -size -1M \( -name '*.swf' -o -name '*.xml' \) -print0 2>/dev/null)
+done < <(find "$@" -type f -size -1024k \( -name '*.swf' -o -name '*.xml' \) -print0 2>/dev/null)
 
 compare_ways texts made swf
 cp made-many/* movies

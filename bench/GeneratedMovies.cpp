@@ -1,5 +1,6 @@
 #include "GeneratedMovies.h"
 
+#include <algorithm>
 #include <random>
 
 #include "SwfMovie.h"
@@ -75,8 +76,10 @@ void add(SwfTags& tags, uint16_t code, std::vector<uint8_t> body) {
     tags.append(std::make_shared<SwfTagUnknown>(code, SwfBytes::adopt(std::move(body))));
 }
 
-void addContent(SwfTags& tags, Content content, uint16_t id) {
-    constexpr size_t edges = 20000, script = 60000, picture = 200000;
+// One tag of each kind asked for, smaller ones in small movies.
+void addContent(SwfTags& tags, Content content, uint16_t id, size_t movieBytes) {
+    const size_t edges = std::min<size_t>(20000, movieBytes / 16), script = std::min<size_t>(60000, movieBytes / 4);
+    const size_t picture = std::clamp<size_t>(movieBytes / 2, 2, 200000);
     if (content == Content::shapes || content == Content::mixed)
         add(tags, 2, shape(id, edges));
     if (content == Content::actions || content == Content::mixed)
@@ -101,7 +104,7 @@ std::vector<uint8_t> generateMovie(Content content, size_t bytes) {
     SwfMovie movie(8, 11000, 8000, 12, false);
     size_t size = 0;
     for (uint16_t id = 1; size < bytes; ++id) {
-        addContent(movie.tags, content, id);
+        addContent(movie.tags, content, id, bytes);
         SwfContext context;
         size = movie.tags.getSize(context);
     }

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 
 #include "Cases.h"
@@ -68,7 +69,7 @@ private:
 
 void measureStart(const Scratch& scratch) {
     const std::string small = scratch.path("small.swf");
-    libswf::writeFile(small, generateMovie(Content::actions, 1000));
+    libswf::writeFile(small, generateMovie(Content::mixed, 3000));
     const Usage empty = bestOf(40, {"true"});
     const Usage convert = bestOf(40, {ZELKC_PATH, "convert", "--quiet", small, scratch.path("small.xml")});
     std::printf("\none small movie, whole process: %.2f ms, %.2f ms above an empty process (goal 3)\n",
@@ -91,7 +92,7 @@ void measureManyFiles(const Scratch& scratch) {
     fs::create_directories(scratch.path("out"));
     double floor = 0;
     for (int i = 0; i < count; ++i) {
-        const std::vector<uint8_t> plain = generateMovie(Content::mixed, 30000);
+        const std::vector<uint8_t> plain = generateMovie(Content::mixed, 10000);
         const std::vector<uint8_t> file = compressMovie(plain);
         floor += inflateSeconds(file, plain.size() - 8);
         arguments.push_back(scratch.path("m" + std::to_string(i) + ".swf"));
@@ -102,18 +103,24 @@ void measureManyFiles(const Scratch& scratch) {
                 all.seconds * 1e3, all.seconds / floor);
 }
 
-void measureMemory(const Scratch& scratch) {
+double inflatedSize(const std::string& swf) {
+    const std::vector<uint8_t> file = libswf::readFile(swf);
+    uint32_t length = 0;
+    std::memcpy(&length, file.data() + 4, sizeof length);
+    return length;
+}
+
+void measureMemory(const Scratch& scratch, const char* self) {
     const double empty = runProcess({ZELKC_PATH, "--version"}).peakBytes;
     std::printf(
         "\n| movie | body + XML MB | peak MB, SWF→XML | × | peak MB, XML→SWF | × |\n|---|---|---|---|---|---|\n");
+    const std::string swf = scratch.path("movie.swf"), xml = scratch.path("movie.xml");
     for (const Case& c : cases()) {
-        const Movie& movie = movieOf(c);
-        const std::string swf = scratch.path("movie.swf"), xml = scratch.path("movie.xml");
-        libswf::writeFile(swf, movie.file);
-        const double sum = double(movie.plain.size() + movie.xml.size());
+        runProcess({self, "--write-case", c.name, swf});
         const Usage there = runProcess({ZELKC_PATH, "convert", "--quiet", swf, xml});
         const Usage back =
             runProcess({ZELKC_PATH, "convert", "--quiet", "--level", "1", xml, scratch.path("back.swf")});
+        const double sum = inflatedSize(swf) + double(fs::file_size(xml));
         auto ratio = [&](const Usage& usage) { return (usage.peakBytes - empty) / sum; };
         std::printf("| %s | %.1f | %.1f | %.2f | %.1f | %.2f |\n", c.name.c_str(), sum / 1e6, there.peakBytes / 1e6,
                     ratio(there), back.peakBytes / 1e6, ratio(back));
@@ -122,11 +129,18 @@ void measureMemory(const Scratch& scratch) {
 
 } // namespace
 
-void measureProcesses() {
+void measureProcesses(const char* self) {
     const Scratch scratch;
     measureStart(scratch);
     measureManyFiles(scratch);
-    measureMemory(scratch);
+    measureMemory(scratch, self);
+}
+
+void writeCase(const char* name, const char* fileName) {
+    for (const Case& c : cases()) {
+        if (c.name == name)
+            libswf::writeFile(fileName, c.makeFile());
+    }
 }
 
 } // namespace bench

@@ -9,14 +9,8 @@ uint32_t SwfAction::getSize(SwfContext&) { return size = 0; }
 void SwfAction::write(SwfOStream& stream) { writeHeader(stream, 0); }
 
 static void warnOfCut(const SwfContext& context, uint32_t code, uint32_t length) {
-    if (context.warnings == nullptr)
-        return;
-    SwfWarning warning;
-    warning.kind = SwfWarning::Kind::cut;
-    warning.tagCode = context.tagType;
-    warning.tagName = actionName(code);
-    warning.reason = std::to_string(length) + " bytes do not fit the 16 bits of its length";
-    context.warnings->add(std::move(warning));
+    addWarning(context, SwfWarning::Kind::cut,
+               actionName(code) + ": " + std::to_string(length) + " bytes do not fit the 16 bits of its length");
 }
 
 void SwfAction::writeHeader(SwfOStream& stream, uint32_t length) const {

@@ -24,14 +24,8 @@ uint32_t writtenFlags(const SwfClipAction& record, const SwfContext& context) {
 }
 
 void warnOfHidden(const SwfContext& context) {
-    if (context.warnings == nullptr)
-        return;
-    SwfWarning warning;
-    warning.kind = SwfWarning::Kind::cut;
-    warning.tagCode = context.tagType;
-    warning.tagName = "ClipAction";
-    warning.reason = "the record has no event that this version knows: no player will find it";
-    context.warnings->add(std::move(warning));
+    addWarning(context, SwfWarning::Kind::cut,
+               "a clip action has no event that this version knows: no player will find it");
 }
 
 } // namespace

@@ -15,15 +15,9 @@ bool isButton2(const SwfContext& context) { return context.tagType == SwfTagCode
 uint16_t withSizeField(uint64_t bytes) { return static_cast<uint16_t>((bytes & 0xFFFF) + sizeField); }
 
 uint16_t withSizeField(uint64_t bytes, const SwfOStream& stream, const char* field) {
-    SwfWarnings* warnings = stream.context.warnings;
-    if (bytes + sizeField > 0xFFFF && warnings != nullptr && !stream.isCounter()) {
-        SwfWarning warning;
-        warning.kind = SwfWarning::Kind::cut;
-        warning.tagCode = stream.context.tagType;
-        warning.tagName = tagName(stream.context.tagType);
-        warning.reason = std::string(field) + " is over 65,535 and loses its high bits";
-        warnings->add(std::move(warning));
-    }
+    if (bytes + sizeField > 0xFFFF && !stream.isCounter())
+        addWarning(stream.context, SwfWarning::Kind::cut,
+                   std::string(field) + " is over 65,535 and loses its high bits");
     return withSizeField(bytes);
 }
 

@@ -42,14 +42,9 @@ constexpr PlaceFlagMember flagMembers[] = {
 };
 
 void warnOfLeftOut(const SwfOStream& stream) {
-    if (stream.isCounter() || stream.context.warnings == nullptr)
-        return;
-    SwfWarning warning;
-    warning.kind = SwfWarning::Kind::cut;
-    warning.tagCode = stream.context.tagType;
-    warning.tagName = "ClipActions";
-    warning.reason = "a movie of version 4 or below holds no clip actions: they are left out";
-    stream.context.warnings->add(std::move(warning));
+    if (!stream.isCounter())
+        addWarning(stream.context, SwfWarning::Kind::cut,
+                   "a movie of version 4 or below holds no clip actions: they are left out");
 }
 
 } // namespace

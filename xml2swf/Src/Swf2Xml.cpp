@@ -7,9 +7,7 @@ using namespace libswf;
 
 namespace {
 
-constexpr int64_t maxPixels = 53687091; // widest stage whose twips fit a rectangle's fields
-
-int64_t pixels(int64_t from, int64_t to) { return std::clamp<int64_t>((to - from) / 20, 0, maxPixels); }
+int64_t pixels(int64_t from, int64_t to) { return std::clamp<int64_t>((to - from) / 20, 0, maxStagePixels); }
 
 void replaceAll(std::string& text, std::string_view placeholder, std::string_view value) {
     for (size_t at = 0; (at = text.find(placeholder, at)) != text.npos; at += value.size())

@@ -13,8 +13,6 @@ using namespace libswf;
 
 namespace {
 
-constexpr int64_t maxPixels = 53687091; // widest stage whose twips fit a rectangle's fields
-
 struct RootDefaults {
     static constexpr int64_t version = 7, width = 550, height = 400;
     static constexpr float frameRate = 12;
@@ -33,8 +31,8 @@ int64_t rootInteger(XmlElement& root, const char* name, int64_t missing, int64_t
 
 void readRoot(XmlElement& root, IXml2SwfConversionTarget& target) {
     const int64_t version = rootInteger(root, "SwfVersion", RootDefaults::version, UINT8_MAX);
-    const int64_t width = rootInteger(root, "Width", RootDefaults::width, maxPixels);
-    const int64_t height = rootInteger(root, "Height", RootDefaults::height, maxPixels);
+    const int64_t width = rootInteger(root, "Width", RootDefaults::width, maxStagePixels);
+    const int64_t height = rootInteger(root, "Height", RootDefaults::height, maxStagePixels);
     const float frameRate = root.has("FrameRate") ? root.real("FrameRate") : RootDefaults::frameRate;
     const bool isCompressed =
         root.has("IsCompressed") ? root.boolean("IsCompressed") : version >= RootDefaults::firstCompressedVersion;

@@ -61,6 +61,9 @@ struct ConversionOptions {
     const OriginalMovie* original = nullptr;
 };
 
+/// The widest and highest stage, in pixels: its twips stay below 2^30, as a rectangle's fields ask.
+constexpr int64_t maxStagePixels = 53687091;
+
 /// The text that stands before the Movie element in every XML file.
 constexpr std::string_view xmlDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n";
 

@@ -238,13 +238,9 @@ private:
     }
 
     void warnOfCutEdges() const {
-        SwfWarning warning;
-        warning.kind = SwfWarning::Kind::cut;
-        warning.tagCode = _context.tagType;
-        warning.tagName = tagName(_context.tagType);
-        warning.reason = std::to_string(_cutEdges) +
-                         " edges have deltas of 65,536 twips or more: the width is cut and the shape cannot be read";
-        _context.warnings->add(std::move(warning));
+        addWarning(_context, SwfWarning::Kind::cut,
+                   std::to_string(_cutEdges) +
+                       " edges have deltas of 65,536 twips or more: the width is cut and the shape cannot be read");
     }
 
     SwfOStream& _stream;

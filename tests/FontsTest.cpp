@@ -107,6 +107,20 @@ TEST(Fonts, GlyphsMayShareBytesUpToALimit) {
     EXPECT_THROW(readBody<SwfTagDefineFont2>(overlappingFont(65535, 200000), 5), SwfException);
 }
 
+// Glyphs of no bits: 255 in each record of two bytes.
+std::vector<uint8_t> textOfNoBits(size_t records) {
+    std::vector<uint8_t> body = {1, 0, 0, 0, 0, 0}; // id, bounds, matrix, widths
+    for (size_t i = 0; i < records; ++i)
+        body.insert(body.end(), {0x80, 255});
+    body.push_back(0);
+    return body;
+}
+
+TEST(Fonts, TextsMayHaveManyGlyphsUpToALimit) {
+    EXPECT_EQ(readBody<SwfTagDefineText2>(textOfNoBits(257), 8).records.size(), 257u);
+    EXPECT_THROW(readBody<SwfTagDefineText2>(textOfNoBits(240000), 8), SwfException);
+}
+
 TEST(Fonts, CountsAboveTheirFieldsAreRefused) {
     SwfTagDefineFont2 glyphs;
     for (uint32_t i = 0; i <= UINT16_MAX; ++i)

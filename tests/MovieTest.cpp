@@ -1,6 +1,5 @@
 // Movie files: header, compression, tag framing, tag lists and files on disk.
 #include <gtest/gtest.h>
-#include <random>
 #include <zlib.h>
 #ifndef _WIN32
 #include <sys/resource.h>

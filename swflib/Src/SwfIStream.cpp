@@ -8,6 +8,7 @@
 #include "SwfStream.h"
 #include "SwfStructs.h"
 #include "SwfTag.h"
+#include "SwfUtils.h"
 
 namespace libswf {
 
@@ -111,15 +112,17 @@ class BoundedOutput {
 public:
     BoundedOutput(const uint8_t* header, uint64_t limit, uint64_t inputSize) : _limit(limit) {
         _bytes.reserve(static_cast<size_t>(8 + std::min(limit + 1, std::max<uint64_t>(1 << 16, inputSize * 6))));
+        adviseBigPages(_bytes.data(), _bytes.capacity());
         _bytes.assign(header, header + 8);
     }
 
     /// Room for more output; one byte past the limit, so that output that is too long shows.
     std::pair<uint8_t*, size_t> room() {
         const uint64_t done = _bytes.size();
-        uint64_t target = _bytes.capacity();
-        if (target < done + (1 << 12))
-            target = target * 2;
+        // What is given out is filled with zeros before: not much more than what has come so far.
+        uint64_t target = done + std::max<uint64_t>(1 << 16, done);
+        if (done + (1 << 12) <= _bytes.capacity())
+            target = std::min<uint64_t>(target, _bytes.capacity());
         target = std::min<uint64_t>(target, 8 + _limit + 1);
         if (target <= done)
             return {nullptr, 0};

@@ -2,6 +2,7 @@
 
 #include "SwfStream.h"
 #include "SwfStructs.h"
+#include "SwfUtils.h"
 
 namespace libswf {
 
@@ -9,6 +10,7 @@ SwfOStream::SwfOStream(uint64_t capacity) {
     if (capacity > UINT32_MAX)
         throw SwfException(SwfError::doesNotFit, "a movie of more than 4 GB");
     reserve(capacity);
+    adviseBigPages(data(), capacity);
 }
 
 SwfOStream SwfOStream::counter(const SwfContext& context) {

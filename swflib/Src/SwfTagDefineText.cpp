@@ -50,9 +50,11 @@ void SwfTextRecord::write(SwfOStream& stream) const {
 }
 
 void SwfTagDefineText::read(SwfIStream& stream) {
-    constexpr uint64_t entriesPerByte = 16;
+    // Entries may take less than a byte, down to no bits at all, and each is a line of XML: texts of more than this are
+    // not written by hand or tool.
+    constexpr uint64_t alwaysAllowed = 65536;
     stream.context.alpha = hasAlpha();
-    const uint64_t mostEntries = stream.bodyLeft() * entriesPerByte;
+    const uint64_t mostEntries = alwaysAllowed + stream.bodyLeft();
     characterId = stream.readUI16("CharacterId");
     bounds.read(stream);
     matrix.read(stream);

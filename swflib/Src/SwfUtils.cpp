@@ -12,6 +12,10 @@
 #include <unistd.h>
 #endif
 
+#ifdef __linux__
+#include <sys/mman.h>
+#endif
+
 #include "SwfException.h"
 #include "SwfVector.h"
 
@@ -151,6 +155,20 @@ void writeFile(const std::string& fileName, std::span<const uint8_t> bytes) {
 
 void writeTextFile(const std::string& fileName, std::string_view text) {
     writeBeside(fileName, text.data(), text.size());
+}
+
+void adviseBigPages(const void* block, size_t bytes) {
+#ifdef MADV_HUGEPAGE
+    constexpr uintptr_t page = 4096;
+    constexpr size_t least = 16 << 20; // below, what the last page holds too much would show
+    if (bytes < least)
+        return;
+    const auto start = (reinterpret_cast<uintptr_t>(block) + page - 1) / page * page;
+    const auto end = (reinterpret_cast<uintptr_t>(block) + bytes) / page * page;
+    madvise(reinterpret_cast<void*>(start), end - start, MADV_HUGEPAGE); // may fail: the pages are small then
+#else
+    static_cast<void>(block), static_cast<void>(bytes);
+#endif
 }
 
 } // namespace libswf

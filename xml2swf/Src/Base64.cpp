@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "SwfUtils.h"
 #include "XmlErrors.h"
 
 namespace xml2swf {
@@ -124,7 +125,10 @@ void appendBase64(std::string& out, std::span<const uint8_t> bytes) {
 }
 
 std::vector<uint8_t> decodeBase64(std::string_view text) {
-    std::vector<uint8_t> bytes(text.size() / 4 * 3 + 3);
+    std::vector<uint8_t> bytes;
+    bytes.reserve(text.size() / 4 * 3 + 3);
+    libswf::adviseBigPages(bytes.data(), bytes.capacity());
+    bytes.resize(text.size() / 4 * 3 + 3);
     uint8_t* out = bytes.data();
     const char* in = text.data();
     const char* end = in + text.size();

@@ -16,15 +16,24 @@ OriginalMovie::TextKey OriginalMovie::keyOf(std::string_view text) {
 
 OriginalMovie::OriginalMovie(SwfMovieSafe& movie)
     : _version(movie.version), _source(movie.source()), _wholeFile(movie.body()) {
-    std::vector<TagText> texts;
+    std::vector<TagText> tags;
     ConversionOptions options;
     options.keepRaw = true;
-    options.tagTexts = &texts;
+    options.tagTexts = &tags;
     const std::string text = swfToXml(movie, options);
-    _wholeText = keyOf(text);
-    for (const TagText& tag : texts) {
+    remember(text, 0, tags);
+}
+
+OriginalMovie::OriginalMovie(SwfMovieSafe& movie, std::string_view document, std::span<const TagText> tags)
+    : _version(movie.version), _source(movie.source()), _wholeFile(movie.body()) {
+    remember(document, xmlDeclaration.size(), tags);
+}
+
+void OriginalMovie::remember(std::string_view text, size_t movieElement, std::span<const TagText> tags) {
+    _wholeText = keyOf(text.substr(movieElement));
+    for (const TagText& tag : tags) {
         if (!tag.tag->source.empty())
-            _records[keyOf(std::string_view(text).substr(tag.start, tag.end - tag.start))].push_back(
+            _records[keyOf(text.substr(tag.start, tag.end - tag.start))].push_back(
                 {tag.start, tag.end, tag.tag->source});
     }
     for (auto& [key, entries] : _records)

@@ -1,4 +1,5 @@
 #include "Conversion.h"
+#include "SwfUtils.h"
 #include "XmlTags.h"
 
 namespace xml2swf {
@@ -56,6 +57,7 @@ void reserveFor(std::string& out, const SwfMovieSafe& movie) {
     constexpr size_t textPerByte = 14, most = size_t(1) << 30;
     try {
         out.reserve(std::min(most, movie.body().size() * textPerByte));
+        adviseBigPages(out.data(), out.capacity());
     } catch (const std::bad_alloc&) {
         // It grows as it must.
     }

@@ -2,9 +2,9 @@
 
 #include <array>
 #include <typeinfo>
-#include <unordered_map>
 
 #include "XmlActionForms.h"
+#include "XmlNameTable.h"
 
 namespace xml2swf {
 
@@ -14,15 +14,15 @@ namespace {
 
 // Both directions of the actions of one code. Without `write` the action has no payload.
 struct ActionForm {
-    const char* name = nullptr;
+    std::string_view name;
     uint32_t code = 0;
-    bool (*write)(XmlNode& parent, const char* name, const SwfAction& action) = nullptr;
+    bool (*write)(XmlNode& parent, std::string_view name, const SwfAction& action) = nullptr;
     std::unique_ptr<SwfAction> (*read)(XmlElement& element) = nullptr;
 };
 
 // False when the object is not of the class: the class decides, not the code.
 template <class Action>
-bool writeAs(XmlNode& parent, const char* name, const SwfAction& action) {
+bool writeAs(XmlNode& parent, std::string_view name, const SwfAction& action) {
     if (typeid(action) != typeid(Action))
         return false;
     writeChild(parent, name, static_cast<const Action&>(action));
@@ -41,7 +41,7 @@ std::unique_ptr<SwfAction> readUnknown(XmlElement& element) {
     return std::make_unique<SwfActionUnknown>(code, element.payload("Data"));
 }
 
-constexpr const char* unknownName = "UnknownAction";
+constexpr std::string_view unknownName = "UnknownAction";
 
 constexpr ActionForm allForms[] = {
 #define SWF_ACTION(code, name) {#name, code},
@@ -61,14 +61,14 @@ const ActionForm* formByCode(uint32_t code) {
 
 const ActionForm* formByName(std::string_view name) {
     static const ActionForm unknownForm{unknownName, SwfActionCode::compiled, nullptr, readUnknown};
-    static const std::unordered_map<std::string_view, const ActionForm*> forms = [] {
-        std::unordered_map<std::string_view, const ActionForm*> table{{unknownName, &unknownForm}};
+    static const XmlNameTable<ActionForm> forms = [] {
+        XmlNameTable<ActionForm> table;
+        table.add(unknownName, &unknownForm);
         for (const ActionForm& form : allForms)
-            table.emplace(form.name, &form);
+            table.add(form.name, &form);
         return table;
     }();
-    const auto found = forms.find(name);
-    return found == forms.end() ? nullptr : found->second;
+    return forms[name];
 }
 
 void writeUnknown(XmlNode& parent, uint32_t code, std::span<const uint8_t> data) {
@@ -78,15 +78,18 @@ void writeUnknown(XmlNode& parent, uint32_t code, std::span<const uint8_t> data)
 }
 
 void writeAction(XmlNode& parent, const SwfAction& action) {
+    // The usual cases first: types that differ are compared by their names.
     const auto& type = typeid(action);
     const ActionForm* form = formByCode(action.type);
-    if (action.type == SwfActionCode::compiled)
+    if (form != nullptr && form->write == nullptr && type == typeid(SwfAction))
+        XmlNode(parent, form->name);
+    else if (form != nullptr && form->write != nullptr && form->write(parent, form->name, action))
+        return;
+    else if (action.type == SwfActionCode::compiled)
         XmlNode(parent, "Compiled");
     else if (type == typeid(SwfActionUnknown))
         writeUnknown(parent, action.type, static_cast<const SwfActionUnknown&>(action).data.span());
-    else if (form != nullptr && form->write == nullptr && type == typeid(SwfAction))
-        XmlNode(parent, form->name);
-    else if (form == nullptr || form->write == nullptr || !form->write(parent, form->name, action))
+    else
         writeUnknown(parent, action.type, {});
 }
 

@@ -7,13 +7,6 @@
 
 namespace xml2swf {
 
-namespace {
-
-// Content is parsed inside an element, where text may stand between the children.
-constexpr std::string_view wrapperStart = "<w>", wrapperEnd = "</w>";
-
-} // namespace
-
 XmlDocument::XmlDocument(std::string_view text, std::vector<ElementSpan>* spans)
     : _text(text), _structure(scanXml(text, maxDepth, spans)) {
     if (_structure.regular)
@@ -28,61 +21,39 @@ XmlDocument::~XmlDocument() = default;
 
 XmlWindowPtr XmlDocument::parseContent(XmlPiece& piece, bool topLevel) {
     piece.parsed = true; // or it throws
-    if (topLevel)
-        return parse(piece.start, piece.end, {}, {});
-    XmlWindowPtr window = parse(piece.start, piece.end, wrapperStart, wrapperEnd);
-    window->_container = window->_container->first_node();
-    return window;
+    return parse(piece.start, piece.end, topLevel ? XmlWindow::Form::document : XmlWindow::Form::content);
 }
 
 XmlWindowPtr XmlDocument::parseStartTag(const XmlBlock& block) {
-    return parse(block.start, block.tagEnd - 1, {}, "/>");
+    return parse(block.start, block.tagEnd, XmlWindow::Form::startTag);
 }
 
-XmlWindowPtr XmlDocument::parseElement(const XmlBlock& block) { return parse(block.start, block.end, {}, {}); }
-
-XmlWindowPtr XmlDocument::parse(size_t start, size_t end, std::string_view before, std::string_view after) {
-    const size_t length = end - start;
-    std::unique_ptr<XmlWindow> window = takeWindow(before.size() + length + after.size() + 1);
-    char* place = window->_copy.get();
-    place = std::copy(before.begin(), before.end(), place);
-    if (length != 0)
-        std::memcpy(place, _text.data() + start, length);
-    place = std::copy(after.begin(), after.end(), place + length);
-    *place = '\0';
-    window->_origin = start;
-    window->_before = before.size();
-    try {
-        window->_document.parse<rapidxml::parse_full>(window->_copy.get());
-    } catch (const rapidxml::parse_error& error) {
-        const size_t at = std::clamp<size_t>(window->offsetOf(error.where<char>()), start, end);
-        throw XmlSyntaxError(error.what(), at);
-    }
-    window->_container = &window->_document;
-    return XmlWindowPtr(window.release());
+XmlWindowPtr XmlDocument::parseElement(const XmlBlock& block) {
+    return parse(block.start, block.end, XmlWindow::Form::document);
 }
 
-std::unique_ptr<XmlWindow> XmlDocument::takeWindow(size_t room) {
-    std::unique_ptr<XmlWindow> window;
+XmlWindowPtr XmlDocument::parse(size_t start, size_t end, XmlWindow::Form form) {
+    XmlWindowPtr window(takeWindow().release());
+    if (!window->readPlain(_text, start, end, form))
+        window->parse(_text, start, end, form);
+    return window;
+}
+
+std::unique_ptr<XmlWindow> XmlDocument::takeWindow() {
     if (_free.empty()) {
-        window = std::make_unique<XmlWindow>();
+        auto window = std::make_unique<XmlWindow>();
         window->_owner = this;
-    } else {
-        window = std::move(_free.back());
-        _free.pop_back();
+        return window;
     }
-    if (window->_capacity < room) {
-        window->_copy.reset(new char[room]);
-        window->_capacity = room;
-    }
+    std::unique_ptr<XmlWindow> window = std::move(_free.back());
+    _free.pop_back();
     return window;
 }
 
 void XmlDocument::giveBack(XmlWindow* window) {
     constexpr size_t kept = 4;
     std::unique_ptr<XmlWindow> owned(window);
-    owned->_document.clear();
-    if (_free.size() < kept && window->_capacity <= 4 * windowSize)
+    if (owned->reuse() && _free.size() < kept)
         _free.push_back(std::move(owned));
 }
 

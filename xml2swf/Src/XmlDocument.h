@@ -43,8 +43,8 @@ public:
 
 private:
     friend class XmlWindowPtr;
-    XmlWindowPtr parse(size_t start, size_t end, std::string_view before, std::string_view after);
-    std::unique_ptr<XmlWindow> takeWindow(size_t room);
+    XmlWindowPtr parse(size_t start, size_t end, XmlWindow::Form form);
+    std::unique_ptr<XmlWindow> takeWindow();
     void giveBack(XmlWindow* window);
     void validate(XmlBlock& block, bool topLevel);
 

@@ -1,7 +1,5 @@
 #include "XmlElement.h"
 
-#include <exception>
-
 #include "Base64.h"
 #include "SwfException.h"
 #include "XmlDocument.h"
@@ -43,91 +41,41 @@ std::string_view nameOf(XmlNames names, uint32_t value, const char* field) {
     return name;
 }
 
-static RawNode* elementFrom(RawNode* node) {
-    while (node != nullptr && node->type() != rapidxml::node_element)
-        node = node->next_sibling();
-    return node;
-}
-
-static std::string_view nameOf(const rapidxml::xml_base<char>& item) { return {item.name(), item.name_size()}; }
-static std::string_view valueOf(const rapidxml::xml_base<char>& item) { return {item.value(), item.value_size()}; }
-
-XmlElement::XmlElement(XmlReadContext& context, XmlWindowPtr window, RawNode* node, XmlBlock* block)
-    : _context(&context), _window(std::move(window)), _node(node), _block(block), _next(node->first_attribute()),
-      _exceptions(std::uncaught_exceptions()) {}
-
-XmlElement::XmlElement(XmlElement&& other) noexcept = default;
-
-XmlElement::~XmlElement() {
-    if (!_window || _context->warnings == nullptr || std::uncaught_exceptions() != _exceptions)
-        return;
-    try {
-        warnOfUnread();
-    } catch (const rapidxml::parse_error&) {
-        // Found again, and reported, when the document is validated.
-    }
-}
-
-size_t XmlElement::offset() const { return _window->offsetOf(_node->name()); }
-
-const RawAttribute* XmlElement::find(std::string_view name) {
-    auto take = [&](const RawAttribute* attribute, uint32_t index) {
-        if (index < 64)
-            _usedAttributes |= uint64_t(1) << index;
-        _next = attribute->next_attribute();
-        _nextIndex = index + 1;
-        return attribute;
-    };
+const XmlAttribute* XmlElement::findElsewhere(std::string_view name) {
     // Only a first match may be taken from the middle, since the first of two attributes of one name wins; readers ask
     // once per name, so looking on from the last hit finds the first.
-    uint32_t index = _nextIndex;
-    for (const RawAttribute* a = _next; a != nullptr; a = a->next_attribute(), ++index) {
-        if (nameOf(*a) == name)
-            return take(a, index);
+    for (uint32_t i = _next; i < _node->attributeCount; ++i) {
+        if (_attributes[i].name == name)
+            return take(i);
     }
-    index = 0;
-    for (const RawAttribute* a = _node->first_attribute(); a != _next; a = a->next_attribute(), ++index) {
-        if (nameOf(*a) == name)
-            return take(a, index);
+    for (uint32_t i = 0; i < std::min(_next, _node->attributeCount); ++i) {
+        if (_attributes[i].name == name)
+            return take(i);
     }
     return nullptr;
 }
 
 bool XmlElement::has(std::string_view name) {
-    for (const RawAttribute* a = _node->first_attribute(); a != nullptr; a = a->next_attribute()) {
-        if (nameOf(*a) == name)
-            return true;
-    }
-    return false;
-}
-
-std::optional<std::string_view> XmlElement::attribute(std::string_view name) {
-    const RawAttribute* found = find(name);
-    if (found == nullptr)
-        return {};
-    return valueOf(*found);
+    return std::any_of(_attributes, _attributes + _node->attributeCount,
+                       [&](const XmlAttribute& attribute) { return attribute.name == name; });
 }
 
 std::optional<std::string_view> XmlElement::firstAttribute() {
-    const RawAttribute* first = _node->first_attribute();
-    if (first == nullptr)
+    if (_node->attributeCount == 0)
         return {};
     _usedAttributes |= 1;
-    return valueOf(*first);
+    return _attributes[0].value;
 }
 
 void XmlElement::badValue(std::string_view attribute, std::string_view value) const {
     throw XmlValueError(name(), attribute, value, offset());
 }
 
-int64_t XmlElement::ranged(std::string_view name, int64_t low, int64_t high) {
-    const auto text = attribute(name);
-    if (!text)
-        return 0;
-    const auto value = parseInteger(*text);
-    if (!value || *value < low || *value > high)
-        badValue(name, *text);
-    return *value;
+int64_t XmlElement::inRange(std::string_view name, std::string_view text, int64_t low, int64_t high) {
+    int64_t value = 0;
+    if (!readInteger(text, value) || value < low || value > high) [[unlikely]]
+        badValue(name, text);
+    return value;
 }
 
 libswf::SwfString XmlElement::string(std::string_view name) {
@@ -175,8 +123,8 @@ uint32_t XmlElement::named(std::string_view name, XmlNames names, uint32_t other
     return otherwise;
 }
 
-XmlElement::ChildIterator::ChildIterator(XmlReadContext& context, XmlWindowPtr window, RawNode* parent)
-    : _context(&context), _window(std::move(window)), _node(parent->first_node()) {
+XmlElement::ChildIterator::ChildIterator(XmlReadContext& context, XmlWindowPtr window, const XmlItem* parent)
+    : _context(&context), _window(std::move(window)), _node(parent + 1), _last(_window->after(parent)) {
     findElement();
 }
 
@@ -187,21 +135,31 @@ XmlElement::ChildIterator::ChildIterator(XmlReadContext& context, XmlBlock& pare
 
 void XmlElement::ChildIterator::findElement() {
     for (;;) {
-        _node = elementFrom(_node);
-        if (_node != nullptr || _parent == nullptr || _nextPiece == _parent->pieces.size())
+        for (; _node != _last; _node = _window->after(_node)) {
+            if (_node->kind == XmlItem::Kind::element)
+                return;
+        }
+        if (_parent == nullptr || _nextPiece == _parent->pieces.size()) {
+            _node = nullptr;
             return;
-        XmlDocument& document = *_context->document;
-        XmlPiece& piece = _parent->pieces[_nextPiece++];
-        const bool isBig = piece.block != XmlPiece::small;
-        _child = isBig ? &document.block(piece.block) : nullptr;
-        _window = XmlWindowPtr(); // the next one can use its memory
-        _window = isBig ? document.parseStartTag(*_child) : document.parseContent(piece, _parent == &document.top());
-        _node = _window->container()->first_node();
+        }
+        nextPiece();
     }
 }
 
+void XmlElement::ChildIterator::nextPiece() {
+    XmlDocument& document = *_context->document;
+    XmlPiece& piece = _parent->pieces[_nextPiece++];
+    const bool isBig = piece.block != XmlPiece::small;
+    _child = isBig ? &document.block(piece.block) : nullptr;
+    _window = XmlWindowPtr(); // the next one can use its memory
+    _window = isBig ? document.parseStartTag(*_child) : document.parseContent(piece, _parent == &document.top());
+    _node = _window->items();
+    _last = _window->end();
+}
+
 XmlElement::ChildIterator& XmlElement::ChildIterator::operator++() {
-    _node = _node->next_sibling();
+    _node = _window->after(_node);
     findElement();
     return *this;
 }
@@ -241,8 +199,8 @@ uint32_t XmlElement::countChildren() const {
     if (_block != nullptr)
         return _block->children;
     uint32_t count = 0;
-    for (RawNode* node = elementFrom(_node->first_node()); node != nullptr; node = elementFrom(node->next_sibling()))
-        ++count;
+    for (const XmlItem* node = _node + 1; node != _window->after(_node); node = _window->after(node))
+        count += node->kind == XmlItem::Kind::element;
     return count;
 }
 
@@ -257,30 +215,40 @@ void XmlElement::skip() {
 }
 
 void XmlElement::warnOfUnread() {
-    uint32_t index = 0;
-    for (const RawAttribute* a = _node->first_attribute(); !_allAttributes && a != nullptr && index < 64;
-         a = a->next_attribute(), ++index) {
-        if ((_usedAttributes >> index & 1) == 0)
-            _context->warn(SwfWarning::Kind::skipped, name(), _window->offsetOf(a->name()),
-                           "the attribute " + std::string(nameOf(*a)) + " is not known here");
-    }
-    if (_allChildren)
+    if (_context->warnings == nullptr || std::uncaught_exceptions() != _context->exceptions)
         return;
-    for (ChildIterator child = firstChild(); !child.atEnd(); ++child) {
-        if (std::find(_used, _used + _usedCount, child.offset()) == _used + _usedCount)
-            (*child).skip();
+    try {
+        warnOfUnreadAttributes();
+        if (_allChildren)
+            return;
+        for (ChildIterator child = firstChild(); !child.atEnd(); ++child) {
+            if (std::find(_used, _used + _usedCount, child.offset()) == _used + _usedCount)
+                (*child).skip();
+        }
+    } catch (const rapidxml::parse_error&) {
+        // Found again, and reported, when the document is validated.
     }
 }
 
-static std::string contentOf(RawNode* element) {
+void XmlElement::warnOfUnreadAttributes() {
+    if (_allAttributes)
+        return;
+    for (uint32_t i = 0; i < std::min(_node->attributeCount, maxAttributes); ++i) {
+        if ((_usedAttributes >> i & 1) == 0)
+            _context->warn(SwfWarning::Kind::skipped, name(), _window->offsetOf(_attributes[i].name.data()),
+                           "the attribute " + std::string(_attributes[i].name) + " is not known here");
+    }
+}
+
+static std::string contentOf(const XmlWindow& window, const XmlItem* element) {
     std::string text, plain;
     bool hasCData = false;
-    for (RawNode* node = element->first_node(); node != nullptr; node = node->next_sibling()) {
-        if (node->type() == rapidxml::node_cdata) {
+    for (const XmlItem* node = element + 1; node != window.after(element); node = window.after(node)) {
+        if (node->kind == XmlItem::Kind::cdata) {
             hasCData = true;
-            text += valueOf(*node);
-        } else if (node->type() == rapidxml::node_data) {
-            plain += valueOf(*node);
+            text += node->text;
+        } else if (node->kind == XmlItem::Kind::data) {
+            plain += node->text;
         }
     }
     return hasCData ? text : plain;
@@ -290,18 +258,18 @@ std::string XmlElement::content() {
     if (const auto section = onlySection())
         return std::string(*section);
     if (_block == nullptr)
-        return contentOf(_node);
+        return contentOf(*_window, _node);
     const XmlWindowPtr whole = _context->document->parseElement(*_block);
-    return contentOf(whole->container()->first_node());
+    return contentOf(*whole, whole->items());
 }
 
 std::optional<std::string_view> XmlElement::onlySection() const {
     if (_block != nullptr)
         return _context->document->onlySection(*_block);
-    RawNode* only = _node->first_node();
-    if (only == nullptr || only->next_sibling() != nullptr || only->type() != rapidxml::node_cdata)
+    const XmlItem* only = _node + 1;
+    if (_window->after(_node) != only + 1 || only->kind != XmlItem::Kind::cdata)
         return {};
-    return valueOf(*only);
+    return only->text;
 }
 
 libswf::SwfBytes XmlElement::base64() {

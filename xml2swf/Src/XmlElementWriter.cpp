@@ -13,20 +13,45 @@ class Piece {
 public:
     static constexpr size_t room = 512;
 
-    char* end() { return _end; }
-    void setEnd(char* end) { _end = end; }
     void put(char c) { *_end++ = c; }
     void put(std::string_view text) {
-        _end = std::copy(text.begin(), text.end(), _end); // an empty text may have no address
+        copyShort(text.data(), text.size());
+        _end += text.size();
     }
+    void put(int32_t value) { _end = writeInteger(_end, value); }
     void indent(uint32_t depth) {
+        constexpr size_t usual = 32;
         put('\n');
-        std::memset(_end, ' ', 4 * size_t(depth));
-        _end += 4 * size_t(depth);
+        const size_t blanks = 4 * size_t(depth);
+        std::memset(_end, ' ', usual); // of a fixed length: no call
+        if (blanks > usual)
+            std::memset(_end, ' ', blanks);
+        _end += blanks;
     }
     void appendTo(std::string& out) const { out.append(_chars, static_cast<size_t>(_end - _chars)); }
 
 private:
+    // Names and numbers are a few bytes long: two copies that may overlap take less time than a call.
+    void copyShort(const char* from, size_t n) {
+        auto twice = [&]<class Word>(Word) {
+            Word first, last;
+            std::memcpy(&first, from, sizeof first);
+            std::memcpy(&last, from + n - sizeof last, sizeof last);
+            std::memcpy(_end, &first, sizeof first);
+            std::memcpy(_end + n - sizeof last, &last, sizeof last);
+        };
+        if (n > 16)
+            std::memcpy(_end, from, n);
+        else if (n >= 8)
+            twice(uint64_t());
+        else if (n >= 4)
+            twice(uint32_t());
+        else if (n >= 2)
+            twice(uint16_t());
+        else if (n == 1)
+            *_end = *from;
+    }
+
     char _chars[room];
     char* _end = _chars;
 };
@@ -164,7 +189,7 @@ void XmlNode::leaf(std::string_view name, std::initializer_list<IntegerAttribute
         piece.put(' ');
         piece.put(attribute.name);
         piece.put("=\"");
-        piece.setEnd(std::to_chars(piece.end(), piece.end() + 12, attribute.value).ptr);
+        piece.put(attribute.value);
         piece.put('"');
     }
     piece.put(" />");

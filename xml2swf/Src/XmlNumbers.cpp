@@ -1,7 +1,9 @@
 #include "XmlNumbers.h"
 
+#include <array>
 #include <bit>
 #include <cmath>
+#include <cstring>
 
 namespace xml2swf {
 
@@ -77,30 +79,100 @@ std::optional<Real> parse(std::string_view text) {
 
 } // namespace
 
+namespace {
+
+// The text of a number below 1000, with and without leading zeros.
+struct Thousandth {
+    char chars[4], padded[3];
+    uint8_t length;
+};
+
+constexpr auto thousand = [] {
+    std::array<Thousandth, 1000> table{};
+    for (uint32_t i = 0; i < table.size(); ++i) {
+        Thousandth& entry = table[i];
+        for (uint32_t digit = 0, rest = i; digit < 3; ++digit, rest /= 10)
+            entry.padded[2 - digit] = static_cast<char>('0' + rest % 10);
+        entry.length = i < 10 ? 1 : i < 100 ? 2 : 3;
+        for (uint32_t digit = 0; digit < entry.length; ++digit)
+            entry.chars[digit] = entry.padded[3 - entry.length + digit];
+    }
+    return table;
+}();
+
+} // namespace
+
+char* writeInteger(char* out, int32_t value) {
+    const bool isNegative = value < 0;
+    const uint32_t magnitude = isNegative ? 0 - static_cast<uint32_t>(value) : static_cast<uint32_t>(value);
+    *out = '-';
+    out += isNegative; // no branch: signs come as they like
+    if (magnitude >= 1000000)
+        return std::to_chars(out, out + 11, magnitude).ptr;
+    if (magnitude >= 1000) {
+        const Thousandth& high = thousand[magnitude / 1000];
+        std::memcpy(out, high.chars, sizeof high.chars);
+        out += high.length;
+        std::memcpy(out, thousand[magnitude % 1000].padded, 3);
+        return out + 3;
+    }
+    const Thousandth& entry = thousand[magnitude];
+    std::memcpy(out, entry.chars, sizeof entry.chars);
+    return out + entry.length;
+}
+
 NumberText formatReal(float value) { return format(value); }
 NumberText formatReal(double value) { return format(value); }
 
-std::optional<int64_t> parseInteger(std::string_view text) {
-    // Nearly all numbers are short: there is no overflow to look for.
-    const bool isNegative = text.starts_with('-');
-    const std::string_view digits = text.substr(isNegative);
-    if (!digits.empty() && digits.size() <= 9 && digits[0] != '+') {
-        int32_t value = 0;
-        for (char c : digits) {
-            if (c < '0' || c > '9')
-                return {};
-            value = value * 10 + (c - '0');
-        }
-        return isNegative ? -value : value;
+namespace {
+
+// The value of 1 to 8 digits, all at once. False when one of them is none.
+bool readDigits(const char* digits, size_t n, uint32_t& value) {
+    constexpr uint64_t zeros = 0x3030303030303030, high = 0xF0F0F0F0F0F0F0F0;
+    static_assert(std::endian::native == std::endian::little);
+    auto byte = [&](size_t i) { return uint64_t(static_cast<uint8_t>(digits[i])) << (8 * i); };
+    auto four = [&](size_t i) {
+        uint32_t word;
+        std::memcpy(&word, digits + i, sizeof word);
+        return uint64_t(word) << (8 * i);
+    };
+    // The digits as bytes of a word, the first one lowest, then moved to the top with zeros below them.
+    uint64_t word = n >= 4 ? four(0) | four(n - 4) : byte(0) | byte(n / 2) | byte(n - 1);
+    word <<= 64 - 8 * n;
+    word |= n == 8 ? 0 : zeros >> (8 * n);
+    if ((word & high) != zeros || ((word + 0x0606060606060606) & high) != zeros)
+        return false;
+    word = (word & 0x0F0F0F0F0F0F0F0F) * (10 * 256 + 1) >> 8;     // pairs of digits
+    word = (word & 0x00FF00FF00FF00FF) * (100 * 65536 + 1) >> 16; // fours
+    value = static_cast<uint32_t>((word & 0x0000FFFF0000FFFF) * (10000 * (uint64_t(1) << 32) + 1) >> 32);
+    return true;
+}
+
+} // namespace
+
+bool readInteger(std::string_view text, int64_t& value) {
+    if (text.empty())
+        return false;
+    // Nearly all numbers are short. Their signs come as they like: a branch on them would be guessed wrong half the
+    // time.
+    const size_t sign = text[0] == '-';
+    const size_t count = text.size() - sign;
+    if (uint32_t magnitude; count - 1 < 8 && readDigits(text.data() + sign, count, magnitude)) {
+        value = (int64_t(magnitude) ^ -int64_t(sign)) + int64_t(sign);
+        return true;
     }
-    if (text.starts_with('+')) {
+    if (text[0] == '+') {
         text.remove_prefix(1);
         if (text.starts_with('-'))
-            return {};
+            return false;
     }
-    int64_t value = 0;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (result.ec != std::errc() || result.ptr != text.data() + text.size())
+    return result.ec == std::errc() && result.ptr == text.data() + text.size();
+}
+
+std::optional<int64_t> parseInteger(std::string_view text) {
+    int64_t value = 0;
+    if (!readInteger(text, value))
         return {};
     return value;
 }

@@ -2,6 +2,7 @@
 #include <type_traits>
 
 #include "XmlActionForms.h"
+#include "XmlNameTable.h"
 
 namespace xml2swf {
 
@@ -11,7 +12,7 @@ namespace {
 
 // Both directions of one type of operand.
 struct ValueForm {
-    const char* name;
+    std::string_view name;
     void (*write)(XmlNode& node, const SwfValue& value);
     std::unique_ptr<SwfValue> (*read)(XmlElement& element);
 };
@@ -56,7 +57,7 @@ std::unique_ptr<SwfValue> readPlain(XmlElement&) {
 }
 
 template <class Value>
-constexpr ValueForm numberForm(const char* name) {
+constexpr ValueForm numberForm(std::string_view name) {
     return {name, writeNumber<Value>, readNumber<Value>};
 }
 
@@ -74,6 +75,16 @@ constexpr ValueForm forms[] = {
     numberForm<SwfValueConstant16>("Constant16"),
 };
 
+const ValueForm* formByName(std::string_view name) {
+    static const XmlNameTable<ValueForm> table = [] {
+        XmlNameTable<ValueForm> result;
+        for (const ValueForm& form : forms)
+            result.add(form.name, &form);
+        return result;
+    }();
+    return table[name];
+}
+
 } // namespace
 
 void writeXml(XmlNode& node, const SwfActionPush& action) {
@@ -87,9 +98,8 @@ void writeXml(XmlNode& node, const SwfActionPush& action) {
 // An unknown name is a value as well, Undefined, so that the stack keeps its depth.
 void readXml(XmlElement& element, SwfActionPush& action) {
     for (XmlElement child : element.children()) {
-        const auto* form = std::find_if(std::begin(forms), std::end(forms),
-                                        [&](const ValueForm& candidate) { return child.is(candidate.name); });
-        if (form == std::end(forms)) {
+        const ValueForm* form = formByName(child.name());
+        if (form == nullptr) {
             child.skip();
             form = &forms[SwfValueType::Undefined];
         }

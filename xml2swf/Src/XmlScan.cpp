@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "XmlBytes.h"
 #include "XmlErrors.h"
 
 namespace xml2swf {
@@ -26,17 +27,9 @@ size_t skipDoctype(std::string_view text, size_t at) {
 
 // Position of the ">" that ends a tag, quoted values passed over.
 size_t endOfTag(std::string_view text, size_t at) {
-    for (size_t i = at; i < text.size(); ++i) {
-        const char c = text[i];
-        if (c == '>')
-            return i;
-        if (c != '"' && c != '\'')
-            continue;
-        // Values are short: a call to find their end would take longer.
-        for (++i; i < text.size() && text[i] != c;)
-            ++i;
-    }
-    return text.npos;
+    const char* end = text.data() + text.size();
+    const char* found = findTagEnd(text.data() + std::min(at, text.size()), end);
+    return found == end ? text.npos : static_cast<size_t>(found - text.data());
 }
 
 // "<?xml " in any case: the parser reads attributes in it, whose values may hold "?>".

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -10,12 +11,16 @@
 
 namespace xml2swf {
 
+struct TagText;
+
 /// Remembers for each tag of a movie, at any depth, its record and a hash of its element's text. Give it to xmlToSwf by
 /// ConversionOptions::original.
 class OriginalMovie {
 public:
     /// `movie` was read with keepRaw; it may be released afterwards. Converts it once to learn the texts.
     explicit OriginalMovie(libswf::SwfMovieSafe& movie);
+    /// The same with the texts at hand: what swfToXmlDocument gave with keepRaw, and the places of its tags.
+    OriginalMovie(libswf::SwfMovieSafe& movie, std::string_view document, std::span<const TagText> tags);
 
     uint8_t version() const { return _version; }
     const libswf::SwfMovieSource& source() const { return _source; }
@@ -54,6 +59,7 @@ private:
         libswf::SwfBytes record;
     };
     static TextKey keyOf(std::string_view text);
+    void remember(std::string_view text, size_t movieElement, std::span<const TagText> tags);
 
     uint8_t _version;
     libswf::SwfMovieSource _source;

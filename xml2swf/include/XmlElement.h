@@ -1,7 +1,9 @@
 // Reading of XML elements.
 #pragma once
 
+#include <algorithm>
 #include <concepts>
+#include <exception>
 #include <limits>
 #include <optional>
 #include <span>
@@ -17,9 +19,6 @@
 
 namespace xml2swf {
 
-using RawNode = rapidxml::xml_node<char>;
-using RawAttribute = rapidxml::xml_attribute<char>;
-
 class TagKeeper;
 
 /// What the readers of one document share.
@@ -30,7 +29,8 @@ struct XmlReadContext {
     std::vector<uint32_t> tagPath;           ///< indices of the tag being read
     uint16_t spriteDepth = 0;
     uint16_t actionDepth = 0;
-    TagKeeper* keeper = nullptr; ///< gives untouched tags their original bytes; may be null
+    TagKeeper* keeper = nullptr;                       ///< gives untouched tags their original bytes; may be null
+    const int exceptions = std::uncaught_exceptions(); ///< more of them: an element is let go because of an error
 
     void warn(libswf::SwfWarning::Kind kind, std::string_view element, size_t offset, std::string reason);
 };
@@ -52,20 +52,28 @@ std::string_view nameOf(XmlNames names, uint32_t value, const char* field);
 class XmlElement {
 public:
     /// `block` for a big element, whose `node` is its start tag only; its children are parsed as they are asked for.
-    XmlElement(XmlReadContext& context, XmlWindowPtr window, RawNode* node, XmlBlock* block = nullptr);
-    XmlElement(XmlElement&& other) noexcept;
+    XmlElement(XmlReadContext& context, XmlWindowPtr window, const XmlItem* node, XmlBlock* block = nullptr)
+        : _context(&context), _window(std::move(window)), _node(node), _block(block),
+          _attributes(_window->attributes(*node)) {}
+    XmlElement(XmlElement&& other) noexcept = default;
     XmlElement& operator=(XmlElement&&) = delete;
-    ~XmlElement();
+    ~XmlElement() {
+        if (_window && hasUnread())
+            warnOfUnread();
+    }
 
-    std::string_view name() const { return {_node->name(), _node->name_size()}; }
+    std::string_view name() const { return _node->text; }
     bool is(std::string_view name) const { return this->name() == name; }
     /// Byte of the element's name in the text.
-    size_t offset() const;
+    size_t offset() const { return _window->offsetOf(_node->text.data()); }
     XmlReadContext& context() const { return *_context; }
 
     // Attributes. A value that is not a number or outside the field's range throws XmlValueError.
     bool has(std::string_view name);
-    std::optional<std::string_view> attribute(std::string_view name);
+    std::optional<std::string_view> attribute(std::string_view name) {
+        const XmlAttribute* found = find(name);
+        return found == nullptr ? std::optional<std::string_view>() : found->value;
+    }
     /// The value of the first attribute, whatever its name.
     std::optional<std::string_view> firstAttribute();
     /// A text; one with a NUL in it (written as a reference) is a bad value.
@@ -108,24 +116,26 @@ public:
     public:
         ChildIterator() = default;
         /// The children of a node.
-        ChildIterator(XmlReadContext& context, XmlWindowPtr window, RawNode* parent);
+        ChildIterator(XmlReadContext& context, XmlWindowPtr window, const XmlItem* parent);
         /// The children of a big element, or the top-level elements.
         ChildIterator(XmlReadContext& context, XmlBlock& parent);
 
         XmlElement operator*() const { return {*_context, _window, _node, _child}; }
         ChildIterator& operator++();
         bool operator!=(const ChildIterator& other) const { return _node != other._node; }
-        std::string_view name() const { return {_node->name(), _node->name_size()}; }
-        size_t offset() const { return _window->offsetOf(_node->name()); }
+        std::string_view name() const { return _node->text; }
+        size_t offset() const { return _window->offsetOf(_node->text.data()); }
         bool atEnd() const { return _node == nullptr; }
 
     private:
         void findElement(); // from _node on, through the following pieces
+        void nextPiece();
 
         XmlReadContext* _context = nullptr;
         XmlWindowPtr _window;
-        RawNode* _node = nullptr;
-        XmlBlock* _parent = nullptr; // null when all children stand in one window
+        const XmlItem* _node = nullptr; // null at the end
+        const XmlItem* _last = nullptr; // behind the last node in the window
+        XmlBlock* _parent = nullptr;    // null when all children stand in one window
         size_t _nextPiece = 0;
         XmlBlock* _child = nullptr; // the current child when it is big
     };
@@ -144,26 +154,50 @@ public:
     libswf::SwfBytes base64();
 
 private:
-    const RawAttribute* find(std::string_view name);
-    int64_t ranged(std::string_view name, int64_t low, int64_t high);
+    // Attributes mostly come in the order in which they are asked for.
+    const XmlAttribute* find(std::string_view name) {
+        if (_next < _node->attributeCount && _attributes[_next].name == name)
+            return take(_next);
+        return findElsewhere(name);
+    }
+    const XmlAttribute* findElsewhere(std::string_view name);
+    const XmlAttribute* take(uint32_t index) {
+        if (index < maxAttributes)
+            _usedAttributes |= uint64_t(1) << index;
+        _next = index + 1;
+        return &_attributes[index];
+    }
+    int64_t ranged(std::string_view name, int64_t low, int64_t high) {
+        const XmlAttribute* found = find(name);
+        return found == nullptr ? 0 : inRange(name, found->value, low, high);
+    }
+    int64_t inRange(std::string_view name, std::string_view text, int64_t low, int64_t high);
     ChildIterator firstChild() const;
     XmlElement takeChild(const ChildIterator& child);
     std::optional<std::string_view> onlySection() const;
+    bool hasUnread() const {
+        const uint32_t counted = std::min(_node->attributeCount, maxAttributes);
+        const uint64_t all = counted == 0 ? 0 : ~uint64_t(0) >> (maxAttributes - counted);
+        return (!_allAttributes && _usedAttributes != all) || (!_allChildren && hasChildren());
+    }
+    bool hasChildren() const { return _block != nullptr || _window->after(_node) != _node + 1; }
     void warnOfUnread();
+    void warnOfUnreadAttributes();
+
+    static constexpr uint32_t maxAttributes = 64; // attributes past these count as used
+    static constexpr uint32_t maxUsed = 12;
 
     XmlReadContext* _context;
     XmlWindowPtr _window;
-    RawNode* _node;
+    const XmlItem* _node;
     XmlBlock* _block;
-    const RawAttribute* _next; // attributes mostly come in the order in which they are asked for
-    uint32_t _nextIndex = 0;
-    uint64_t _usedAttributes = 0; // by index; attributes past the 64th count as used
-    static constexpr uint32_t maxUsed = 12;
-    size_t _used[maxUsed]; // offsets of the children asked for
+    const XmlAttribute* _attributes;
+    uint32_t _next = 0;           // index of the attribute behind the last one found
+    uint64_t _usedAttributes = 0; // by index
+    size_t _used[maxUsed];        // offsets of the children asked for
     uint32_t _usedCount = 0;
     bool _allChildren = false;
     bool _allAttributes = false;
-    int _exceptions;
 };
 
 /// A child element read by readXml(XmlElement&, T&). False when it is missing.

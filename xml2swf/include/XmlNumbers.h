@@ -7,6 +7,7 @@
 #include <limits>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 namespace xml2swf {
 
@@ -17,11 +18,18 @@ struct NumberText {
     std::string_view view() const { return {chars, length}; }
 };
 
+/// Writes a number, at most 11 characters, into room for 12; gives the end.
+char* writeInteger(char* out, int32_t value);
+
 template <std::integral Int>
 NumberText formatInteger(Int value) {
     NumberText text;
-    text.length =
-        static_cast<uint32_t>(std::to_chars(text.chars, text.chars + sizeof text.chars, value).ptr - text.chars);
+    char* end = nullptr;
+    if (std::in_range<int32_t>(value))
+        end = writeInteger(text.chars, static_cast<int32_t>(value));
+    else
+        end = std::to_chars(text.chars, text.chars + sizeof text.chars, value).ptr;
+    text.length = static_cast<uint32_t>(end - text.chars);
     return text;
 }
 
@@ -32,6 +40,8 @@ NumberText formatReal(double value);
 
 /// Optional sign, decimal digits, nothing else. Empty when the text is anything else or outside 64 bits.
 std::optional<int64_t> parseInteger(std::string_view text);
+/// The same, quicker: false instead of empty.
+bool readInteger(std::string_view text, int64_t& value);
 /// Accepts every form that formatReal gives.
 std::optional<float> parseFloat(std::string_view text);
 std::optional<double> parseDouble(std::string_view text);

@@ -1,38 +1,73 @@
 // Parsed parts of an XML text.
 #pragma once
 
-#include <rapidxml/rapidxml.hpp>
-
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace xml2swf {
 
 class XmlDocument;
 struct XmlBlock;
 
-/// A piece of the text in parsed form, on a private copy: the parser writes into what it parses. Lives as long as an
-/// element refers to it; used by one thread.
+/// An attribute, references in its value resolved.
+struct XmlAttribute {
+    std::string_view name, value;
+};
+
+/// A node of a window. Nodes stand in the order of the text, so that an element's children follow it.
+struct XmlItem {
+    enum class Kind : uint8_t { element, data, cdata, other };
+    std::string_view text;       ///< name of an element; text of data and CDATA
+    uint32_t end = 0;            ///< index behind the last node inside
+    uint32_t firstAttribute = 0; ///< index of an element's attributes
+    uint32_t attributeCount = 0;
+    Kind kind = Kind::element;
+};
+
+/// A piece of the text in parsed form. Lives as long as an element refers to it; used by one thread.
 class XmlWindow {
 public:
-    using Node = rapidxml::xml_node<char>;
+    XmlWindow();
+    ~XmlWindow();
 
-    size_t offsetOf(const char* place) const { return static_cast<size_t>(place - _copy.get()) - _before + _origin; }
-    /// The element, or the document, whose children are the piece's nodes.
-    Node* container() const { return _container; }
+    /// What the piece is.
+    enum class Form : uint8_t {
+        document, ///< elements, and what may stand around them
+        content,  ///< what stands inside an element
+        startTag  ///< one start tag, taken as an element without content
+    };
+    /// Reads a piece of the text where it stands. False, with no nodes, when it is not of the plain form in which XML
+    /// is mostly written (XmlPlain.h).
+    bool readPlain(std::string_view text, size_t start, size_t end, Form form);
+    /// Parses a copy of the piece: any text. Throws XmlSyntaxError. Gives the same nodes for a plain one.
+    void parse(std::string_view text, size_t start, size_t end, Form form);
+    /// Lets go of the nodes. Their memory is kept for the next piece, unless there is much of it (false).
+    bool reuse();
+
+    const XmlItem* items() const { return _items.data(); }
+    const XmlItem* end() const { return _items.data() + _items.size(); }
+    const XmlAttribute* attributes(const XmlItem& item) const { return _attributes.data() + item.firstAttribute; }
+    /// The node behind this one and all that it holds.
+    const XmlItem* after(const XmlItem* item) const { return _items.data() + item->end; }
+    /// Byte of the text that a name or CDATA section refers to.
+    size_t offsetOf(const char* place) const { return static_cast<size_t>(place - _base) + _origin; }
 
 private:
     friend class XmlDocument;
     friend class XmlWindowPtr;
+    class Parser;
+    template <class Node>
+    void take(const Node& node); // of the parser's, with all that it holds
 
-    rapidxml::xml_document<char> _document;
-    std::unique_ptr<char[]> _copy;
-    size_t _capacity = 0;
-    size_t _origin = 0; // of the piece in the text
-    size_t _before = 0; // bytes put in front of the copy
-    Node* _container = nullptr;
+    std::vector<XmlItem> _items;
+    std::vector<XmlAttribute> _attributes;
+    const char* _base = nullptr; // what names and values refer to: the text, or the parser's copy
+    size_t _origin = 0;          // of the base in the text
+    std::unique_ptr<Parser> _parser;
     uint32_t _references = 0;
     XmlDocument* _owner = nullptr;
 };
@@ -52,6 +87,7 @@ public:
         if (_window != nullptr && --_window->_references == 0)
             release();
     }
+    XmlWindow& operator*() const { return *_window; }
     XmlWindow* operator->() const { return _window; }
     explicit operator bool() const { return _window != nullptr; }
 

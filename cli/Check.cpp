@@ -34,7 +34,7 @@ int check(const File& file, bool quiet) {
     SwfWarnings warnings;
     MovieOptions options;
     options.warnings = &warnings;
-    const bool isText = file.kind == Kind::xml;
+    const bool isText = file.isText();
     const std::string name = file.shownName(true);
     try {
         const Outcome outcome = isText ? checkText(file, options) : checkMovie(file, options);

@@ -3,21 +3,23 @@
 namespace zelkc {
 
 File fileOf(const std::string& name, const std::string& kind, const char* option) {
-    const std::optional<Kind> found = kind.empty() && name != "-" ? kindOfFile(name) : kindNamed(kind);
+    const std::optional<FileKind> found =
+        kind.empty() && name != "-" ? zelk::fileKind(name) : zelk::kindOfExtension(kind);
     if (!found)
         throw CLI::ValidationError(name, std::string("the name does not say of what kind it is: give ") + option +
-                                             " swf or " + option + " xml");
+                                             " swf, xml or zelk");
     return {name, *found};
 }
 
 void addInput(CLI::App& command, Input& input) {
-    command.add_option("FILE", input.name, "A movie or its XML; - is standard input")->required();
-    addKind(command, "--from", input.from, "Kind of the file when its name does not say it: swf or xml");
+    command.add_option("FILE", input.name, "A movie, its XML or a project; - is standard input")->required();
+    addKind(command, "--from", input.from, "Kind of the file when its name does not say it: swf, xml or zelk");
 }
 
 CLI::Option* addKind(CLI::App& command, const char* option, std::string& kind, const char* what) {
     const CLI::Validator known(
-        [](std::string& value) { return kindNamed(value) ? "" : value + " is neither swf nor xml"; }, "");
+        [](std::string& value) { return zelk::kindOfExtension(value) ? "" : value + " is none of swf, xml and zelk"; },
+        "");
     return command.add_option(option, kind, what)->type_name("KIND")->check(known);
 }
 

@@ -27,7 +27,7 @@ struct Arguments {
 
 // A name that says its kind says it; --from is for the others.
 File inputFile(const std::string& name, const std::string& from) {
-    const std::optional<Kind> told = name == "-" ? std::nullopt : kindOfFile(name);
+    const std::optional<FileKind> told = name == "-" ? std::nullopt : zelk::fileKind(name);
     return told ? File{name, *told} : fileOf(name, from, "--from");
 }
 
@@ -149,9 +149,9 @@ void addCompare(CLI::App& app, Command& chosen) {
     command->footer("Exit status: 0 nothing differs in what the XML says, 1 something does or a file cannot be read, "
                     "2 wrong use.");
     auto arguments = std::make_shared<Arguments>();
-    command->add_option("A", arguments->a, "A movie or its XML; - is standard input")->required();
+    command->add_option("A", arguments->a, "A movie, its XML or a project; - is standard input")->required();
     command->add_option("B", arguments->b, "Another one")->required();
-    addKind(*command, "--from", arguments->from, "Kind of a file when its name does not say it: swf or xml");
+    addKind(*command, "--from", arguments->from, "Kind of a file when its name does not say it: swf, xml or zelk");
     command->add_flag("--all", arguments->all, "Show identical tags too");
     command->add_flag("--json", arguments->json, "For machines: one JSON object");
     addQuiet(*command, arguments->quiet);

@@ -71,8 +71,10 @@ std::vector<std::string> describeFailure(const std::string& file) {
         return placed({start + error.what()}, error.place);
     } catch (const xml2swf::Base64Error& error) {
         return placed({start + error.what()}, error.place);
-    } catch (const OpenError& error) {
-        return {"Unable to open " + error.name, error.what()};
+    } catch (const zelk::FileLoadException& error) {
+        return {"Unable to open " + error.fileName(), error.what()};
+    } catch (const zelk::FileSaveException& error) {
+        return {error.what()}; // names its file
     } catch (const libswf::SwfFileException& error) {
         return {error.what()}; // names its file
     } catch (const libswf::SwfException& error) {

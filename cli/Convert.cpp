@@ -47,23 +47,24 @@ Command plan(const Arguments& arguments) {
     if (std::find(files.begin(), files.end(), "-") != files.end())
         throw CLI::ValidationError("--out-dir", "standard input has no name to keep");
     return [=] {
-        return convertMany({files, kindNamed(arguments.from), arguments.outDir, *kindNamed(arguments.to)}, options,
-                           arguments.quiet);
+        return convertMany(
+            {files, zelk::kindOfExtension(arguments.from), arguments.outDir, *zelk::kindOfExtension(arguments.to)},
+            options, arguments.quiet);
     };
 }
 
 } // namespace
 
 void addConvert(CLI::App& app, Command& chosen) {
-    CLI::App* command = app.add_subcommand("convert", "Turn a movie into XML or XML into a movie");
+    CLI::App* command = app.add_subcommand("convert", "Turn movies, their XML and projects into each other");
     auto arguments = std::make_shared<Arguments>();
     command
         ->add_option("FILE", arguments->files,
                      "Input and output, or with --out-dir all inputs; - is standard input or output")
         ->required();
-    addKind(*command, "--from", arguments->from, "Kind of the input when its name does not say it: swf or xml");
+    addKind(*command, "--from", arguments->from, "Kind of the input when its name does not say it: swf, xml or zelk");
     CLI::Option* to =
-        addKind(*command, "--to", arguments->to, "Kind of the output when its name does not say it: swf or xml");
+        addKind(*command, "--to", arguments->to, "Kind of the output when its name does not say it: swf, xml or zelk");
     command->add_option("--out-dir", arguments->outDir, "Convert all files into this folder, keeping their names")
         ->needs(to);
     command

@@ -48,13 +48,13 @@ std::vector<Task> planTasks(const ManyFiles& files) {
     std::map<std::string, std::string> outputs; // and the input of each
     std::vector<Task> tasks;
     for (const std::string& name : files.inputs) {
-        const std::optional<Kind> kind = files.from ? files.from : kindOfFile(name);
+        const std::optional<FileKind> kind = files.from ? files.from : zelk::fileKind(name);
         fs::path output = libswf::pathOf(files.folder) / libswf::pathOf(name).stem();
-        output += "." + std::string(nameOf(files.to));
-        Task task{{name, kind.value_or(Kind::swf)}, {textOf(output), files.to}, {}};
+        output += "." + std::string(zelk::extensionOf(files.to));
+        Task task{{name, kind.value_or(FileKind::swf)}, {textOf(output), files.to}, {}};
         const std::string identity = identityOf(output);
         if (!kind)
-            task.refusal = "the name ends in neither .swf nor .xml; give --from";
+            task.refusal = "the name ends in none of .swf, .xml and .zelk; give --from";
         else if (inputs.contains(identity))
             task.refusal = "the output " + task.output.name + " is one of the inputs";
         else if (const auto [first, isNew] = outputs.emplace(identity, name); !isNew)
@@ -102,7 +102,7 @@ int convertMany(const ManyFiles& files, const MovieOptions& options, bool quiet)
     std::error_code failure;
     fs::create_directories(libswf::pathOf(files.folder), failure);
     if (failure)
-        throw OpenError(files.folder, failure.message());
+        throw zelk::FileLoadException(files.folder, failure.message());
     const std::vector<Task> tasks = planTasks(files);
     Console console(quiet);
     std::atomic<size_t> next = 0, done = 0, failed = 0;

@@ -7,9 +7,9 @@ namespace zelkc {
 
 struct ManyFiles {
     std::vector<std::string> inputs;
-    std::optional<Kind> from; ///< of all inputs; by their names when missing
-    std::string folder;       ///< made when missing; outputs keep the names of their inputs up to the extension
-    Kind to = Kind::xml;
+    std::optional<FileKind> from; ///< of all inputs; by their names when missing
+    std::string folder;           ///< made when missing; outputs keep the names of their inputs up to the extension
+    FileKind to = FileKind::xml;
 };
 
 /// Converts on all cores, with one line for each file that fails. Neither an output of the same run nor one of the

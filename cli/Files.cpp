@@ -1,10 +1,10 @@
 #include "Files.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 
 #include "Conversion.h"
+#include "ProjectFile.h"
 #include "SwfException.h"
 #include "SwfUtils.h"
 
@@ -14,10 +14,8 @@ using libswf::SwfFileException;
 
 namespace {
 
-constexpr std::string_view kindNames[] = {"swf", "xml"};
-
 [[noreturn]] void refuseText(const std::string& name) {
-    throw OpenError(name, "an XML text of more than 1 GiB is not loaded");
+    throw zelk::FileLoadException(name, "an XML text of more than 1 GiB is not loaded");
 }
 
 std::vector<uint8_t> readStandardInput(const File& file, uint64_t most) {
@@ -30,11 +28,11 @@ std::vector<uint8_t> readStandardInput(const File& file, uint64_t most) {
         bytes.resize(size + got);
     }
     if (std::ferror(stdin) != 0)
-        throw OpenError(file.shownName(true), "it cannot be read");
+        throw zelk::FileLoadException(file.shownName(true), "it cannot be read");
     if (bytes.size() > most) {
-        if (file.kind == Kind::xml)
+        if (file.kind == FileKind::xml)
             refuseText(file.shownName(true));
-        throw OpenError(file.shownName(true), "it has more than 4 GB");
+        throw zelk::FileLoadException(file.shownName(true), "it has more than 4 GB");
     }
     return bytes;
 }
@@ -45,22 +43,6 @@ void writeStandardOutput(const File& file, const void* data, size_t size) {
 }
 
 } // namespace
-
-std::optional<Kind> kindNamed(std::string_view name) {
-    auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    for (size_t i = 0; i < std::size(kindNames); ++i) {
-        if (std::ranges::equal(name, kindNames[i], {}, lower))
-            return static_cast<Kind>(i);
-    }
-    return std::nullopt;
-}
-
-std::optional<Kind> kindOfFile(std::string_view fileName) {
-    const size_t dot = fileName.rfind('.');
-    return dot == fileName.npos ? std::nullopt : kindNamed(fileName.substr(dot + 1));
-}
-
-std::string_view nameOf(Kind kind) { return kindNames[static_cast<size_t>(kind)]; }
 
 std::string File::shownName(bool asInput) const {
     if (!isStandard())
@@ -76,7 +58,7 @@ auto readNamed(const File& file, Read read) {
     try {
         return read(file.name);
     } catch (const SwfFileException& error) {
-        throw OpenError(file.name, error.what());
+        throw zelk::FileLoadException(file.name, error.what());
     }
 }
 
@@ -87,12 +69,15 @@ std::vector<uint8_t> readBytes(const File& file) {
 }
 
 std::string readText(const File& file) {
+    if (file.kind == FileKind::project)
+        return file.isStandard() ? zelk::textOfProject(readBytes(file), file.shownName(true))
+                                 : zelk::readProject(file.name);
     if (file.isStandard()) {
-        const std::vector<uint8_t> bytes = readStandardInput(file, maxTextSize);
+        const std::vector<uint8_t> bytes = readStandardInput(file, zelk::maxTextSize);
         return xml2swf::documentText({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
     }
     std::error_code unknown; // left to the reader, which says why
-    if (std::filesystem::file_size(libswf::pathOf(file.name), unknown) > maxTextSize && !unknown)
+    if (std::filesystem::file_size(libswf::pathOf(file.name), unknown) > zelk::maxTextSize && !unknown)
         refuseText(file.name);
     return xml2swf::documentText(readNamed(file, libswf::readTextFile));
 }
@@ -105,7 +90,11 @@ void writeBytes(const File& file, std::span<const uint8_t> bytes) {
 }
 
 void writeText(const File& file, std::string_view text) {
-    if (file.isStandard())
+    if (file.kind == FileKind::project && file.isStandard())
+        writeBytes(file, zelk::projectOfText(text, file.shownName(false)));
+    else if (file.kind == FileKind::project)
+        zelk::writeProject(file.name, text);
+    else if (file.isStandard())
         writeStandardOutput(file, text.data(), text.size());
     else
         libswf::writeTextFile(file.name, text);

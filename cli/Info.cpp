@@ -111,7 +111,7 @@ void printJson(const File& file, const Signature& signature, const SwfMovieSafe&
     const SwfRect& stage = movie.frameSize;
     Json header;
     header["file"] = file.name;
-    header["kind"] = nameOf(file.kind);
+    header["kind"] = zelk::extensionOf(file.kind);
     header["signature"] = signature.text;
     header["compression"] = compressionOf(signature, movie);
     header["version"] = movie.version;

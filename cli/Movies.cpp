@@ -56,7 +56,7 @@ std::unique_ptr<xml2swf::OriginalMovie> loadOriginal(const std::string& fileName
     try {
         movie.load(fileName, load);
     } catch (const SwfException& error) {
-        throw OpenError(fileName, error.what());
+        throw zelk::FileLoadException(fileName, error.what());
     }
     return std::make_unique<xml2swf::OriginalMovie>(movie);
 }
@@ -81,26 +81,26 @@ void compile(const std::string& text, SwfMovie& movie, const MovieOptions& optio
 }
 
 Signature load(const File& file, SwfMovieSafe& movie, const MovieOptions& options) {
-    if (file.kind == Kind::xml) {
+    if (file.isText()) {
         const SwfVector<uint8_t> bytes = compileFile(file, options);
         return parse({bytes.data(), bytes.data() + bytes.size()}, movie, options);
     }
     try {
         return parse(readBytes(file), movie, options);
     } catch (const SwfException& error) {
-        throw OpenError(file.shownName(true), error.what());
+        throw zelk::FileLoadException(file.shownName(true), error.what());
     }
 }
 
 void convert(const File& input, const File& output, const MovieOptions& options) {
-    if (input.kind == Kind::xml && output.kind == Kind::swf) {
+    if (input.isText() && output.kind == FileKind::swf) {
         const SwfVector<uint8_t> bytes = compileFile(input, options);
         writeBytes(output, {bytes.data(), bytes.size()});
         return;
     }
     SwfMovieSafe movie;
     load(input, movie, options);
-    if (output.kind == Kind::swf) {
+    if (output.kind == FileKind::swf) {
         const SwfVector<uint8_t> bytes = movie.serialise(options.level, options.warnings);
         writeBytes(output, {bytes.data(), bytes.size()});
     } else {

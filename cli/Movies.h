@@ -1,4 +1,4 @@
-// Movies from files of either kind.
+// Movies from files of every kind.
 #pragma once
 
 #include "Conversion.h"
@@ -25,8 +25,8 @@ struct Signature {
     uint64_t bytes = 0;      ///< of the file
 };
 
-/// Reads a movie; a text is compiled and read as the movie file that it gives. Throws OpenError for a movie file that
-/// cannot be opened.
+/// Reads a movie; a text is compiled and read as the movie file that it gives. Throws zelk::FileLoadException for a
+/// movie file that cannot be opened.
 Signature load(const File& file, libswf::SwfMovieSafe& movie, const MovieOptions& options);
 
 /// Reads one file and writes the other. Nothing is written when anything fails.

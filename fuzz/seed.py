@@ -1,11 +1,14 @@
 #!/usr/bin/env python3
 """Fills a fuzz target's corpus folder: seed.py TARGET DIR."""
 import hashlib
+import io
 import pathlib
 import re
 import struct
 import subprocess
 import sys
+import warnings
+import zipfile
 import zlib
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
@@ -71,10 +74,41 @@ def texts():
                                  capture_output=True, check=False).stdout
 
 
+def archive(entries, method=zipfile.ZIP_DEFLATED, comment=b''):
+    file = io.BytesIO()
+    with zipfile.ZipFile(file, 'w', method) as made, warnings.catch_warnings():
+        warnings.simplefilter('ignore')  # names may be there twice
+        made.comment = comment
+        for name, text in entries:
+            info = zipfile.ZipInfo(name)  # of a fixed time: the same seeds every time
+            info.compress_type = method
+            made.writestr(info, text)
+    return file.getvalue()
+
+
+def archives():
+    odd = ['../evil', '/etc/passwd', 'C:\\CON', 'a' * 300, 'folder/', 'д.xml', '']
+    samples = [path.read_bytes()[:2000] for path in sorted((ROOT / 'samples').glob('*.xml'))]
+    for text in samples + ['<Movie/>'.encode('utf-16'), b'x', b' ' * 100_000]:
+        yield archive([('data.xml', text)])
+        yield archive([('data.xml', text[:1000])], zipfile.ZIP_STORED, b'a comment')
+        yield archive([('empty', b''), ('data.xml', text), ('data.xml', b'another')])
+        wrong = bytearray(archive([('data.xml', text[:1000])], zipfile.ZIP_STORED))
+        wrong[wrong.index(b'data.xml') + 8] ^= 1  # no longer what the checksum is of
+        yield bytes(wrong)
+    for name in odd:
+        yield archive([(name, b'<Movie/>')])
+    yield archive([])
+    yield archive([(name, b'') for name in odd])
+    for text in texts():
+        yield archive([('data.xml', text)])
+
+
 def main():
     target, folder = sys.argv[1], pathlib.Path(sys.argv[2])
     folder.mkdir(parents=True, exist_ok=True)
-    for seed in texts() if target == 'fuzz_xml_to_swf' else movies():
+    seeds = {'fuzz_xml_to_swf': texts, 'fuzz_project_file': archives}.get(target, movies)
+    for seed in seeds():
         if 0 < len(seed) < LIMIT:
             (folder / hashlib.sha1(seed).hexdigest()).write_bytes(seed)
 

@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <set>
 
+#include "ProjectFile.h"
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -35,6 +37,11 @@ const std::string showFrame = record(1, "");
 const std::string sprite = record(39, little(7, 2) + little(1, 2) + showFrame + little(0, 2));
 const std::string goodMovie = movieOf(record(9, "abc") + sprite + showFrame);
 const std::string goodText = "<Movie SwfVersion=\"5\">\n    <ShowFrame/>\n</Movie>";
+
+std::string project(const std::string& text) {
+    const std::vector<uint8_t> archive = zelk::projectOfText(text, "test");
+    return {archive.begin(), archive.end()};
+}
 
 struct Result {
     int status = -1; ///< 128 and more for a crash
@@ -68,8 +75,8 @@ protected:
         return names;
     }
     Result run(const std::string& arguments, const std::string& input = "/dev/null") {
-        const std::string command =
-            "cd '" + folder.string() + "' && '" ZELKC_PATH "' " + arguments + " <'" + input + "' >.out 2>.err";
+        const std::string command = "cd '" + folder.string() + "' && TMPDIR=in '" ZELKC_PATH "' " + arguments + " <'" +
+                                    input + "' >.out 2>.err";
         const int status = std::system(command.c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : 255, get(".out"), get(".err")};
     }
@@ -108,6 +115,9 @@ TEST_F(ZelkcTest, TellsWrongUseFromDone) {
         {"convert MOVIE.SWF A.Xml", 0, ""},
         {"convert --from SWF movie.bin a.xml", 0, ""},
         {"convert good.swf a.swf", 0, ""},
+        {"convert good.swf A.ZELK", 0, ""},
+        {"convert --from Zelk --to xml A.ZELK b.out", 0, ""},
+        {"check A.ZELK", 0, "A.ZELK: ok"},
         {"check good.xml", 0, "good.xml: ok"},
         {"check good.swf", 0, "good.swf: ok"},
     };
@@ -122,6 +132,7 @@ TEST_F(ZelkcTest, TellsWrongUseFromDone) {
     EXPECT_FALSE(fs::exists(folder / "many"));
     EXPECT_EQ(get("a.swf"), goodMovie);
     EXPECT_EQ(get("A.Xml"), get("a.xml"));
+    EXPECT_EQ(get("b.out"), get("a.xml"));
 }
 
 TEST_F(ZelkcTest, SaysWhatIsWrongAndLeavesTheTargetAlone) {
@@ -147,13 +158,16 @@ TEST_F(ZelkcTest, SaysWhatIsWrongAndLeavesTheTargetAlone) {
         {"missing.xml", "", "Unable to open missing.xml\n"},
         {"missing.swf", "", "Unable to open missing.swf\n"},
         {"folder.swf", "", "Unable to open folder.swf\n"},
+        {"missing.zelk", "", "Unable to open missing.zelk\n"},
+        {"movie.zelk", goodMovie, "Unable to open movie.zelk\nit is no zip archive, "},
+        {"broken.zelk", project("<Movie"), "broken.zelk: The XML has incorrect format.\nError description: "},
         {"short.swf", "FWS\x05", "Unable to open short.swf\n"},
         {"corrupt.swf", "CWS\x06" + little(500, 4) + "no zlib data", "Unable to open corrupt.swf\n"},
     };
     for (const Case& c : cases) {
         if (!c.content.empty())
             put(c.name, c.content);
-        const std::string target = fs::path(c.name).extension() == ".xml" ? "old.swf" : "old.xml";
+        const std::string target = fs::path(c.name).extension() == ".xml" ? "old.zelk" : "old.xml";
         put(target, "old");
         const Result result = run("convert " + std::string(c.name) + " " + target);
         EXPECT_EQ(result.status, 1) << c.name;
@@ -178,6 +192,9 @@ TEST_F(ZelkcTest, ConvertsBothWaysThroughTheStandardStreams) {
     put("text.xml", text.out);
     EXPECT_EQ(run("convert - - --from xml --to swf", "text.xml").out, goodMovie);
     EXPECT_EQ(run("convert - - --from xml --to xml", "text.xml").out, text.out);
+    put("text.zelk", run("convert - - --from xml --to zelk", "text.xml").out);
+    EXPECT_EQ(run("convert - - --from zelk --to swf", "text.zelk").out, goodMovie);
+    EXPECT_EQ(run("convert - - --from zelk --to swf", "good.swf").err.find("Unable to open standard input\n"), 0u);
     EXPECT_EQ(run("info - --from swf", "/dev/null").status, 1);
 #ifdef __linux__
     EXPECT_EQ(run("info good.swf >/dev/full 2>/dev/null; exit $?").status, 1);
@@ -230,9 +247,11 @@ TEST_F(ZelkcTest, ConvertsManyFiles) {
     put("broken.xml", "<Movie>");
     put("in/good.xml", goodText);
     put("note.txt", "x");
-    const Result result = run("convert --out-dir out/deep --to swf good.xml broken.xml in/good.xml note.txt other.xml");
+    put("packed.zelk", project(goodText));
+    const Result result =
+        run("convert --out-dir out/deep --to swf good.xml broken.xml in/good.xml note.txt other.xml packed.zelk");
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(files("out/deep"), (std::set<std::string>{"good.swf", "other.swf"}));
+    EXPECT_EQ(files("out/deep"), (std::set<std::string>{"good.swf", "other.swf", "packed.swf"}));
     EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 3) << result.err;
     for (const char* said :
          {"broken.xml: The XML has incorrect format.; Error description: ", "in/good.xml: the output ", "note.txt: "})
@@ -280,6 +299,9 @@ TEST_F(ZelkcTest, TellsHeaderAndTags) {
     EXPECT_EQ(ofText["tags"], tags);
     fs::copy_file(folder / "good.swf", folder / "\xFF.swf");
     EXPECT_EQ(Json::parse(run("info --json \xFF.swf").out)["tags"], tags);
+    run("convert same.xml same.zelk");
+    EXPECT_EQ(Json::parse(run("info --json same.zelk").out)["kind"], "zelk");
+    EXPECT_EQ(run("compare same.zelk good.swf").status, 0);
     put("empty.xml", "<Movie/>");
     EXPECT_EQ(Json::parse(run("info --json empty.xml").out)["tags"], Json::array());
 }

@@ -67,6 +67,15 @@ expect 1 convert movie.swf old.swf
 same movie.swf old.swf
 [ -z "$(find . -name '*.tmp')" ]
 
+# There is no minizip for this build.
+expect 1 convert movie.swf movie.zelk
+grep -q 'this build writes no project files' err
+[ ! -e movie.zelk ]
+cp movie.swf some.zelk
+expect 1 check some.zelk
+grep -q 'Unable to open some.zelk' err
+grep -q 'this build reads no project files' err
+
 # Many files, the names expanded by zelkc itself; one file under two spellings is one.
 mkdir many
 for i in 1 2 3 4 5; do cp movie.swf "many/$i.swf"; done

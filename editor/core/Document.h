@@ -1,0 +1,46 @@
+// An open movie.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "FileKind.h"
+#include "OriginalMovie.h"
+#include "SwfWarnings.h"
+
+namespace zelk {
+
+/// A warning of a conversion with its place in the document's text.
+struct DocumentWarning {
+    std::string text;
+    uint32_t row = 0, column = 0; ///< from 1; 0 for none
+};
+using DocumentWarnings = std::vector<DocumentWarning>;
+
+/// Holds what a document is besides the text that is being edited: that one stands in the text view, and here only on
+/// its way there (LoadFromDocCmd) and back (SaveAsDocCmd), so that a big text is not kept twice.
+struct Document {
+    std::string fileName; ///< full path, UTF-8; a made-up name without a folder while there is no file
+    FileKind kind = FileKind::swf;
+    bool hasFile = false;
+    std::string text;
+    bool isModified = false;
+    /// The movie that the text came from: what is not touched is written with its bytes. Null when there is none.
+    std::shared_ptr<const xml2swf::OriginalMovie> original;
+    DocumentWarnings warnings; ///< of the last conversion
+};
+
+/// The next made-up name: "Untitled.swf" once, then "Untitled-1.swf" and so on. Never gives a name twice.
+class UntitledNames {
+public:
+    std::string next();
+
+private:
+    uint32_t _count = 0;
+};
+
+/// A new movie under a made-up name.
+Document newDocument(UntitledNames& names);
+
+} // namespace zelk

@@ -1,0 +1,178 @@
+#include "DocumentFiles.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+#include "Exceptions.h"
+#include "ProjectFile.h"
+#include "SwfException.h"
+#include "SwfUtils.h"
+
+namespace zelk {
+
+using namespace libswf;
+using namespace xml2swf;
+
+namespace {
+
+constexpr int bestCompression = 9;
+
+// The place in the text of every tag that a warning names by its path.
+class TagPlaces {
+public:
+    explicit TagPlaces(std::vector<TagText> texts) {
+        std::ranges::sort(texts, {}, &TagText::start);
+        std::vector<size_t> ends;
+        std::vector<uint32_t> path = {0};
+        for (const TagText& tag : texts) {
+            for (; !ends.empty() && ends.back() <= tag.start; ends.pop_back()) {
+                path.resize(ends.size());
+                ++path.back();
+            }
+            _starts.emplace(tagPathText(path), tag.start);
+            ends.push_back(tag.end);
+            path.push_back(0);
+        }
+    }
+
+    /// noOffset when there is no such tag.
+    uint64_t of(const std::string& path) const {
+        const auto found = _starts.find(path);
+        return found == _starts.end() ? SwfWarning::noOffset : found->second;
+    }
+
+private:
+    std::unordered_map<std::string, uint64_t> _starts;
+};
+
+DocumentWarning documentWarning(const SwfWarning& warning) { return {warning.text(), warning.row, warning.column}; }
+
+void addTotal(DocumentWarnings& warnings, uint64_t total) {
+    if (total > warnings.size())
+        warnings.push_back({"and " + std::to_string(total - warnings.size()) + " more"});
+}
+
+DocumentWarnings placedWarnings(const SwfWarnings& warnings, std::string_view text, std::vector<TagText> texts) {
+    DocumentWarnings result;
+    if (warnings.empty())
+        return result;
+    const TagPlaces tags(std::move(texts));
+    XmlPlaces places(text);
+    for (const SwfWarning& warning : warnings.items()) {
+        result.push_back(documentWarning(warning));
+        const uint64_t start = tags.of(warning.path);
+        if (result.back().row != 0 || start == SwfWarning::noOffset)
+            continue;
+        const XmlPlace place = places.at(start);
+        result.back().row = place.row;
+        result.back().column = place.column;
+    }
+    addTotal(result, warnings.total());
+    return result;
+}
+
+void loadMovie(LoadParams& params) {
+    SwfWarnings warnings;
+    SwfMovieSafe movie;
+    SwfLoadOptions load;
+    load.keepRaw = true;
+    load.warnings = &warnings;
+    movie.load(params.fileName, load);
+    params.progress.checkCancelled();
+
+    std::vector<TagText> texts;
+    ConversionOptions options;
+    options.keepRaw = true;
+    options.progress = &params.progress;
+    options.warnings = &warnings;
+    options.tagTexts = &texts;
+    Document& document = params.document;
+    document.text = swfToXmlDocument(movie, options);
+    document.original = std::make_shared<OriginalMovie>(movie, document.text, texts);
+    document.warnings = placedWarnings(warnings, document.text, std::move(texts));
+}
+
+void loadByKind(LoadParams& params) {
+    const Document& document = params.document;
+    switch (document.kind) {
+    case FileKind::xml: params.document.text = documentText(readTextFile(params.fileName)); break;
+    case FileKind::swf: loadMovie(params); break;
+    case FileKind::project: params.document.text = readProject(params.fileName); break;
+    }
+    if (document.text.size() > maxTextSize)
+        throw FileLoadException(params.fileName, "Its text has more than 1 GiB.");
+}
+
+// The movie that is replaced is the user's only copy of what a conversion may have lost.
+void keepBackup(const std::string& fileName) {
+    std::error_code ignored;
+    if (std::filesystem::file_size(pathOf(fileName), ignored) == 0 || ignored)
+        return; // Nothing is replaced.
+    writeFile(fileName + ".bak", readFile(fileName));
+}
+
+void saveByKind(SaveParams& params, FileKind kind) {
+    switch (kind) {
+    case FileKind::xml: writeTextFile(params.fileName, params.text); break;
+    case FileKind::swf: {
+        const SwfVector<uint8_t> bytes = compileDocument(params, params.fileName);
+        params.progress.checkCancelled();
+        if (params.keepsBackup)
+            keepBackup(params.fileName);
+        writeFile(params.fileName, {bytes.data(), bytes.size()});
+        break;
+    }
+    case FileKind::project: writeProject(params.fileName, params.text); break;
+    }
+}
+
+} // namespace
+
+void loadDocument(LoadParams& params) {
+    const std::optional<FileKind> kind = fileKind(params.fileName);
+    if (!kind)
+        throw FileLoadException(params.fileName, "Its name ends in none of .swf, .zelk and .xml.");
+    params.document.fileName = params.fileName;
+    params.document.kind = *kind;
+    params.document.hasFile = true;
+    try {
+        loadByKind(params);
+    } catch (const SwfException& error) {
+        throw FileLoadException(params.fileName, error.what());
+    }
+}
+
+void saveDocument(SaveParams& params) {
+    const std::optional<FileKind> kind = fileKind(params.fileName);
+    if (!kind)
+        throw FileSaveException(params.fileName, "The name ends in none of .swf, .zelk and .xml.");
+    try {
+        saveByKind(params, *kind);
+    } catch (const SwfFileException& error) {
+        throw FileSaveException(params.fileName, error.what());
+    }
+}
+
+SwfVector<uint8_t> compileDocument(CompileParams& params, const std::string& fileName) {
+    SwfWarnings warnings;
+    ConversionOptions options;
+    options.keepRaw = true;
+    options.progress = &params.progress;
+    options.warnings = &warnings;
+    options.original = params.original.get();
+    MovieTarget target;
+    try {
+        if (!xmlToSwf(params.text, target, options))
+            throw FileSaveException(fileName, "The document has no Movie element.");
+    } catch (const XmlSyntaxError& error) {
+        throw XmlException(error.what(), error.place.row, error.place.column);
+    }
+    params.progress.checkCancelled();
+    SwfVector<uint8_t> bytes = target.movie.serialise(bestCompression, &warnings);
+    for (const SwfWarning& warning : warnings.items())
+        params.warnings.push_back(documentWarning(warning));
+    addTotal(params.warnings, warnings.total());
+    return bytes;
+}
+
+} // namespace zelk

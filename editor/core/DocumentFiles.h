@@ -1,0 +1,37 @@
+// The way of a document's text from and to files.
+#pragma once
+
+#include "Document.h"
+#include "Job.h"
+
+namespace zelk {
+
+struct LoadParams : ThreadParams {
+    std::string fileName; ///< in
+    Document document;    ///< out
+};
+
+/// [worker thread] Reads a file by its kind. Texts are not parsed, so that a broken one opens and can be repaired.
+/// Throws FileLoadException.
+void loadDocument(LoadParams& params);
+
+struct CompileParams : ThreadParams {
+    std::string text;                                       ///< in
+    std::shared_ptr<const xml2swf::OriginalMovie> original; ///< in, may be null
+    DocumentWarnings warnings;                              ///< out
+};
+
+struct SaveParams : CompileParams {
+    std::string fileName;    ///< in
+    bool keepsBackup = true; ///< in: the movie that is replaced stays beside it as "<name>.bak"
+};
+
+/// [worker thread] Writes by the kind of the file name. What stood there stays when anything fails. Throws
+/// FileSaveException, XmlException and the errors of xmlToSwf.
+void saveDocument(SaveParams& params);
+
+/// [worker thread] The movie file's bytes. Throws like saveDocument, but FileSaveException only for a text without a
+/// movie.
+libswf::SwfVector<uint8_t> compileDocument(CompileParams& params, const std::string& fileName);
+
+} // namespace zelk

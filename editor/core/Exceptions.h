@@ -1,0 +1,68 @@
+// The editor's own failures.
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <string>
+
+namespace zelk {
+
+class ZelkException : public std::exception {
+public:
+    explicit ZelkException(std::string description) : _description(std::move(description)) {}
+    const std::string& description() const { return _description; }
+    const char* what() const noexcept override { return _description.c_str(); }
+
+private:
+    std::string _description;
+};
+
+/// A file operation failed. File names are UTF-8.
+class FileException : public ZelkException {
+public:
+    FileException(std::string fileName, std::string description)
+        : ZelkException(std::move(description)), _fileName(std::move(fileName)) {}
+    const std::string& fileName() const { return _fileName; }
+
+private:
+    std::string _fileName;
+};
+
+/// A file could not be read or yielded nothing to load.
+class FileLoadException : public FileException {
+public:
+    using FileException::FileException;
+};
+
+/// A file could not be written; what stood there before still does.
+class FileSaveException : public FileException {
+public:
+    using FileException::FileException;
+};
+
+/// A text is not well-formed XML. Row and column count from 1; 0 for an unknown place.
+class XmlException : public ZelkException {
+public:
+    XmlException(std::string description, uint32_t row, uint32_t column)
+        : ZelkException(std::move(description)), row(row), column(column) {}
+    const uint32_t row, column;
+};
+
+/// The same for the text of a named file.
+class FileXmlException : public XmlException {
+public:
+    FileXmlException(std::string fileName, const XmlException& error)
+        : XmlException(error), _fileName(std::move(fileName)) {}
+    const std::string& fileName() const { return _fileName; }
+
+private:
+    std::string _fileName;
+};
+
+/// A movie cannot be played.
+class PlayerException : public ZelkException {
+public:
+    using ZelkException::ZelkException;
+};
+
+} // namespace zelk

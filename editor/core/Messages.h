@@ -1,0 +1,45 @@
+// What the user is told, by code, from one table of texts.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace zelk {
+
+enum class MessageCode : uint32_t {
+    cannotPlay = 1,
+    noPlayer = 2,
+    cannotSave = 3,
+    badVersion = 4,
+    badWidth = 5,
+    badHeight = 6,
+    badBase64 = 7,
+    cannotOpen = 8, ///< its detail is the file name
+    badXml = 9,     ///< its detail is the whole text
+    unexpected = 10 ///< and every other number
+};
+
+struct Message {
+    std::string text, caption;
+    bool operator==(const Message&) const = default;
+};
+
+Message message(MessageCode code, std::string_view detail = {});
+
+/// The box after a successful check.
+Message xmlIsCorrect();
+/// The question on closing a modified document.
+Message saveQuestion();
+
+/// A failure as it is reported.
+struct Failure {
+    Message message;
+    std::string reason;           ///< what the message does not say; may be empty
+    uint32_t row = 0, column = 0; ///< place in the document's text, from 1; 0 for none
+};
+
+/// The exception being handled.
+Failure describeFailure();
+
+} // namespace zelk

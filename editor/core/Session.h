@@ -1,0 +1,86 @@
+// What commands ask of the user, of a document's text view, and what one run of the program remembers.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <set>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "Document.h"
+#include "Job.h"
+#include "Messages.h"
+
+namespace zelk {
+
+enum class SaveAnswer : uint8_t { yes, no, cancel };
+
+/// The user, as commands see him: dialogs in the program, prepared answers in a test. All on the GUI thread.
+class IUserInterface {
+public:
+    virtual ~IUserInterface() = default;
+
+    /// A full path with an extension that tells the kind; none when the user thinks better of it.
+    virtual std::optional<std::string> chooseFileToSave(const std::string& proposal) = 0;
+    virtual SaveAnswer askToSave(const Document& document) = 0;
+    /// A row from 1 to `rows`.
+    virtual std::optional<uint32_t> askForRow(uint32_t current, uint32_t rows) = 0;
+    /// A warning box.
+    virtual void report(const Failure& failure) = 0;
+    virtual void inform(const Message& message) = 0;
+    /// Runs the work on a thread of its own, shows its progress, returns when it has ended. Throws what it threw.
+    virtual void runJob(const std::string& title, ThreadParams& params, std::function<void()> work) = 0;
+};
+
+/// The text of a document where it is edited.
+class ITextView {
+public:
+    virtual ~ITextView() = default;
+
+    virtual void setText(std::string_view bytes) = 0;
+    /// Valid until the text changes.
+    virtual std::string_view text() = 0;
+    /// What stands there now is what the file holds.
+    virtual void setSavePoint() = 0;
+    /// Row and column count from 1, the column in characters.
+    virtual void gotoPlace(uint32_t row, uint32_t column) = 0;
+    virtual uint32_t row() const = 0;
+    virtual uint32_t rowCount() const = 0;
+};
+
+/// Shows a movie.
+class IPlayer {
+public:
+    virtual ~IPlayer() = default;
+    /// Width and height in pixels; 0 for the movie's own size. Throws PlayerException.
+    virtual void play(const std::string& fileName, int width, int height) = 0;
+};
+
+/// Files that last as long as the program runs.
+class TemporaryMovies {
+public:
+    TemporaryMovies() = default;
+    TemporaryMovies(const TemporaryMovies&) = delete;
+    TemporaryMovies& operator=(const TemporaryMovies&) = delete;
+    ~TemporaryMovies();
+
+    /// Gives the name of a new file with these bytes. Throws SwfFileException.
+    std::string create(std::span<const uint8_t> movie);
+
+private:
+    std::vector<std::string> _names;
+};
+
+/// One run of the program. Lives on the GUI thread.
+struct Session {
+    explicit Session(IUserInterface& user) : user(user) {}
+
+    IUserInterface& user;
+    IPlayer* player = nullptr; ///< null when there is none
+    UntitledNames names;
+    std::set<std::string> writtenFiles; ///< files whose content comes from this run: they need no backup
+    TemporaryMovies temporaryMovies;    ///< what was played
+};
+
+} // namespace zelk

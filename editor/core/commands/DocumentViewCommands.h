@@ -1,0 +1,71 @@
+// Commands on a document as a whole.
+#pragma once
+
+#include "Command.h"
+
+namespace zelk::guicommand::documentview {
+
+/// Fills a document from a file. A failure leaves it as it was.
+class LoadFromFileCmd : public FinalCommand {
+public:
+    LoadFromFileCmd(Session& session, Document& document, std::string fileName)
+        : _session(session), _document(document), _fileName(std::move(fileName)) {}
+    bool Execute() override;
+
+private:
+    Session& _session;
+    Document& _document;
+    std::string _fileName;
+};
+
+/// Writes the document's text to its own file. The text is given away.
+class SaveToFileCmd : public FinalCommand {
+public:
+    SaveToFileCmd(Session& session, Document& document) : _session(session), _document(document) {}
+    bool Execute() override;
+
+private:
+    Session& _session;
+    Document& _document;
+};
+
+/// Asks for a name, writes the document's text there and renames the document. The text is given away.
+class SaveAsFileCmd : public FinalCommand {
+public:
+    SaveAsFileCmd(Session& session, Document& document) : _session(session), _document(document) {}
+    bool Execute() override;
+
+private:
+    Session& _session;
+    Document& _document;
+};
+
+/// Gives a document the name and kind of the file that now holds it.
+class SetDocAttributesCmd : public ICommand {
+public:
+    SetDocAttributesCmd(Document& document, std::string fileName, FileKind kind)
+        : _document(document), _fileName(std::move(fileName)), _kind(kind) {}
+    bool Execute() override;
+    bool Unexecute() override;
+
+private:
+    void swap();
+
+    Document& _document;
+    std::string _fileName;
+    FileKind _kind;
+    bool _hasFile = true;
+};
+
+/// Compiles the document's text into a temporary file and plays it. The text is given away.
+class SwfPlayCmd : public FinalCommand {
+public:
+    SwfPlayCmd(Session& session, Document& document) : _session(session), _document(document) {}
+    bool Execute() override;
+
+private:
+    Session& _session;
+    Document& _document;
+};
+
+} // namespace zelk::guicommand::documentview

@@ -1,0 +1,63 @@
+// Commands on the text of a document.
+#pragma once
+
+#include "Command.h"
+
+namespace zelk::guicommand::documentviewtext {
+
+/// Puts the document's text into the text view; it stands only there then.
+class LoadFromDocCmd : public FinalCommand {
+public:
+    LoadFromDocCmd(Document& document, ITextView& view) : _document(document), _view(view) {}
+    bool Execute() override;
+
+private:
+    Document& _document;
+    ITextView& _view;
+};
+
+/// Takes a copy of the text view's text back into the document.
+class SaveAsDocCmd : public FinalCommand {
+public:
+    SaveAsDocCmd(Document& document, ITextView& view) : _document(document), _view(view) {}
+    bool Execute() override;
+
+private:
+    Document& _document;
+    ITextView& _view;
+};
+
+/// Says whether the text is well-formed. Throws XmlException when it is not.
+class CheckXmlCmd : public FinalCommand {
+public:
+    CheckXmlCmd(Session& session, ITextView& view) : _session(session), _view(view) {}
+    bool Execute() override;
+
+private:
+    Session& _session;
+    ITextView& _view;
+};
+
+/// Asks for a row and goes there.
+class GotoLineCmd : public FinalCommand {
+public:
+    GotoLineCmd(Session& session, ITextView& view) : _session(session), _view(view) {}
+    bool Execute() override;
+
+private:
+    Session& _session;
+    ITextView& _view;
+};
+
+/// Shows a colour as the background of a small movie. Does nothing for an empty text; one that is no colour fails.
+class ShowColorCmd : public FinalCommand {
+public:
+    ShowColorCmd(Session& session, std::string color) : _session(session), _color(std::move(color)) {}
+    bool Execute() override;
+
+private:
+    Session& _session;
+    std::string _color;
+};
+
+} // namespace zelk::guicommand::documentviewtext

@@ -1,0 +1,512 @@
+// Documents on their way from and to files, the commands around them, jobs, messages, recent files.
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <map>
+#include <thread>
+
+#ifndef _WIN32
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
+
+#include "Conversion.h"
+#include "DocumentFiles.h"
+#include "DocumentViewCommands.h"
+#include "DocumentViewTextCommands.h"
+#include "Exceptions.h"
+#include "ProjectFile.h"
+#include "RecentFiles.h"
+#include "SwfUtils.h"
+
+namespace {
+
+using namespace zelk;
+using namespace zelk::guicommand;
+using namespace zelk::guicommand::documentview;
+using namespace zelk::guicommand::documentviewtext;
+namespace fs = std::filesystem;
+
+constexpr const char* movieText = R"(<?xml version="1.0" encoding="UTF-8" ?>
+<Movie SwfVersion="7" Width="550" Height="400" FrameRate="12">
+    <!-- kept -->
+    <SetBackgroundColor Color="33669900" />
+    <ShowFrame />
+</Movie>)";
+
+// Answers from a list; jobs run on their thread.
+class ScriptedUser : public IUserInterface {
+public:
+    std::deque<std::optional<std::string>> saveNames;
+    std::optional<uint32_t> rowAnswer;
+    std::vector<Failure> failures;
+    std::vector<Message> messages;
+    bool cancelsJobs = false;
+
+    std::optional<std::string> chooseFileToSave(const std::string& name) override {
+        proposal = name;
+        const auto answer = saveNames.front();
+        saveNames.pop_front();
+        return answer;
+    }
+    SaveAnswer askToSave(const Document&) override { return SaveAnswer::cancel; }
+    std::optional<uint32_t> askForRow(uint32_t, uint32_t) override { return rowAnswer; }
+    void report(const Failure& failure) override { failures.push_back(failure); }
+    void inform(const Message& message) override { messages.push_back(message); }
+    void runJob(const std::string&, ThreadParams& params, std::function<void()> work) override {
+        if (cancelsJobs)
+            params.progress.cancel();
+        Worker worker(params, std::move(work));
+        while (!worker.hasEnded())
+            std::this_thread::yield();
+        worker.finish();
+    }
+    std::string proposal;
+};
+
+class StringView : public ITextView {
+public:
+    std::string content;
+    uint32_t atRow = 1, atColumn = 1;
+    void setText(std::string_view bytes) override { content = bytes; }
+    std::string_view text() override { return content; }
+    void setSavePoint() override {}
+    void gotoPlace(uint32_t row, uint32_t column) override {
+        atRow = row;
+        atColumn = column;
+    }
+    uint32_t row() const override { return atRow; }
+    uint32_t rowCount() const override { return 6; }
+};
+
+class DocumentTest : public testing::Test {
+protected:
+    DocumentTest() {
+        folder = fs::temp_directory_path() /
+                 ("zelk-test-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
+                  testing::UnitTest::GetInstance()->current_test_info()->name());
+        fs::remove_all(folder);
+        fs::create_directory(folder);
+    }
+    ~DocumentTest() override { fs::remove_all(folder); }
+
+    std::string path(const std::string& name) const { return (folder / name).string(); }
+    bool load(Document& document, const std::string& name) {
+        LoadFromFileCmd command(session, document, path(name));
+        return runCommand(session, command);
+    }
+    bool save(Document& document, const std::string& text, const std::string& name) {
+        document.text = text;
+        document.fileName = path(name);
+        SaveToFileCmd command(session, document);
+        return runCommand(session, command, &view);
+    }
+    size_t filesInFolder() const { return static_cast<size_t>(std::distance(fs::directory_iterator(folder), {})); }
+
+    fs::path folder;
+    ScriptedUser user;
+    Session session{user};
+    StringView view;
+};
+
+TEST_F(DocumentTest, EveryKindGivesBackWhatWasSaved) {
+    for (const char* name : {"a.xml", "a.zelk", "A.ZELK", "a.swf"}) {
+        Document written;
+        written.isModified = true;
+        ASSERT_TRUE(save(written, movieText, name)) << name;
+        EXPECT_FALSE(written.isModified);
+        Document read;
+        ASSERT_TRUE(load(read, name));
+        EXPECT_EQ(read.fileName, path(name));
+        EXPECT_TRUE(read.hasFile);
+        if (read.kind == FileKind::swf) {
+            EXPECT_EQ(read.text.find("kept"), std::string::npos) << "comments do not fit into a movie";
+            EXPECT_NE(read.text.find(R"(Color="33669900")"), std::string::npos);
+        } else {
+            EXPECT_EQ(read.text, movieText);
+        }
+    }
+    EXPECT_TRUE(user.failures.empty());
+}
+
+TEST_F(DocumentTest, UntouchedTagsKeepTheirBytes) {
+    // ShowFrame with a long header, which compiling from the text alone would make short; two bytes after End.
+    const std::vector<uint8_t> movie = {'F',  'W',  'S', 7, 29, 0, 0, 0, 0x08, 0x00, 0x00, 0x0C, 1, 0, //
+                                        0x43, 2,    1,   2, 3,                                         //
+                                        0x7F, 0x00, 0,   0, 0,  0, 0, 0, 0xAA, 0xBB};
+    libswf::writeFile(path("m.swf"), movie);
+    Document document;
+    ASSERT_TRUE(load(document, "m.swf"));
+    const std::string text = document.text;
+    ASSERT_TRUE(save(document, text, "m.swf"));
+    EXPECT_EQ(libswf::readFile(path("m.swf")), movie);
+    EXPECT_EQ(libswf::readFile(path("m.swf.bak")), movie);
+
+    std::string edited = text;
+    edited.replace(edited.find("1020300"), 7, "1020400");
+    ASSERT_TRUE(save(document, edited, "m.swf"));
+    std::vector<uint8_t> expected = movie;
+    expected[18] = 4;
+    EXPECT_EQ(libswf::readFile(path("m.swf")), expected);
+    EXPECT_EQ(libswf::readFile(path("m.swf.bak")), movie) << "the second save of a run makes no backup";
+}
+
+TEST_F(DocumentTest, FailuresAreReportedAndLoseNothing) {
+    struct Case {
+        const char* name;
+        const char* text;
+        Message message;
+        uint32_t row;
+    };
+    const Case saves[] = {
+        {"a.swf", "<Movie><ShowFrame></Movie>", message(MessageCode::badXml, "Error description: "), 1},
+        {"a.swf", "<Film/>", {"Unable to save this file.", "Message"}, 0},
+        {"a.doc", movieText, {"Unable to save this file.", "Message"}, 0},
+        {"none/a.xml", movieText, {"Unable to save this file.", "Message"}, 0},
+        {"none/a.zelk", movieText, {"Unable to save this file.", "Message"}, 0},
+        {"a.swf",
+         "<Movie SwfVersion=\"7\" Width=\"1\" Height=\"1\" FrameRate=\"1\">\n<DefineBinaryData "
+         "DefineBinaryDataId=\"1\">"
+         "<Data>%%</Data></DefineBinaryData></Movie>",
+         {"Incorrect Base64 data", "Warning"},
+         2},
+        {"a.swf",
+         "<Movie SwfVersion=\"7\" Width=\"x\" Height=\"1\" FrameRate=\"1\"/>",
+         {"Incorrect value of attribute Width", "Warning"},
+         1},
+        {"a.swf",
+         "<Movie SwfVersion=\"7\" Width=\"1\" Height=\"1\" FrameRate=\"1\"><RemoveObject Id=\"x\"/></Movie>",
+         {"Unexpected Error", "Message"},
+         1},
+    };
+    libswf::writeTextFile(path("a.swf"), "old");
+    for (const Case& c : saves) {
+        user.failures.clear();
+        Document document;
+        document.isModified = true;
+        document.kind = FileKind::project;
+        view.atRow = 99;
+        EXPECT_FALSE(save(document, c.text, c.name)) << c.text;
+        EXPECT_TRUE(document.isModified);
+        EXPECT_EQ(document.kind, FileKind::project);
+        ASSERT_EQ(user.failures.size(), 1u) << c.text;
+        EXPECT_EQ(user.failures[0].message.caption, c.message.caption);
+        EXPECT_EQ(user.failures[0].message.text.substr(0, c.message.text.size()), c.message.text);
+        EXPECT_EQ(view.atRow, c.row == 0 ? 99 : c.row) << c.text;
+        EXPECT_EQ(libswf::readTextFile(path("a.swf")), "old");
+        EXPECT_EQ(filesInFolder(), 1u) << "nothing half-written stays";
+    }
+    for (const char* name : {"missing.swf", "missing.xml", "missing.zelk", "a.swf", "a.doc", "noextension"}) {
+        user.failures.clear();
+        Document document;
+        document.text = "before";
+        EXPECT_FALSE(load(document, name));
+        EXPECT_EQ(document.text, "before");
+        ASSERT_EQ(user.failures.size(), 1u) << name;
+        EXPECT_EQ(user.failures[0].message, (Message{"Unable to open " + path(name), "Message"}));
+    }
+}
+
+TEST_F(DocumentTest, ABrokenTextOpensAndItsCheckGoesToTheError) {
+    libswf::writeTextFile(path("b.xml"), "<Movie>\n  <A>\n</Movie>");
+    Document document;
+    ASSERT_TRUE(load(document, "b.xml"));
+    LoadFromDocCmd(document, view).Execute();
+    EXPECT_TRUE(document.text.empty()) << "a text is not kept twice";
+    CheckXmlCmd check(session, view);
+    EXPECT_FALSE(runCommand(session, check, &view));
+    ASSERT_EQ(user.failures.size(), 1u);
+    EXPECT_EQ(user.failures[0].message.caption, "The XML has incorrect format.");
+    EXPECT_EQ(view.atRow, 3u);
+    for (const char* text : {movieText, ""}) {
+        view.content = text;
+        EXPECT_TRUE(runCommand(session, check, &view)) << text;
+    }
+    EXPECT_EQ(user.messages, std::vector<Message>(2, {"The XML is correct.", "The XML is correct."}));
+}
+
+TEST_F(DocumentTest, ACancelledJobChangesNothing) {
+    libswf::writeTextFile(path("c.swf"), "old");
+    user.cancelsJobs = true;
+    Document document;
+    document.isModified = true;
+    EXPECT_FALSE(save(document, movieText, "c.swf"));
+    EXPECT_EQ(libswf::readTextFile(path("c.swf")), "old");
+    EXPECT_TRUE(document.isModified);
+    EXPECT_TRUE(user.failures.empty());
+}
+
+TEST_F(DocumentTest, SaveAsRenamesOnlyWhenItWorks) {
+    Document document = newDocument(session.names);
+    const std::string text = document.text;
+    user.saveNames = {std::nullopt, path("none/x.zelk"), path("x.zelk")};
+    SaveAsFileCmd command(session, document);
+    EXPECT_FALSE(runCommand(session, command));
+    EXPECT_FALSE(runCommand(session, command));
+    EXPECT_EQ(document.fileName, "Untitled.swf");
+    EXPECT_FALSE(document.hasFile);
+    document.text = text;
+    EXPECT_TRUE(runCommand(session, command));
+    EXPECT_EQ(user.proposal, "Untitled.swf");
+    EXPECT_EQ(document.fileName, path("x.zelk"));
+    EXPECT_EQ(document.kind, FileKind::project);
+    EXPECT_TRUE(document.hasFile);
+    EXPECT_EQ(readProject(path("x.zelk")), text);
+    EXPECT_EQ(newDocument(session.names).fileName, "Untitled-1.swf");
+    EXPECT_EQ(newDocument(session.names).fileName, "Untitled-2.swf");
+}
+
+TEST_F(DocumentTest, WarningsOfAMovieAreAtTheirTags) {
+    // ShowFrame, then RemoveObject2 with a byte more than it has: kept raw.
+    const std::vector<uint8_t> movie = {'F',  'W', 'S',  7,    23, 0, 0, 0, 0x08, 0x00, 0x00, 0x0C, 1, 0, //
+                                        0x40, 0,   0x03, 0x07, 1,  0, 2, 0, 0};
+    libswf::writeFile(path("w.swf"), movie);
+    Document document;
+    ASSERT_TRUE(load(document, "w.swf"));
+    ASSERT_FALSE(document.warnings.empty());
+    std::istringstream lines(document.text);
+    std::string line;
+    for (uint32_t row = 0; row < document.warnings[0].row; ++row)
+        std::getline(lines, line);
+    EXPECT_NE(line.find("<Unknown"), std::string::npos) << document.text;
+}
+
+TEST_F(DocumentTest, WithoutAPlayerTheUserIsTold) {
+    ShowColorCmd none(session, "");
+    EXPECT_FALSE(runCommand(session, none));
+    EXPECT_TRUE(user.failures.empty());
+    for (const auto& [color, text] : std::map<std::string, std::string>{{"ff0000ff", "Please install a Flash Player."},
+                                                                        {"\"<&", "Unexpected Error"},
+                                                                        {"123456789", "Unexpected Error"}}) {
+        user.failures.clear();
+        ShowColorCmd command(session, color);
+        EXPECT_FALSE(runCommand(session, command));
+        ASSERT_EQ(user.failures.size(), 1u);
+        EXPECT_EQ(user.failures[0].message.text, text) << color;
+    }
+}
+
+// What stops a save, however it does, leaves the old file or the new one.
+#ifndef _WIN32
+
+constexpr size_t bigSize = 3'000'000;
+
+std::string bigText(char letter) {
+    return "<Movie SwfVersion=\"7\" Width=\"1\" Height=\"1\" FrameRate=\"1\"><FrameLabel Name=\"" +
+           std::string(bigSize, letter) + "\"/></Movie>";
+}
+
+// Runs in a process of its own, so that it can be stopped and limited.
+pid_t saveElsewhere(const std::string& fileName, std::function<void()> before) {
+    const pid_t child = fork();
+    if (child != 0)
+        return child;
+    before();
+    try {
+        for (char letter = 'b';; letter = letter == 'z' ? 'b' : static_cast<char>(letter + 1)) {
+            SaveParams params;
+            params.fileName = fileName;
+            params.text = bigText(letter);
+            params.keepsBackup = false;
+            saveDocument(params);
+        }
+    } catch (const FileSaveException&) {
+        _exit(3);
+    }
+    _exit(4);
+}
+
+std::string textOf(const std::string& fileName) {
+    LoadParams params;
+    params.fileName = fileName;
+    loadDocument(params);
+    return params.document.text;
+}
+
+TEST_F(DocumentTest, AKilledSaveLeavesTheOldFileOrTheNewOne) {
+    for (const char* name : {"k.xml", "k.zelk", "k.swf"}) {
+        Document document;
+        ASSERT_TRUE(save(document, bigText('a'), name));
+        for (int round = 0; round < 8; ++round) {
+            const pid_t child = saveElsewhere(path(name), [] {});
+            std::this_thread::sleep_for(std::chrono::milliseconds(3 + 7 * round));
+            kill(child, SIGKILL);
+            waitpid(child, nullptr, 0);
+            const std::string text = textOf(path(name));
+            const size_t start = text.find("Name=\"") + 6;
+            ASSERT_LT(start + bigSize, text.size());
+            EXPECT_EQ(text.substr(start, bigSize), std::string(bigSize, text[start])) << name;
+        }
+    }
+}
+
+TEST_F(DocumentTest, AFullDiskLeavesTheOldFile) {
+    for (const char* name : {"f.xml", "f.zelk", "f.swf"}) {
+        Document document;
+        ASSERT_TRUE(save(document, movieText, name));
+        const std::string before = textOf(path(name));
+        const pid_t child = saveElsewhere(path(name), [] {
+            const rlimit limit = {2000, 2000}; // of bytes in a file
+            setrlimit(RLIMIT_FSIZE, &limit);
+            signal(SIGXFSZ, SIG_IGN);
+        });
+        int status = 0;
+        waitpid(child, &status, 0);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 3) << name << " " << status;
+        EXPECT_EQ(textOf(path(name)), before);
+    }
+    EXPECT_EQ(filesInFolder(), 3u) << "nothing half-written stays";
+}
+
+TEST_F(DocumentTest, AFileOrFolderThatVanishedOrIsProtected) {
+    Document document;
+    ASSERT_TRUE(save(document, movieText, "v.swf"));
+    fs::remove(path("v.swf"));
+    EXPECT_TRUE(save(document, movieText, "v.swf")) << "a file that is gone is written anew";
+    fs::create_directory(path("gone"));
+    ASSERT_TRUE(save(document, movieText, "gone/v.xml"));
+    fs::remove_all(path("gone"));
+    EXPECT_FALSE(save(document, movieText, "gone/v.xml"));
+    EXPECT_EQ(user.failures.back().message.text, "Unable to save this file.");
+    if (geteuid() == 0)
+        return; // Nothing is protected from root.
+    fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec);
+    EXPECT_FALSE(save(document, bigText('x'), "v.swf"));
+    fs::permissions(folder, fs::perms::owner_all);
+    EXPECT_NE(textOf(path("v.swf")).find("33669900"), std::string::npos);
+}
+
+#endif
+
+class RecordedCommand : public ICommand {
+public:
+    RecordedCommand(std::string& log, char name, bool result) : _log(log), _name(name), _result(result) {}
+    bool Execute() override {
+        _log += _name;
+        return _result;
+    }
+    bool Unexecute() override {
+        _log += static_cast<char>(std::toupper(_name));
+        return _result;
+    }
+
+private:
+    std::string& _log;
+    char _name;
+    bool _result;
+};
+
+TEST(MacroCommand, StopsAtAFailureAndReversesAll) {
+    std::string log;
+    const auto command = [&log](char name, bool result) {
+        return std::make_shared<RecordedCommand>(log, name, result);
+    };
+    MacroCommand macro;
+    EXPECT_TRUE(macro.Execute());
+    EXPECT_TRUE(macro.Unexecute());
+    macro.append(command('b', true));
+    macro.append(command('c', false));
+    macro.append(command('d', true));
+    macro.insertFront(command('a', true));
+    EXPECT_FALSE(macro.Execute());
+    EXPECT_EQ(log, "abc");
+    EXPECT_TRUE(macro.Unexecute()) << "the result is that of the first command";
+    EXPECT_EQ(log, "abcDCBA");
+    macro.insertFront(command('x', false));
+    EXPECT_FALSE(macro.Unexecute());
+}
+
+TEST(Job, TheEstimateComesFromTheFirstReport) {
+    struct Case {
+        int position;
+        int64_t milliseconds;
+        const char* text;
+    };
+    for (const Case& c : {Case{0, 500, ""},
+                          {1, 0, "0 sec"},
+                          {1, 1000, "99 sec"},
+                          {50, 1999, "99 sec"},
+                          {100, 9000, "0 sec"},
+                          {1, 40'000'000'000, "3960000000 sec"}})
+        EXPECT_EQ(estimateText(c.position, c.milliseconds), c.text);
+    JobProgress progress;
+    EXPECT_EQ(progress.estimate(), "");
+    progress.report(0);
+    EXPECT_EQ(progress.estimate(), "");
+    progress.report(0.5);
+    EXPECT_EQ(progress.position(), 50);
+    EXPECT_EQ(progress.estimate(), "0 sec");
+    progress.cancel();
+    EXPECT_THROW(progress.report(0.6), JobCancelled);
+}
+
+TEST(Messages, EveryCodeHasItsTexts) {
+    const std::pair<uint32_t, Message> table[] = {
+        {1, {"Unable to play .swf file.", "Message"}},
+        {2, {"Please install a Flash Player.", "Flash Player is not installed."}},
+        {3, {"Unable to save this file.", "Message"}},
+        {4, {"Incorrect value of attribute SwfVersion", "Warning"}},
+        {5, {"Incorrect value of attribute Width", "Warning"}},
+        {6, {"Incorrect value of attribute Height", "Warning"}},
+        {7, {"Incorrect Base64 data", "Warning"}},
+        {8, {"Unable to open a.swf", "Message"}},
+        {9, {"a.swf", "The XML has incorrect format."}},
+        {0, {"Unexpected Error", "Message"}},
+        {10, {"Unexpected Error", "Message"}},
+        {4097, {"Unexpected Error", "Message"}},
+    };
+    for (const auto& [code, expected] : table)
+        EXPECT_EQ(message(static_cast<MessageCode>(code), "a.swf"), expected) << code;
+    try {
+        throw XmlException("expected >", 3, 14);
+    } catch (...) {
+        EXPECT_EQ(describeFailure().message.text, "Error description: expected >\nRow: 3\nCol: 14");
+    }
+}
+
+class MapSettings : public ISettings {
+public:
+    std::map<std::string, std::string> values;
+    std::optional<std::string> value(const std::string& key) const override {
+        const auto found = values.find(key);
+        return found == values.end() ? std::nullopt : std::optional(found->second);
+    }
+    void setValue(const std::string& key, const std::string& text) override { values[key] = text; }
+    void remove(const std::string& key) override { values.erase(key); }
+};
+
+TEST(RecentFiles, LimitsAndOrder) {
+    const std::pair<const char*, size_t> limits[] = {{"0", 2},   {"1", 2},  {"3", 3},     {"16", 16},
+                                                     {"17", 16}, {"x", 16}, {nullptr, 16}};
+    for (const auto& [count, expected] : limits) {
+        MapSettings settings;
+        if (count != nullptr)
+            settings.values["DocumentCount"] = count;
+        FilesRecentList list(settings);
+        for (int i = 0; i < 20; ++i)
+            list.add("f" + std::to_string(i));
+        EXPECT_EQ(list.files().size(), expected);
+        EXPECT_EQ(list.files().front(), "f19");
+        EXPECT_EQ(settings.values["DocumentCount"], std::to_string(expected));
+        EXPECT_EQ(settings.values.size(), expected + 1);
+    }
+    MapSettings settings;
+    settings.values = {{"DocumentCount", "3"},
+                       {"Document1", "a"},
+                       {"Document2", std::string(260, 'b')},
+                       {"Document3", "c"},
+                       {"Document16", "old"}};
+    FilesRecentList list(settings);
+    EXPECT_EQ(list.files(), (std::vector<std::string>{"a", "c"}));
+    list.add("c");
+    list.add(std::string(260, 'd'));
+    list.add(std::string(259, 'e'));
+    EXPECT_EQ(list.files(), (std::vector<std::string>{std::string(259, 'e'), "c", "a"}));
+    list.remove("c");
+    EXPECT_EQ(settings.values, (std::map<std::string, std::string>{
+                                   {"DocumentCount", "3"}, {"Document1", std::string(259, 'e')}, {"Document2", "a"}}));
+}
+
+} // namespace

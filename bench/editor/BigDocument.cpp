@@ -1,0 +1,110 @@
+// A document of 100 MB in the text view: how long each step keeps the window from doing anything else, and how much
+// memory it takes. Runs without a display.
+#include <QAccessible>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QKeyEvent>
+
+#include <cstdio>
+#include <fstream>
+
+#include "SearchController.h"
+#include "TextEditorView.h"
+
+namespace {
+
+constexpr size_t textSize = 100'000'000;
+
+// Shapes and scripts as a conversion shows them, and a payload now and then.
+std::string bigText() {
+    std::string text =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n<Movie SwfVersion=\"8\" Width=\"550\" Height=\"400\" "
+        "FrameRate=\"12\">\n";
+    text.reserve(textSize + 2'000'000);
+    for (int id = 1; text.size() < textSize; ++id) {
+        const std::string number = std::to_string(id);
+        text += "    <DefineShape3 ShapeId=\"" + number + "\">\n        <Shapes>\n";
+        for (int edge = 0; edge < 500; ++edge)
+            text += "            <Line X=\"" + std::to_string(edge) + "\" Y=\"" + number + "\" />\n";
+        text += "        </Shapes>\n    </DefineShape3>\n";
+        if (id % 500 == 0) {
+            const std::string payload(1'000'000, 'A');
+            text += "    <DefineBinaryData Id=\"" + number + "\">\n        <Data><![CDATA[" + payload +
+                    "]]></Data>\n    </DefineBinaryData>\n";
+        }
+    }
+    return text + "    <FrameLabel Name=\"the needle\" />\n</Movie>";
+}
+
+// Megabytes of "VmRSS" or "VmHWM".
+double memory(const std::string& what) {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with(what + ":"))
+            return std::stod(line.substr(what.size() + 1)) / 1000;
+    }
+    return 0;
+}
+
+void handleEvents() {
+    for (int i = 0; i < 3; ++i)
+        QCoreApplication::processEvents();
+}
+
+// The longest of some runs, in milliseconds, with all that the step makes the window do.
+template <class Step>
+void measure(const char* name, int runs, Step step) {
+    double longest = 0;
+    for (int i = 0; i < runs; ++i) {
+        QElapsedTimer timer;
+        timer.start();
+        step();
+        handleEvents();
+        longest = std::max(longest, static_cast<double>(timer.nsecsElapsed()) / 1e6);
+    }
+    std::printf("%-44s %9.1f ms\n", name, longest);
+}
+
+void press(QWidget& widget, int key, const QString& text, Qt::KeyboardModifiers modifiers = {}) {
+    QKeyEvent event(QEvent::KeyPress, key, modifiers, text);
+    QApplication::sendEvent(&widget, &event);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    QAccessible::setActive(true); // as with a screen reader
+    zelk::TextEditorView view;
+    view.resize(1000, 700);
+    view.show();
+    handleEvents();
+
+    std::string text = bigText();
+    const double textMegabytes = static_cast<double>(text.size()) / 1e6;
+    const double before = memory("VmRSS") - textMegabytes;
+    measure("text handed over", 1, [&] { view.setText(text); });
+    text.clear();
+    text.shrink_to_fit();
+    const auto rows = view.rowCount();
+    measure("to the end", 1, [&] { view.gotoPlace(rows, 1); });
+    measure("a page up near the end", 20, [&] { press(view, Qt::Key_PageUp, {}); });
+    measure("to places anywhere", 50, [&, row = 1u]() mutable { view.gotoPlace(row += rows / 60, 1); });
+    measure("back to the start", 1, [&] { view.gotoPlace(1, 1); });
+    const zelk::TextSearch plain({"the needle", false, true, false});
+    measure("a string at the end found", 3, [&] { view.select(*plain.next(view.text(), 0)); });
+    view.gotoPlace(1, 1);
+    const zelk::TextSearch word({"The Needle", true, false, false});
+    measure("the same as a word in any case", 3, [&] { view.select(*word.next(view.text(), 0)); });
+    view.gotoPlace(rows / 2, 5);
+    measure("a key in the middle", 50, [&] { press(view, Qt::Key_A, QStringLiteral("a")); });
+    measure("a quote in the middle", 10, [&] { press(view, Qt::Key_QuoteDbl, QStringLiteral("\"")); });
+    measure("a step of undo", 10, [&] { view.undo(); });
+    view.gotoPlace(rows / 2, 5);
+    measure("the first fold", 1, [&] { view.toggleFold(); });
+    measure("a fold in the middle", 10, [&] { view.toggleFold(); });
+    std::printf("%-44s %9.2f x\n", "memory, in sizes of the text", (memory("VmRSS") - before) / textMegabytes);
+    std::printf("%-44s %9.2f x\n", "at most, with the text handed over", (memory("VmHWM") - before) / textMegabytes);
+    return 0;
+}

@@ -1,0 +1,128 @@
+#include "CommandTable.h"
+
+#include <algorithm>
+
+namespace zelk {
+
+using namespace CommandId;
+
+namespace {
+
+// clang-format off
+constexpr CommandRow rows[] = {
+    {fileNew, "&New\tCtrl+N", "Create a new Xml\nNew", "new", Needs::nothing, ""},
+    {fileOpen, "&Open...\tCtrl+O", "Open an existing file\nOpen", "open", Needs::nothing, ""},
+    {save, "&Save...\tCtrl+S", "Save the active Xml\nSave", "save", Needs::document, ""},
+    {saveAs, "Save &As...\tCtrl+Alt+S", "Save As\nSave Xml", "save-as", Needs::document, ""},
+    {play, "P&lay...\tCtrl+Enter", "Playing swf file in new window\nPlay", "play", Needs::document, "Ctrl+Return"},
+    {recentFiles, "Recent &Files", "", "", Needs::nothing, ""},
+    {firstRecentFile, "(empty)", "", "", Needs::neverMet, ""},
+    {CommandId::exit, "E&xit\tAlt+F4", "Quit the application; prompts to save Xml\nExit", "", Needs::nothing, ""},
+    {undo, "&Undo\tCtrl+Z", "Undo text\nUndo", "undo", Needs::undo, "Alt+Backspace"},
+    {redo, "&Redo\tCtrl+Shift+Z", "Redo text\nRedo", "redo", Needs::redo, ""},
+    {cut, "&Cut\tCtrl+X", "Cut text\nCut", "cut", Needs::selection, ""},
+    {copy, "C&opy\tCtrl+C", "Copy text\nCopy", "copy", Needs::selection, "Ctrl+Insert"},
+    {paste, "&Paste\tCtrl+V", "Paste text\nPaste", "paste", Needs::document, "Shift+Insert"},
+    {find, "&Find...\tCtrl+F", "Find in document\nFind", "find", Needs::document, ""},
+    {findNext, "Find &Next\tF3", "", "", Needs::document, ""},
+    {findPrevious, "Find Pre&vious\tShift+F3", "", "", Needs::document, ""},
+    {replace, "R&eplace...\tCtrl+R", "", "replace", Needs::document, ""},
+    {gotoLine, "Go &To Line...", "", "", Needs::document, "Ctrl+G"},
+    {movieXml, "&Movie XML", "", "", Needs::document, ""},
+    {tagList, "&Tag list", "", "", Needs::neverMet, ""},
+    {zoomIn, "Zoom &In\tCtrl++", "", "", Needs::document, "Ctrl+="},
+    {zoomOut, "Zoom &Out\tCtrl+-", "", "", Needs::document, ""},
+    {zoomReset, "&Normal Size\tCtrl+0", "", "", Needs::document, ""},
+    {toggleFold, "Fol&d or Unfold\tCtrl+M", "", "", Needs::document, ""},
+    {foldAll, "&Fold All\tCtrl+Shift+M", "", "", Needs::document, ""},
+    {unfoldAll, "&Unfold All\tCtrl+Alt+M", "", "", Needs::document, ""},
+    {warnings, "&Warnings\tCtrl+Shift+W", "Show what the last conversion warned of\nWarnings", "", Needs::document, ""},
+    {theme, "T&heme", "", "", Needs::nothing, ""},
+    {themeSystem, "&System", "", "", Needs::nothing, ""},
+    {themeLight, "&Light", "", "", Needs::nothing, ""},
+    {themeDark, "&Dark", "", "", Needs::nothing, ""},
+    {checkXml, "&Check XML...", "Check xml for correct\nCheck Xml", "check", Needs::document, ""},
+    {insertTag, "Insert &tag\tCtrl+Shift+T", "", "", Needs::neverMet, ""},
+    {insertStruct, "Insert &struct\tCtrl+Shift+S", "", "", Needs::neverMet, ""},
+    {insertAction, "Insert &action\tCtrl+Shift+C", "", "", Needs::neverMet, ""},
+    {close, "&Close\tCtrl+F4", "Close the active document\nClose", "close", Needs::document, "Ctrl+W"},
+    {closeAll, "Close &All", "Close all documents", "", Needs::document, ""},
+    {nextDocument, "&Next Document\tCtrl+Tab", "", "", Needs::severalDocuments, ""},
+    {previousDocument, "&Previous Document\tCtrl+Shift+Tab", "", "", Needs::severalDocuments, ""},
+    {updates, "Upda&tes...", "", "", Needs::neverMet, ""},
+    {homePage, "&Home Page", "", "", Needs::neverMet, ""},
+    {about, "&About", "Display program information, version number and copyright\nAbout", "about", Needs::nothing, ""},
+    {closeOthers, "Close All But This", "", "", Needs::severalDocuments, ""},
+    {copyFullPath, "Copy Full Path", "", "", Needs::document, ""},
+    {copyFileName, "Copy File Name", "", "", Needs::document, ""},
+    {openFolder, "Open Containing Folder", "", "", Needs::file, ""},
+    {cutAll, "Cut All", "", "", Needs::document, ""},
+    {copyAll, "Copy All", "", "", Needs::document, ""},
+    {clear, "Clear", "", "", Needs::selection, ""}, // The Delete key belongs to the widget that has the focus.
+    {selectAll, "Select All", "", "", Needs::document, "Ctrl+A"},
+    {insertColor, "Insert Color As Hex...", "Insert selected color by hex string", "", Needs::document, ""},
+    {showColor, "Show Color", "", "", Needs::selection, ""},
+    {insertTagTemplate, "Insert Tag Template...", "", "", Needs::neverMet, ""},
+    {insertActionTemplate, "Insert Action Template...", "", "", Needs::neverMet, ""},
+    {insertStructTemplate, "Insert Struct Template...", "", "", Needs::neverMet, ""},
+};
+// clang-format on
+
+constexpr MenuItem line = {separator};
+
+constexpr MenuItem fileItems[] = {{fileNew}, {fileOpen}, {save},        {saveAs}, line,
+                                  {play},    line,       {recentFiles}, line,     {CommandId::exit}};
+constexpr MenuItem editItems[] = {{undo}, {redo},     {cut},          {copy},    {paste}, line,
+                                  {find}, {findNext}, {findPrevious}, {replace}, line,    {gotoLine}};
+constexpr MenuItem viewItems[] = {{movieXml},   {tagList}, line,        {zoomIn}, {zoomOut},  {zoomReset}, line,
+                                  {toggleFold}, {foldAll}, {unfoldAll}, line,     {warnings}, {theme}};
+constexpr MenuItem toolsItems[] = {{checkXml}, line, {insertTag}, {insertStruct}, {insertAction}};
+constexpr MenuItem windowItems[] = {{close}, {closeAll}, line, {nextDocument}, {previousDocument}};
+constexpr MenuItem helpItems[] = {{updates}, {homePage}, {about}};
+constexpr Menu menus[] = {{"&File", fileItems},   {"&Edit", editItems},     {"&View", viewItems},
+                          {"&Tools", toolsItems}, {"&Window", windowItems}, {"&Help", helpItems}};
+
+constexpr MenuItem themeItems[] = {{themeSystem}, {themeLight}, {themeDark}};
+
+constexpr int toolBar[] = {fileNew, fileOpen, save,      saveAs, separator, undo,      redo,     separator, cut,
+                           copy,    paste,    separator, find,   replace,   separator, checkXml, play};
+
+constexpr MenuItem tabItems[] = {
+    {close, "Close"}, {closeAll, "Close All"}, {closeOthers}, line, {save, "&Save"}, {saveAs, "&Save As..."}, line,
+    {copyFullPath},   {copyFileName},          {openFolder}};
+constexpr MenuItem textViewItems[] = {{undo, "&Undo"},
+                                      {redo, "&Redo"},
+                                      line,
+                                      {cut, "Cut"},
+                                      {cutAll},
+                                      line,
+                                      {copy, "Copy"},
+                                      {copyAll},
+                                      line,
+                                      {paste, "Paste"},
+                                      {clear},
+                                      {selectAll},
+                                      line,
+                                      {insertColor},
+                                      {showColor},
+                                      line,
+                                      {insertTagTemplate},
+                                      {insertActionTemplate},
+                                      {insertStructTemplate}};
+
+} // namespace
+
+std::span<const CommandRow> commandTable() { return rows; }
+
+const CommandRow* findCommand(int id) {
+    const auto* row = std::ranges::find(rows, id, &CommandRow::id);
+    return row == std::end(rows) ? nullptr : row;
+}
+
+std::span<const Menu> menuBar() { return menus; }
+std::span<const MenuItem> themeMenu() { return themeItems; }
+std::span<const int> toolBarCommands() { return toolBar; }
+std::span<const MenuItem> tabMenu() { return tabItems; }
+std::span<const MenuItem> textViewMenu() { return textViewItems; }
+
+} // namespace zelk

@@ -1,0 +1,85 @@
+// The application's only top-level window: menus, one tab per document, status bar.
+#pragma once
+
+#include <QHash>
+#include <QMainWindow>
+#include <QSettings>
+#include <functional>
+
+#include "Command.h"
+#include "CommandActions.h"
+#include "DocumentTabsView.h"
+#include "SearchController.h"
+#include "StatusBar.h"
+#include "WarningsPanel.h"
+#include "WindowDialogs.h"
+#include "WindowSettings.h"
+
+namespace zelk {
+
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    /// The settings outlive the window.
+    explicit MainWindow(QSettings& settings);
+
+    /// Opens each file in a tab of its own, or shows the tab that has it. False when one cannot be opened.
+    bool openFiles(const QStringList& fileNames);
+    void newDocument();
+
+    CommandActions& actions() { return *_actions; }
+    DocumentTabsView& tabs() { return *_tabs; }
+    const IFileHistory& recentFiles() const { return _recentFiles; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    using Handler = std::function<void()>;
+    void addHandlers();
+    void addTextHandlers();
+    void addViewHandlers();
+    void addWindowHandlers();
+    void run(int id);
+
+    bool openFile(const QString& fileName);
+    DocumentView* viewOf(const QString& fileName) const;
+    void addView(DocumentView* view);
+    /// All but documents that are left as they were made.
+    bool isUntouchedNew(const DocumentView& view) const;
+
+    bool save(DocumentView& view);
+    bool saveAs(DocumentView& view);
+    bool saveBy(DocumentView& view, guicommand::CommandPtr command);
+    void play(DocumentView& view);
+    /// False when the user wants to keep it.
+    bool closeView(DocumentView& view);
+    bool closeViews(const DocumentView* butThis = nullptr);
+    bool execute(guicommand::ICommand& command, ITextView* view);
+
+    void watch(DocumentView& view);
+    void showContextMenu(std::span<const MenuItem> items, const QPoint& globalPos);
+    void fillRecentFiles();
+    void showState();
+    void showWarnings();
+    void setTheme(int id);
+    void showAbout();
+    void restore();
+
+    QSettings& _settings;
+    WindowDialogs _dialogs;
+    Session _session;
+    WindowSettings _recentSettings;
+    FilesRecentList _recentFiles;
+    CommandActions* _actions;
+    DocumentTabsView* _tabs;
+    StatusBar* _statusBar;
+    WarningsPanel* _warnings;
+    SearchController* _search;
+    QHash<int, Handler> _handlers;
+};
+
+} // namespace zelk

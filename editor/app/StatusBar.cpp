@@ -1,0 +1,27 @@
+#include "StatusBar.h"
+
+#include <QLabel>
+#include <QToolButton>
+
+namespace zelk {
+
+StatusBar::StatusBar(QWidget* parent) : QStatusBar(parent), _place(new QLabel(this)), _warnings(new QToolButton(this)) {
+    addWidget(new QLabel(tr("Ready"), this), 1); // A message covers it.
+    _warnings->setAutoRaise(true);
+    _warnings->setToolTip(tr("Show what the last conversion warned of"));
+    addPermanentWidget(_warnings);
+    addPermanentWidget(_place);
+    connect(_warnings, &QToolButton::clicked, this, &StatusBar::warningsAsked);
+    showWarnings(0);
+}
+
+void StatusBar::showPlace(uint32_t row, uint32_t column) {
+    _place->setText(row == 0 ? QString() : tr("Row %1, column %2").arg(row).arg(column));
+}
+
+void StatusBar::showWarnings(size_t count) {
+    _warnings->setVisible(count > 0);
+    _warnings->setText(count == 1 ? tr("1 warning") : tr("%1 warnings").arg(count));
+}
+
+} // namespace zelk

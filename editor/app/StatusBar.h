@@ -1,0 +1,28 @@
+// "Ready", where the caret is, and how many warnings the last conversion gave.
+#pragma once
+
+#include <QStatusBar>
+
+class QLabel;
+class QToolButton;
+
+namespace zelk {
+
+class StatusBar : public QStatusBar {
+    Q_OBJECT
+public:
+    explicit StatusBar(QWidget* parent = nullptr);
+
+    /// From 1; 0 when no document is open.
+    void showPlace(uint32_t row, uint32_t column);
+    void showWarnings(size_t count);
+
+Q_SIGNALS:
+    void warningsAsked();
+
+private:
+    QLabel* _place;
+    QToolButton* _warnings;
+};
+
+} // namespace zelk

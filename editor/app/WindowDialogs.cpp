@@ -1,0 +1,120 @@
+#include "WindowDialogs.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+
+#include "ProgressBarDialog.h"
+#include "text/GotoLineDlg.h"
+
+namespace zelk {
+
+namespace {
+
+QString text(const char* utf8) { return QString::fromUtf8(utf8); }
+
+// What is shown, and what Qt reads: it hides the last parentheses, in which it wants blanks between patterns.
+QString nameFilter(const char* shown, const char* patterns) {
+    return QStringLiteral("%1 (%2)").arg(text(shown), text(patterns));
+}
+
+constexpr auto hidePatterns = QFileDialog::HideNameFilterDetails;
+
+struct Filter {
+    FileKind kind;
+    const char* shown; // The two blanks of the first are meant.
+    const char* pattern;
+
+    QString name() const { return nameFilter(shown, pattern); }
+};
+
+// In the order of the dialogs.
+constexpr Filter filters[] = {{FileKind::swf, "Swf  File (*.swf)", "*.swf"},
+                              {FileKind::project, "Zelk File (*.zelk)", "*.zelk"},
+                              {FileKind::xml, "Xml File (*.xml)", "*.xml"}};
+
+void showBox(QWidget* parent, QMessageBox::Icon icon, const Message& message, const QString& more) {
+    QMessageBox box(icon, QString::fromStdString(message.caption), QString::fromStdString(message.text),
+                    QMessageBox::Ok, parent);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(more);
+    box.exec();
+}
+
+} // namespace
+
+QStringList WindowDialogs::chooseFilesToOpen(const QString& folder) {
+    QStringList names = {nameFilter("Compatible Files (*.swf;*.zelk;*.xml)", "*.swf *.zelk *.xml")};
+    for (const Filter& filter : filters)
+        names.append(filter.name());
+    return QFileDialog::getOpenFileNames(_parent, QObject::tr("Open"), folder, names.join(QStringLiteral(";;")),
+                                         nullptr, hidePatterns);
+}
+
+std::optional<std::string> WindowDialogs::chooseFileToSave(const std::string& proposal) {
+    QFileDialog dialog(_parent, QObject::tr("Save As"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setOption(hidePatterns);
+    QStringList names;
+    for (const Filter& filter : filters)
+        names.append(filter.name());
+    dialog.setNameFilters(names);
+    const auto showSuffix = [&dialog] {
+        for (const Filter& filter : filters) {
+            if (dialog.selectedNameFilter() == filter.name())
+                dialog.setDefaultSuffix(QString::fromLatin1(extensionOf(filter.kind)));
+        }
+    };
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, showSuffix);
+    for (const Filter& filter : filters) {
+        if (filter.kind == fileKind(proposal))
+            dialog.selectNameFilter(filter.name());
+    }
+    showSuffix();
+    const QFileInfo proposed(QString::fromStdString(proposal));
+    if (proposed.isAbsolute())
+        dialog.setDirectory(proposed.absolutePath());
+    dialog.selectFile(proposed.fileName());
+    while (dialog.exec() == QDialog::Accepted) {
+        const std::string name = dialog.selectedFiles().value(0).toStdString();
+        if (fileKind(name))
+            return name;
+        report({message(MessageCode::cannotSave),
+                QObject::tr("The name has to end in .swf, .zelk or .xml.").toStdString()});
+    }
+    return std::nullopt;
+}
+
+SaveAnswer WindowDialogs::askToSave(const Document& document) {
+    const Message question = saveQuestion();
+    QMessageBox box(QMessageBox::Question, QString::fromStdString(question.caption),
+                    QString::fromStdString(question.text), QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel,
+                    _parent);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(QString::fromStdString(document.fileName));
+    switch (box.exec()) {
+    case QMessageBox::Yes: return SaveAnswer::yes;
+    case QMessageBox::No: return SaveAnswer::no;
+    default: return SaveAnswer::cancel;
+    }
+}
+
+std::optional<uint32_t> WindowDialogs::askForRow(uint32_t current, uint32_t rows) {
+    GotoLineDlg dialog(current, rows, _parent);
+    return dialog.exec() == QDialog::Accepted ? std::optional(dialog.line()) : std::nullopt;
+}
+
+void WindowDialogs::report(const Failure& failure) {
+    QString more = QString::fromStdString(failure.reason);
+    if (failure.row != 0 && !failure.reason.empty())
+        more += QObject::tr("\nRow: %1, column: %2").arg(failure.row).arg(failure.column);
+    showBox(_parent, QMessageBox::Warning, failure.message, more);
+}
+
+void WindowDialogs::inform(const Message& message) { showBox(_parent, QMessageBox::Information, message, {}); }
+
+void WindowDialogs::runJob(const std::string& title, ThreadParams& params, std::function<void()> work) {
+    ProgressBarDialog(_parent, QString::fromStdString(title), params).run(std::move(work));
+}
+
+} // namespace zelk

@@ -1,0 +1,30 @@
+// What commands ask of the user, asked by dialogs.
+#pragma once
+
+#include <QPointer>
+#include <QStringList>
+#include <QWidget>
+
+#include "Session.h"
+
+namespace zelk {
+
+class WindowDialogs : public IUserInterface {
+public:
+    explicit WindowDialogs(QWidget* parent) : _parent(parent) {}
+
+    /// Full paths; none when the user thinks better of it.
+    QStringList chooseFilesToOpen(const QString& folder);
+
+    std::optional<std::string> chooseFileToSave(const std::string& proposal) override;
+    SaveAnswer askToSave(const Document& document) override;
+    std::optional<uint32_t> askForRow(uint32_t current, uint32_t rows) override;
+    void report(const Failure& failure) override;
+    void inform(const Message& message) override;
+    void runJob(const std::string& title, ThreadParams& params, std::function<void()> work) override;
+
+private:
+    QPointer<QWidget> _parent;
+};
+
+} // namespace zelk

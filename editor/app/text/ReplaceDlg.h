@@ -1,0 +1,26 @@
+// What to put in place of what is found.
+#pragma once
+
+#include "FindDlg.h"
+
+namespace zelk {
+
+class ReplaceDlg : public FindDlg {
+    Q_OBJECT
+public:
+    explicit ReplaceDlg(QWidget* parent);
+
+    std::string replacement() const;
+    bool onlyInSelection() const;
+    void rememberReplacement() { rememberIn(_replacement); }
+
+Q_SIGNALS:
+    void replaceAsked();
+    void replaceAllAsked();
+
+private:
+    QComboBox* _replacement;
+    QCheckBox* _inSelection;
+};
+
+} // namespace zelk

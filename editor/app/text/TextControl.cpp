@@ -1,0 +1,100 @@
+#include "TextControl.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+
+#include "TextAccessible.h"
+
+namespace zelk {
+
+namespace {
+
+// The clipboard's plain text has no broken UTF-8 and, on some systems, other line ends.
+const QString bytesFormat = QStringLiteral("application/x-zelk-text");
+
+} // namespace
+
+TextControl::TextControl(QWidget* parent) : QsciScintillaBase(parent) {
+    installTextAccessibility();
+    send(SCI_SETCODEPAGE, SC_CP_UTF8);
+    send(SCI_SETPASTECONVERTENDINGS, 0);
+    // What the control tells of every change, and how the accessibility of its own counts characters then, takes longer
+    // the bigger the text is. These are enough; they come before the change.
+    send(SCI_SETMODEVENTMASK, SC_MOD_CHANGEFOLD | SC_MOD_CHANGEMARKER | SC_MOD_BEFOREINSERT | SC_MOD_BEFOREDELETE);
+    connect(this, &QsciScintillaBase::SCN_MODIFIED, this,
+            [this](int position, int type) { willChange(position, type); });
+}
+
+void TextControl::willChange(int position, int type) {
+    if ((type & (SC_MOD_BEFOREINSERT | SC_MOD_BEFOREDELETE)) == 0)
+        return;
+    _quotes.changedAt(static_cast<size_t>(position));
+    if (_isEditedQueued)
+        return;
+    _isEditedQueued = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            _isEditedQueued = false;
+            Q_EMIT edited();
+        },
+        Qt::QueuedConnection);
+}
+
+void TextControl::setBytes(std::string_view bytes) {
+    send(SCI_SETUNDOCOLLECTION, 0);
+    send(SCI_CLEARALL);
+    send(SCI_ALLOCATE, static_cast<long>(bytes.size()) + 1024);
+    SendScintilla(SCI_ADDTEXT, static_cast<uintptr_t>(bytes.size()), bytes.data());
+    send(SCI_SETUNDOCOLLECTION, 1);
+    send(SCI_EMPTYUNDOBUFFER);
+    send(SCI_SETSAVEPOINT);
+    send(SCI_GOTOPOS, 0);
+}
+
+std::string_view TextControl::bytes() const {
+    const auto* data = static_cast<const char*>(SendScintillaPtrResult(SCI_GETCHARACTERPOINTER));
+    return {data, static_cast<size_t>(send(SCI_GETLENGTH))};
+}
+
+void TextControl::replaceBytes(size_t start, size_t end, std::string_view bytes) {
+    send(SCI_SETTARGETRANGE, static_cast<long>(start), static_cast<long>(end));
+    SendScintilla(SCI_REPLACETARGET, static_cast<uintptr_t>(bytes.size()), bytes.data());
+}
+
+// The control changes the line ends of everything that it pastes itself.
+void TextControl::pasteBytes() {
+    const QMimeData* clipboard = QGuiApplication::clipboard()->mimeData();
+    if (clipboard == nullptr || !clipboard->hasFormat(bytesFormat)) {
+        send(SCI_PASTE);
+        return;
+    }
+    const QByteArray bytes = clipboard->data(bytesFormat);
+    const long start = send(SCI_GETSELECTIONSTART);
+    replaceBytes(static_cast<size_t>(start), static_cast<size_t>(send(SCI_GETSELECTIONEND)),
+                 {bytes.constData(), static_cast<size_t>(bytes.size())});
+    send(SCI_GOTOPOS, start + bytes.size());
+}
+
+void TextControl::setStyles(size_t start, const std::string& styles) {
+    send(SCI_STARTSTYLING, static_cast<long>(start));
+    SendScintilla(SCI_SETSTYLINGEX, static_cast<uintptr_t>(styles.size()), styles.data());
+}
+
+bool TextControl::canInsertFromMimeData(const QMimeData* source) const {
+    return source->hasFormat(bytesFormat) || (source->hasText() && !source->hasUrls());
+}
+
+QByteArray TextControl::fromMimeData(const QMimeData* source, bool& rectangular) const {
+    const QByteArray plain = QsciScintillaBase::fromMimeData(source, rectangular);
+    return source->hasFormat(bytesFormat) ? source->data(bytesFormat) : plain;
+}
+
+QMimeData* TextControl::toMimeData(const QByteArray& text, bool rectangular) const {
+    QMimeData* data = QsciScintillaBase::toMimeData(text, rectangular);
+    data->setData(bytesFormat, text);
+    return data;
+}
+
+} // namespace zelk

@@ -1,0 +1,299 @@
+#include "TextEditorView.h"
+
+#include <QColorDialog>
+#include <QContextMenuEvent>
+#include <QFontDatabase>
+
+#include "ColorText.h"
+#include "TagMatch.h"
+#include "TextFolds.h"
+
+namespace zelk {
+
+namespace {
+
+enum Margin { numbers, folds };
+constexpr int tagIndicator = 8;
+
+// One line of base64 can have a megabyte, and the control takes a millisecond for each thousand characters of a line
+// that it draws. Behind so many bytes a line is not drawn; its bytes are all there.
+constexpr long longestDrawn = 2000, drawnOfLong = 400;
+constexpr char hiddenStyle = 30;
+
+constexpr QRgb faint = 0xFF808080, lineShade = 0xFFEEF4FB, selectionShade = 0xFFB5D5FF, tagShade = 0xFF2A6DB8;
+
+} // namespace
+
+TextEditorView::TextEditorView(QWidget* parent) : TextControl(parent) {
+    setLook();
+    setKeys();
+    connect(this, &QsciScintillaBase::SCN_SAVEPOINTLEFT, this, [this] { Q_EMIT modificationChanged(true); });
+    connect(this, &QsciScintillaBase::SCN_SAVEPOINTREACHED, this, [this] { Q_EMIT modificationChanged(false); });
+    connect(this, &QsciScintillaBase::SCN_STYLENEEDED, this, [this] { styleVisible(); });
+    connect(this, &QsciScintillaBase::SCN_CHARADDED, this, &TextEditorView::indent);
+    connect(this, &QsciScintillaBase::SCN_MARGINCLICK, this,
+            [this](int position, int, int) { toggleFoldAt(send(SCI_LINEFROMPOSITION, position)); });
+    connect(this, &QsciScintillaBase::SCN_UPDATEUI, this, [this](int what) {
+        styleVisible();
+        if ((what & (SC_UPDATE_SELECTION | SC_UPDATE_CONTENT)) != 0) {
+            markTags();
+            Q_EMIT placeChanged();
+        }
+    });
+    connect(this, &TextControl::edited, this, &TextEditorView::placeChanged);
+}
+
+// --- look and keys ---------------------------------------------------------------------------------------------------
+
+void TextEditorView::setLook() {
+    const QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    const QByteArray family = font.family().toUtf8();
+    SendScintilla(SCI_STYLESETFONT, static_cast<uintptr_t>(STYLE_DEFAULT), family.constData());
+    send(SCI_STYLESETSIZE, STYLE_DEFAULT, std::max(10, font.pointSize()));
+    // The colours are meant for white, whatever the theme.
+    SendScintilla(SCI_STYLESETBACK, static_cast<unsigned long>(STYLE_DEFAULT), QColor(Qt::white));
+    SendScintilla(SCI_STYLESETFORE, static_cast<unsigned long>(STYLE_DEFAULT), QColor(Qt::black));
+    send(SCI_STYLECLEARALL);
+    for (const auto& [style, color] : SwfSyntaxHighlighter::colours()) {
+        if (style >= 0)
+            SendScintilla(SCI_STYLESETFORE, static_cast<unsigned long>(style), QColor(color));
+    }
+    send(SCI_STYLESETVISIBLE, hiddenStyle, 0);
+    SendScintilla(SCI_STYLESETFORE, static_cast<unsigned long>(STYLE_LINENUMBER), QColor(faint));
+    SendScintilla(SCI_STYLESETBACK, static_cast<unsigned long>(STYLE_LINENUMBER), QColor(0xFFF5F5F5));
+    SendScintilla(SCI_SETSELBACK, 1UL, QColor(selectionShade));
+    SendScintilla(SCI_SETCARETLINEBACK, QColor(lineShade));
+    send(SCI_SETCARETLINEVISIBLE, 1);
+    send(SCI_SETCARETLINEVISIBLEALWAYS, 1);
+    SendScintilla(SCI_SETCARETFORE, QColor(Qt::black));
+
+    send(SCI_SETMARGINTYPEN, numbers, SC_MARGIN_NUMBER);
+    send(SCI_SETMARGINTYPEN, folds, SC_MARGIN_SYMBOL);
+    send(SCI_SETMARGINMASKN, folds, static_cast<long>(SC_MASK_FOLDERS));
+    send(SCI_SETMARGINWIDTHN, folds, 16);
+    send(SCI_SETMARGINSENSITIVEN, folds, 1);
+    send(SCI_SETMARGINWIDTHN, 2, 0);
+    for (const auto& [marker, symbol] : {std::pair(SC_MARKNUM_FOLDER, SC_MARK_BOXPLUS),
+                                         {SC_MARKNUM_FOLDEROPEN, SC_MARK_BOXMINUS},
+                                         {SC_MARKNUM_FOLDEREND, SC_MARK_BOXPLUS},
+                                         {SC_MARKNUM_FOLDEROPENMID, SC_MARK_BOXMINUS},
+                                         {SC_MARKNUM_FOLDERSUB, SC_MARK_EMPTY},
+                                         {SC_MARKNUM_FOLDERTAIL, SC_MARK_EMPTY},
+                                         {SC_MARKNUM_FOLDERMIDTAIL, SC_MARK_EMPTY}}) {
+        send(SCI_MARKERDEFINE, marker, symbol);
+        SendScintilla(SCI_MARKERSETFORE, static_cast<unsigned long>(marker), QColor(Qt::white));
+        SendScintilla(SCI_MARKERSETBACK, static_cast<unsigned long>(marker), QColor(faint));
+    }
+    SendScintilla(SCI_SETFOLDMARGINCOLOUR, 1UL, QColor(0xFFF5F5F5));
+    SendScintilla(SCI_SETFOLDMARGINHICOLOUR, 1UL, QColor(0xFFF5F5F5));
+    send(SCI_SETFOLDFLAGS, SC_FOLDFLAG_LINEAFTER_CONTRACTED);
+    send(SCI_SETAUTOMATICFOLD, SC_AUTOMATICFOLD_SHOW | SC_AUTOMATICFOLD_CHANGE);
+
+    send(SCI_INDICSETSTYLE, tagIndicator, INDIC_ROUNDBOX);
+    SendScintilla(SCI_INDICSETFORE, static_cast<unsigned long>(tagIndicator), QColor(tagShade));
+    send(SCI_INDICSETALPHA, tagIndicator, 60);
+
+    send(SCI_SETLEXER, SCLEX_CONTAINER);
+    send(SCI_SETIDLESTYLING, SC_IDLESTYLING_ALL);
+    send(SCI_SETLAYOUTCACHE, SC_CACHE_PAGE);
+    send(SCI_SETWRAPMODE, SC_WRAP_NONE);
+    send(SCI_SETSCROLLWIDTH, 1);
+    send(SCI_SETSCROLLWIDTHTRACKING, 1);
+    send(SCI_SETTABWIDTH, 4);
+    send(SCI_SETINDENT, 4);
+    send(SCI_SETUSETABS, 0);
+    send(SCI_SETTABINDENTS, 1);
+    send(SCI_SETBACKSPACEUNINDENTS, 1);
+}
+
+// Keys that are commands of the window, or that would only surprise.
+void TextEditorView::setKeys() {
+    constexpr int control = SCMOD_CTRL << 16, shift = SCMOD_SHIFT << 16;
+    for (char key : {'D', 'L', 'T', 'U', 'Y', 'Z', 'X', 'C', 'V'}) {
+        send(SCI_CLEARCMDKEY, key | control);
+        send(SCI_CLEARCMDKEY, key | control | shift);
+    }
+    for (int key : {int(SCK_ADD), int(SCK_SUBTRACT), int(SCK_DIVIDE)})
+        send(SCI_CLEARCMDKEY, key | control);
+    for (int key : {SCK_INSERT | control, SCK_INSERT | shift, SCK_DELETE | shift, SCK_BACK | (SCMOD_ALT << 16)})
+        send(SCI_CLEARCMDKEY, key);
+}
+
+void TextEditorView::contextMenuEvent(QContextMenuEvent* event) {
+    event->accept();
+    Q_EMIT contextMenuAsked(event->globalPos());
+}
+
+// --- the text --------------------------------------------------------------------------------------------------------
+
+void TextEditorView::setText(std::string_view bytes) {
+    setBytes(bytes);
+    quoteStateAt(bytes.size()); // Counts them all once, so that a jump to the end need not.
+    // New lines end as the first one does.
+    const size_t end = bytes.find_first_of("\r\n");
+    const bool isCr = end != bytes.npos && bytes[end] == '\r';
+    const bool isCrLf = isCr && bytes.substr(end).starts_with("\r\n");
+    send(SCI_SETEOLMODE, isCrLf ? SC_EOL_CRLF : isCr ? SC_EOL_CR : SC_EOL_LF);
+    const QByteArray widest(static_cast<qsizetype>(std::to_string(rowCount()).size()) + 2, '9');
+    send(SCI_SETMARGINWIDTHN, numbers,
+         SendScintilla(SCI_TEXTWIDTH, static_cast<uintptr_t>(STYLE_LINENUMBER), widest.constData()));
+}
+
+TextMatch TextEditorView::selection() const {
+    return {static_cast<size_t>(send(SCI_GETSELECTIONSTART)), static_cast<size_t>(send(SCI_GETSELECTIONEND))};
+}
+
+std::string TextEditorView::selectedText() const {
+    const TextMatch range = selection();
+    return std::string(bytes(range.start, range.end));
+}
+
+void TextEditorView::replaceSelection(std::string_view bytes) {
+    const TextMatch range = selection();
+    replaceBytes(range.start, range.end, bytes);
+    select({range.start + bytes.size(), range.start + bytes.size()});
+}
+
+void TextEditorView::select(const TextMatch& range) {
+    send(SCI_ENSUREVISIBLEENFORCEPOLICY, send(SCI_LINEFROMPOSITION, static_cast<long>(range.start)));
+    send(SCI_SETSEL, static_cast<long>(range.start), static_cast<long>(range.end));
+}
+
+uint32_t TextEditorView::row() const {
+    return static_cast<uint32_t>(send(SCI_LINEFROMPOSITION, send(SCI_GETCURRENTPOS))) + 1;
+}
+
+uint32_t TextEditorView::column() const {
+    const long caret = send(SCI_GETCURRENTPOS);
+    const long start = send(SCI_POSITIONFROMLINE, send(SCI_LINEFROMPOSITION, caret));
+    return static_cast<uint32_t>(send(SCI_COUNTCHARACTERS, start, caret)) + 1;
+}
+
+void TextEditorView::gotoPlace(uint32_t row, uint32_t column) {
+    const long line = std::clamp<long>(static_cast<long>(row) - 1, 0, rowCount() - 1);
+    const long start = send(SCI_POSITIONFROMLINE, line), end = send(SCI_GETLINEENDPOSITION, line);
+    long position = send(SCI_POSITIONRELATIVE, start, static_cast<long>(column) - 1);
+    if (position == 0 || position > end) // behind the line's or the text's end
+        position = column <= 1 ? start : end;
+    send(SCI_ENSUREVISIBLEENFORCEPOLICY, line);
+    send(SCI_GOTOPOS, position);
+    send(SCI_VERTICALCENTRECARET);
+}
+
+void TextEditorView::cutAll() {
+    selectAll();
+    cut();
+}
+
+void TextEditorView::copyAll() { SendScintilla(SCI_COPYRANGE, 0UL, send(SCI_GETLENGTH)); }
+
+void TextEditorView::insertColorAsHex() {
+    const std::optional<QColor> shown = colorFromText(selectedText());
+    const QColor color =
+        QColorDialog::getColor(shown.value_or(Qt::black), this, tr("Insert Color"), QColorDialog::ShowAlphaChannel);
+    if (color.isValid())
+        replaceSelection(colorText(color));
+}
+
+// A new line starts where the one before it does.
+void TextEditorView::indent(int character) {
+    if (character != '\n' && character != '\r')
+        return;
+    const long line = send(SCI_LINEFROMPOSITION, send(SCI_GETCURRENTPOS));
+    if (line == 0 || (character == '\r' && send(SCI_GETEOLMODE) == SC_EOL_CRLF))
+        return;
+    const long width = send(SCI_GETLINEINDENTATION, line - 1);
+    send(SCI_SETLINEINDENTATION, line, width);
+    send(SCI_GOTOPOS, send(SCI_GETLINEINDENTPOSITION, line));
+}
+
+// --- what is drawn ---------------------------------------------------------------------------------------------------
+
+// Only what is on the screen is ever coloured. That is little, so it is done again whenever something may have changed.
+void TextEditorView::styleVisible() {
+    const long top = send(SCI_GETFIRSTVISIBLELINE), shown = send(SCI_LINESONSCREEN) + 1;
+    const long first = send(SCI_DOCLINEFROMVISIBLE, top), last = send(SCI_DOCLINEFROMVISIBLE, top + shown);
+    long run = first; // Folded lines between the visible ones are left out.
+    long before = first;
+    for (long i = 1; i <= shown; ++i) {
+        const long line = send(SCI_DOCLINEFROMVISIBLE, top + i);
+        if (line > before + 1) {
+            styleLines(run, before);
+            run = line;
+        }
+        before = line;
+    }
+    styleLines(run, last);
+    // All the rest counts as coloured; it will be when it is on the screen.
+    send(SCI_STARTSTYLING, send(SCI_GETLENGTH));
+}
+
+void TextEditorView::styleLines(long first, long last) {
+    for (long line = first; line <= last; ++line) {
+        const long start = send(SCI_POSITIONFROMLINE, line), length = send(SCI_LINELENGTH, line);
+        if (start < 0 || length == 0)
+            continue;
+        if (length > longestDrawn)
+            shortenLine(line);
+        else
+            _highlighter.highlight(*this, static_cast<size_t>(start), static_cast<size_t>(start + length));
+        setFoldLevel(*this, line);
+    }
+}
+
+void TextEditorView::shortenLine(long line) {
+    const long start = send(SCI_POSITIONFROMLINE, line), length = send(SCI_LINELENGTH, line);
+    const long caret = send(SCI_GETCURRENTPOS) - start;
+    _highlighter.highlight(*this, static_cast<size_t>(start), static_cast<size_t>(start + drawnOfLong));
+    std::string styles(static_cast<size_t>(length - drawnOfLong), hiddenStyle);
+    // The line's end stays, and what is around the caret, so that it can be seen what is typed.
+    const auto show = [&](long from, long to) {
+        from = std::max(from - drawnOfLong, 0L);
+        to = std::min(to - drawnOfLong, static_cast<long>(styles.size()));
+        if (from < to)
+            std::fill(styles.begin() + from, styles.begin() + to, char(0));
+    };
+    show(length - 80, length);
+    if (caret >= 0 && caret <= length)
+        show(caret - 80, caret + 80);
+    setStyles(static_cast<size_t>(start + drawnOfLong), styles);
+}
+
+void TextEditorView::markTags() {
+    send(SCI_SETINDICATORCURRENT, tagIndicator);
+    send(SCI_INDICATORCLEARRANGE, 0, send(SCI_GETLENGTH));
+    const auto tags = matchingTags(bytes(), static_cast<size_t>(send(SCI_GETCURRENTPOS)));
+    if (!tags)
+        return;
+    for (const TextRange& range : {tags->here, tags->other})
+        send(SCI_INDICATORFILLRANGE, static_cast<long>(range.start), static_cast<long>(range.end - range.start));
+}
+
+// --- folds -----------------------------------------------------------------------------------------------------------
+
+void TextEditorView::toggleFoldAt(long line) {
+    const long header = foldHeader(*this, line);
+    if (header < 0)
+        return;
+    setFoldLevelsBelow(*this, header);
+    send(SCI_TOGGLEFOLD, header);
+}
+
+void TextEditorView::toggleFold() { toggleFoldAt(send(SCI_LINEFROMPOSITION, send(SCI_GETCURRENTPOS))); }
+
+// The children of the root, so that the movie's list of tags remains.
+void TextEditorView::foldAll() {
+    for (long line = 0; line < static_cast<long>(rowCount()); ++line)
+        setFoldLevel(*this, line);
+    for (long line = 0; line < static_cast<long>(rowCount()); ++line) {
+        const long level = send(SCI_GETFOLDLEVEL, line);
+        if ((level & SC_FOLDLEVELHEADERFLAG) == 0 || (level & SC_FOLDLEVELNUMBERMASK) == SC_FOLDLEVELBASE)
+            continue;
+        send(SCI_FOLDLINE, line, SC_FOLDACTION_CONTRACT);
+        line = send(SCI_GETLASTCHILD, line, -1);
+    }
+}
+
+void TextEditorView::unfoldAll() { send(SCI_FOLDALL, SC_FOLDACTION_EXPAND); }
+
+} // namespace zelk

@@ -1,0 +1,78 @@
+// Shows and edits the XML text of one document.
+#pragma once
+
+#include "SwfSyntaxHighlighter.h"
+#include "TextControl.h"
+#include "TextSearch.h"
+
+namespace zelk {
+
+class TextEditorView : public TextControl {
+    Q_OBJECT
+public:
+    explicit TextEditorView(QWidget* parent = nullptr);
+
+    /// Replaces everything. No undo step; the new text counts as saved.
+    void setText(std::string_view bytes);
+    /// Valid until the next change.
+    std::string_view text() const { return bytes(); }
+    void setSavePoint() { send(SCI_SETSAVEPOINT); }
+
+    bool isModified() const { return send(SCI_GETMODIFY) != 0; }
+    bool canUndo() const { return send(SCI_CANUNDO) != 0; }
+    bool canRedo() const { return send(SCI_CANREDO) != 0; }
+    bool hasSelection() const { return send(SCI_GETSELECTIONEMPTY) == 0; }
+    TextMatch selection() const;
+    std::string selectedText() const;
+    /// One undo step; the caret stands behind the new text.
+    void replaceSelection(std::string_view bytes);
+    void select(const TextMatch& range);
+
+    /// Rows and columns count from 1; columns count characters.
+    uint32_t row() const;
+    uint32_t column() const;
+    uint32_t rowCount() const { return static_cast<uint32_t>(send(SCI_GETLINECOUNT)); }
+    /// The nearest place that there is. Shows it even if it was folded away.
+    void gotoPlace(uint32_t row, uint32_t column);
+
+    void undo() { send(SCI_UNDO); }
+    void redo() { send(SCI_REDO); }
+    void cut() { send(SCI_CUT); }
+    void copy() { send(SCI_COPY); }
+    void paste() { pasteBytes(); }
+    void clear() { send(SCI_CLEAR); }
+    void cutAll();
+    void copyAll();
+    void selectAll() { send(SCI_SELECTALL); }
+    void zoomIn() { send(SCI_ZOOMIN); }
+    void zoomOut() { send(SCI_ZOOMOUT); }
+    void zoomReset() { send(SCI_SETZOOM, 0); }
+    void toggleFold();
+    void foldAll();
+    void unfoldAll();
+    /// Asks for a colour and puts it, as attributes have it, in place of the selection.
+    void insertColorAsHex();
+
+Q_SIGNALS:
+    void modificationChanged(bool isModified);
+    /// The caret or the selection is somewhere else.
+    void placeChanged();
+    void contextMenuAsked(const QPoint& globalPos);
+
+protected:
+    void contextMenuEvent(QContextMenuEvent* event) override;
+
+private:
+    void setLook();
+    void setKeys();
+    void styleVisible();
+    void styleLines(long first, long last);
+    void shortenLine(long line);
+    void markTags();
+    void indent(int character);
+    void toggleFoldAt(long line);
+
+    SwfSyntaxHighlighter _highlighter;
+};
+
+} // namespace zelk

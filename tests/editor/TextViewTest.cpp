@@ -1,0 +1,232 @@
+// The text view: bytes, undo, places, search, tags.
+#include <gtest/gtest.h>
+
+#include <QTest>
+
+#include "ColorText.h"
+#include "TagMatch.h"
+#include "TextEditorView.h"
+
+namespace {
+
+using namespace zelk;
+
+TEST(TextView, BytesAreWhatTheyWere) {
+    std::string all;
+    for (int i = 1; i < 256; ++i)
+        all += static_cast<char>(i);
+    const std::string texts[] = {"",
+                                 "\r\n\n\r\r\n",
+                                 all,
+                                 "\xEF\xBB\xBF<a/>",
+                                 "\xE2\x82",
+                                 "a\xC0\x80"
+                                 "b\r"};
+    for (const std::string& text : texts) {
+        TextEditorView view;
+        view.setText("before");
+        view.setText(text);
+        EXPECT_EQ(view.text(), text);
+        EXPECT_FALSE(view.isModified());
+        EXPECT_FALSE(view.canUndo());
+        view.selectAll();
+        EXPECT_EQ(view.selectedText(), text);
+        view.copy();
+        view.gotoPlace(1, 1);
+        view.paste();
+        EXPECT_EQ(view.text(), text + text) << "a paste keeps the bytes";
+        view.undo();
+        EXPECT_EQ(view.text(), text);
+    }
+}
+
+TEST(TextView, TheSavePointTellsWhatIsModified) {
+    TextEditorView view;
+    std::vector<bool> told;
+    QObject::connect(&view, &TextEditorView::modificationChanged, [&told](bool is) { told.push_back(is); });
+    view.setText("<a/>");
+    told.clear();
+    QTest::keyClicks(&view, QStringLiteral("xy"));
+    EXPECT_TRUE(view.isModified());
+    view.undo();
+    EXPECT_FALSE(view.isModified());
+    view.redo();
+    view.setSavePoint();
+    view.undo();
+    EXPECT_TRUE(view.isModified());
+    EXPECT_EQ(told, (std::vector<bool>{true, false, true, false, true}));
+}
+
+TEST(TextView, PlacesAreThoseOfErrors) {
+    struct Case {
+        uint32_t row, column;
+        size_t position;
+    };
+    TextEditorView view;
+    view.setText("ab\r\n\xC3\xA4\xE2\x82\xAC"
+                 "c\rd\n");
+    for (const Case& c : {Case{1, 1, 0},
+                          {1, 3, 2},
+                          {1, 9, 2},
+                          {2, 1, 4},
+                          {2, 2, 6},
+                          {2, 3, 9},
+                          {2, 4, 10},
+                          {2, 99, 10},
+                          {3, 1, 11},
+                          {4, 1, 13},
+                          {4, 5, 13},
+                          {99, 1, 13},
+                          {0, 0, 0}}) {
+        view.gotoPlace(c.row, c.column);
+        EXPECT_EQ(view.selection().start, c.position) << c.row << ":" << c.column;
+    }
+    view.gotoPlace(2, 3);
+    EXPECT_EQ(view.row(), 2u);
+    EXPECT_EQ(view.column(), 3u);
+}
+
+TEST(TextView, FoldedPlacesAreShown) {
+    TextEditorView view;
+    view.resize(400, 300);
+    view.show();
+    view.setText("<M>\n    <A>\n        <![CDATA[x\nyyy\n]]>\n    </A>\n    <B/>\n</M>");
+    QApplication::processEvents();
+    const auto isVisible = [&view](long line) { return view.send(QsciScintillaBase::SCI_GETLINEVISIBLE, line) != 0; };
+    view.gotoPlace(4, 1);
+    view.toggleFold();
+    EXPECT_EQ((std::vector<bool>{isVisible(1), isVisible(2), isVisible(4), isVisible(5)}),
+              (std::vector<bool>{true, false, false, true}))
+        << "text belongs to its element, at any indentation";
+    view.gotoPlace(4, 2);
+    EXPECT_TRUE(isVisible(3));
+    view.foldAll();
+    EXPECT_EQ((std::vector<bool>{isVisible(0), isVisible(1), isVisible(2), isVisible(6)}),
+              (std::vector<bool>{true, true, false, true}));
+    view.unfoldAll();
+    EXPECT_TRUE(isVisible(2));
+}
+
+TEST(TextView, NewLinesKeepEndAndIndentation) {
+    for (const auto& [text, expected] : std::vector<std::pair<std::string, std::string>>{
+             {"    <a>", "    <a>\n    "}, {"x\r\n    <a>", "x\r\n    <a>\r\n    "}, {"x\r<a>", "x\r<a>\r"}}) {
+        TextEditorView view;
+        view.setText(text);
+        view.gotoPlace(9, 99);
+        QTest::keyClick(&view, Qt::Key_Return);
+        EXPECT_EQ(view.text(), expected);
+    }
+}
+
+struct SearchCase {
+    SearchOptions options;
+    const char* text;
+    std::vector<TextMatch> matches;
+};
+
+TEST(TextSearch, FindsForwardsAndBackwards) {
+    const SearchCase cases[] = {
+        {{"", false, false, false}, "abc", {}},
+        {{"a", false, true, false}, "aAa", {{0, 1}, {2, 3}}},
+        {{"a", false, false, false}, "aAa", {{0, 1}, {1, 2}, {2, 3}}},
+        {{"aa", false, true, false}, "aaaaa", {{0, 2}, {2, 4}}},
+        {{"Id", true, true, false}, "Id ShapeId Id=", {{0, 2}, {11, 13}}},
+        {{"a.c", false, false, false}, "abc a.c", {{4, 7}}},
+        {{"a.c", false, false, true}, "abc a.c", {{0, 3}, {4, 7}}},
+        {{"^b$", false, false, true}, "a\nb\r\nb\rb", {{2, 3}, {5, 6}, {7, 8}}},
+        {{"\xC3\xA4", false, false, false}, "\xC3\x84\xC3\xA4", {{0, 2}, {2, 4}}},
+        {{"b", false, false, false}, "\xFF\xC3 b\x80 B", {{3, 4}, {6, 7}}},
+        {{"x*", false, false, true}, "axb", {{0, 0}, {1, 2}, {2, 2}, {3, 3}}},
+        {{"(a)|(b)", true, false, true}, "a ab b", {{0, 1}, {5, 6}}},
+    };
+    for (const SearchCase& c : cases) {
+        const TextSearch search(c.options);
+        std::vector<TextMatch> found, backwards;
+        for (auto match = search.next(c.text, 0); match;
+             match = search.next(c.text, std::max(match->end, match->start + 1)))
+            found.push_back(*match);
+        EXPECT_EQ(found, c.matches) << c.options.pattern;
+        EXPECT_EQ(search.count(c.text, std::nullopt).total, c.matches.size());
+        if (!c.matches.empty()) {
+            EXPECT_EQ(search.count(c.text, c.matches.back()).index, c.matches.size());
+        }
+        for (auto match = search.previous(c.text, std::string_view(c.text).size()); match;
+             match = search.previous(c.text, match->start))
+            backwards.insert(backwards.begin(), *match);
+        const auto isEmpty = [](const TextMatch& match) { return match.start == match.end; };
+        if (std::ranges::none_of(c.matches, isEmpty) && c.options.pattern != "aa") {
+            EXPECT_EQ(backwards, c.matches) << c.options.pattern;
+        }
+    }
+    const std::string far(10000, 'x');
+    EXPECT_EQ(TextSearch({"n", false, true, false}).previous("n" + far, 10001), (TextMatch{0, 1}));
+    EXPECT_THROW(TextSearch({"a(", false, false, true}), SearchError);
+}
+
+TEST(TextSearch, ReplacesAll) {
+    struct Case {
+        SearchOptions options;
+        const char *with, *text, *expected;
+    };
+    const Case cases[] = {
+        {{"a", false, true, false}, "$1", "bab", "b$1b"},
+        {{"(\\w+)=(\\w+)", false, true, true}, "$2=${1}!", "x a=b c=d y", "x b=a! d=c! y"},
+        {{"a", false, false, true}, "", "aba", "b"},
+        {{"^", false, false, true}, "> ", "a\nb", "> a\n> b"},
+        {{"q", false, false, false}, "x", "abc", "abc"},
+    };
+    for (const Case& c : cases) {
+        TextEditorView view;
+        view.setText(c.text);
+        const auto replaced = TextSearch(c.options).replaceAll(view.text(), 0, view.text().size(), c.with);
+        if (replaced.count > 0)
+            view.replaceBytes(replaced.start, replaced.end, replaced.text);
+        EXPECT_EQ(view.text(), c.expected) << c.options.pattern;
+        view.undo();
+        EXPECT_EQ(view.text(), c.text) << "one step of undo";
+        EXPECT_FALSE(view.canUndo());
+    }
+    const auto inside = TextSearch({"a", false, true, false}).replaceAll("aaaa", 1, 3, "b");
+    EXPECT_EQ(inside.count, 2u);
+    EXPECT_EQ(inside.start, 1u);
+    EXPECT_EQ(inside.end, 3u);
+    EXPECT_THROW(TextSearch({"(a)", false, true, true}).replaceAll("a", 0, 1, "${2}"), SearchError);
+}
+
+TEST(TagMatch, FindsTheOtherTag) {
+    struct Case {
+        const char* text;
+        size_t position;
+        std::optional<TagPair> tags;
+    };
+    const Case cases[] = {
+        {"<a><b/></a>", 1, TagPair{{1, 2}, {9, 10}}},
+        {"<a><b/></a>", 9, TagPair{{9, 10}, {1, 2}}},
+        {"<a><b/></a>", 4, std::nullopt},
+        {"<a><a><a/></a></a>", 0, TagPair{{1, 2}, {16, 17}}},
+        {"<a><a><a/></a></a>", 17, TagPair{{16, 17}, {1, 2}}},
+        {"<a x=\"/>\"></a>", 7, TagPair{{1, 2}, {12, 13}}},
+        {"<a><ab></ab>", 1, std::nullopt},
+        {"text <a></a>", 2, std::nullopt},
+        {"<!-- x -->", 3, std::nullopt},
+        {"<", 0, std::nullopt},
+        {"", 0, std::nullopt},
+        {"</a>", 2, std::nullopt},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(matchingTags(c.text, c.position), c.tags) << c.text << " at " << c.position;
+}
+
+TEST(ColorText, IsThatOfAttributes) {
+    for (const auto& [color, text] : std::vector<std::pair<QColor, std::string>>{{QColor(255, 0, 0, 255), "ff0000ff"},
+                                                                                 {QColor(0, 0, 1, 0), "100"},
+                                                                                 {QColor(0, 0, 0, 0), "0"},
+                                                                                 {QColor(0, 10, 0, 5), "a0005"}}) {
+        EXPECT_EQ(colorText(color), text);
+        EXPECT_EQ(colorFromText(text), color);
+    }
+    for (const char* text : {"", "x", "123456789", "12 "})
+        EXPECT_EQ(colorFromText(text), std::nullopt) << text;
+}
+
+} // namespace

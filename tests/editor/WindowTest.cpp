@@ -1,0 +1,382 @@
+// The main window, driven by keys: commands, documents, dialogs.
+#include <gtest/gtest.h>
+
+#include <QDropEvent>
+#include <QMimeData>
+#include <QTest>
+
+#include <deque>
+#include <thread>
+
+#include "Conversion.h"
+#include "MainWindow.h"
+#include "ProgressBarDialog.h"
+#include "SingleInstance.h"
+#include "SwfUtils.h"
+
+namespace {
+
+using namespace zelk;
+namespace fs = std::filesystem;
+
+// Answers the modal dialogs that come up, one after the other.
+class Answers : public QObject {
+public:
+    using Answer = std::function<void(QWidget&)>;
+
+    Answers() {
+        connect(&_timer, &QTimer::timeout, this, [this] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            if (dialog == nullptr || !dialog->isVisible() || qobject_cast<ProgressBarDialog*>(dialog) != nullptr)
+                return;
+            if (_answers.empty()) {
+                const auto* box = qobject_cast<QMessageBox*>(dialog);
+                ADD_FAILURE() << "unexpected dialog: " << dialog->windowTitle().toStdString() << " "
+                              << (box == nullptr ? std::string() : box->text().toStdString());
+                dialog->close();
+                return;
+            }
+            const Answer answer = _answers.front();
+            _answers.pop_front();
+            // Not from the timer's own event: a dialog that opens another one would wait for it forever.
+            QMetaObject::invokeMethod(
+                dialog, [answer, dialog] { answer(*dialog); }, Qt::QueuedConnection);
+        });
+        _timer.start(5);
+    }
+    ~Answers() override { EXPECT_TRUE(_answers.empty()) << "a dialog did not come up"; }
+
+    void add(Answer answer) { _answers.push_back(std::move(answer)); }
+    void addText(const std::string& text) {
+        add([text](QWidget& dialog) {
+            QWidget* field = dialog.focusWidget();
+            if (auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))) {
+                name->setText(QString::fromStdString(text)); // The list of completions would catch the Return key.
+                field = name;
+            } else {
+                QTest::keyClicks(field, QString::fromStdString(text));
+            }
+            QTest::keyClick(field, Qt::Key_Return);
+        });
+    }
+    void addButton(QMessageBox::StandardButton button, const QString& text) {
+        add([button, text](QWidget& dialog) {
+            auto* box = qobject_cast<QMessageBox*>(&dialog);
+            ASSERT_NE(box, nullptr);
+            EXPECT_TRUE(box->text().startsWith(text)) << box->text().toStdString();
+            QTest::keyClick(box->button(button), Qt::Key_Space);
+        });
+    }
+
+private:
+    QTimer _timer;
+    std::deque<Answer> _answers;
+};
+
+class WindowTest : public testing::Test {
+protected:
+    WindowTest() : settings(folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat) { open(); }
+
+    void open() {
+        window = std::make_unique<MainWindow>(settings);
+        window->newDocument();
+        window->show();
+        QApplication::setActiveWindow(window.get());
+        QApplication::processEvents();
+    }
+    std::string path(const std::string& name) const {
+        return folder.filePath(QString::fromStdString(name)).toStdString();
+    }
+    TextEditorView& editor() { return window->tabs().current()->editor(); }
+    void press(int key, Qt::KeyboardModifiers modifiers = {}) {
+        QApplication::setActiveWindow(window.get()); // No window manager does it when a dialog has closed.
+        QWidget* target = QApplication::focusWidget();
+        QTest::keyClick(target == nullptr ? window.get() : target, static_cast<Qt::Key>(key), modifiers);
+        QApplication::processEvents();
+    }
+    void type(const std::string& text) { QTest::keyClicks(&editor(), QString::fromStdString(text)); }
+
+    QTemporaryDir folder;
+    QSettings settings;
+    Answers answers;
+    std::unique_ptr<MainWindow> window;
+};
+
+// A movie with all kinds of tags, from the corpus when it is there.
+std::vector<uint8_t> someMovie() {
+    for (const char* name : {CORPUS_DIR "/movies/demo__logo-anim.swf"}) {
+        if (fs::exists(name))
+            return libswf::readFile(name);
+    }
+    xml2swf::MovieTarget target;
+    xmlToSwf(libswf::readTextFile(SAMPLES_DIR "/animated-shape.xml"), target, {});
+    const auto bytes = target.movie.serialise(9);
+    return {bytes.data(), bytes.data() + bytes.size()};
+}
+
+TEST_F(WindowTest, AMovieIsOpenedEditedCheckedAndSavedByKeys) {
+    libswf::writeFile(path("movie.swf"), someMovie());
+    answers.addText(path("movie.swf"));
+    press(Qt::Key_O, Qt::ControlModifier);
+    ASSERT_EQ(window->tabs().count(), 1) << "the untouched new document makes room";
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("movie.swf - Zelk"));
+    const std::string before(editor().text());
+
+    answers.addText("2");
+    press(Qt::Key_G, Qt::ControlModifier);
+    press(Qt::Key_End);
+    press(Qt::Key_Left);
+    type(" IsCompressed=\"false\"");
+    const std::string edited(editor().text());
+    EXPECT_EQ(edited.size(), before.size() + 21);
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("movie.swf* - Zelk"));
+
+    answers.addButton(QMessageBox::Ok, QStringLiteral("The XML is correct."));
+    window->actions().action(CommandId::checkXml)->trigger();
+
+    for (const char* name : {"saved.xml", "saved.zelk", "saved.swf"}) {
+        answers.addText(path(name));
+        press(Qt::Key_S, Qt::ControlModifier | Qt::AltModifier);
+        EXPECT_EQ(window->windowTitle().toStdString(), std::string(name) + " - Zelk");
+        EXPECT_FALSE(editor().isModified());
+    }
+    press(Qt::Key_F4, Qt::ControlModifier);
+    EXPECT_EQ(window->tabs().count(), 0);
+    for (const char* name : {"saved.xml", "saved.zelk", "saved.swf"}) {
+        answers.addText(path(name));
+        press(Qt::Key_O, Qt::ControlModifier);
+        EXPECT_EQ(editor().text(), edited) << name;
+    }
+    EXPECT_EQ(window->tabs().count(), 3);
+    EXPECT_TRUE(window->openFiles({QString::fromStdString(path("saved.xml"))}));
+    EXPECT_EQ(window->tabs().count(), 3) << "a file is opened once";
+    EXPECT_EQ(window->tabs().currentIndex(), 0);
+}
+
+TEST_F(WindowTest, EveryKeyReachesItsCommand) {
+    struct Key {
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+        int id;
+    };
+    constexpr auto control = Qt::ControlModifier, shift = Qt::ShiftModifier, alt = Qt::AltModifier;
+    const Key keys[] = {
+        {Qt::Key_N, control, 57600},
+        {Qt::Key_O, control, 57601},
+        {Qt::Key_S, control, 57603},
+        {Qt::Key_S, control | alt, 57604},
+        {Qt::Key_Return, control, 32900},
+        {Qt::Key_Enter, control, 32900},
+        {Qt::Key_Z, control, 57643},
+        {Qt::Key_Backspace, alt, 57643},
+        {Qt::Key_Z, control | shift, 57644},
+        {Qt::Key_X, control, 57635},
+        {Qt::Key_C, control, 57634},
+        {Qt::Key_Insert, control, 57634},
+        {Qt::Key_V, control, 57637},
+        {Qt::Key_Insert, shift, 57637},
+        {Qt::Key_F, control, 57636},
+        {Qt::Key_F3, {}, 57640},
+        {Qt::Key_R, control, 57641},
+        {Qt::Key_G, control, 860},
+        {Qt::Key_F4, control, 57602},
+        {Qt::Key_T, control | shift, 33006},
+        {Qt::Key_S, control | shift, 33007},
+        {Qt::Key_C, control | shift, 33008},
+        {Qt::Key_F4, alt, 57665},
+    };
+    std::vector<int> chosen;
+    CommandActions& actions = window->actions();
+    QObject::disconnect(&actions, &CommandActions::chosen, nullptr, nullptr);
+    QObject::connect(&actions, &CommandActions::chosen, [&chosen](int id) { chosen.push_back(id); });
+    for (const CommandRow& row : commandTable())
+        actions.action(row.id)->setEnabled(true);
+    const std::string before(editor().text());
+    for (const Key& key : keys) {
+        chosen.clear();
+        press(key.key, key.modifiers);
+        EXPECT_EQ(chosen, std::vector<int>{key.id}) << QKeySequence(key.modifiers | key.key).toString().toStdString();
+    }
+    EXPECT_EQ(editor().text(), before);
+    press(Qt::Key_Delete);
+    EXPECT_EQ(editor().text(), before.substr(1)) << "Delete belongs to the text";
+}
+
+TEST_F(WindowTest, MenusStandAsTheirTextsSay) {
+    struct Entry {
+        int id;
+        const char *text, *status;
+    };
+    const Entry entries[] = {
+        {57600, "&New", "Create a new Xml"},
+        {57601, "&Open...", "Open an existing file"},
+        {57604, "Save &As...", "Save As"},
+        {32900, "P&lay...", "Playing swf file in new window"},
+        {57665, "E&xit", "Quit the application; prompts to save Xml"},
+        {57634, "C&opy", "Copy text"},
+        {57641, "R&eplace...", ""},
+        {33002, "&Movie XML", ""},
+        {33008, "Insert &action", ""},
+        {688, "Close &All", "Close all documents"},
+        {32994, "Upda&tes...", ""},
+        {744, "Insert Color As Hex...", "Insert selected color by hex string"},
+    };
+    for (const Entry& entry : entries) {
+        const QAction* action = window->actions().action(entry.id);
+        ASSERT_NE(action, nullptr) << entry.id;
+        EXPECT_EQ(action->text(), QString::fromUtf8(entry.text));
+        EXPECT_EQ(action->statusTip(), QString::fromUtf8(entry.status));
+    }
+    const std::vector<int> file = {57600, 57601, 57603, 57604, 0, 32900, 0, 60000, 0, 57665};
+    std::vector<int> ids;
+    QStringList titles;
+    for (const Menu& menu : menuBar())
+        titles.append(QString::fromUtf8(menu.title));
+    for (const MenuItem& item : menuBar()[0].items)
+        ids.push_back(item.id);
+    EXPECT_EQ(ids, file);
+    EXPECT_EQ(titles.join(u' '), QStringLiteral("&File &Edit &View &Tools &Window &Help"));
+    for (const Menu& menu : menuBar()) {
+        for (const MenuItem& item : menu.items)
+            EXPECT_TRUE(item.id == 0 || findCommand(item.id) != nullptr) << item.id;
+    }
+}
+
+TEST_F(WindowTest, ClosingAModifiedDocumentAsks) {
+    const QString question =
+        QStringLiteral("The file has been changed.\nTo save the changes and close, click \"Yes\".\n"
+                       "To close without saving, click \"No\".");
+    libswf::writeTextFile(path("a.xml"), "<Movie/>");
+    ASSERT_TRUE(window->openFiles({QString::fromStdString(path("a.xml"))}));
+    press(Qt::Key_Home);
+    type("x");
+    answers.addButton(QMessageBox::Cancel, question);
+    press(Qt::Key_F4, Qt::ControlModifier);
+    EXPECT_EQ(window->tabs().count(), 1);
+    answers.addButton(QMessageBox::No, question);
+    press(Qt::Key_F4, Qt::ControlModifier);
+    EXPECT_EQ(window->tabs().count(), 0);
+    EXPECT_EQ(libswf::readTextFile(path("a.xml")), "<Movie/>");
+
+    ASSERT_TRUE(window->openFiles({QString::fromStdString(path("a.xml"))}));
+    type("y");
+    answers.addButton(QMessageBox::Yes, question);
+    press(Qt::Key_F4, Qt::ControlModifier);
+    EXPECT_EQ(window->tabs().count(), 0);
+    EXPECT_EQ(libswf::readTextFile(path("a.xml")), "y<Movie/>");
+
+    window->newDocument();
+    type("z");
+    answers.addButton(QMessageBox::Yes, question);
+    answers.add([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }); // of Save As
+    press(Qt::Key_F4, Qt::ControlModifier);
+    EXPECT_EQ(window->tabs().count(), 1) << "without a name it stays open";
+    window->newDocument();
+    type("z");
+    answers.addButton(QMessageBox::No, question);
+    answers.addButton(QMessageBox::Cancel, question);
+    EXPECT_FALSE(window->close());
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(window->tabs().count(), 1);
+    answers.addButton(QMessageBox::No, question);
+    EXPECT_TRUE(window->close());
+}
+
+TEST_F(WindowTest, FailuresAreToldAndTheCaretGoesThere) {
+    answers.addButton(QMessageBox::Ok, QString::fromStdString("Unable to open " + path("gone.swf")));
+    EXPECT_FALSE(window->openFiles({QString::fromStdString(path("gone.swf"))}));
+    libswf::writeTextFile(path("b.xml"), "<Movie>\n  <A>\n</Movie>");
+    ASSERT_TRUE(window->openFiles({QString::fromStdString(path("b.xml"))}));
+    answers.addButton(QMessageBox::Ok, QStringLiteral("Error description: "));
+    window->actions().action(CommandId::checkXml)->trigger();
+    EXPECT_EQ(editor().row(), 3u);
+    answers.addButton(QMessageBox::Ok, QStringLiteral("Please install a Flash Player."));
+    press(Qt::Key_N, Qt::ControlModifier);
+    press(Qt::Key_Return, Qt::ControlModifier);
+}
+
+TEST_F(WindowTest, RecentFilesAndWindowStateOutliveTheWindow) {
+    for (const char* name : {"a & b.xml", "c.xml"}) {
+        libswf::writeTextFile(path(name), "<Movie/>");
+        ASSERT_TRUE(window->openFiles({QString::fromStdString(path(name))}));
+    }
+    window->actions().action(CommandId::themeDark)->trigger();
+    EXPECT_LT(QApplication::palette().color(QPalette::Window).lightness(), 128);
+    window->resize(777, 444);
+    window->close();
+    open();
+    EXPECT_EQ(window->size(), QSize(777, 444));
+    EXPECT_TRUE(window->actions().action(CommandId::themeDark)->isChecked());
+    window->actions().action(CommandId::themeSystem)->trigger();
+    QMenu* menu = window->actions().submenu(CommandId::recentFiles);
+    Q_EMIT menu->aboutToShow();
+    ASSERT_EQ(menu->actions().size(), 2);
+    EXPECT_EQ(menu->actions()[0]->text().toStdString(), "&1 " + path("c.xml"));
+    EXPECT_EQ(menu->actions()[1]->text().toStdString(), "&2 " + path("a && b.xml"));
+    EXPECT_EQ(menu->actions()[1]->objectName(), QStringLiteral("57617"));
+    menu->actions()[1]->trigger();
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("a & b.xml - Zelk"));
+
+    fs::remove(path("c.xml"));
+    answers.addButton(QMessageBox::Ok, QString::fromStdString("Unable to open " + path("c.xml")));
+    menu->actions()[0]->trigger();
+    EXPECT_EQ(window->recentFiles().files(), std::vector<std::string>{path("a & b.xml")});
+}
+
+TEST_F(WindowTest, FilesComeByDropAndFromOtherStarts) {
+    libswf::writeTextFile(path("d.xml"), "<Movie/>");
+    const QString name = QString::fromStdString(path("d.xml"));
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(name)});
+    data.setText(name);
+    QWidget* target = editor().findChild<QWidget*>(QStringLiteral("qt_scrollarea_viewport"));
+    ASSERT_NE(target, nullptr);
+    QDragEnterEvent enter({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(target, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(target, &drop);
+    QApplication::processEvents();
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("d.xml - Zelk"));
+    EXPECT_EQ(editor().text(), "<Movie/>");
+
+    const QString instance = QStringLiteral("zelk-test-%1").arg(QCoreApplication::applicationPid());
+    SingleInstance first(instance);
+    ASSERT_FALSE(first.handOver({}));
+    QStringList received;
+    QObject::connect(&first, &SingleInstance::filesReceived,
+                     [&received](const QStringList& files) { received = files; });
+    std::thread other([&instance] {
+        EXPECT_TRUE(SingleInstance(instance).handOver({QStringLiteral("/x y"), QStringLiteral("/z")}));
+    });
+    while (received.isEmpty())
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    other.join();
+    EXPECT_EQ(received, QStringList({QStringLiteral("/x y"), QStringLiteral("/z")}));
+}
+
+TEST_F(WindowTest, AJobShowsItsProgressAndStopsWhenAsked) {
+    ThreadParams params;
+    ProgressBarDialog dialog(window.get(), QStringLiteral("Working"), params);
+    bool wasShown = false;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        if (!dialog.isVisible())
+            return;
+        wasShown = true;
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+        EXPECT_TRUE(dialog.isVisible()) << "it stays until the work has ended";
+    });
+    timer.start(20);
+    EXPECT_THROW(dialog.run([&params] {
+        for (;;) {
+            params.progress.report(0.5);
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    }),
+                 JobCancelled);
+    EXPECT_TRUE(wasShown);
+    EXPECT_FALSE(dialog.isVisible());
+}
+
+} // namespace

@@ -13,7 +13,7 @@ constexpr CommandRow rows[] = {
     {fileNew, "&New\tCtrl+N", "Create a new Xml\nNew", "new", Needs::nothing, ""},
     {fileOpen, "&Open...\tCtrl+O", "Open an existing file\nOpen", "open", Needs::nothing, ""},
     {save, "&Save...\tCtrl+S", "Save the active Xml\nSave", "save", Needs::document, ""},
-    {saveAs, "Save &As...\tCtrl+Alt+S", "Save As\nSave Xml", "save-as", Needs::document, ""},
+    {saveAs, "&Save As...\tCtrl+Alt+S", "Save As\nSave Xml", "save-as", Needs::document, ""},
     {play, "P&lay...\tCtrl+Enter", "Playing swf file in new window\nPlay", "play", Needs::document, "Ctrl+Return"},
     {recentFiles, "Recent &Files", "", "", Needs::nothing, ""},
     {firstRecentFile, "(empty)", "", "", Needs::neverMet, ""},

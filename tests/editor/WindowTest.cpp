@@ -210,7 +210,7 @@ TEST_F(WindowTest, MenusStandAsTheirTextsSay) {
     const Entry entries[] = {
         {57600, "&New", "Create a new Xml"},
         {57601, "&Open...", "Open an existing file"},
-        {57604, "Save &As...", "Save As"},
+        {57604, "&Save As...", "Save As"},
         {32900, "P&lay...", "Playing swf file in new window"},
         {57665, "E&xit", "Quit the application; prompts to save Xml"},
         {57634, "C&opy", "Copy text"},

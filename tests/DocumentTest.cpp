@@ -70,7 +70,7 @@ class StringView : public ITextView {
 public:
     std::string content;
     uint32_t atRow = 1, atColumn = 1;
-    void setText(std::string_view bytes) override { content = bytes; }
+    void setText(std::string bytes) override { content = std::move(bytes); }
     std::string_view text() override { return content; }
     void setSavePoint() override {}
     void gotoPlace(uint32_t row, uint32_t column) override {

@@ -21,7 +21,7 @@ QString DocumentView::title() const {
     return QFileInfo(fileName()).fileName() + (_document.isModified ? QStringLiteral("*") : QString());
 }
 
-void DocumentView::setText(std::string_view bytes) { _editor->setText(bytes); }
+void DocumentView::setText(std::string bytes) { _editor->setText(std::move(bytes)); }
 
 void DocumentView::gotoPlace(uint32_t row, uint32_t column) {
     _editor->gotoPlace(row, column);

@@ -22,7 +22,7 @@ public:
     /// The name without its folder, with "*" behind it when it is modified.
     QString title() const;
 
-    void setText(std::string_view bytes) override;
+    void setText(std::string bytes) override;
     std::string_view text() override { return _editor->text(); }
     void setSavePoint() override { _editor->setSavePoint(); }
     void gotoPlace(uint32_t row, uint32_t column) override;

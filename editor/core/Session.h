@@ -38,7 +38,7 @@ class ITextView {
 public:
     virtual ~ITextView() = default;
 
-    virtual void setText(std::string_view bytes) = 0;
+    virtual void setText(std::string bytes) = 0;
     /// Valid until the text changes.
     virtual std::string_view text() = 0;
     /// What stands there now is what the file holds.

@@ -4,6 +4,13 @@
 #include <QGuiApplication>
 #include <QMimeData>
 
+#ifdef Q_OS_LINUX
+#include <sys/mman.h>
+#include <unistd.h>
+#endif
+
+#include <algorithm>
+
 #include "TextAccessible.h"
 
 namespace zelk {
@@ -12,6 +19,19 @@ namespace {
 
 // The clipboard's plain text has no broken UTF-8 and, on some systems, other line ends.
 const QString bytesFormat = QStringLiteral("application/x-zelk-text");
+
+constexpr size_t pieceSize = 8 << 20; // of a text that is handed over
+
+// Gives the whole pages in a range of a string that is no longer needed back to the system; they read as zeros then.
+void letGo([[maybe_unused]] char* start, [[maybe_unused]] char* end) {
+#ifdef Q_OS_LINUX
+    const auto page = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
+    const uintptr_t first = (reinterpret_cast<uintptr_t>(start) + page - 1) / page * page;
+    const uintptr_t last = reinterpret_cast<uintptr_t>(end) / page * page;
+    if (first < last)
+        madvise(reinterpret_cast<void*>(first), last - first, MADV_DONTNEED);
+#endif
+}
 
 } // namespace
 
@@ -42,11 +62,15 @@ void TextControl::willChange(int position, int type) {
         Qt::QueuedConnection);
 }
 
-void TextControl::setBytes(std::string_view bytes) {
+void TextControl::setBytes(std::string bytes) {
     send(SCI_SETUNDOCOLLECTION, 0);
     send(SCI_CLEARALL);
     send(SCI_ALLOCATE, static_cast<long>(bytes.size()) + 1024);
-    SendScintilla(SCI_ADDTEXT, static_cast<uintptr_t>(bytes.size()), bytes.data());
+    for (size_t start = 0; start < bytes.size(); start += pieceSize) {
+        const size_t size = std::min(pieceSize, bytes.size() - start);
+        SendScintilla(SCI_ADDTEXT, static_cast<uintptr_t>(size), bytes.data() + start);
+        letGo(bytes.data() + start, bytes.data() + start + size);
+    }
     send(SCI_SETUNDOCOLLECTION, 1);
     send(SCI_EMPTYUNDOBUFFER);
     send(SCI_SETSAVEPOINT);

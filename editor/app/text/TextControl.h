@@ -17,8 +17,8 @@ class TextControl : public QsciScintillaBase {
 public:
     explicit TextControl(QWidget* parent = nullptr);
 
-    /// Replaces everything. No undo step; the new text counts as saved.
-    void setBytes(std::string_view bytes);
+    /// Replaces everything. No undo step; the new text counts as saved. Its memory goes as the control takes it in.
+    void setBytes(std::string bytes);
     /// Valid until the next change.
     std::string_view bytes() const;
     std::string_view bytes(size_t start, size_t end) const { return bytes().substr(start, end - start); }

@@ -126,8 +126,9 @@ void TextEditorView::contextMenuEvent(QContextMenuEvent* event) {
 
 // --- the text --------------------------------------------------------------------------------------------------------
 
-void TextEditorView::setText(std::string_view bytes) {
-    setBytes(bytes);
+void TextEditorView::setText(std::string newText) {
+    setBytes(std::move(newText));
+    const std::string_view bytes = text();
     quoteStateAt(bytes.size()); // Counts them all once, so that a jump to the end need not.
     // New lines end as the first one does.
     const size_t end = bytes.find_first_of("\r\n");

@@ -13,7 +13,7 @@ public:
     explicit TextEditorView(QWidget* parent = nullptr);
 
     /// Replaces everything. No undo step; the new text counts as saved.
-    void setText(std::string_view bytes);
+    void setText(std::string bytes);
     /// Valid until the next change.
     std::string_view text() const { return bytes(); }
     void setSavePoint() { send(SCI_SETSAVEPOINT); }

@@ -3,7 +3,7 @@
 namespace zelk::guicommand::documentviewtext {
 
 bool LoadFromDocCmd::Execute() {
-    _view.setText(_document.text);
+    _view.setText(std::move(_document.text));
     _document.text = {};
     _document.isModified = false;
     return true;

@@ -202,44 +202,89 @@ TEST_F(WindowTest, EveryKeyReachesItsCommand) {
     EXPECT_EQ(editor().text(), before.substr(1)) << "Delete belongs to the text";
 }
 
+// An id, the menu text with its keys, the status text and the tooltip.
+constexpr const char* commandTexts = R"(
+57600|&New|Ctrl+N|Create a new Xml|New
+57601|&Open...|Ctrl+O|Open an existing file|Open
+57603|&Save...|Ctrl+S|Save the active Xml|Save
+57604|&Save As...|Ctrl+Alt+S|Save As|Save Xml
+32900|P&lay...|Ctrl+Enter|Playing swf file in new window|Play
+57616|(empty)|||
+57665|E&xit|Alt+F4|Quit the application; prompts to save Xml|Exit
+57643|&Undo|Ctrl+Z|Undo text|Undo
+57644|&Redo|Ctrl+Shift+Z|Redo text|Redo
+57635|&Cut|Ctrl+X|Cut text|Cut
+57634|C&opy|Ctrl+C|Copy text|Copy
+57637|&Paste|Ctrl+V|Paste text|Paste
+57636|&Find...|Ctrl+F|Find in document|Find
+57640|Find &Next|F3||
+57641|R&eplace...|Ctrl+R||
+860|Go &To Line...|||
+33002|&Movie XML|||
+33003|&Tag list|||
+31900|&Check XML...||Check xml for correct|Check Xml
+33006|Insert &tag|Ctrl+Shift+T||
+33007|Insert &struct|Ctrl+Shift+S||
+33008|Insert &action|Ctrl+Shift+C||
+57602|&Close|Ctrl+F4|Close the active document|Close
+688|Close &All||Close all documents|
+32994|Upda&tes...|||
+60001|&Home Page|||
+57664|&About||Display program information, version number and copyright|About
+744|Insert Color As Hex...||Insert selected color by hex string|
+)";
+
+// Menus and context menus: ids, 0 for a line, and the texts that differ from their command's.
+constexpr const char* menuTexts[] = {
+    "&File: 57600 57601 57603 57604 0 32900 0 60000 0 57665",
+    "&Edit: 57643 57644 57635 57634 57637 0 57636 57640 57641 0 860",
+    "&View: 33002 33003",
+    "&Tools: 31900 0 33006 33007 33008",
+    "&Window: 57602 688",
+    "&Help: 32994 60001 57664",
+};
+constexpr const char* tabTexts = "Close|Close All|Close All But This||&Save|&Save As...||Copy Full Path|Copy File Name|"
+                                 "Open Containing Folder";
+constexpr const char* textViewTexts =
+    "&Undo|&Redo||Cut|Cut All||Copy|Copy All||Paste|Clear|Select All||Insert Color As Hex...|Show Color||"
+    "Insert Tag Template...|Insert Action Template...|Insert Struct Template...";
+
+QString shownTexts(MainWindow& window, std::span<const MenuItem> items) {
+    QMenu menu;
+    window.actions().fill(menu, items);
+    QStringList texts;
+    for (const QAction* action : menu.actions())
+        texts.append(action->text());
+    return texts.join(u'|');
+}
+
 TEST_F(WindowTest, MenusStandAsTheirTextsSay) {
-    struct Entry {
-        int id;
-        const char *text, *status;
-    };
-    const Entry entries[] = {
-        {57600, "&New", "Create a new Xml"},
-        {57601, "&Open...", "Open an existing file"},
-        {57604, "&Save As...", "Save As"},
-        {32900, "P&lay...", "Playing swf file in new window"},
-        {57665, "E&xit", "Quit the application; prompts to save Xml"},
-        {57634, "C&opy", "Copy text"},
-        {57641, "R&eplace...", ""},
-        {33002, "&Movie XML", ""},
-        {33008, "Insert &action", ""},
-        {688, "Close &All", "Close all documents"},
-        {32994, "Upda&tes...", ""},
-        {744, "Insert Color As Hex...", "Insert selected color by hex string"},
-    };
-    for (const Entry& entry : entries) {
-        const QAction* action = window->actions().action(entry.id);
-        ASSERT_NE(action, nullptr) << entry.id;
-        EXPECT_EQ(action->text(), QString::fromUtf8(entry.text));
-        EXPECT_EQ(action->statusTip(), QString::fromUtf8(entry.status));
+    for (const QString& line : QString::fromUtf8(commandTexts).split(u'\n', Qt::SkipEmptyParts)) {
+        const QStringList fields = line.split(u'|');
+        const CommandRow* row = findCommand(fields[0].toInt());
+        ASSERT_NE(row, nullptr) << line.toStdString();
+        const QString keys = fields[2].isEmpty() ? QString() : u'\t' + fields[2];
+        EXPECT_EQ(QString::fromUtf8(row->text), fields[1] + keys);
+        const QAction* action = window->actions().action(row->id);
+        EXPECT_EQ(action->text(), fields[1]);
+        EXPECT_EQ(action->statusTip(), fields[3]);
+        EXPECT_TRUE(action->toolTip().startsWith(fields[4])) << line.toStdString();
     }
-    const std::vector<int> file = {57600, 57601, 57603, 57604, 0, 32900, 0, 60000, 0, 57665};
-    std::vector<int> ids;
-    QStringList titles;
-    for (const Menu& menu : menuBar())
-        titles.append(QString::fromUtf8(menu.title));
-    for (const MenuItem& item : menuBar()[0].items)
-        ids.push_back(item.id);
-    EXPECT_EQ(ids, file);
-    EXPECT_EQ(titles.join(u' '), QStringLiteral("&File &Edit &View &Tools &Window &Help"));
-    for (const Menu& menu : menuBar()) {
-        for (const MenuItem& item : menu.items)
+    // What was added stands between these.
+    ASSERT_EQ(menuBar().size(), std::size(menuTexts));
+    for (size_t i = 0; i < std::size(menuTexts); ++i) {
+        const QStringList parts = QString::fromUtf8(menuTexts[i]).split(QStringLiteral(": "));
+        EXPECT_EQ(QString::fromUtf8(menuBar()[i].title), parts[0]);
+        QStringList ids = parts[1].split(u' ');
+        for (const MenuItem& item : menuBar()[i].items) {
+            if (!ids.isEmpty() && QString::number(item.id) == ids.first())
+                ids.removeFirst();
             EXPECT_TRUE(item.id == 0 || findCommand(item.id) != nullptr) << item.id;
+        }
+        EXPECT_TRUE(ids.isEmpty()) << menuTexts[i] << ": no " << ids.join(u' ').toStdString();
     }
+    EXPECT_EQ(shownTexts(*window, tabMenu()), QString::fromUtf8(tabTexts));
+    EXPECT_EQ(shownTexts(*window, textViewMenu()), QString::fromUtf8(textViewTexts));
 }
 
 TEST_F(WindowTest, ClosingAModifiedDocumentAsks) {

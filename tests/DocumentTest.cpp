@@ -47,6 +47,8 @@ class ScriptedUser : public IUserInterface {
 public:
     std::deque<std::optional<std::string>> saveNames;
     std::optional<uint32_t> rowAnswer;
+    std::deque<std::optional<MovieSettings>> settingsAnswers;
+    std::vector<MovieSettings> shownSettings;
     std::vector<Failure> failures;
     std::vector<Message> messages;
     bool cancelsJobs = false;
@@ -59,6 +61,13 @@ public:
     }
     SaveAnswer askToSave(const Document&) override { return SaveAnswer::cancel; }
     std::optional<uint32_t> askForRow(uint32_t, uint32_t) override { return rowAnswer; }
+    std::optional<MovieSettings> askForMovieSettings(const MovieSettings& current) override {
+        shownSettings.push_back(current);
+        const auto answer = settingsAnswers.empty() ? std::nullopt : settingsAnswers.front();
+        if (!settingsAnswers.empty())
+            settingsAnswers.pop_front();
+        return answer;
+    }
     void report(const Failure& failure) override { failures.push_back(failure); }
     void inform(const Message& message) override { messages.push_back(message); }
     void runJob(const std::string&, ThreadParams& params, std::function<void()> work) override {
@@ -78,6 +87,9 @@ public:
     uint32_t atRow = 1, atColumn = 1;
     void setText(std::string bytes) override { content = std::move(bytes); }
     std::string_view text() override { return content; }
+    void replace(size_t start, size_t end, std::string_view bytes) override {
+        content.replace(start, end - start, bytes);
+    }
     void setSavePoint() override {}
     void gotoPlace(uint32_t row, uint32_t column) override {
         atRow = row;
@@ -279,6 +291,65 @@ TEST_F(DocumentTest, WarningsOfAMovieAreAtTheirTags) {
     for (uint32_t row = 0; row < document.warnings[0].row; ++row)
         std::getline(lines, line);
     EXPECT_NE(line.find("<Unknown"), std::string::npos) << document.text;
+}
+
+TEST_F(DocumentTest, MovieSettingsChangeTheirAttributesOnly) {
+    const struct {
+        const char* text;
+        MovieSettings shown, answer;
+        const char* expected;
+    } rows[] = {
+        {"<!-- <Movie> -->\n<Movie\tSwfVersion='8' x=\">\"  >\n</Movie>",
+         {"8", "550", "400", "12", true},
+         {"9", "550", "300", "12", false},
+         "<!-- <Movie> -->\n<Movie\tSwfVersion='9' x=\">\" Height=\"300\" IsCompressed=\"false\"  >\n</Movie>"},
+        {"<Movie/>",
+         {"7", "550", "400", "12", true},
+         {"5", "550", "400", "24.5", false}, // not compressed by its version
+         "<Movie SwfVersion=\"5\" FrameRate=\"24.5\"/>"},
+        {"<Movie Width=\"x\" IsCompressed=\"0\"/>",
+         {"7", "x", "400", "12", false},
+         {"7", "9", "400", "12", false},
+         "<Movie Width=\"9\" IsCompressed=\"0\"/>"},
+        {"<Movie Width=\"2\" Height=\"1\" MaxX=\"35\" MaxY=\"20\" MinX=\"-5\"/>",
+         {"7", "2", "1", "12", true},
+         {"7", "3", "1", "12", true},
+         "<Movie Width=\"3\" Height=\"1\" MaxX=\"55\" MaxY=\"20\" MinX=\"-5\"/>"},
+    };
+    for (const auto& row : rows) {
+        user.shownSettings.clear();
+        user.settingsAnswers = {row.answer};
+        view.content = row.text;
+        MovieSettingsCmd command(session, view);
+        EXPECT_TRUE(runCommand(session, command, &view)) << row.text;
+        EXPECT_EQ(user.shownSettings, std::vector<MovieSettings>{row.shown}) << row.text;
+        EXPECT_EQ(view.content, row.expected);
+    }
+    EXPECT_TRUE(user.failures.empty());
+
+    const std::pair<MovieSettings, const char*> wrong[] = {
+        {{"256", "550", "400", "12", true}, "Incorrect value of attribute SwfVersion"},
+        {{"7", "-1", "400", "12", true}, "Incorrect value of attribute Width"},
+        {{"7", "550", "\"<", "12", true}, "Incorrect value of attribute Height"},
+        {{"7", "550", "400", "", true}, "Unexpected Error"},
+    };
+    for (const auto& [answer, text] : wrong) {
+        user.failures.clear();
+        user.shownSettings.clear();
+        user.settingsAnswers = {answer}; // and then he thinks better of it
+        view.content = "<Movie/>";
+        MovieSettingsCmd command(session, view);
+        EXPECT_FALSE(runCommand(session, command, &view));
+        EXPECT_EQ(view.content, "<Movie/>");
+        ASSERT_EQ(user.failures.size(), 1u);
+        EXPECT_EQ(user.failures[0].message, (Message{text, text[0] == 'U' ? "Message" : "Warning"}));
+        ASSERT_EQ(user.shownSettings.size(), 2u);
+        EXPECT_EQ(user.shownSettings[1], answer) << "what was typed is there again";
+    }
+    view.content = "<Movie></A>";
+    MovieSettingsCmd command(session, view);
+    EXPECT_FALSE(runCommand(session, command, &view));
+    EXPECT_EQ(user.failures.back().message.caption, "The XML has incorrect format.");
 }
 
 TEST_F(DocumentTest, WithoutAPlayerTheUserIsTold) {

@@ -42,6 +42,8 @@ constexpr CommandRow rows[] = {
     {themeLight, "&Light", "", "", Needs::nothing, ""},
     {themeDark, "&Dark", "", "", Needs::nothing, ""},
     {checkXml, "&Check XML...", "Check xml for correct\nCheck Xml", "check", Needs::document, ""},
+    {movieSettings, "&Movie Settings...", "Change version, size and frame rate of the movie\nMovie Settings", "",
+     Needs::document, ""},
     {insertTag, "Insert &tag\tCtrl+Shift+T", "", "", Needs::neverMet, ""},
     {insertStruct, "Insert &struct\tCtrl+Shift+S", "", "", Needs::neverMet, ""},
     {insertAction, "Insert &action\tCtrl+Shift+C", "", "", Needs::neverMet, ""},
@@ -76,7 +78,7 @@ constexpr MenuItem editItems[] = {{undo}, {redo},     {cut},          {copy},   
                                   {find}, {findNext}, {findPrevious}, {replace}, line,    {gotoLine}};
 constexpr MenuItem viewItems[] = {{movieXml},   {tagList}, line,        {zoomIn}, {zoomOut},  {zoomReset}, line,
                                   {toggleFold}, {foldAll}, {unfoldAll}, line,     {warnings}, {theme}};
-constexpr MenuItem toolsItems[] = {{checkXml}, line, {insertTag}, {insertStruct}, {insertAction}};
+constexpr MenuItem toolsItems[] = {{checkXml}, {movieSettings}, line, {insertTag}, {insertStruct}, {insertAction}};
 constexpr MenuItem windowItems[] = {{close}, {closeAll}, line, {nextDocument}, {previousDocument}};
 constexpr MenuItem helpItems[] = {{updates}, {homePage}, {about}};
 constexpr Menu menus[] = {{"&File", fileItems},   {"&Edit", editItems},     {"&View", viewItems},

@@ -65,6 +65,7 @@ constexpr int theme = 60012; ///< the submenu
 constexpr int themeSystem = 60013;
 constexpr int themeLight = 60014;
 constexpr int themeDark = 60015;
+constexpr int movieSettings = 60016;
 } // namespace CommandId
 
 /// What has to be there for a command to be chosen.

@@ -24,6 +24,9 @@ public:
 
     void setText(std::string bytes) override;
     std::string_view text() override { return _editor->text(); }
+    void replace(size_t start, size_t end, std::string_view bytes) override {
+        _editor->replaceBytes(start, end, bytes);
+    }
     void setSavePoint() override { _editor->setSavePoint(); }
     void gotoPlace(uint32_t row, uint32_t column) override;
     uint32_t row() const override { return _editor->row(); }

@@ -94,6 +94,10 @@ void MainWindow::addWindowHandlers() {
         CheckXmlCmd command(_session, view);
         execute(command, &view);
     });
+    onCurrent(CommandId::movieSettings, [this](DocumentView& view) {
+        MovieSettingsCmd command(_session, view);
+        execute(command, &view);
+    });
     onCurrent(CommandId::gotoLine, [this](DocumentView& view) {
         GotoLineCmd command(_session, view);
         execute(command, &view);

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QMessageBox>
 
+#include "MovieSettingsDlg.h"
 #include "ProgressBarDialog.h"
 #include "text/GotoLineDlg.h"
 
@@ -102,6 +103,11 @@ SaveAnswer WindowDialogs::askToSave(const Document& document) {
 std::optional<uint32_t> WindowDialogs::askForRow(uint32_t current, uint32_t rows) {
     GotoLineDlg dialog(current, rows, _parent);
     return dialog.exec() == QDialog::Accepted ? std::optional(dialog.line()) : std::nullopt;
+}
+
+std::optional<MovieSettings> WindowDialogs::askForMovieSettings(const MovieSettings& current) {
+    MovieSettingsDlg dialog(current, _parent);
+    return dialog.exec() == QDialog::Accepted ? std::optional(dialog.settings()) : std::nullopt;
 }
 
 void WindowDialogs::report(const Failure& failure) {

@@ -19,6 +19,7 @@ public:
     std::optional<std::string> chooseFileToSave(const std::string& proposal) override;
     SaveAnswer askToSave(const Document& document) override;
     std::optional<uint32_t> askForRow(uint32_t current, uint32_t rows) override;
+    std::optional<MovieSettings> askForMovieSettings(const MovieSettings& current) override;
     void report(const Failure& failure) override;
     void inform(const Message& message) override;
     void runJob(const std::string& title, ThreadParams& params, std::function<void()> work) override;

@@ -11,6 +11,7 @@
 #include "Document.h"
 #include "Job.h"
 #include "Messages.h"
+#include "MovieSettings.h"
 
 namespace zelk {
 
@@ -26,6 +27,7 @@ public:
     virtual SaveAnswer askToSave(const Document& document) = 0;
     /// A row from 1 to `rows`.
     virtual std::optional<uint32_t> askForRow(uint32_t current, uint32_t rows) = 0;
+    virtual std::optional<MovieSettings> askForMovieSettings(const MovieSettings& current) = 0;
     /// A warning box.
     virtual void report(const Failure& failure) = 0;
     virtual void inform(const Message& message) = 0;
@@ -41,6 +43,8 @@ public:
     virtual void setText(std::string bytes) = 0;
     /// Valid until the text changes.
     virtual std::string_view text() = 0;
+    /// One step of undo.
+    virtual void replace(size_t start, size_t end, std::string_view bytes) = 0;
     /// What stands there now is what the file holds.
     virtual void setSavePoint() = 0;
     /// Row and column count from 1, the column in characters.

@@ -2,6 +2,7 @@
 
 #include "Conversion.h"
 #include "TagKeeper.h"
+#include "XmlBytes.h"
 #include "XmlDocument.h"
 #include "XmlNumbers.h"
 #include "XmlStructs.h"
@@ -149,6 +150,19 @@ bool xmlToSwf(std::string_view text, IXml2SwfConversionTarget& target, const Con
         }
         document.validate();
         return found;
+    });
+}
+
+std::optional<XmlStartTag> movieStartTag(std::string_view text) {
+    return located(text, [&]() -> std::optional<XmlStartTag> {
+        XmlDocument document(text, nullptr);
+        XmlReadContext context;
+        context.document = &document;
+        const std::optional<XmlElement> root = findRoot(context, "Movie");
+        if (!root)
+            return {};
+        const char* end = findTagEnd(text.data() + root->offset(), text.data() + text.size());
+        return XmlStartTag{root->offset() - 1, static_cast<size_t>(end - text.data()) + 1};
     });
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -76,6 +77,15 @@ std::string swfToXmlDocument(libswf::SwfMovieSafe& movie, const ConversionOption
 /// Compiles a text. False when it has no Movie element. Throws XmlSyntaxError, XmlValueError, Base64Error,
 /// MovieAttributeError, each with its place in `text`.
 bool xmlToSwf(std::string_view text, IXml2SwfConversionTarget& target, const ConversionOptions& options);
+
+/// A start tag in a text, from its "<" to behind its ">".
+struct XmlStartTag {
+    size_t start, end;
+};
+
+/// The start tag of the Movie element that xmlToSwf reads; none when there is no such element. Throws XmlSyntaxError,
+/// with its place, for a text that is not well-formed as far as it is read.
+std::optional<XmlStartTag> movieStartTag(std::string_view text);
 
 /// Throws XmlSyntaxError, with its place, when the text is not well-formed.
 void checkXml(std::string_view text);

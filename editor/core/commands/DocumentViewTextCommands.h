@@ -38,6 +38,17 @@ private:
     ITextView& _view;
 };
 
+/// Asks for the settings of the movie and changes its Movie element, as one step of undo.
+class MovieSettingsCmd : public FinalCommand {
+public:
+    MovieSettingsCmd(Session& session, ITextView& view) : _session(session), _view(view) {}
+    bool Execute() override;
+
+private:
+    Session& _session;
+    ITextView& _view;
+};
+
 /// Asks for a row and goes there.
 class GotoLineCmd : public FinalCommand {
 public:

@@ -1,3 +1,4 @@
+#include "AttributeText.h"
 #include "DocumentFiles.h"
 #include "DocumentViewTextCommands.h"
 #include "PlayMovie.h"
@@ -19,25 +20,12 @@ constexpr std::string_view pieces[] = {
     R"(</Movie>)",
 };
 
-std::string escaped(std::string_view text) {
-    std::string result;
-    for (char c : text) {
-        switch (c) {
-        case '<': result += "&lt;"; break;
-        case '&': result += "&amp;"; break;
-        case '"': result += "&quot;"; break;
-        default: result += c;
-        }
-    }
-    return result;
-}
-
 std::string movieOf(std::string_view color) {
     constexpr std::string_view place = "{COLOR}";
     std::string text;
     for (std::string_view piece : pieces)
         text.append(blanks).append(piece);
-    return text.replace(text.find(place), place.size(), escaped(color));
+    return text.replace(text.find(place), place.size(), escapedAttribute(color));
 }
 
 } // namespace

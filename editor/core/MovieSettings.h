@@ -1,0 +1,30 @@
+// What the Movie element says of a movie as a whole, read from a document's text and changed in it.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace zelk {
+
+/// As a user types it: nothing is checked. What the text does not say has the value that compiling gives it.
+struct MovieSettings {
+    std::string version, width, height, frameRate; ///< width and height in pixels
+    bool isCompressed = true;
+    bool operator==(const MovieSettings&) const = default;
+};
+
+/// A piece of a text and what shall stand in its place.
+struct TextChange {
+    size_t start, end;
+    std::string text;
+};
+
+/// Throws XmlSyntaxError, and ZelkException for a text without a Movie element.
+MovieSettings movieSettings(std::string_view text);
+
+/// Changes the attributes whose values are not those of the settings and leaves everything else as it stands. A stage
+/// that the text gives in twips keeps its origin. Throws like movieSettings, and for a value that does not compile
+/// MovieAttributeError or XmlValueError, whose place means nothing.
+TextChange changeMovieSettings(std::string_view text, const MovieSettings& settings);
+
+} // namespace zelk

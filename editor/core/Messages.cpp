@@ -66,6 +66,13 @@ Message message(MessageCode code, std::string_view detail) {
 
 Message xmlIsCorrect() { return {"The XML is correct.", "The XML is correct."}; }
 
+Message payloadNote(std::string_view note) {
+    std::string text(note);
+    if (!text.empty())
+        text[0] = static_cast<char>(text[0] >= 'a' && text[0] <= 'z' ? text[0] - 'a' + 'A' : text[0]);
+    return {text + ".", "Message"};
+}
+
 Message saveQuestion() {
     return {"The file has been changed.\nTo save the changes and close, click \"Yes\".\nTo close without saving, click "
             "\"No\".",

@@ -24,6 +24,12 @@ public:
 
     /// A full path with an extension that tells the kind; none when the user thinks better of it.
     virtual std::optional<std::string> chooseFileToSave(const std::string& proposal) = 0;
+    /// A full path, asked about when the file is there already.
+    virtual std::optional<std::string> chooseFileToExport(const std::string& /*proposal*/) { return std::nullopt; }
+    /// A file of one of these extensions, without dots; "*" is any.
+    virtual std::optional<std::string> chooseFileToImport(const std::vector<std::string>& /*kinds*/) {
+        return std::nullopt;
+    }
     virtual SaveAnswer askToSave(const Document& document) = 0;
     /// A row from 1 to `rows`.
     virtual std::optional<uint32_t> askForRow(uint32_t current, uint32_t rows) = 0;

@@ -5,12 +5,9 @@
 #include <string_view>
 #include <vector>
 
-namespace xml2swf {
+#include "XmlTagSpans.h"
 
-/// A range of the text: from an element's "<" to behind its last ">".
-struct ElementSpan {
-    size_t start, end;
-};
+namespace xml2swf {
 
 /// A part of a big element's content: some small children with what stands around them, or one big child.
 struct XmlPiece {

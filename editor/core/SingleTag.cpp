@@ -1,0 +1,64 @@
+#include "SingleTag.h"
+
+#include <algorithm>
+
+#include "Conversion.h"
+#include "Exceptions.h"
+
+namespace zelk {
+
+using namespace libswf;
+using namespace xml2swf;
+
+namespace {
+
+XmlPlace inElement(XmlPlace place, size_t before) {
+    place.row -= place.row > 1 ? 1 : 0;
+    place.offset -= std::min(place.offset, before);
+    return place;
+}
+
+} // namespace
+
+std::shared_ptr<SwfTag> compileTag(std::string_view element, uint8_t version, SwfWarnings* warnings) {
+    std::string text = "<Movie SwfVersion=\"" + std::to_string(version) + "\">\n"; // one row more than the element has
+    const size_t before = text.size();
+    text.append(element) += "\n</Movie>";
+    SwfWarnings found;
+    ConversionOptions options;
+    options.keepRaw = true;
+    options.warnings = &found;
+    MovieTarget target;
+    try {
+        xmlToSwf(text, target, options);
+    } catch (const XmlSyntaxError& error) {
+        throw XmlException(error.what(), inElement(error.place, before).row, error.place.column);
+    } catch (XmlValueError& error) {
+        error.place = inElement(error.place, before);
+        throw;
+    } catch (Base64Error& error) {
+        error.place = inElement(error.place, before);
+        throw;
+    }
+    for (SwfWarning warning : found.items()) {
+        warning.row -= warning.row > 1 ? 1 : 0;
+        if (warnings != nullptr)
+            warnings->add(std::move(warning));
+    }
+    return target.movie.tags.count() == 0 ? nullptr : target.movie.tags.sharedAt(0);
+}
+
+std::string tagElement(const std::shared_ptr<SwfTag>& tag, uint8_t version) {
+    SwfMovieSafe movie;
+    movie.version = version;
+    movie.tags.append(tag);
+    std::vector<TagText> texts;
+    ConversionOptions options;
+    options.keepRaw = true;
+    options.tagTexts = &texts;
+    const std::string text = swfToXmlDocument(movie, options);
+    const TagText& own = texts.back(); // tags inside it come before it
+    return text.substr(own.start, own.end - own.start);
+}
+
+} // namespace zelk

@@ -1,0 +1,21 @@
+// One tag apart from its movie, as XML and compiled.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "SwfTag.h"
+#include "SwfWarnings.h"
+
+namespace zelk {
+
+/// Compiles one element as a child of a Movie element of this SWF version. Null for an element that is no tag. Throws
+/// XmlException and the errors of xmlToSwf, with places in `element`; warnings, which may be null, have them too.
+std::shared_ptr<libswf::SwfTag> compileTag(std::string_view element, uint8_t version, libswf::SwfWarnings* warnings);
+
+/// The element of one tag as it stands among a Movie element's children, from its "<" to behind its last ">". A tag
+/// that XML cannot express becomes Unknown.
+std::string tagElement(const std::shared_ptr<libswf::SwfTag>& tag, uint8_t version);
+
+} // namespace zelk

@@ -122,6 +122,12 @@ void Console::warnings(const std::string& file, const libswf::SwfWarnings& warni
         line("warning: " + file + ": " + "and " + std::to_string(warnings.total() - shown) + " more");
 }
 
+void Console::warning(const std::string& file, const std::string& text) {
+    const std::lock_guard lock(_mutex);
+    if (!_quiet)
+        line("warning: " + file + ": " + text);
+}
+
 void Console::progress(size_t done, size_t total) {
     if (_quiet || !isTerminal() || total == 0)
         return;

@@ -27,6 +27,8 @@ public:
     void failure(const std::string& file, bool inOneLine = false);
     /// One line each, and a line with the number of those that are not shown. Nothing when quiet.
     void warnings(const std::string& file, const libswf::SwfWarnings& warnings, size_t most = mostWarnings);
+    /// Nothing when quiet.
+    void warning(const std::string& file, const std::string& text);
     /// A bar, drawn on a terminal only.
     void progress(size_t done, size_t total);
 

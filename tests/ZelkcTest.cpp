@@ -364,4 +364,47 @@ TEST_F(ZelkcTest, SurvivesHostileInput) {
     EXPECT_NE(back.find(deep.substr(deep.size() - 1000)), std::string::npos);
 }
 
+TEST_F(ZelkcTest, ExtractsAndReplacesPayloads) {
+    const std::string binary = record(87, little(4, 2) + little(0, 4) + "abc");
+    const std::string twice = record(87, little(4, 2) + little(0, 4) + "<?xml again");
+    const std::string broken = record(36, little(6, 2) + "\x05" + little(9, 2) + little(9, 2) + "no zlib");
+    const std::string unknown = record(544, "raw");
+    const std::string inSprite = record(39, little(7, 2) + little(1, 2) + unknown + little(0, 2));
+    const std::string rest = broken + unknown + inSprite + showFrame;
+    put("a.swf", movieOf(binary + twice + rest));
+    Result result = run("extract a.swf --unknown --out-dir out");
+    EXPECT_EQ(result.status, 1) << "one cannot be read";
+    EXPECT_NE(result.err.find("(DefineBitsLossless2, id 6): "), std::string::npos) << result.err;
+    EXPECT_EQ(result.out, "a.swf: 4 of 5 payloads extracted\n");
+    EXPECT_EQ(files("out"), (std::set<std::string>{"4-DefineBinaryData.bin", "4-DefineBinaryData.xml", "3-Tag544.bin",
+                                                   "4.0-Tag544.bin"}));
+    EXPECT_EQ(get("out/4-DefineBinaryData.bin"), "abc");
+    put("out/4-DefineBinaryData.bin", "mine");
+    EXPECT_EQ(run("extract a.swf --tag 4 --out-dir out").status, 1);
+    EXPECT_EQ(get("out/4-DefineBinaryData.bin"), "mine");
+    EXPECT_EQ(run("extract a.swf --tag 4 --out-dir out --force").status, 0);
+    EXPECT_EQ(get("out/4-DefineBinaryData.bin"), "abc");
+    result = run("extract a.swf --tag 4 --list");
+    EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 2) << result.out;
+    EXPECT_EQ(run("extract a.swf --list").out, result.out) << "without the unknown ones";
+    EXPECT_EQ(run("extract a.swf --tag 5 --list").status, 1);
+    EXPECT_EQ(run("extract a.swf").status, 2);
+
+    put("new.txt", "defg");
+    EXPECT_EQ(run("replace a.swf --tag 4 new.txt b.swf").status, 0);
+    EXPECT_EQ(get("b.swf"), movieOf(binary + record(87, little(4, 2) + little(0, 4) + "defg") + rest));
+    put("a.xml",
+        "<Movie SwfVersion=\"5\"><!-- kept -->\n<DefineBinaryData CharacterId=\"4\"/>\n  <ShowFrame />  </Movie>");
+    EXPECT_EQ(run("replace a.xml --tag 4 new.txt b.zelk").status, 0);
+    EXPECT_EQ(run("convert b.zelk b2.swf && '" ZELKC_PATH "' replace --to xml a.xml --tag 4 new.txt b.xml").status, 0);
+    EXPECT_TRUE(get("b.xml").starts_with("<Movie SwfVersion=\"5\"><!-- kept -->\n<DefineBinaryData "));
+    EXPECT_TRUE(get("b.xml").ends_with("</DefineBinaryData>\n  <ShowFrame />  </Movie>"));
+    EXPECT_NE(get("b2.swf").find("defg"), std::string::npos);
+    EXPECT_EQ(run("replace a.swf --tag 6 new.txt c.swf").err,
+              "a.swf: new.txt: the file is no JPEG, PNG or GIF picture (code 2)\n");
+    for (const char* wrong : {"--tag 5 new.txt", "--tag 6 new.txt", "--tag 4 none.txt"})
+        EXPECT_EQ(run(std::string("replace a.swf ") + wrong + " c.swf").status, 1) << wrong;
+    EXPECT_FALSE(fs::exists(folder / "c.swf"));
+}
+
 } // namespace

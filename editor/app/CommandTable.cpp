@@ -47,6 +47,10 @@ constexpr CommandRow rows[] = {
     {insertTag, "Insert &tag\tCtrl+Shift+T", "", "", Needs::neverMet, ""},
     {insertStruct, "Insert &struct\tCtrl+Shift+S", "", "", Needs::neverMet, ""},
     {insertAction, "Insert &action\tCtrl+Shift+C", "", "", Needs::neverMet, ""},
+    {exportPayload, "E&xport Payload...", "Save the picture, sound or data of the tag at the caret as a file\nExport Payload", "",
+     Needs::document, ""},
+    {replacePayload, "Re&place Payload...", "Put a file in place of the picture, sound or data of the tag at the caret\nReplace Payload",
+     "", Needs::document, ""},
     {close, "&Close\tCtrl+F4", "Close the active document\nClose", "close", Needs::document, "Ctrl+W"},
     {closeAll, "Close &All", "Close all documents", "", Needs::document, ""},
     {nextDocument, "&Next Document\tCtrl+Tab", "", "", Needs::severalDocuments, ""},
@@ -78,7 +82,9 @@ constexpr MenuItem editItems[] = {{undo}, {redo},     {cut},          {copy},   
                                   {find}, {findNext}, {findPrevious}, {replace}, line,    {gotoLine}};
 constexpr MenuItem viewItems[] = {{movieXml},   {tagList}, line,        {zoomIn}, {zoomOut},  {zoomReset}, line,
                                   {toggleFold}, {foldAll}, {unfoldAll}, line,     {warnings}, {theme}};
-constexpr MenuItem toolsItems[] = {{checkXml}, {movieSettings}, line, {insertTag}, {insertStruct}, {insertAction}};
+constexpr MenuItem toolsItems[] = {{checkXml},  {movieSettings}, line,
+                                   {insertTag}, {insertStruct},  {insertAction},
+                                   line,        {exportPayload}, {replacePayload}};
 constexpr MenuItem windowItems[] = {{close}, {closeAll}, line, {nextDocument}, {previousDocument}};
 constexpr MenuItem helpItems[] = {{updates}, {homePage}, {about}};
 constexpr Menu menus[] = {{"&File", fileItems},   {"&Edit", editItems},     {"&View", viewItems},

@@ -66,6 +66,8 @@ constexpr int themeSystem = 60013;
 constexpr int themeLight = 60014;
 constexpr int themeDark = 60015;
 constexpr int movieSettings = 60016;
+constexpr int exportPayload = 60020;
+constexpr int replacePayload = 60021;
 } // namespace CommandId
 
 /// What has to be there for a command to be chosen.

@@ -55,6 +55,9 @@ private:
     bool saveAs(DocumentView& view);
     bool saveBy(DocumentView& view, guicommand::CommandPtr command);
     void play(DocumentView& view);
+    // Of the innermost tag around a place in the text.
+    void exportPayloadAt(DocumentView& view, size_t offset);
+    void replacePayloadAt(DocumentView& view, size_t offset);
     /// False when the user wants to keep it.
     bool closeView(DocumentView& view);
     bool closeViews(const DocumentView* butThis = nullptr);

@@ -98,6 +98,9 @@ void MainWindow::addWindowHandlers() {
         MovieSettingsCmd command(_session, view);
         execute(command, &view);
     });
+    const auto caret = [](DocumentView& view) { return view.editor().selection().start; };
+    onCurrent(exportPayload, [=, this](DocumentView& view) { exportPayloadAt(view, caret(view)); });
+    onCurrent(replacePayload, [=, this](DocumentView& view) { replacePayloadAt(view, caret(view)); });
     onCurrent(CommandId::gotoLine, [this](DocumentView& view) {
         GotoLineCmd command(_session, view);
         execute(command, &view);

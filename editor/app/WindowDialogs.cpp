@@ -1,5 +1,6 @@
 #include "WindowDialogs.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
@@ -84,6 +85,36 @@ std::optional<std::string> WindowDialogs::chooseFileToSave(const std::string& pr
                 QObject::tr("The name has to end in .swf, .zelk or .xml.").toStdString()});
     }
     return std::nullopt;
+}
+
+void WindowDialogs::setPayloadFolder(const Document& document) {
+    if (_payloadFolder.isEmpty() && document.hasFile)
+        _payloadFolder = QFileInfo(QString::fromStdString(document.fileName)).absolutePath();
+}
+
+std::optional<std::string> WindowDialogs::chooseFileToExport(const std::string& proposal) {
+    const QString suffix = QFileInfo(QString::fromStdString(proposal)).suffix();
+    const QString name = QFileDialog::getSaveFileName(
+        _parent, QObject::tr("Export Payload"), QDir(_payloadFolder).filePath(QString::fromStdString(proposal)),
+        QObject::tr("%1 File (*.%2);;All Files (*)").arg(suffix.toUpper(), suffix));
+    if (name.isEmpty())
+        return std::nullopt;
+    _payloadFolder = QFileInfo(name).absolutePath();
+    return name.toStdString();
+}
+
+std::optional<std::string> WindowDialogs::chooseFileToImport(const std::vector<std::string>& kinds) {
+    QStringList patterns;
+    for (const std::string& kind : kinds)
+        patterns.append(kind == "*" ? QStringLiteral("*") : QStringLiteral("*.") + QString::fromStdString(kind));
+    QString names = QObject::tr("All Files (*)");
+    if (!patterns.contains(QStringLiteral("*")))
+        names.prepend(QObject::tr("Fitting Files (%1)").arg(patterns.join(u' ')) + QStringLiteral(";;"));
+    const QString name = QFileDialog::getOpenFileName(_parent, QObject::tr("Replace Payload"), _payloadFolder, names);
+    if (name.isEmpty())
+        return std::nullopt;
+    _payloadFolder = QFileInfo(name).absolutePath();
+    return name.toStdString();
 }
 
 SaveAnswer WindowDialogs::askToSave(const Document& document) {

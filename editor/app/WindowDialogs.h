@@ -16,7 +16,12 @@ public:
     /// Full paths; none when the user thinks better of it.
     QStringList chooseFilesToOpen(const QString& folder);
 
+    /// Where payloads are looked for at first: beside the document.
+    void setPayloadFolder(const Document& document);
+
     std::optional<std::string> chooseFileToSave(const std::string& proposal) override;
+    std::optional<std::string> chooseFileToExport(const std::string& proposal) override;
+    std::optional<std::string> chooseFileToImport(const std::vector<std::string>& kinds) override;
     SaveAnswer askToSave(const Document& document) override;
     std::optional<uint32_t> askForRow(uint32_t current, uint32_t rows) override;
     std::optional<MovieSettings> askForMovieSettings(const MovieSettings& current) override;
@@ -26,6 +31,7 @@ public:
 
 private:
     QPointer<QWidget> _parent;
+    QString _payloadFolder; // of the last export or import
 };
 
 } // namespace zelk

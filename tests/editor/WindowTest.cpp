@@ -226,6 +226,8 @@ constexpr const char* commandTexts = R"(
 33006|Insert &tag|Ctrl+Shift+T||
 33007|Insert &struct|Ctrl+Shift+S||
 33008|Insert &action|Ctrl+Shift+C||
+60020|E&xport Payload...||Save the picture, sound or data of the tag at the caret as a file|Export Payload
+60021|Re&place Payload...||Put a file in place of the picture, sound or data of the tag at the caret|Replace Payload
 57602|&Close|Ctrl+F4|Close the active document|Close
 688|Close &All||Close all documents|
 32994|Upda&tes...|||
@@ -239,7 +241,7 @@ constexpr const char* menuTexts[] = {
     "&File: 57600 57601 57603 57604 0 32900 0 60000 0 57665",
     "&Edit: 57643 57644 57635 57634 57637 0 57636 57640 57641 0 860",
     "&View: 33002 33003",
-    "&Tools: 31900 0 33006 33007 33008",
+    "&Tools: 31900 0 33006 33007 33008 0 60020 60021",
     "&Window: 57602 688",
     "&Help: 32994 60001 57664",
 };

@@ -1,0 +1,16 @@
+// A tag in words.
+#pragma once
+
+#include <QString>
+
+#include "SwfTag.h"
+
+namespace zelk {
+
+/// "8 × 12.5 px", rounded.
+QString pixelWords(double width, double height);
+
+/// "DefineShape3 12 · 145 × 80 px · 2 fills, 1 line style, 33 edges". Only the name for tags that are not drawn.
+QString tagWords(const libswf::SwfTag& tag);
+
+} // namespace zelk

@@ -37,6 +37,7 @@ constexpr CommandRow rows[] = {
     {foldAll, "&Fold All\tCtrl+Shift+M", "", "", Needs::document, ""},
     {unfoldAll, "&Unfold All\tCtrl+Alt+M", "", "", Needs::document, ""},
     {warnings, "&Warnings\tCtrl+Shift+W", "Show what the last conversion warned of\nWarnings", "", Needs::document, ""},
+    {preview, "&Preview\tF9", "Show a picture of the tag at the caret\nPreview", "", Needs::nothing, ""},
     {theme, "T&heme", "", "", Needs::nothing, ""},
     {themeSystem, "&System", "", "", Needs::nothing, ""},
     {themeLight, "&Light", "", "", Needs::nothing, ""},
@@ -81,7 +82,7 @@ constexpr MenuItem fileItems[] = {{fileNew}, {fileOpen}, {save},        {saveAs}
 constexpr MenuItem editItems[] = {{undo}, {redo},     {cut},          {copy},    {paste}, line,
                                   {find}, {findNext}, {findPrevious}, {replace}, line,    {gotoLine}};
 constexpr MenuItem viewItems[] = {{movieXml},   {tagList}, line,        {zoomIn}, {zoomOut},  {zoomReset}, line,
-                                  {toggleFold}, {foldAll}, {unfoldAll}, line,     {warnings}, {theme}};
+                                  {toggleFold}, {foldAll}, {unfoldAll}, line,     {warnings}, {preview},   {theme}};
 constexpr MenuItem toolsItems[] = {{checkXml},  {movieSettings}, line,
                                    {insertTag}, {insertStruct},  {insertAction},
                                    line,        {exportPayload}, {replacePayload}};

@@ -64,6 +64,7 @@ MainWindow::MainWindow(QSettings& settings)
         DocumentView* view = _tabs->current();
         _search->setTarget(view == nullptr ? nullptr : &view->editor());
     });
+    addPreview();
     restore();
     showState();
 }

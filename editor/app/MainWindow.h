@@ -17,6 +17,8 @@
 
 namespace zelk {
 
+class PreviewPane;
+
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
@@ -70,6 +72,8 @@ private:
     void showWarnings();
     void setTheme(int id);
     void showAbout();
+    void addPreview();
+    void choosePreviewed();
     void restore();
 
     QSettings& _settings;
@@ -81,6 +85,7 @@ private:
     DocumentTabsView* _tabs;
     StatusBar* _statusBar;
     WarningsPanel* _warnings;
+    PreviewPane* _preview = nullptr;
     SearchController* _search;
     QHash<int, Handler> _handlers;
 };

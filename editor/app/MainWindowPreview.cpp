@@ -1,0 +1,24 @@
+// The preview pane and where it takes its tags from.
+#include "MainWindow.h"
+#include "preview/PreviewPane.h"
+
+namespace zelk {
+
+void MainWindow::addPreview() {
+    _preview = new PreviewPane(this);
+    addDockWidget(Qt::RightDockWidgetArea, _preview);
+    QAction* action = _actions->action(CommandId::preview);
+    action->setCheckable(true);
+    _handlers[CommandId::preview] = [this] { _preview->setVisible(_preview->isHidden()); };
+    const auto showState = [this, action] { action->setChecked(!_preview->isHidden()); };
+    connect(_preview, &QDockWidget::visibilityChanged, this, showState);
+    connect(action, &QAction::triggered, this, showState);
+    connect(_tabs, &QTabWidget::currentChanged, this, &MainWindow::choosePreviewed);
+}
+
+void MainWindow::choosePreviewed() {
+    DocumentView* view = _tabs->current();
+    _preview->showCaret(view == nullptr ? nullptr : &view->editor());
+}
+
+} // namespace zelk

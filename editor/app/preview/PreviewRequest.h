@@ -1,0 +1,19 @@
+// What the preview pane is asked to show.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace zelk {
+
+struct PreviewRequest {
+    std::string element; ///< of the tag; empty for none
+    /// [GUI thread] The element that defines a character; empty for none. Called while the preview is built, as long as
+    /// it is the last one asked for.
+    std::function<std::string(uint16_t characterId)> definition;
+    std::string jpegTables; ///< the movie's JPEGTables element; may be empty
+    uint8_t version = 0;    ///< of the movie
+};
+
+} // namespace zelk

@@ -1,0 +1,45 @@
+// Plays samples.
+#pragma once
+
+#include <QBuffer>
+#include <QTimer>
+#include <memory>
+
+#include "SoundCodec.h"
+
+class QAudioSink;
+
+namespace zelk {
+
+class SoundPlayer : public QObject {
+    Q_OBJECT
+public:
+    explicit SoundPlayer(QObject* parent = nullptr);
+    ~SoundPlayer() override;
+
+    /// False where there is nothing to play on. The first call looks for it.
+    static bool hasDevice();
+
+    void play(std::shared_ptr<const Sound> sound);
+    void stop();
+    bool isPlaying() const { return _sink != nullptr; }
+    /// How far it is, from 0 to 1; below 0 when nothing is played.
+    double played() const;
+    /// What kept the last sound from being played to its end; empty for nothing.
+    const QString& problem() const { return _problem; }
+
+Q_SIGNALS:
+    /// It started, went on, or ended.
+    void changed();
+
+private:
+    void look();
+
+    std::shared_ptr<const Sound> _sound;
+    QBuffer _samples;
+    std::unique_ptr<QAudioSink> _sink; // null while nothing is played
+    QTimer _timer;
+    QString _problem;
+};
+
+} // namespace zelk

@@ -1,0 +1,40 @@
+// Where the tags of a text stand, and which of them define characters.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace zelk {
+
+/// A range of bytes: from an element's "<" to behind its last ">".
+struct TagRange {
+    size_t start = 0, end = 0;
+};
+
+class TagMap {
+public:
+    TagMap() = default;
+    /// [any thread] Goes over the whole text. Empty when it is not well-formed or no movie.
+    explicit TagMap(std::string_view text);
+
+    /// The innermost tag around the caret; in front of a tag in its line, that one. The text is the one the map is of.
+    std::optional<TagRange> at(std::string_view text, size_t caret) const;
+    /// The first tag that defines a character.
+    std::optional<TagRange> definition(uint16_t characterId) const;
+    std::optional<TagRange> jpegTables() const { return _jpegTables; }
+    /// Of the movie.
+    uint8_t version() const { return _version; }
+
+private:
+    void addDefinitions(std::string_view text);
+
+    std::vector<TagRange> _tags;
+    std::unordered_map<uint16_t, TagRange> _definitions;
+    std::optional<TagRange> _jpegTables;
+    uint8_t _version = 0;
+};
+
+} // namespace zelk

@@ -177,6 +177,7 @@ TEST_F(WindowTest, EveryKeyReachesItsCommand) {
         {Qt::Key_Insert, shift, 57637},
         {Qt::Key_F, control, 57636},
         {Qt::Key_F3, {}, 57640},
+        {Qt::Key_F9, {}, 60030},
         {Qt::Key_R, control, 57641},
         {Qt::Key_G, control, 860},
         {Qt::Key_F4, control, 57602},

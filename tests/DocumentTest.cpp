@@ -367,6 +367,38 @@ TEST_F(DocumentTest, WithoutAPlayerTheUserIsTold) {
     }
 }
 
+TEST_F(DocumentTest, AMovieLastsWhileItIsPlayed) {
+    class Player : public IPlayer {
+    public:
+        std::string name;
+        int width = 0, height = 0;
+        Ended ended;
+        bool isThere = true;
+        void play(const std::string& fileName, int w, int h, Ended whenEnded) override {
+            std::tie(name, width, height, ended) = std::tuple(fileName, w, h, std::move(whenEnded));
+            if (!isThere)
+                throw NoPlayerException("why");
+        }
+    } player;
+    session.player = &player;
+    ShowColorCmd command(session, "ff0000ff");
+    for (const bool isPlayed : {true, false}) {
+        ASSERT_TRUE(runCommand(session, command));
+        EXPECT_EQ(std::pair(player.width, player.height), std::pair(225, 200));
+        EXPECT_GT(fs::file_size(player.name), 20u);
+        player.ended(isPlayed ? nullptr : std::make_exception_ptr(PlayerException("odd")));
+        EXPECT_FALSE(fs::exists(player.name));
+        EXPECT_EQ(user.failures.empty(), isPlayed);
+    }
+    player.isThere = false;
+    EXPECT_FALSE(runCommand(session, command));
+    EXPECT_FALSE(fs::exists(player.name));
+    ASSERT_EQ(user.failures.size(), 2u);
+    EXPECT_EQ(user.failures[0].message, message(MessageCode::cannotPlay));
+    EXPECT_EQ(user.failures[1].message, message(MessageCode::noPlayer));
+    EXPECT_EQ(user.failures[1].reason, "why");
+}
+
 // What stops a save, however it does, leaves the old file or the new one.
 #ifndef _WIN32
 

@@ -59,6 +59,12 @@ private:
     std::string _fileName;
 };
 
+/// There is nothing to play movies with.
+class NoPlayerException : public ZelkException {
+public:
+    using ZelkException::ZelkException;
+};
+
 /// A movie cannot be played.
 class PlayerException : public ZelkException {
 public:

@@ -97,6 +97,8 @@ Failure describeFailure() {
         return placed({message(code), code == MessageCode::unexpected ? error.what() : ""}, error.place);
     } catch (const xml2swf::XmlValueError& error) {
         return placed(unexpected(error.description()), error.place);
+    } catch (const NoPlayerException& error) {
+        return {message(MessageCode::noPlayer), error.description()};
     } catch (const PlayerException& error) {
         return {message(MessageCode::cannotPlay), error.description()};
     } catch (const std::bad_alloc&) {

@@ -1,6 +1,7 @@
 // What commands ask of the user, of a document's text view, and what one run of the program remembers.
 #pragma once
 
+#include <exception>
 #include <functional>
 #include <optional>
 #include <set>
@@ -62,12 +63,16 @@ public:
 /// Shows a movie.
 class IPlayer {
 public:
+    /// Called once on the GUI thread when the player needs the file no more, with what went wrong, if anything did.
+    using Ended = std::function<void(std::exception_ptr failure)>;
+
     virtual ~IPlayer() = default;
-    /// Width and height in pixels; 0 for the movie's own size. Throws PlayerException.
-    virtual void play(const std::string& fileName, int width, int height) = 0;
+    /// Returns while the movie plays. Width and height in pixels; 0 for the movie's own size. Throws NoPlayerException
+    /// and PlayerException for what is known at once, and never calls `ended` then.
+    virtual void play(const std::string& fileName, int width, int height, Ended ended) = 0;
 };
 
-/// Files that last as long as the program runs.
+/// Files that are removed when they have been played, and at the latest when the program ends.
 class TemporaryMovies {
 public:
     TemporaryMovies() = default;
@@ -77,6 +82,7 @@ public:
 
     /// Gives the name of a new file with these bytes. Throws SwfFileException.
     std::string create(std::span<const uint8_t> movie);
+    void remove(const std::string& name);
 
 private:
     std::vector<std::string> _names;
@@ -90,7 +96,7 @@ struct Session {
     IPlayer* player = nullptr; ///< null when there is none
     UntitledNames names;
     std::set<std::string> writtenFiles; ///< files whose content comes from this run: they need no backup
-    TemporaryMovies temporaryMovies;    ///< what was played
+    TemporaryMovies temporaryMovies;    ///< what is played
 };
 
 } // namespace zelk

@@ -17,10 +17,15 @@ std::string TemporaryMovies::create(std::span<const uint8_t> movie) {
     return _names.back();
 }
 
-TemporaryMovies::~TemporaryMovies() {
+void TemporaryMovies::remove(const std::string& name) {
     std::error_code ignored;
-    for (const std::string& name : _names)
-        fs::remove(libswf::pathOf(name), ignored);
+    fs::remove(libswf::pathOf(name), ignored);
+    std::erase(_names, name);
+}
+
+TemporaryMovies::~TemporaryMovies() {
+    while (!_names.empty())
+        remove(std::string(_names.back()));
 }
 
 } // namespace zelk

@@ -17,14 +17,23 @@ void MacroCommand::append(CommandPtr command) { _commands.push_back(std::move(co
 
 void MacroCommand::insertFront(CommandPtr command) { _commands.insert(_commands.begin(), std::move(command)); }
 
+Failure reportFailure(Session& session, const std::exception_ptr& error) {
+    try {
+        std::rethrow_exception(error);
+    } catch (...) {
+        const Failure failure = describeFailure();
+        session.user.report(failure);
+        return failure;
+    }
+}
+
 bool runCommand(Session& session, ICommand& command, ITextView* view) {
     try {
         return command.Execute();
     } catch (const JobCancelled&) {
         return false;
     } catch (...) {
-        const Failure failure = describeFailure();
-        session.user.report(failure);
+        const Failure failure = reportFailure(session, std::current_exception());
         if (view != nullptr && failure.row != 0)
             view->gotoPlace(failure.row, failure.column);
         return false;

@@ -42,6 +42,9 @@ private:
     std::vector<CommandPtr> _commands;
 };
 
+/// The one way in which a failure comes before the user. Gives what was reported.
+Failure reportFailure(Session& session, const std::exception_ptr& error);
+
 /// Executes a command and reports a failure to the user; a place in the text is shown in `view`. A command that the
 /// user cancels does nothing. The one place where the editor catches exceptions of commands.
 bool runCommand(Session& session, ICommand& command, ITextView* view = nullptr);

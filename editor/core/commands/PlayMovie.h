@@ -6,7 +6,8 @@
 
 namespace zelk::guicommand {
 
-/// Plays a movie from a temporary file, or says that there is no player. Throws PlayerException.
-bool playMovie(Session& session, const libswf::SwfVector<uint8_t>& movie, int width, int height);
+/// Plays a movie from a temporary file; what goes wrong later is reported then. Throws NoPlayerException,
+/// PlayerException.
+void playMovie(Session& session, const libswf::SwfVector<uint8_t>& movie, int width, int height);
 
 } // namespace zelk::guicommand

@@ -35,7 +35,8 @@ bool ShowColorCmd::Execute() {
         return false;
     CompileParams params;
     params.text = movieOf(_color);
-    return playMovie(_session, compileDocument(params, {}), width, height);
+    playMovie(_session, compileDocument(params, {}), width, height);
+    return true;
 }
 
 } // namespace zelk::guicommand::documentviewtext

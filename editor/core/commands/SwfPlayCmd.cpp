@@ -13,7 +13,8 @@ bool SwfPlayCmd::Execute() {
     _session.user.runJob("Compiling " + _document.fileName, params,
                          [&] { movie = compileDocument(params, _document.fileName); });
     _document.warnings = std::move(params.warnings);
-    return playMovie(_session, movie, 0, 0);
+    playMovie(_session, movie, 0, 0);
+    return true;
 }
 
 } // namespace zelk::guicommand::documentview

@@ -31,12 +31,13 @@ using namespace guicommand::documentview;
 using namespace guicommand::documentviewtext;
 
 MainWindow::MainWindow(QSettings& settings)
-    : _settings(settings), _dialogs(this), _session(_dialogs),
+    : _settings(settings), _dialogs(this), _session(_dialogs), _player(settings),
       _recentSettings(settings, QStringLiteral("RecentList/Recent Document List")), _recentFiles(_recentSettings),
       _actions(makeActions(this)), _tabs(new DocumentTabsView(this)), _statusBar(new StatusBar(this)),
       _warnings(new WarningsPanel(this)), _search(new SearchController(this)) {
     setWindowIcon(QIcon(QStringLiteral(":/icons/zelk.svg")));
     setAcceptDrops(true);
+    _session.player = &_player;
     setCentralWidget(_tabs);
     setStatusBar(_statusBar);
     addDockWidget(Qt::BottomDockWidgetArea, _warnings);

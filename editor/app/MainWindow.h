@@ -9,6 +9,7 @@
 #include "Command.h"
 #include "CommandActions.h"
 #include "DocumentTabsView.h"
+#include "PlayerProcess.h"
 #include "SearchController.h"
 #include "StatusBar.h"
 #include "WarningsPanel.h"
@@ -79,6 +80,7 @@ private:
     QSettings& _settings;
     WindowDialogs _dialogs;
     Session _session;
+    PlayerProcess _player;
     WindowSettings _recentSettings;
     FilesRecentList _recentFiles;
     CommandActions* _actions;

@@ -75,7 +75,10 @@ private:
 
 class WindowTest : public testing::Test {
 protected:
-    WindowTest() : settings(folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat) { open(); }
+    WindowTest() : settings(folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat) {
+        settings.setValue(QStringLiteral("Player/kind"), QStringLiteral("none"));
+        open();
+    }
 
     void open() {
         window = std::make_unique<MainWindow>(settings);

@@ -1,0 +1,34 @@
+// Plays movies in other programs: the player that belongs to the editor, or one that the user has chosen.
+#pragma once
+
+#include <QObject>
+#include <QSettings>
+
+#include "Session.h"
+
+namespace zelk {
+
+/// Reads what to play with from the settings: "Player/kind" is "ruffle" (also when it is not set), "command" or "none";
+/// "Player/command" a command line for the second.
+class PlayerProcess : public QObject, public IPlayer {
+    Q_OBJECT
+public:
+    /// The settings outlive it.
+    explicit PlayerProcess(QSettings& settings) : _settings(settings) {}
+    /// Ends the players of the editor.
+    ~PlayerProcess() override;
+
+    void play(const std::string& fileName, int width, int height, Ended ended) override;
+
+private:
+    void startOwn(const QString& movie, int width, int height, const Ended& ended);
+    void startCommand(const QString& command, const QString& movie);
+
+    QSettings& _settings;
+};
+
+/// The program and its arguments. "%1" stands for the movie, which comes last when the command does not name it; quotes
+/// hold together what has blanks. Empty when the command is.
+QStringList playerCommand(const QString& command, const QString& movie);
+
+} // namespace zelk

@@ -1,0 +1,55 @@
+#include "PlayerScheme.h"
+
+#include <QFile>
+#include <QWebEngineUrlRequestInfo>
+#include <QWebEngineUrlRequestJob>
+#include <QWebEngineUrlScheme>
+
+namespace zelk {
+
+namespace {
+
+// On the platforms without a display the engine would crash with the flag.
+bool hasDisplay(const QString& platform) {
+    if (platform.isEmpty())
+        return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+    return platform.startsWith(QStringLiteral("xcb")) || platform.startsWith(QStringLiteral("wayland"));
+}
+
+} // namespace
+
+void registerPlayerScheme() {
+    QWebEngineUrlScheme scheme(playerScheme);
+    scheme.setSyntax(QWebEngineUrlScheme::Syntax::Host);
+    scheme.setFlags(QWebEngineUrlScheme::SecureScheme | QWebEngineUrlScheme::CorsEnabled);
+    QWebEngineUrlScheme::registerScheme(scheme);
+}
+
+void setEngineFlags() {
+    const char variable[] = "QTWEBENGINE_CHROMIUM_FLAGS";
+    if (!qEnvironmentVariableIsSet(variable) && hasDisplay(qEnvironmentVariable("QT_QPA_PLATFORM")))
+        qputenv(variable, "--ignore-gpu-blocklist");
+}
+
+void PlayerSchemeHandler::requestStarted(QWebEngineUrlRequestJob* job) {
+    const std::optional<ServedFile> served = _files.find(job->requestUrl());
+    if (!served || job->requestMethod() != "GET") {
+        job->fail(QWebEngineUrlRequestJob::UrlNotFound);
+        return;
+    }
+    auto* file = new QFile(served->path, job); // lives as long as the job reads from it
+    if (!file->open(QIODevice::ReadOnly)) {
+        job->fail(QWebEngineUrlRequestJob::UrlNotFound);
+        return;
+    }
+    job->reply(served->mimeType, file);
+}
+
+void PlayerRequestGuard::interceptRequest(QWebEngineUrlRequestInfo& info) {
+    if (isAllowed(info.requestUrl()))
+        return;
+    info.block(true);
+    Q_EMIT refused(info.requestUrl());
+}
+
+} // namespace zelk

@@ -1,0 +1,40 @@
+// The scheme under which a page gets its files, and the guard that refuses every other.
+#pragma once
+
+#include <QWebEngineUrlRequestInterceptor>
+#include <QWebEngineUrlSchemeHandler>
+
+#include "PlayerFiles.h"
+
+namespace zelk {
+
+/// Both are to be called before the application object is made.
+void registerPlayerScheme();
+/// Lets the engine draw by OpenGL where there is a display, whatever it thinks of the driver: without, a movie loses
+/// its filters and bitmaps. Leaves what the user has set for QTWEBENGINE_CHROMIUM_FLAGS.
+void setEngineFlags();
+
+class PlayerSchemeHandler : public QWebEngineUrlSchemeHandler {
+    Q_OBJECT
+public:
+    PlayerSchemeHandler(PlayerFiles files, QObject* parent)
+        : QWebEngineUrlSchemeHandler(parent), _files(std::move(files)) {}
+
+    void requestStarted(QWebEngineUrlRequestJob* job) override;
+
+private:
+    PlayerFiles _files;
+};
+
+class PlayerRequestGuard : public QWebEngineUrlRequestInterceptor {
+    Q_OBJECT
+public:
+    using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
+
+    void interceptRequest(QWebEngineUrlRequestInfo& info) override;
+
+Q_SIGNALS:
+    void refused(const QUrl& url);
+};
+
+} // namespace zelk

@@ -21,7 +21,7 @@ struct RootDefaults {
 };
 
 int64_t rootInteger(XmlElement& root, const char* name, int64_t missing, int64_t high) {
-    const auto text = root.attribute(name);
+    const auto text = root.attribute(name, XmlValueForm::integer(0, high));
     if (!text)
         return missing;
     const auto value = parseInteger(*text);
@@ -51,7 +51,7 @@ void readTags(XmlElement& root, IXml2SwfConversionTarget& target, IProgressRepor
     const uint32_t count = root.countChildren();
     uint32_t done = 0;
     context.tagPath.assign(1, 0);
-    for (XmlElement child : root.children()) {
+    for (XmlElement child : root.children(tagElements())) {
         context.tagPath.back() = done;
         try {
             if (auto tag = readTag(child))
@@ -120,6 +120,7 @@ static bool compile(XmlDocument& document, std::vector<ElementSpan> spans, IXml2
     context.document = &document;
     context.places = XmlPlaces(document.text());
     context.warnings = options.warnings;
+    context.observer = options.observer;
     std::optional<XmlElement> root = findRoot(context, "Movie");
     if (!root)
         return false;

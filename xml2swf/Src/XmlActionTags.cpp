@@ -15,7 +15,7 @@ void writeActionsChild(XmlNode& node, const SwfActions& actions) {
 
 // The first child holds the actions, whatever its name.
 void readActionsChild(XmlElement& element, SwfActions& actions) {
-    if (auto child = element.childAt(0))
+    if (auto child = element.childAt(0, "Actions"))
         readActions(*child, actions);
 }
 

@@ -49,6 +49,12 @@ constexpr ActionForm allForms[] = {
 #include "SwfActions.def"
 };
 
+constexpr std::string_view allNames[] = {
+#define SWF_ACTION(code, name) #name,
+#define SWF_PAYLOAD_ACTION(code, name, type) #name,
+#include "SwfActions.def"
+    unknownName};
+
 const ActionForm* formByCode(uint32_t code) {
     static const std::array<const ActionForm*, 256> forms = [] {
         std::array<const ActionForm*, 256> table{};
@@ -101,7 +107,7 @@ void writeActions(XmlNode& parent, const SwfActions& actions) {
 }
 
 void readActions(XmlElement& parent, SwfActions& actions) {
-    for (XmlElement child : parent.children()) {
+    for (XmlElement child : parent.children(XmlNameGroup{"Actions", allNames})) {
         const ActionForm* form = formByName(child.name());
         if (form == nullptr)
             child.skip();

@@ -13,10 +13,8 @@ void writeXml(XmlNode& node, const SwfTagUnknown& tag) {
 }
 
 void readXml(XmlElement& element, SwfTagUnknown& tag) {
-    constexpr uint16_t maxCode = 1023; // 10 bits of the record header
-    tag.type = element.ui16("TagType");
-    if (tag.type > maxCode)
-        element.badValue("TagType", std::to_string(tag.type));
+    constexpr int64_t maxCode = 1023; // 10 bits of the record header
+    tag.type = static_cast<uint16_t>(element.ranged("TagType", 0, maxCode));
     // Without the attribute all bytes stand in Data, whatever the code.
     tag.hasCharacterId = SwfTagUnknown::carriesCharacterId(tag.type) && element.has("CharacterId");
     if (tag.hasCharacterId)

@@ -115,9 +115,7 @@ static void writeKeyCode(XmlNode& node, uint8_t code) {
 }
 
 static uint8_t readKeyCode(XmlElement& element) {
-    const int64_t number = parseInteger(element.attribute("KeyCode").value_or("")).value_or(0);
-    const bool fits = number >= 0 && number <= SwfButtonAction::maxKeyCode;
-    return static_cast<uint8_t>(element.named("KeyCode", keyNames, fits ? static_cast<uint32_t>(number) : 0));
+    return static_cast<uint8_t>(element.namedOrNumber("KeyCode", keyNames, SwfButtonAction::maxKeyCode));
 }
 
 static void writeAction(XmlNode& node, const SwfButtonAction& action) {

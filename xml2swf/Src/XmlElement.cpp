@@ -56,11 +56,15 @@ const XmlAttribute* XmlElement::findElsewhere(std::string_view name) {
 }
 
 bool XmlElement::has(std::string_view name) {
-    return std::any_of(_attributes, _attributes + _node->attributeCount,
-                       [&](const XmlAttribute& attribute) { return attribute.name == name; });
+    const bool found = std::any_of(_attributes, _attributes + _node->attributeCount,
+                                   [&](const XmlAttribute& attribute) { return attribute.name == name; });
+    if (_context->observer != nullptr)
+        _context->observer->askedForPresence(*this, name);
+    return found;
 }
 
-std::optional<std::string_view> XmlElement::firstAttribute() {
+std::optional<std::string_view> XmlElement::firstAttribute(std::string_view name, const XmlValueForm& form) {
+    tell(name, form);
     if (_node->attributeCount == 0)
         return {};
     _usedAttributes |= 1;
@@ -71,10 +75,17 @@ void XmlElement::badValue(std::string_view attribute, std::string_view value) co
     throw XmlValueError(name(), attribute, value, offset());
 }
 
+int64_t XmlElement::missingInteger(std::string_view name, int64_t low, int64_t high) const {
+    tell(name, XmlValueForm::integer(low, high));
+    return 0;
+}
+
 int64_t XmlElement::inRange(std::string_view name, std::string_view text, int64_t low, int64_t high) {
     int64_t value = 0;
-    if (!readInteger(text, value) || value < low || value > high) [[unlikely]]
+    if (!readInteger(text, value) || value < low || value > high) [[unlikely]] {
+        tell(name, XmlValueForm::integer(low, high));
         badValue(name, text);
+    }
     return value;
 }
 
@@ -86,12 +97,17 @@ libswf::SwfString XmlElement::string(std::string_view name) {
 }
 
 bool XmlElement::boolean(std::string_view name) {
-    const std::string_view text = attribute(name).value_or("");
+    const std::string_view text = attribute(name, {XmlValueForm::Kind::boolean}).value_or("");
     return text == "true" || parseInteger(text).value_or(0) != 0;
 }
 
+bool XmlElement::lowBit(std::string_view name) {
+    const std::string_view text = attribute(name, {XmlValueForm::Kind::boolean}).value_or("");
+    return text == "true" || (parseInteger(text).value_or(0) & 1) != 0;
+}
+
 float XmlElement::real(std::string_view name) {
-    const auto text = attribute(name);
+    const auto text = attribute(name, {XmlValueForm::Kind::real});
     const auto value = text ? parseFloat(*text) : 0.0f;
     if (!value)
         badValue(name, *text);
@@ -99,7 +115,7 @@ float XmlElement::real(std::string_view name) {
 }
 
 double XmlElement::realDouble(std::string_view name) {
-    const auto text = attribute(name);
+    const auto text = attribute(name, {XmlValueForm::Kind::real});
     const auto value = text ? parseDouble(*text) : 0.0;
     if (!value)
         badValue(name, *text);
@@ -107,20 +123,30 @@ double XmlElement::realDouble(std::string_view name) {
 }
 
 libswf::SwfColor XmlElement::color(std::string_view name) {
-    const auto text = attribute(name);
+    const auto text = attribute(name, {XmlValueForm::Kind::color});
     const auto value = text ? parseHex(*text) : 0u;
     if (!value)
         badValue(name, *text);
     return libswf::SwfColor::fromPacked(*value);
 }
 
+static const XmlName* findValue(XmlNames names, std::string_view text) {
+    const auto found =
+        std::find_if(names.begin(), names.end(), [&](const XmlName& entry) { return entry.name == text; });
+    return found == names.end() ? nullptr : &*found;
+}
+
 uint32_t XmlElement::named(std::string_view name, XmlNames names, uint32_t otherwise) {
-    const std::string_view text = attribute(name).value_or("");
-    for (const XmlName& entry : names) {
-        if (entry.name == text)
-            return entry.value;
-    }
-    return otherwise;
+    const XmlName* found = findValue(names, attribute(name, {XmlValueForm::Kind::name, 0, 0, names}).value_or(""));
+    return found == nullptr ? otherwise : found->value;
+}
+
+uint32_t XmlElement::namedOrNumber(std::string_view name, XmlNames names, uint32_t high) {
+    const std::string_view text = attribute(name, {XmlValueForm::Kind::nameOrInteger, 0, high, names}).value_or("");
+    if (const XmlName* found = findValue(names, text))
+        return found->value;
+    const int64_t number = parseInteger(text).value_or(0);
+    return number >= 0 && number <= high ? static_cast<uint32_t>(number) : 0;
 }
 
 XmlElement::ChildIterator::ChildIterator(XmlReadContext& context, XmlWindowPtr window, const XmlItem* parent)
@@ -183,10 +209,14 @@ std::optional<XmlElement> XmlElement::child(std::string_view name) {
         if (child.name() == name)
             return takeChild(child);
     }
+    if (_context->observer != nullptr)
+        _context->observer->missedChild(*this, name);
     return {};
 }
 
-std::optional<XmlElement> XmlElement::childAt(uint32_t index) {
+std::optional<XmlElement> XmlElement::childAt(uint32_t index, std::string_view name) {
+    if (_context->observer != nullptr)
+        _context->observer->askedForChildAt(*this, index, name);
     ChildIterator child = firstChild();
     for (; !child.atEnd() && index != 0; --index)
         ++child;
@@ -209,13 +239,28 @@ XmlElement::Children XmlElement::children() {
     return {firstChild()};
 }
 
-void XmlElement::skip() {
+XmlElement::Children XmlElement::children(std::string_view name) {
+    if (_context->observer != nullptr)
+        _context->observer->askedForAll(*this, name);
+    return children();
+}
+
+XmlElement::Children XmlElement::children(const XmlNameGroup& names) {
+    if (_context->observer != nullptr)
+        _context->observer->askedForGroup(*this, names);
+    return children();
+}
+
+void XmlElement::skip(std::string_view reason) {
     acceptAll();
-    _context->warn(SwfWarning::Kind::skipped, name(), offset(), "an element of this name is not known here");
+    if (_context->observer != nullptr)
+        _context->observer->skipped(*this);
+    _context->warn(SwfWarning::Kind::skipped, name(), offset(), std::string(reason));
 }
 
 void XmlElement::warnOfUnread() {
-    if (_context->warnings == nullptr || std::uncaught_exceptions() != _context->exceptions)
+    if ((_context->warnings == nullptr && _context->observer == nullptr) ||
+        std::uncaught_exceptions() != _context->exceptions)
         return;
     try {
         warnOfUnreadAttributes();
@@ -234,9 +279,12 @@ void XmlElement::warnOfUnreadAttributes() {
     if (_allAttributes)
         return;
     for (uint32_t i = 0; i < std::min(_node->attributeCount, maxAttributes); ++i) {
-        if ((_usedAttributes >> i & 1) == 0)
-            _context->warn(SwfWarning::Kind::skipped, name(), _window->offsetOf(_attributes[i].name.data()),
-                           "the attribute " + std::string(_attributes[i].name) + " is not known here");
+        if ((_usedAttributes >> i & 1) != 0)
+            continue;
+        if (_context->observer != nullptr)
+            _context->observer->skippedAttribute(*this, _attributes[i].name);
+        _context->warn(SwfWarning::Kind::skipped, name(), _window->offsetOf(_attributes[i].name.data()),
+                       "the attribute " + std::string(_attributes[i].name) + " is not known here");
     }
 }
 
@@ -255,6 +303,12 @@ static std::string contentOf(const XmlWindow& window, const XmlItem* element) {
 }
 
 std::string XmlElement::content() {
+    if (_context->observer != nullptr)
+        _context->observer->askedForContent(*this, XmlContent::text);
+    return joinedContent();
+}
+
+std::string XmlElement::joinedContent() {
     if (const auto section = onlySection())
         return std::string(*section);
     if (_block == nullptr)
@@ -273,8 +327,10 @@ std::optional<std::string_view> XmlElement::onlySection() const {
 }
 
 libswf::SwfBytes XmlElement::base64() {
+    if (_context->observer != nullptr)
+        _context->observer->askedForContent(*this, XmlContent::base64);
     const auto section = onlySection(); // the form that is written is decoded where it stands
-    const std::string joined = section ? std::string() : content();
+    const std::string joined = section ? std::string() : joinedContent();
     try {
         return libswf::SwfBytes::adopt(decodeBase64(section.value_or(joined)));
     } catch (Base64Error& error) {

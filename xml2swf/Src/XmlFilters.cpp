@@ -35,8 +35,7 @@ void writeFlags(XmlNode& filter, FlagLayout layout, uint8_t flags) {
 uint32_t readFlag(XmlElement& element, const FlagBits& part) {
     if (part.bits > 1)
         return element.masked(part.name, part.bits);
-    const std::string_view text = element.attribute(part.name).value_or("");
-    return text == "true" || (parseInteger(text).value_or(0) & 1) != 0;
+    return element.lowBit(part.name);
 }
 
 uint8_t readFlags(XmlElement& element, FlagLayout layout) {
@@ -60,11 +59,6 @@ void readFixed(XmlElement& element, Fixed& value) {
     value.low = element.integer<decltype(value.low)>("Low");
 }
 
-void skip(XmlElement& element, const char* reason) {
-    element.acceptAll();
-    element.context().warn(SwfWarning::Kind::skipped, element.name(), element.offset(), reason);
-}
-
 // Blur, Angle, Distance and Strength. The stored distance is not shown: Angle stands in both places.
 void writeDirected(XmlNode& node, const SwfDirectedFilter& filter) {
     writeFixed(node, "BlurX", filter.blurX);
@@ -75,15 +69,16 @@ void writeDirected(XmlNode& node, const SwfDirectedFilter& filter) {
 }
 
 void readDirectedField(XmlElement& child, SwfDirectedFilter& filter, FlagLayout layout) {
-    if (child.is("BlurX"))
+    const std::string_view name = child.name();
+    if (name == "BlurX")
         readFixed(child, filter.blurX);
-    else if (child.is("BlurY"))
+    else if (name == "BlurY")
         readFixed(child, filter.blurY);
-    else if (child.is("Angle"))
+    else if (name == "Angle")
         readFixed(child, filter.angle);
-    else if (child.is("Distance"))
+    else if (name == "Distance")
         readFixed(child, filter.distance);
-    else if (child.is("Strength"))
+    else if (name == "Strength")
         readFixed(child, filter.strength);
     else
         filter.flags = readFlags(child, layout);
@@ -106,7 +101,7 @@ void readDirected(XmlElement& element, Filter& filter, std::span<const std::stri
         } else if (hasLists && (child.is("GradientColors") || child.is("GradientRation"))) {
             child.acceptAll();
         } else {
-            skip(child, "the element stands out of its place and is not read");
+            child.skip("the element stands out of its place and is not read");
         }
     }
 }
@@ -119,7 +114,7 @@ void readItems(XmlElement& list, std::string_view name, uint32_t most, Read read
         if (!child.is(name))
             child.skip();
         else if (index == most)
-            skip(child, "there are more entries than their count says");
+            child.skip("there are more entries than their count says");
         else
             read(child, index++);
     }

@@ -14,10 +14,7 @@ void writeFontName(XmlNode& node, const SwfString& name) {
 }
 
 uint32_t smallInteger(XmlElement& element, std::string_view name, uint32_t bits) {
-    const uint32_t value = element.ui32(name);
-    if (value >> bits != 0)
-        element.badValue(name, std::to_string(value));
-    return value;
+    return static_cast<uint32_t>(element.ranged(name, 0, (int64_t(1) << bits) - 1));
 }
 
 void writeXml(XmlNode& node, const SwfTagDefineFontInfo& tag) {

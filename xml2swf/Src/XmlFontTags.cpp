@@ -56,7 +56,7 @@ void writeLayout(XmlNode& node, const SwfTagDefineFont2& tag) {
 }
 
 void readBounds(XmlElement& table, SwfRects& bounds) {
-    for (XmlElement child : table.children())
+    for (XmlElement child : table.children("Bound"))
         readXml(child, bounds.append({}));
 }
 
@@ -84,7 +84,7 @@ void writeXml(XmlNode& node, const SwfTagDefineFont& tag) {
 // The first child is the glyph table, whatever its name.
 void readXml(XmlElement& element, SwfTagDefineFont& tag) {
     tag.characterId = element.ui16("FontId");
-    if (auto table = element.childAt(0))
+    if (auto table = element.childAt(0, "GlyphShapeTable"))
         readGlyphs(*table, tag.glyphs);
 }
 

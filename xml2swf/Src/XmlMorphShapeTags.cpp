@@ -35,7 +35,7 @@ static void writeXml(XmlNode& node, const SwfMorphGradientRecords& gradient) {
 }
 
 static void readXml(XmlElement& element, SwfMorphGradientRecords& gradient) {
-    for (XmlElement child : element.children()) {
+    for (XmlElement child : element.children("MorphGradientRecord")) {
         SwfMorphGradientRecord record;
         readXml(child, record);
         gradient.records.append(record);
@@ -173,7 +173,7 @@ static void readXml(XmlElement& element, SwfMorphLineStyle2& style) {
         } else if (child.is("EndColor")) {
             style.endColor = child.color("Value");
         } else if (child.is("MorphFillStyle")) {
-            if (auto fill = child.childAt(0))
+            if (auto fill = child.childAt(0, ""))
                 style.fillType = readFillStyle(*fill);
         } else {
             child.skip();
@@ -189,8 +189,8 @@ static void writeLineStyles(XmlNode& parent, const char* name, const char* itemN
 }
 
 template <class Style>
-static void readLineStyles(XmlElement& element, SwfMorphLineStyles& styles) {
-    for (XmlElement child : element.children()) {
+static void readLineStyles(XmlElement& element, const char* itemName, SwfMorphLineStyles& styles) {
+    for (XmlElement child : element.children(itemName)) {
         auto style = std::make_unique<Style>();
         readXml(child, *style);
         styles.items.add(std::move(style));
@@ -238,7 +238,7 @@ void readXml(XmlElement& element, SwfTagDefineMorphShape& tag) {
         if (readCommonChild(child, tag))
             continue;
         if (child.is("MorphLineStyles"))
-            readLineStyles<SwfMorphLineStyle>(child, tag.lineStyles);
+            readLineStyles<SwfMorphLineStyle>(child, "MorphLineStyle", tag.lineStyles);
         else
             child.skip();
     }
@@ -270,7 +270,7 @@ void readXml(XmlElement& element, SwfTagDefineMorphShape2& tag) {
         else if (child.is("EndEdgeBounds"))
             readXml(child, tag.endEdgeBounds);
         else if (child.is("MorphLineStyles2"))
-            readLineStyles<SwfMorphLineStyle2>(child, tag.lineStyles);
+            readLineStyles<SwfMorphLineStyle2>(child, "MorphLineStyle2", tag.lineStyles);
         else
             child.skip();
     }

@@ -1,4 +1,5 @@
 // Push and its operands as XML.
+#include <array>
 #include <type_traits>
 
 #include "XmlActionForms.h"
@@ -75,6 +76,13 @@ constexpr ValueForm forms[] = {
     numberForm<SwfValueConstant16>("Constant16"),
 };
 
+constexpr auto allNames = [] {
+    std::array<std::string_view, std::size(forms)> names;
+    for (size_t i = 0; i < names.size(); ++i)
+        names[i] = forms[i].name;
+    return names;
+}();
+
 const ValueForm* formByName(std::string_view name) {
     static const XmlNameTable<ValueForm> table = [] {
         XmlNameTable<ValueForm> result;
@@ -97,7 +105,7 @@ void writeXml(XmlNode& node, const SwfActionPush& action) {
 
 // An unknown name is a value as well, Undefined, so that the stack keeps its depth.
 void readXml(XmlElement& element, SwfActionPush& action) {
-    for (XmlElement child : element.children()) {
+    for (XmlElement child : element.children(XmlNameGroup{"PushValues", allNames})) {
         const ValueForm* form = formByName(child.name());
         if (form == nullptr) {
             child.skip();

@@ -5,6 +5,10 @@ namespace xml2swf {
 
 using namespace libswf;
 
+static std::string_view lineStylesName(LineStyleKind kind) {
+    return kind == LineStyleKind::lineStyle2 ? "LineStyles2" : "LineStyles";
+}
+
 static void writeStyleChange(XmlNode& node, const SwfStyleChange& change, LineStyleKind kind) {
     if (change.stateMoveTo)
         node.leaf("Move", {{"DX", change.moveDeltaX}, {"DY", change.moveDeltaY}});
@@ -17,7 +21,7 @@ static void writeStyleChange(XmlNode& node, const SwfStyleChange& change, LineSt
     if (change.newStyles != nullptr) {
         XmlNode styles(node, "NewStyles");
         writeChild(styles, "FillStyles", change.newStyles->fillStyles);
-        XmlNode lines(styles, kind == LineStyleKind::lineStyle2 ? "LineStyles2" : "LineStyles");
+        XmlNode lines(styles, lineStylesName(kind));
         writeLineStyles(lines, change.newStyles->lineStyles, kind);
     }
 }
@@ -42,9 +46,9 @@ static void readStyleChange(XmlElement& element, SwfStyleChange& change, LineSty
             change.stateLineStyle |= readIndex(child, change.lineStyle);
         } else if (child.is("NewStyles")) {
             change.newStyles = std::make_unique<SwfNewStyles>();
-            if (auto fills = child.childAt(0))
+            if (auto fills = child.childAt(0, "FillStyles"))
                 readXml(*fills, change.newStyles->fillStyles);
-            if (auto lines = child.childAt(1))
+            if (auto lines = child.childAt(1, lineStylesName(kind)))
                 readLineStyles(*lines, change.newStyles->lineStyles, kind);
         } else {
             child.skip();

@@ -21,19 +21,19 @@ static void writeShape(XmlNode& node, const SwfShapeTag& tag) {
 
 // By position, whatever the names.
 static void readShape(XmlElement& element, SwfShapeTag& tag) {
-    if (auto bounds = element.childAt(0))
+    if (auto bounds = element.childAt(0, "Bounds"))
         readXml(*bounds, tag.bounds);
-    if (auto fills = element.childAt(1))
+    if (auto fills = element.childAt(1, "FillStyles"))
         readXml(*fills, tag.fillStyles);
-    if (auto lines = element.childAt(2))
+    if (auto lines = element.childAt(2, "LineStyles"))
         readLineStyles(*lines, tag.lineStyles, LineStyleKind::lineStyle);
-    if (auto edges = element.childAt(3))
+    if (auto edges = element.childAt(3, "Edges"))
         readShapeRecords(*edges, tag.records);
 }
 
 // The id is the first attribute, whatever its name.
 static uint16_t readFirstId(XmlElement& element) {
-    const auto text = element.firstAttribute();
+    const auto text = element.firstAttribute("ShapeId", XmlValueForm::integer(0, UINT16_MAX));
     if (!text)
         return 0;
     const auto id = parseInteger(*text);

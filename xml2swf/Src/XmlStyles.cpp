@@ -46,7 +46,7 @@ static void writeXml(XmlNode& node, const SwfGradientRecords& gradient) {
 
 static void readXml(XmlElement& element, SwfGradientRecords& gradient) {
     readFlags(element, gradient.flags);
-    for (XmlElement child : element.children())
+    for (XmlElement child : element.children("GradientRecord"))
         readRecord(child, gradient.records);
 }
 
@@ -90,12 +90,12 @@ static void writeXml(XmlNode& node, const SwfGradientFillStyle& style) {
 static void readXml(XmlElement& element, SwfGradientFillStyle& style) {
     constexpr uint32_t unknown = UINT32_MAX;
     const uint32_t type = element.named("Type", gradientTypes, unknown);
-    if (auto matrix = element.childAt(0))
+    if (auto matrix = element.childAt(0, "Matrix"))
         readXml(*matrix, style.matrix);
     if (type == unknown)
         return; // a linear gradient without records
     style.type = type;
-    auto records = element.childAt(1);
+    auto records = element.childAt(1, "GradientRecords");
     if (records && style.isFocal())
         readXml(*records, style.focal);
     else if (records)
@@ -111,7 +111,7 @@ static void writeXml(XmlNode& node, const SwfBitmapFillStyle& style) {
 static void readXml(XmlElement& element, SwfBitmapFillStyle& style) {
     style.type = element.named("Type", bitmapFillTypes, SwfFillType::clippedBitmap);
     style.bitmapId = element.ui16("BitmapId");
-    if (auto matrix = element.childAt(0))
+    if (auto matrix = element.childAt(0, "Matrix"))
         readXml(*matrix, style.matrix);
 }
 
@@ -189,7 +189,7 @@ static void readXml(XmlElement& element, SwfLineStyle2& style) {
         if (child.is("BitsField")) {
             readLineFlags(child, style.flags, "EndCapStyle");
         } else if (child.is("FillStyle")) {
-            if (auto fill = child.childAt(0))
+            if (auto fill = child.childAt(0, ""))
                 style.fillType = readFillStyle(*fill);
         } else {
             child.skip();
@@ -251,7 +251,7 @@ static void addLineStyle(XmlElement& element, SwfLineStyles& styles) {
 }
 
 void readLineStyles(XmlElement& element, SwfLineStyles& styles, LineStyleKind kind) {
-    for (XmlElement child : element.children()) {
+    for (XmlElement child : element.children("LineStyle")) {
         if (kind == LineStyleKind::lineStyle2)
             addLineStyle<SwfLineStyle2>(child, styles);
         else

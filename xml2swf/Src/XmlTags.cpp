@@ -48,7 +48,8 @@ constexpr TagForm formOf(const char* name) {
     return {name, writeAs<Tag>, makeAs<Tag>, readAs<Tag>};
 }
 
-const TagForm unknownForm = formOf<SwfTagUnknown>("Unknown");
+constexpr const char* unknownName = "Unknown";
+const TagForm unknownForm = formOf<SwfTagUnknown>(unknownName);
 
 const TagForm* formByCode(uint16_t code) {
     static const std::unordered_map<uint16_t, TagForm> forms = {
@@ -61,7 +62,7 @@ const TagForm* formByCode(uint16_t code) {
 
 const TagForm* formByName(std::string_view name) {
     static const std::unordered_map<std::string_view, TagForm> forms = {
-        {"Unknown", unknownForm},
+        {unknownName, unknownForm},
 #define SWF_TAG(code, name) {#name, formOf<SwfTag##name>(#name)},
 #include "SwfTags.def"
     };
@@ -150,6 +151,15 @@ std::shared_ptr<SwfTag> makeTag(std::string_view elementName) {
     return form->make();
 }
 
+const XmlNameGroup& tagElements() {
+    static constexpr std::string_view names[] = {
+#define SWF_TAG(code, name) #name,
+#include "SwfTags.def"
+        unknownName};
+    static constexpr XmlNameGroup group{"Tags", names};
+    return group;
+}
+
 std::shared_ptr<SwfTag> readTag(XmlElement& element) {
     if (TagKeeper* keeper = element.context().keeper) {
         if (std::shared_ptr<SwfTag> kept = keeper->untouched(element.offset())) {
@@ -171,7 +181,7 @@ void readTagList(XmlElement& parent, SwfTags& tags) {
     std::vector<uint32_t>& path = parent.context().tagPath;
     uint32_t index = 0;
     path.push_back(0);
-    for (XmlElement child : parent.children()) {
+    for (XmlElement child : parent.children(tagElements())) {
         path.back() = index++; // stays until the child has given its warnings
         if (auto tag = readTag(child))
             tags.append(std::move(tag));

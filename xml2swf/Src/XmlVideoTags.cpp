@@ -57,10 +57,8 @@ void readXml(XmlElement& element, SwfTagDefineVideoStream& tag) {
         return;
     tag.smoothing = flags->boolean("Smoothing");
     tag.deblocking = readDeblocking(*flags);
-    tag.reserved = flags->ui8("Reserved2");
-    if (tag.reserved > 15) // 4 bits
-        flags->badValue("Reserved2", std::to_string(tag.reserved));
-    if (!element.has("CodecId")) // may stand here as well
+    tag.reserved = static_cast<uint8_t>(flags->ranged("Reserved2", 0, 15)); // 4 bits
+    if (!element.has("CodecId"))                                            // may stand here as well
         tag.codecId = static_cast<uint8_t>(flags->named("CodecId", codecs));
 }
 

@@ -41,6 +41,7 @@ public:
 };
 
 class OriginalMovie;
+class XmlReadObserver;
 
 /// Where a tag's element stands in the text that swfToXml gives.
 struct TagText {
@@ -60,6 +61,8 @@ struct ConversionOptions {
     /// XML to SWF: the movie that the text came from. Elements whose text is as it was, the stage, the frame count and
     /// what follows the last tag are written with their original bytes, as long as the SWF version is the same.
     const OriginalMovie* original = nullptr;
+    /// XML to SWF: hears what the readers ask for.
+    XmlReadObserver* observer = nullptr;
 };
 
 /// The widest and highest stage, in pixels: its twips stay below 2^30, as a rectangle's fields ask.

@@ -15,6 +15,7 @@
 #include "SwfStructs.h"
 #include "SwfWarnings.h"
 #include "XmlErrors.h"
+#include "XmlReadObserver.h"
 #include "XmlWindow.h"
 
 namespace xml2swf {
@@ -30,17 +31,11 @@ struct XmlReadContext {
     uint16_t spriteDepth = 0;
     uint16_t actionDepth = 0;
     TagKeeper* keeper = nullptr;                       ///< gives untouched tags their original bytes; may be null
+    XmlReadObserver* observer = nullptr;               ///< hears what the readers ask for; may be null
     const int exceptions = std::uncaught_exceptions(); ///< more of them: an element is let go because of an error
 
     void warn(libswf::SwfWarning::Kind kind, std::string_view element, size_t offset, std::string reason);
 };
-
-/// One name of an enumeration and its value in the file.
-struct XmlName {
-    std::string_view name;
-    uint32_t value;
-};
-using XmlNames = std::span<const XmlName>;
 
 /// The name of a value; empty when it has none.
 std::string_view findName(XmlNames names, uint32_t value);
@@ -63,24 +58,37 @@ public:
     }
 
     std::string_view name() const { return _node->text; }
-    bool is(std::string_view name) const { return this->name() == name; }
+    bool is(std::string_view name) const {
+        if (this->name() == name)
+            return true;
+        if (_context->observer != nullptr) [[unlikely]]
+            _context->observer->comparedName(*this, name);
+        return false;
+    }
     /// Byte of the element's name in the text.
     size_t offset() const { return _window->offsetOf(_node->text.data()); }
     XmlReadContext& context() const { return *_context; }
 
     // Attributes. A value that is not a number or outside the field's range throws XmlValueError.
     bool has(std::string_view name);
-    std::optional<std::string_view> attribute(std::string_view name) {
+    /// The value as it stands; `form` says what the reader takes it for.
+    std::optional<std::string_view> attribute(std::string_view name, const XmlValueForm& form = {}) {
+        tell(name, form);
         const XmlAttribute* found = find(name);
         return found == nullptr ? std::optional<std::string_view>() : found->value;
     }
-    /// The value of the first attribute, whatever its name.
-    std::optional<std::string_view> firstAttribute();
+    /// The value of the first attribute, whatever its name. It is written as `name`.
+    std::optional<std::string_view> firstAttribute(std::string_view name, const XmlValueForm& form);
     /// A text; one with a NUL in it (written as a reference) is a bad value.
     libswf::SwfString string(std::string_view name);
     template <std::integral Int>
     Int integer(std::string_view name) {
         return static_cast<Int>(ranged(name, std::numeric_limits<Int>::min(), std::numeric_limits<Int>::max()));
+    }
+    /// An integer from `low` to `high`.
+    int64_t ranged(std::string_view name, int64_t low, int64_t high) {
+        const XmlAttribute* found = find(name);
+        return found == nullptr ? missingInteger(name, low, high) : inRange(name, found->value, low, high);
     }
     uint8_t ui8(std::string_view name) { return integer<uint8_t>(name); }
     uint16_t ui16(std::string_view name) { return integer<uint16_t>(name); }
@@ -95,20 +103,24 @@ public:
     }
     /// True for "true" and for any non-zero integer.
     bool boolean(std::string_view name);
+    /// True for "true" and for any odd integer.
+    bool lowBit(std::string_view name);
     float real(std::string_view name);
     double realDouble(std::string_view name);
     libswf::SwfColor color(std::string_view name);
     /// The value behind a name; `otherwise` for a text that matches none or is missing.
     uint32_t named(std::string_view name, XmlNames names, uint32_t otherwise = 0);
+    /// The value behind a name, or a number from 0 to `high`; 0 for any other text.
+    uint32_t namedOrNumber(std::string_view name, XmlNames names, uint32_t high);
     [[noreturn]] void badValue(std::string_view attribute, std::string_view value) const;
 
     // Children: elements only, comments and text between them are passed over.
     std::optional<XmlElement> child(std::string_view name);
-    /// The child at a position, whatever its name.
-    std::optional<XmlElement> childAt(uint32_t index);
+    /// The child at a position, whatever its name. It is written as `name`, or under one of several names (empty).
+    std::optional<XmlElement> childAt(uint32_t index, std::string_view name);
     uint32_t countChildren() const;
     /// Notes that nothing reads this element.
-    void skip();
+    void skip(std::string_view reason = "an element of this name is not known here");
     /// Whether no reader asks for some attributes or children does not matter: no warnings.
     void acceptAll() { _allChildren = _allAttributes = true; }
 
@@ -146,6 +158,10 @@ public:
     };
     /// All child elements in order. The caller handles each, or calls its skip().
     Children children();
+    /// The same for a caller that handles each whatever its name. They are written as `name`.
+    Children children(std::string_view name);
+    /// The same for a caller that finds their names in a table.
+    Children children(const XmlNameGroup& names);
 
     /// The text: all CDATA sections joined, or the plain text when there are none.
     std::string content();
@@ -167,14 +183,16 @@ private:
         _next = index + 1;
         return &_attributes[index];
     }
-    int64_t ranged(std::string_view name, int64_t low, int64_t high) {
-        const XmlAttribute* found = find(name);
-        return found == nullptr ? 0 : inRange(name, found->value, low, high);
+    int64_t missingInteger(std::string_view name, int64_t low, int64_t high) const;
+    void tell(std::string_view name, const XmlValueForm& form) const {
+        if (_context->observer != nullptr) [[unlikely]]
+            _context->observer->askedForAttribute(*this, name, form);
     }
     int64_t inRange(std::string_view name, std::string_view text, int64_t low, int64_t high);
     ChildIterator firstChild() const;
     XmlElement takeChild(const ChildIterator& child);
     std::optional<std::string_view> onlySection() const;
+    std::string joinedContent();
     bool hasUnread() const {
         const uint32_t counted = std::min(_node->attributeCount, maxAttributes);
         const uint64_t all = counted == 0 ? 0 : ~uint64_t(0) >> (maxAttributes - counted);

@@ -15,6 +15,8 @@ void writeTag(XmlNode& parent, libswf::SwfTag& tag);
 /// Writes the tags of a list in order.
 void writeTagList(XmlNode& parent, const libswf::SwfTags& tags);
 
+/// The elements of all tags.
+const XmlNameGroup& tagElements();
 /// Builds the tag of an element; null, with a warning, for a name that is no tag's.
 std::shared_ptr<libswf::SwfTag> readTag(XmlElement& element);
 /// Appends the tags of all child elements.

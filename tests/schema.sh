@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# The schema accepts what zelkc writes, and only that: schema.sh ZELKC SCHEMA FOLDER...
+set -euo pipefail
+
+zelkc="$1" schema="$2"
+shift 2
+temp="$(mktemp -d)"
+trap 'rm -rf "$temp"' EXIT
+
+"$zelkc" schema | diff - "$schema" >"$temp/changes" || {
+    head -n 20 "$temp/changes"
+    echo "schema: write it anew: zelkc schema > docs/zelk.xsd"
+    exit 1
+}
+
+validate() { # FILE...
+    xmllint --huge --noout --schema "$schema" "$@" 2>&1
+}
+
+# Each expression spoils a sample: an element, an attribute, a name, a number, an order that no reader knows.
+sample="$(dirname "$schema")/../samples/animated-shape.xml"
+for spoil in 's/<ShowFrame/<ShowFrames/' 's/<ShowFrame/<Line/' 's/SetFill1 Index/SetFill1 Indices/' 's/Radial/Rectangular/' \
+    's/ShapeId="1"/ShapeId="65536"/' 's/Move="true"/Move="maybe"/' 's/<Bounds[^>]*>//' 's/Color="4/Color="g/'; do
+    sed "$spoil" "$sample" >"$temp/spoilt.xml"
+    if cmp -s "$temp/spoilt.xml" "$sample" || validate "$temp/spoilt.xml" >"$temp/log"; then
+        echo "schema: accepts a sample after $spoil"
+        exit 1
+    fi
+done
+
+count=0
+while IFS= read -r -d '' file; do
+    count=$((count + 1)) # names may be the same in several folders
+    case "$file" in
+    *.xml) cp "$file" "$temp/$count-${file##*/}" ;;
+    *.swf) "$zelkc" convert --quiet "$file" "$temp/$count-${file##*/}.xml" 2>/dev/null || continue ;; # broken on purpose
+    esac
+    # Names in a movie may be in another encoding, which makes no XML.
+    iconv -f UTF-8 -t UTF-8 "$temp/$count-"* >/dev/null 2>&1 || rm "$temp/$count-"*
+done < <(find "$@" -type f \( -name '*.swf' -o -name '*.xml' \) -print0 2>/dev/null)
+
+validate "$temp"/[0-9]*.xml >"$temp/log" || {
+    grep -v ' validates$' "$temp/log" | head -n 40
+    exit 1
+}
+echo "schema: accepts $(grep -c ' validates$' "$temp/log") of $count texts"

@@ -104,10 +104,16 @@ def archives():
         yield archive([('data.xml', text)])
 
 
+def carets():
+    """Texts, each behind a byte that says where the caret is."""
+    for i, text in enumerate(texts()):
+        yield bytes([i * 37 % 256]) + text
+
+
 def main():
     target, folder = sys.argv[1], pathlib.Path(sys.argv[2])
     folder.mkdir(parents=True, exist_ok=True)
-    seeds = {'fuzz_xml_to_swf': texts, 'fuzz_project_file': archives}.get(target, movies)
+    seeds = {'fuzz_xml_to_swf': texts, 'fuzz_project_file': archives, 'fuzz_completion': carets}.get(target, movies)
     for seed in seeds():
         if 0 < len(seed) < LIMIT:
             (folder / hashlib.sha1(seed).hexdigest()).write_bytes(seed)

@@ -45,9 +45,10 @@ constexpr CommandRow rows[] = {
     {checkXml, "&Check XML...", "Check xml for correct\nCheck Xml", "check", Needs::document, ""},
     {movieSettings, "&Movie Settings...", "Change version, size and frame rate of the movie\nMovie Settings", "",
      Needs::document, ""},
-    {insertTag, "Insert &tag\tCtrl+Shift+T", "", "", Needs::neverMet, ""},
-    {insertStruct, "Insert &struct\tCtrl+Shift+S", "", "", Needs::neverMet, ""},
-    {insertAction, "Insert &action\tCtrl+Shift+C", "", "", Needs::neverMet, ""},
+    {complete, "C&omplete\tCtrl+Space", "Show what may be typed here\nComplete", "", Needs::document, ""},
+    {insertTag, "Insert &tag\tCtrl+Shift+T", "", "", Needs::document, ""},
+    {insertStruct, "Insert &struct\tCtrl+Shift+S", "", "", Needs::document, ""},
+    {insertAction, "Insert &action\tCtrl+Shift+C", "", "", Needs::document, ""},
     {exportPayload, "E&xport Payload...", "Save the picture, sound or data of the tag at the caret as a file\nExport Payload", "",
      Needs::document, ""},
     {replacePayload, "Re&place Payload...", "Put a file in place of the picture, sound or data of the tag at the caret\nReplace Payload",
@@ -69,9 +70,9 @@ constexpr CommandRow rows[] = {
     {selectAll, "Select All", "", "", Needs::document, "Ctrl+A"},
     {insertColor, "Insert Color As Hex...", "Insert selected color by hex string", "", Needs::document, ""},
     {showColor, "Show Color", "", "", Needs::selection, ""},
-    {insertTagTemplate, "Insert Tag Template...", "", "", Needs::neverMet, ""},
-    {insertActionTemplate, "Insert Action Template...", "", "", Needs::neverMet, ""},
-    {insertStructTemplate, "Insert Struct Template...", "", "", Needs::neverMet, ""},
+    {insertTagTemplate, "Insert Tag Template...", "", "", Needs::document, ""},
+    {insertActionTemplate, "Insert Action Template...", "", "", Needs::document, ""},
+    {insertStructTemplate, "Insert Struct Template...", "", "", Needs::document, ""},
 };
 // clang-format on
 
@@ -83,9 +84,8 @@ constexpr MenuItem editItems[] = {{undo}, {redo},     {cut},          {copy},   
                                   {find}, {findNext}, {findPrevious}, {replace}, line,    {gotoLine}};
 constexpr MenuItem viewItems[] = {{movieXml},   {tagList}, line,        {zoomIn}, {zoomOut},  {zoomReset}, line,
                                   {toggleFold}, {foldAll}, {unfoldAll}, line,     {warnings}, {preview},   {theme}};
-constexpr MenuItem toolsItems[] = {{checkXml},  {movieSettings}, line,
-                                   {insertTag}, {insertStruct},  {insertAction},
-                                   line,        {exportPayload}, {replacePayload}};
+constexpr MenuItem toolsItems[] = {{checkXml},     {movieSettings}, line, {insertTag},     {insertStruct},
+                                   {insertAction}, {complete},      line, {exportPayload}, {replacePayload}};
 constexpr MenuItem windowItems[] = {{close}, {closeAll}, line, {nextDocument}, {previousDocument}};
 constexpr MenuItem helpItems[] = {{updates}, {homePage}, {about}};
 constexpr Menu menus[] = {{"&File", fileItems},   {"&Edit", editItems},     {"&View", viewItems},

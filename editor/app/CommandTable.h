@@ -68,6 +68,7 @@ constexpr int themeDark = 60015;
 constexpr int movieSettings = 60016;
 constexpr int exportPayload = 60020;
 constexpr int replacePayload = 60021;
+constexpr int complete = 60025;
 constexpr int preview = 60030;
 } // namespace CommandId
 

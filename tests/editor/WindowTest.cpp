@@ -293,6 +293,25 @@ TEST_F(WindowTest, MenusStandAsTheirTextsSay) {
     EXPECT_EQ(shownTexts(*window, textViewMenu()), QString::fromUtf8(textViewTexts));
 }
 
+TEST_F(WindowTest, NewElementsAreAskedForByKeysAndMenus) {
+    const std::tuple<Qt::Key, int, const char*> commands[] = {
+        {Qt::Key_T, CommandId::insertTagTemplate, "Insert Tag Template"},
+        {Qt::Key_S, CommandId::insertStructTemplate, "Insert Struct Template"},
+        {Qt::Key_C, CommandId::insertActionTemplate, "Insert Action Template"}};
+    for (const auto& [key, id, title] : commands) {
+        const auto expectDialog = [this, title = title] {
+            answers.add([title](QWidget& dialog) {
+                EXPECT_EQ(dialog.windowTitle(), QString::fromUtf8(title));
+                QTest::keyClick(&dialog, Qt::Key_Escape);
+            });
+        };
+        expectDialog();
+        press(key, Qt::ControlModifier | Qt::ShiftModifier);
+        expectDialog();
+        window->actions().action(id)->trigger();
+    }
+}
+
 TEST_F(WindowTest, ClosingAModifiedDocumentAsks) {
     const QString question =
         QStringLiteral("The file has been changed.\nTo save the changes and close, click \"Yes\".\n"

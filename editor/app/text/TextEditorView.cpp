@@ -3,8 +3,10 @@
 #include <QColorDialog>
 #include <QContextMenuEvent>
 #include <QFontDatabase>
+#include <QMessageBox>
 
 #include "ColorText.h"
+#include "InsertElementDlg.h"
 #include "TagMatch.h"
 #include "TextFolds.h"
 
@@ -24,7 +26,8 @@ constexpr QRgb faint = 0xFF808080, lineShade = 0xFFEEF4FB, selectionShade = 0xFF
 
 } // namespace
 
-TextEditorView::TextEditorView(QWidget* parent) : TextControl(parent) {
+TextEditorView::TextEditorView(QWidget* parent)
+    : TextControl(parent), _autocomplete(new TextEditorAutocomplete(*this)) {
     setLook();
     setKeys();
     connect(this, &QsciScintillaBase::SCN_SAVEPOINTLEFT, this, [this] { Q_EMIT modificationChanged(true); });
@@ -194,6 +197,27 @@ void TextEditorView::insertColorAsHex() {
         QColorDialog::getColor(shown.value_or(Qt::black), this, tr("Insert Color"), QColorDialog::ShowAlphaChannel);
     if (color.isValid())
         replaceSelection(colorText(color));
+}
+
+void TextEditorView::insertElement(ElementKind kind) {
+    const QString title = kind == ElementKind::tag      ? tr("Insert Tag Template")
+                          : kind == ElementKind::action ? tr("Insert Action Template")
+                                                        : tr("Insert Struct Template");
+    const auto place = placeForElement(text(), static_cast<size_t>(send(SCI_GETCURRENTPOS)), kind);
+    if (!place) {
+        QMessageBox::information(this, title, tr("Nothing of this kind can stand here."));
+        return;
+    }
+    InsertElementDlg dialog(title, place->choices, this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const TextChange change = zelk::insertElement(*place, dialog.choice());
+    replaceBytes(change.start, change.end, change.text);
+    // The first value is there to be typed over.
+    const std::string_view line = std::string_view(change.text).substr(0, change.text.find('>', place->before.size()));
+    const size_t value = line.find('"', place->before.size());
+    const size_t end = value == line.npos ? line.size() : line.find('"', value + 1);
+    select({change.start + (value == line.npos ? end : value + 1), change.start + end});
 }
 
 // A new line starts where the one before it does.

@@ -1,8 +1,10 @@
 // Shows and edits the XML text of one document.
 #pragma once
 
+#include "ElementInsertion.h"
 #include "SwfSyntaxHighlighter.h"
 #include "TextControl.h"
+#include "TextEditorAutocomplete.h"
 #include "TextSearch.h"
 
 namespace zelk {
@@ -52,6 +54,12 @@ public:
     void unfoldAll();
     /// Asks for a colour and puts it, as attributes have it, in place of the selection.
     void insertColorAsHex();
+    /// Shows what may be typed at the caret.
+    void complete() { _autocomplete->show(); }
+    /// Ask for a new element and put it where it may stand, at the caret or behind what the caret is in.
+    void insertNewTag() { insertElement(ElementKind::tag); }
+    void insertNewAction() { insertElement(ElementKind::action); }
+    void insertNewStruct() { insertElement(ElementKind::structure); }
 
 Q_SIGNALS:
     void modificationChanged(bool isModified);
@@ -71,8 +79,10 @@ private:
     void markTags();
     void indent(int character);
     void toggleFoldAt(long line);
+    void insertElement(ElementKind kind);
 
     SwfSyntaxHighlighter _highlighter;
+    TextEditorAutocomplete* _autocomplete;
 };
 
 } // namespace zelk

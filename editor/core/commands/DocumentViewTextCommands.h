@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Command.h"
+#include "Completion.h"
 
 namespace zelk::guicommand::documentviewtext {
 
@@ -58,6 +59,16 @@ public:
 private:
     Session& _session;
     ITextView& _view;
+};
+
+/// Lists what may be typed at the caret; nothing where nothing is known.
+class SwfAutoCompleteCmd : public FinalCommand {
+public:
+    explicit SwfAutoCompleteCmd(ICompletionView& view) : _view(view) {}
+    bool Execute() override;
+
+private:
+    ICompletionView& _view;
 };
 
 /// Shows a colour as the background of a small movie. Does nothing for an empty text; one that is no colour fails.

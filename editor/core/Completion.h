@@ -1,0 +1,34 @@
+// What may be typed at a place of a movie's XML.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zelk {
+
+struct Completion {
+    enum class Kind : uint8_t { element, endTag, attribute, value };
+    Kind kind;
+    size_t start; ///< of what stands there of it already, up to the place
+    /// Elements and attributes in the order in which they are written, tags and actions in that of the alphabet. Among
+    /// elements "/NAME" closes the one around them.
+    std::vector<std::string> words;
+};
+
+/// Where a list of what may be typed comes up.
+class ICompletionView {
+public:
+    virtual ~ICompletionView() = default;
+
+    /// Valid until the text changes.
+    virtual std::string_view text() const = 0;
+    virtual size_t caret() const = 0;
+    virtual void showList(const Completion& completion) = 0;
+};
+
+/// None where nothing is known. Looks at some megabyte of text at most.
+std::optional<Completion> completionAt(std::string_view text, size_t position);
+
+} // namespace zelk

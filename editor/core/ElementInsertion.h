@@ -1,0 +1,31 @@
+// Putting new elements into a movie's XML where they may stand.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "MovieSettings.h"
+#include "XmlVocabulary.h"
+
+namespace zelk {
+
+enum class ElementKind : uint8_t { tag, action, structure };
+
+/// Where a new element goes.
+struct ElementPlace {
+    std::vector<xml2swf::XmlChildForm> choices;
+    size_t start, end;                ///< what is replaced
+    std::string before, after;        ///< what stands around the new element then
+    std::string indentation, lineEnd; ///< of its lines
+};
+
+/// The nearest place for elements of this kind: in the element at `position`, else at the beginning of the next one,
+/// else behind the one that it is in. None when none of these holds elements of this kind, or they are too big to tell.
+std::optional<ElementPlace> placeForElement(std::string_view text, size_t position, ElementKind kind);
+
+/// Puts a new element there, complete with the attributes and children that belong to it.
+TextChange insertElement(const ElementPlace& place, const xml2swf::XmlChildForm& choice);
+
+} // namespace zelk

@@ -13,6 +13,11 @@ void SwfException::addPlace(const std::string& place) {
     compose();
 }
 
+void SwfException::addTag(uint32_t position, const std::string& name) {
+    addPlace("tag " + std::to_string(position) + " (" + name + ")");
+    _tagPath.insert(_tagPath.begin(), position);
+}
+
 void SwfException::compose() {
     _what = (_place.empty() ? _text : _place + ": " + _text) + " (code " + std::to_string(_code) + ")";
 }

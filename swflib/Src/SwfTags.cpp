@@ -40,7 +40,7 @@ static void forEachWritten(const std::vector<std::shared_ptr<SwfTag>>& tags, Swf
         try {
             act(tag);
         } catch (SwfException& error) {
-            error.addPlace("tag " + std::to_string(i) + " (" + tagName(tag.type) + ")");
+            error.addTag(static_cast<uint32_t>(i), tagName(tag.type));
             throw;
         }
     }

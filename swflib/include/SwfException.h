@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <exception>
 #include <string>
+#include <vector>
 
 namespace libswf {
 
@@ -29,6 +30,10 @@ public:
 
     /// Puts an outer place in front ("tag 3 (DefineSprite)"), as the exception passes through it.
     void addPlace(const std::string& place);
+    /// The same for a tag, "tag 3 (DefineSprite)", by its position in its list.
+    void addTag(uint32_t position, const std::string& name);
+    /// The positions given to addTag, the outermost first.
+    const std::vector<uint32_t>& tagPath() const { return _tagPath; }
 
 private:
     void compose();
@@ -37,6 +42,7 @@ private:
     std::string _place;
     std::string _text;
     std::string _what;
+    std::vector<uint32_t> _tagPath;
 };
 
 /// A file that cannot be read or written (codes 4097 to 4100).

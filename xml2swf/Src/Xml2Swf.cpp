@@ -57,7 +57,7 @@ void readTags(XmlElement& root, IXml2SwfConversionTarget& target, IProgressRepor
             if (auto tag = readTag(child))
                 target.append(std::move(tag));
         } catch (SwfException& error) {
-            error.addPlace("tag " + std::to_string(done) + " (" + std::string(child.name()) + ")");
+            error.addTag(done, std::string(child.name()));
             throw;
         }
         ++done;

@@ -26,6 +26,7 @@ public:
 
     std::string_view text() const { return _text; }
     XmlBlock& top() { return _structure.document; }
+    const MovieSpan& movie() const { return _structure.movie; }
     XmlBlock& block(uint32_t index) { return _structure.blocks[index]; }
 
     /// The piece's nodes, parsed. Throws XmlSyntaxError.

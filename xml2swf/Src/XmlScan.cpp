@@ -124,7 +124,9 @@ private:
         ++parent.children;
         const bool isTag = _spans != nullptr && parent.holdsTags;
         if (isTag)
-            _spans->push_back({start, closed ? tagEnd : _text.npos});
+            _spans->push_back({start, closed ? tagEnd : _text.npos, _depth});
+        if (_depth == 0 && _result.movie.start == MovieSpan::none && nameAt(_text, start + 1) == "Movie")
+            _result.movie = {start, tagEnd, tagEnd, closed ? tagEnd : MovieSpan::none};
         if (closed) {
             childEnds(parent, start, tagEnd);
             return;
@@ -151,6 +153,10 @@ private:
         Open& parent = _open[--_depth];
         if (element.span != SIZE_MAX)
             (*_spans)[element.span].end = end;
+        if (element.start == _result.movie.start && _depth == 0) {
+            _result.movie.contentEnd = start;
+            _result.movie.end = end;
+        }
         if (end - element.start < windowSize) {
             childEnds(parent, element.start, end);
             return true;
@@ -201,6 +207,14 @@ private:
 
 XmlStructure scanXml(std::string_view text, uint32_t maxDepth, std::vector<ElementSpan>* spans) {
     return Scanner(text, maxDepth, spans).run();
+}
+
+size_t markupEnd(std::string_view text, size_t start) {
+    const char next = start + 1 < text.size() ? text[start + 1] : '\0';
+    if (next == '!' || next == '?')
+        return std::min(skipSpecial(text, start), text.size());
+    const size_t end = endOfTag(text, start + 1);
+    return end == text.npos ? text.size() : end + 1;
 }
 
 } // namespace xml2swf

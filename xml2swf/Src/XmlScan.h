@@ -34,7 +34,8 @@ constexpr size_t windowSize = 16 * 1024;
 struct XmlStructure {
     std::vector<XmlBlock> blocks; ///< in the order of their ends
     XmlBlock document;            ///< the text as a whole
-    bool regular = true;          ///< elements close as they open; otherwise the parser has to see the text as a whole
+    MovieSpan movie;
+    bool regular = true; ///< elements close as they open; otherwise the parser has to see the text as a whole
 };
 
 /// Throws XmlSyntaxError for a NUL (the parser would take it for the end) and for elements nested more than `maxDepth`

@@ -1,15 +1,22 @@
 #include "XmlTagSpans.h"
 
-#include "Conversion.h"
+#include <algorithm>
+
 #include "XmlDocument.h"
-#include "XmlScan.h"
+#include "XmlErrors.h"
 
 namespace xml2swf {
 
 XmlTagSpans findTagSpans(std::string_view text) {
-    checkXml(text);
     XmlTagSpans result;
-    scanXml(text, XmlDocument::maxDepth, &result.spans);
+    try {
+        XmlDocument document(text, &result.spans);
+        document.validate();
+        result.movie = document.movie();
+    } catch (XmlSyntaxError& error) {
+        error.place.locate(text);
+        throw;
+    }
     return result;
 }
 

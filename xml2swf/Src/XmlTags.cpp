@@ -183,8 +183,13 @@ void readTagList(XmlElement& parent, SwfTags& tags) {
     path.push_back(0);
     for (XmlElement child : parent.children(tagElements())) {
         path.back() = index++; // stays until the child has given its warnings
-        if (auto tag = readTag(child))
-            tags.append(std::move(tag));
+        try {
+            if (auto tag = readTag(child))
+                tags.append(std::move(tag));
+        } catch (SwfException& error) {
+            error.addTag(index - 1, std::string(child.name())); // Not the path's: inner lists may have left theirs.
+            throw;
+        }
     }
     path.pop_back();
 }

@@ -7,6 +7,9 @@
 #include "ProjectFile.h"
 #include "SwfException.h"
 #include "SwfUtils.h"
+#include "TagIndex.h"
+#include "TagText.h"
+#include "XmlTags.h"
 
 namespace zelk {
 
@@ -126,6 +129,52 @@ void saveByKind(SaveParams& params, FileKind kind) {
     }
 }
 
+// Whether the compiler makes a tag of an element, or leaves it out.
+bool isTagName(std::string_view name) {
+    try {
+        makeTag(name);
+        return true;
+    } catch (const std::runtime_error&) {
+        return false;
+    }
+}
+
+// The element at these positions. With `tagsOnly` they count only elements that are tags.
+uint32_t tagOfError(const TagIndex& index, std::string_view text, const std::vector<uint32_t>& positions,
+                    bool tagsOnly) {
+    uint32_t tag = TagIndex::movie;
+    for (uint32_t position : positions) {
+        uint32_t row = 0, count = 0;
+        for (; row < index.childCount(tag); ++row) {
+            const size_t start = index.start(index.child(tag, row));
+            count += !tagsOnly || isTagName(elementName(text.substr(start)));
+            if (count > position)
+                break;
+        }
+        if (row == index.childCount(tag))
+            break;
+        tag = index.child(tag, row);
+    }
+    return tag;
+}
+
+// Says where the tag of an error stands in the text.
+[[noreturn]] void throwPlaced(const SwfException& error, std::string_view text, bool tagsOnly) {
+    const TagIndex index(text);
+    const uint32_t tag = tagOfError(index, text, error.tagPath(), tagsOnly);
+    XmlPlace place{tag == TagIndex::movie ? index.movieSpan().start : index.start(tag)};
+    place.locate(text);
+    throw TagException(error.what(), place.row, place.column);
+}
+
+SwfVector<uint8_t> serialise(SwfMovie& movie, SwfWarnings& warnings, std::string_view text) {
+    try {
+        return movie.serialise(bestCompression, &warnings);
+    } catch (const SwfException& error) {
+        throwPlaced(error, text, true);
+    }
+}
+
 } // namespace
 
 void loadDocument(LoadParams& params) {
@@ -166,9 +215,11 @@ SwfVector<uint8_t> compileDocument(CompileParams& params, const std::string& fil
             throw FileSaveException(fileName, "The document has no Movie element.");
     } catch (const XmlSyntaxError& error) {
         throw XmlException(error.what(), error.place.row, error.place.column);
+    } catch (const SwfException& error) {
+        throwPlaced(error, params.text, false);
     }
     params.progress.checkCancelled();
-    SwfVector<uint8_t> bytes = target.movie.serialise(bestCompression, &warnings);
+    SwfVector<uint8_t> bytes = serialise(target.movie, warnings, params.text);
     for (const SwfWarning& warning : warnings.items())
         params.warnings.push_back(documentWarning(warning));
     addTotal(params.warnings, warnings.total());

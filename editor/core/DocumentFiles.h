@@ -27,7 +27,7 @@ struct SaveParams : CompileParams {
 };
 
 /// [worker thread] Writes by the kind of the file name. What stood there stays when anything fails. Throws
-/// FileSaveException, XmlException and the errors of xmlToSwf.
+/// FileSaveException, XmlException, TagException and the errors of xmlToSwf but SwfException.
 void saveDocument(SaveParams& params);
 
 /// [worker thread] The movie file's bytes. Throws like saveDocument, but FileSaveException only for a text without a

@@ -65,6 +65,14 @@ public:
     using ZelkException::ZelkException;
 };
 
+/// A tag cannot be written into a movie. Row and column of its element, from 1.
+class TagException : public ZelkException {
+public:
+    TagException(std::string description, uint32_t row, uint32_t column)
+        : ZelkException(std::move(description)), row(row), column(column) {}
+    const uint32_t row, column;
+};
+
 /// A movie cannot be played.
 class PlayerException : public ZelkException {
 public:

@@ -99,6 +99,11 @@ Failure describeFailure() {
         return placed(unexpected(error.description()), error.place);
     } catch (const NoPlayerException& error) {
         return {message(MessageCode::noPlayer), error.description()};
+    } catch (const TagException& error) {
+        Failure failure = unexpected(error.description());
+        failure.row = error.row;
+        failure.column = error.column;
+        return failure;
     } catch (const PlayerException& error) {
         return {message(MessageCode::cannotPlay), error.description()};
     } catch (const std::bad_alloc&) {

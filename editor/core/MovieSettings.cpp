@@ -71,6 +71,11 @@ MovieSettings settingsOf(std::string_view startTag) {
 
 } // namespace
 
+std::string headerLine(const MovieSettings& settings) {
+    return "[ SWF version: " + settings.version + " Width: " + settings.width + " Height: " + settings.height +
+           " Frame rate: " + settings.frameRate + " Compressed: " + (settings.isCompressed ? "Yes" : "No") + " ]";
+}
+
 MovieSettings movieSettings(std::string_view text) {
     const XmlStartTag tag = startTagOf(text);
     return settingsOf(text.substr(tag.start, tag.end - tag.start));

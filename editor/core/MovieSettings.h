@@ -13,11 +13,14 @@ struct MovieSettings {
     bool operator==(const MovieSettings&) const = default;
 };
 
-/// A piece of a text and what shall stand in its place.
+/// A range of a text, in bytes, and what shall stand in its place.
 struct TextChange {
     size_t start, end;
     std::string text;
 };
+
+/// "[ SWF version: 7 Width: 550 Height: 400 Frame rate: 12 Compressed: Yes ]".
+std::string headerLine(const MovieSettings& settings);
 
 /// Throws XmlSyntaxError, and ZelkException for a text without a Movie element.
 MovieSettings movieSettings(std::string_view text);

@@ -60,6 +60,38 @@ public:
     virtual uint32_t rowCount() const = 0;
 };
 
+/// A text that commands change. It has one history, which the user goes through in the text view as well.
+class IEditableText : public ITextView {
+public:
+    /// Makes all of them as one step of undo. Ascending; none overlaps another.
+    virtual void replaceAll(std::span<const TextChange> changes) = 0;
+    /// Takes the last step back, whoever made it. False when there is none.
+    virtual bool undo() = 0;
+    virtual bool redo() = 0;
+    /// Another number after every change, undo and redo included.
+    virtual uint64_t changeCount() const = 0;
+};
+
+/// Where tags are on their way between documents and programs.
+class IClipboard {
+public:
+    virtual ~IClipboard() = default;
+    /// XML elements, UTF-8, as tags and as plain text. False when it cannot be done.
+    virtual bool setTags(const std::string& elements) = 0;
+    /// What setTags put there, if it is what stands there.
+    virtual std::optional<std::string> tags() = 0;
+    virtual std::string plainText() = 0;
+};
+
+/// The user, editing one tag.
+class ITagEditor {
+public:
+    virtual ~ITagEditor() = default;
+    /// Takes the XML of a tag, or an empty text for a new one. Gives exactly one element that compiles for this SWF
+    /// version; none when the user thinks better of it.
+    virtual std::optional<std::string> editTag(const std::string& element, uint8_t version) = 0;
+};
+
 /// Shows a movie.
 class IPlayer {
 public:

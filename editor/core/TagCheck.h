@@ -1,0 +1,16 @@
+// Whether a text is one tag.
+#pragma once
+
+#include "SwfWarnings.h"
+#include "TaggedText.h"
+
+namespace zelk {
+
+/// Throws what keeps a text from being one tag of a movie of this SWF version, comments around it apart: XmlException,
+/// SwfException and the errors of xmlToSwf, with places in `text`; the warnings have their rows there.
+void checkTag(std::string_view text, uint8_t version, libswf::SwfWarnings& warnings);
+
+/// The SWF version for which the movie's tags are compiled.
+uint8_t movieVersion(TaggedText& text);
+
+} // namespace zelk

@@ -1,0 +1,14 @@
+// Tags on the clipboard.
+#pragma once
+
+#include "Session.h"
+
+namespace zelk {
+
+/// The elements on the clipboard, as splitElements gives them: tags, or plain text that is one or more elements. Empty
+/// for anything else.
+std::vector<std::string> tagsOnClipboard(IClipboard& clipboard);
+/// False when the clipboard does not take them.
+bool putOnClipboard(IClipboard& clipboard, const std::vector<std::string>& elements);
+
+} // namespace zelk

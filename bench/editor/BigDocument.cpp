@@ -1,15 +1,18 @@
-// A document of 100 MB in the text view: how long each step keeps the window from doing anything else, and how much
-// memory it takes. Runs without a display.
+// A document of 100 MB in the text view, and 100,000 tags in the tag list: how long each step keeps the window from
+// doing anything else, and how much memory the text takes. Runs without a display.
 #include <QAccessible>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QKeyEvent>
+#include <QLineEdit>
 
 #include <cstdio>
 #include <fstream>
 
+#include "CommandTable.h"
+#include "DocumentView.h"
 #include "SearchController.h"
-#include "TextEditorView.h"
+#include "WindowDialogs.h"
 
 namespace {
 
@@ -70,6 +73,48 @@ void press(QWidget& widget, int key, const QString& text, Qt::KeyboardModifiers 
     QApplication::sendEvent(&widget, &event);
 }
 
+// A movie of 100,000 tags, every tenth of them a sprite with some of its own.
+std::string manyTags() {
+    std::string text = "<Movie SwfVersion=\"8\" Width=\"550\" Height=\"400\" FrameRate=\"12\">\n";
+    for (int id = 1; id <= 10'000; ++id) {
+        const std::string number = std::to_string(id);
+        text += "    <DefineSprite Id=\"" + number + "\" FrameCount=\"1\">\n        <PlaceObject2 Depth=\"" + number +
+                "\" HasCharacter=\"true\" CharacterId=\"1\" />\n        <ShowFrame />\n    </DefineSprite>\n";
+        for (int i = 0; i < 7; ++i)
+            text += "    <PlaceObject2 Depth=\"" + std::to_string(i) + "\" Name=\"clip" + number + "\" />\n";
+    }
+    return text + "</Movie>\n";
+}
+
+void measureTagList() {
+    using namespace zelk;
+    DocumentView view;
+    view.resize(1000, 700);
+    view.show();
+    view.setText(manyTags());
+    handleEvents();
+    WindowDialogs dialogs(nullptr);
+    Session session(dialogs);
+    TagTree& tree = view.list().tree();
+    auto& filter = *view.findChild<QLineEdit*>();
+    std::printf("\n%u tags:\n", view.tags().tags().count());
+    view.replace(0, 0, "\n"); // so that they are looked for again
+    measure("the list opened", 1, [&] { view.showList(); });
+    measure("a page down", 50, [&] { press(tree, Qt::Key_PageDown, {}); });
+    measure("to the last tag", 1, [&] { press(tree, Qt::Key_End, {}); });
+    for (const char* typed : {"c", "l", "i", "p", "9"})
+        measure("a letter of the filter", 1, [&] { press(filter, 0, QString::fromLatin1(typed)); });
+    measure("the filter cleared", 1, [&] { filter.clear(); });
+    measure("everything opened", 1, [&] { tree.expandAll(); });
+    press(tree, Qt::Key_Home, {});
+    press(tree, Qt::Key_Down, {});
+    measure("a tag deleted", 5, [&] { view.list().run(session, CommandId::clear); });
+    measure("taken back", 5, [&] { view.list().run(session, CommandId::undo); });
+    measure("everything selected", 1, [&] { tree.selectAll(); });
+    measure("everything deleted", 1, [&] { view.list().run(session, CommandId::clear); });
+    measure("taken back", 1, [&] { view.list().run(session, CommandId::undo); });
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -104,5 +149,6 @@ int main(int argc, char** argv) {
     measure("a fold in the middle", 10, [&] { view.toggleFold(); });
     std::printf("%-44s %9.2f x\n", "memory, in sizes of the text", (memory("VmRSS") - before) / textMegabytes);
     std::printf("%-44s %9.2f x\n", "at most, with the text handed over", (memory("VmHWM") - before) / textMegabytes);
+    measureTagList();
     return 0;
 }

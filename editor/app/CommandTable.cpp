@@ -29,7 +29,8 @@ constexpr CommandRow rows[] = {
     {replace, "R&eplace...\tCtrl+R", "", "replace", Needs::document, ""},
     {gotoLine, "Go &To Line...", "", "", Needs::document, "Ctrl+G"},
     {movieXml, "&Movie XML", "", "", Needs::document, ""},
-    {tagList, "&Tag list", "", "", Needs::neverMet, ""},
+    {tagList, "&Tag list", "", "", Needs::document, ""},
+    {insert, "&Insert", "Insert a tag behind the selected one\nInsert", "", Needs::document, ""},
     {zoomIn, "Zoom &In\tCtrl++", "", "", Needs::document, "Ctrl+="},
     {zoomOut, "Zoom &Out\tCtrl+-", "", "", Needs::document, ""},
     {zoomReset, "&Normal Size\tCtrl+0", "", "", Needs::document, ""},
@@ -118,6 +119,8 @@ constexpr MenuItem textViewItems[] = {{undo, "&Undo"},
                                       {insertTagTemplate},
                                       {insertActionTemplate},
                                       {insertStructTemplate}};
+constexpr MenuItem tagListItems[] = {{insert},          line, {cut, "C&ut"},   {copy, "&Copy"}, {paste, "&Paste"}, line,
+                                     {clear, "&Clear"}, line, {undo, "&Undo"}, {redo, "&Redo"}};
 
 } // namespace
 
@@ -133,5 +136,6 @@ std::span<const MenuItem> themeMenu() { return themeItems; }
 std::span<const int> toolBarCommands() { return toolBar; }
 std::span<const MenuItem> tabMenu() { return tabItems; }
 std::span<const MenuItem> textViewMenu() { return textViewItems; }
+std::span<const MenuItem> tagListMenu() { return tagListItems; }
 
 } // namespace zelk

@@ -27,6 +27,7 @@ constexpr int play = 32900;
 constexpr int updates = 32994;
 constexpr int movieXml = 33002;
 constexpr int tagList = 33003;
+constexpr int insert = 33005;
 constexpr int insertTag = 33006;
 constexpr int insertStruct = 33007;
 constexpr int insertAction = 33008;
@@ -113,5 +114,6 @@ std::span<const MenuItem> themeMenu();
 std::span<const int> toolBarCommands();
 std::span<const MenuItem> tabMenu();
 std::span<const MenuItem> textViewMenu();
+std::span<const MenuItem> tagListMenu();
 
 } // namespace zelk

@@ -1,20 +1,35 @@
 #include "DocumentView.h"
 
 #include <QFileInfo>
+#include <QStackedWidget>
 #include <QVBoxLayout>
+
+#include "Exceptions.h"
 
 namespace zelk {
 
-DocumentView::DocumentView(QWidget* parent) : QWidget(parent), _editor(new TextEditorView(this)) {
+DocumentView::DocumentView(QWidget* parent)
+    : QWidget(parent), _editor(new TextEditorView(this)), _list(new DocumentViewList(_tags, this)),
+      _views(new QStackedWidget(this)) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(_editor);
+    layout->addWidget(_views);
+    _views->addWidget(_editor);
+    _views->addWidget(_list);
     setFocusProxy(_editor);
     connect(_editor, &TextEditorView::modificationChanged, this, [this](bool isModified) {
         _document.isModified = isModified;
         Q_EMIT stateChanged();
     });
     connect(_editor, &TextEditorView::placeChanged, this, &DocumentView::stateChanged);
+    // Commands that know nothing of the list change the text behind it.
+    connect(_editor, &TextControl::edited, this, [this] {
+        if (showsList())
+            _list->showChange();
+    });
+    connect(_list, &DocumentViewList::selectionChanged, this, &DocumentView::stateChanged);
+    connect(_list, &DocumentViewList::currentTagChanged, this, &DocumentView::currentTagChanged);
+    connect(_list, &DocumentViewList::listLost, this, [this] { showView(_editor); });
 }
 
 QString DocumentView::title() const {
@@ -25,7 +40,81 @@ void DocumentView::setText(std::string bytes) { _editor->setText(std::move(bytes
 
 void DocumentView::gotoPlace(uint32_t row, uint32_t column) {
     _editor->gotoPlace(row, column);
-    _editor->setFocus();
+    if (showsList() && _tags.isCurrent()) {
+        const uint32_t tag = tagAtCaret();
+        if (tag != TagIndex::movie) {
+            _list->select(tag);
+            _list->setFocus();
+            return;
+        }
+    }
+    showView(_editor);
+}
+
+bool DocumentView::undo() {
+    const bool canUndo = _editor->canUndo();
+    _editor->undo();
+    return canUndo;
+}
+
+bool DocumentView::redo() {
+    const bool canRedo = _editor->canRedo();
+    _editor->redo();
+    return canRedo;
+}
+
+// --- the two views ---------------------------------------------------------------------------------------------------
+
+bool DocumentView::showsList() const { return _views->currentWidget() == _list; }
+
+void DocumentView::showView(QWidget* view) {
+    _views->setCurrentWidget(view);
+    setFocusProxy(view);
+    view->setFocus();
+    Q_EMIT stateChanged();
+    Q_EMIT currentTagChanged();
+}
+
+// A caret in the blanks before a tag is at that tag.
+uint32_t DocumentView::tagAtCaret() {
+    const std::string_view text = _editor->text();
+    size_t offset = _editor->caret();
+    while (offset < text.size() && (text[offset] == ' ' || text[offset] == '\t'))
+        ++offset;
+    return _tags.tags().at(offset);
+}
+
+void DocumentView::showList() {
+    if (showsList())
+        return;
+    _list->refresh();
+    const uint32_t tag = tagAtCaret();
+    if (tag != TagIndex::movie)
+        _list->select(tag);
+    else if (_tags.tags().count() != 0 && _list->currentTag() == TagIndex::movie)
+        _list->select(0);
+    showView(_list);
+}
+
+std::optional<std::pair<size_t, size_t>> DocumentView::listedTag() {
+    const uint32_t tag = _list->currentTag();
+    if (!showsList() || !_list->isCurrent() || tag == TagIndex::movie)
+        return std::nullopt;
+    return std::pair(_tags.tags().start(tag), _tags.tags().end(tag));
+}
+
+size_t DocumentView::place() {
+    const auto tag = listedTag();
+    return tag ? tag->first : _editor->selection().start;
+}
+
+void DocumentView::showText() {
+    if (showsList() && _tags.isCurrent()) {
+        const uint32_t tag = _list->currentTag();
+        if (tag != TagIndex::movie && tag != tagAtCaret())
+            _editor->gotoOffset(_tags.tags().start(tag));
+    }
+    showView(_editor);
 }
 
 } // namespace zelk

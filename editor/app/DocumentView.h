@@ -3,12 +3,14 @@
 
 #include <QWidget>
 
-#include "Session.h"
+#include "list/DocumentViewList.h"
 #include "text/TextEditorView.h"
+
+class QStackedWidget;
 
 namespace zelk {
 
-class DocumentView : public QWidget, public ITextView {
+class DocumentView : public QWidget, public IEditableText {
     Q_OBJECT
 public:
     explicit DocumentView(QWidget* parent = nullptr);
@@ -16,6 +18,19 @@ public:
     Document& document() { return _document; }
     const Document& document() const { return _document; }
     TextEditorView& editor() { return *_editor; }
+    DocumentViewList& list() { return *_list; }
+    TaggedText& tags() { return _tags; }
+
+    bool showsList() const;
+    /// Shows the tag list with the tag at the caret selected. Throws XmlException and stays with the text when that is
+    /// not well-formed.
+    void showList();
+    /// Start and end of the list's current tag in the text. None while the text is shown.
+    std::optional<std::pair<size_t, size_t>> listedTag();
+    /// Where that tag starts, or else the selected text.
+    size_t place();
+    /// Shows the text with the caret at the tag that is selected in the list.
+    void showText();
 
     /// Full path, or the made-up name.
     QString fileName() const { return QString::fromStdString(_document.fileName); }
@@ -28,17 +43,30 @@ public:
         _editor->replaceBytes(start, end, bytes);
     }
     void setSavePoint() override { _editor->setSavePoint(); }
+    /// In the tag list, selects the tag there; the text comes up when there is none.
     void gotoPlace(uint32_t row, uint32_t column) override;
     uint32_t row() const override { return _editor->row(); }
     uint32_t rowCount() const override { return _editor->rowCount(); }
+    void replaceAll(std::span<const TextChange> changes) override { _editor->replaceAll(changes); }
+    bool undo() override;
+    bool redo() override;
+    uint64_t changeCount() const override { return _editor->changeCount(); }
 
 Q_SIGNALS:
     /// Whether it is modified, selected text, what can be undone, where the caret is.
     void stateChanged();
+    /// What `listedTag` gives, or the text there.
+    void currentTagChanged();
 
 private:
+    uint32_t tagAtCaret();
+    void showView(QWidget* view);
+
     Document _document;
     TextEditorView* _editor;
+    TaggedText _tags{*this};
+    DocumentViewList* _list;
+    QStackedWidget* _views;
 };
 
 } // namespace zelk

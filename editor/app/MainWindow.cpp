@@ -131,6 +131,7 @@ void MainWindow::addView(DocumentView* view) {
 void MainWindow::watch(DocumentView& view) {
     connect(&view.editor(), &TextEditorView::contextMenuAsked, this,
             [this](const QPoint& position) { showContextMenu(textViewMenu(), position); });
+    watchList(view);
     // The text would take the name of a dropped file as text.
     for (QWidget* widget : view.findChildren<QWidget*>())
         widget->installEventFilter(this);
@@ -210,6 +211,7 @@ void MainWindow::showState() {
         _statusBar->showPlace(0, 0);
     }
     _actions->update(state);
+    showListState();
     if (windowTitle() != title)
         setWindowTitle(title);
 }

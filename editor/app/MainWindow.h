@@ -46,6 +46,7 @@ private:
     void addTextHandlers();
     void addViewHandlers();
     void addWindowHandlers();
+    void addListHandlers();
     void run(int id);
 
     bool openFile(const QString& fileName);
@@ -71,6 +72,9 @@ private:
     void fillRecentFiles();
     void showState();
     void showWarnings();
+    /// Of commands whose state depends on whether the text or the tag list is shown.
+    void showListState();
+    void watchList(DocumentView& view);
     void setTheme(int id);
     void showAbout();
     void addPreview();

@@ -39,6 +39,7 @@ void MainWindow::addHandlers() {
     _handlers[replace] = [this] { _search->openReplace(); };
     addTextHandlers();
     addWindowHandlers();
+    addListHandlers();
 }
 
 // Commands that the text view of the current document carries out.
@@ -96,7 +97,7 @@ void MainWindow::addWindowHandlers() {
         ShowColorCmd command(_session, view.editor().selectedText());
         execute(command, nullptr);
     });
-    onCurrent(movieXml, [](DocumentView& view) { view.setFocus(); });
+    onCurrent(movieXml, [](DocumentView& view) { view.showText(); });
     onCurrent(checkXml, [this](DocumentView& view) {
         CheckXmlCmd command(_session, view);
         execute(command, &view);
@@ -105,7 +106,7 @@ void MainWindow::addWindowHandlers() {
         MovieSettingsCmd command(_session, view);
         execute(command, &view);
     });
-    const auto caret = [](DocumentView& view) { return view.editor().selection().start; };
+    const auto caret = [](DocumentView& view) { return view.place(); };
     onCurrent(exportPayload, [=, this](DocumentView& view) { exportPayloadAt(view, caret(view)); });
     onCurrent(replacePayload, [=, this](DocumentView& view) { replacePayloadAt(view, caret(view)); });
     onCurrent(CommandId::gotoLine, [this](DocumentView& view) {

@@ -18,7 +18,11 @@ void MainWindow::addPreview() {
 
 void MainWindow::choosePreviewed() {
     DocumentView* view = _tabs->current();
-    _preview->showCaret(view == nullptr ? nullptr : &view->editor());
+    const auto tag = view == nullptr ? std::nullopt : view->listedTag();
+    if (tag)
+        _preview->showTag(view->editor(), {tag->first, tag->second});
+    else
+        _preview->showCaret(view == nullptr ? nullptr : &view->editor());
 }
 
 } // namespace zelk

@@ -5,105 +5,17 @@
 #include <QMimeData>
 #include <QTest>
 
-#include <deque>
 #include <thread>
 
 #include "Conversion.h"
-#include "MainWindow.h"
-#include "ProgressBarDialog.h"
 #include "SingleInstance.h"
 #include "SwfUtils.h"
+#include "WindowFixture.h"
 
 namespace {
 
 using namespace zelk;
 namespace fs = std::filesystem;
-
-// Answers the modal dialogs that come up, one after the other.
-class Answers : public QObject {
-public:
-    using Answer = std::function<void(QWidget&)>;
-
-    Answers() {
-        connect(&_timer, &QTimer::timeout, this, [this] {
-            QWidget* dialog = QApplication::activeModalWidget();
-            if (dialog == nullptr || !dialog->isVisible() || qobject_cast<ProgressBarDialog*>(dialog) != nullptr)
-                return;
-            if (_answers.empty()) {
-                const auto* box = qobject_cast<QMessageBox*>(dialog);
-                ADD_FAILURE() << "unexpected dialog: " << dialog->windowTitle().toStdString() << " "
-                              << (box == nullptr ? std::string() : box->text().toStdString());
-                dialog->close();
-                return;
-            }
-            const Answer answer = _answers.front();
-            _answers.pop_front();
-            // Not from the timer's own event: a dialog that opens another one would wait for it forever.
-            QMetaObject::invokeMethod(
-                dialog, [answer, dialog] { answer(*dialog); }, Qt::QueuedConnection);
-        });
-        _timer.start(5);
-    }
-    ~Answers() override { EXPECT_TRUE(_answers.empty()) << "a dialog did not come up"; }
-
-    void add(Answer answer) { _answers.push_back(std::move(answer)); }
-    void addText(const std::string& text) {
-        add([text](QWidget& dialog) {
-            QWidget* field = dialog.focusWidget();
-            if (auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))) {
-                name->setText(QString::fromStdString(text)); // The list of completions would catch the Return key.
-                field = name;
-            } else {
-                QTest::keyClicks(field, QString::fromStdString(text));
-            }
-            QTest::keyClick(field, Qt::Key_Return);
-        });
-    }
-    void addButton(QMessageBox::StandardButton button, const QString& text) {
-        add([button, text](QWidget& dialog) {
-            auto* box = qobject_cast<QMessageBox*>(&dialog);
-            ASSERT_NE(box, nullptr);
-            EXPECT_TRUE(box->text().startsWith(text)) << box->text().toStdString();
-            QTest::keyClick(box->button(button), Qt::Key_Space);
-        });
-    }
-
-private:
-    QTimer _timer;
-    std::deque<Answer> _answers;
-};
-
-class WindowTest : public testing::Test {
-protected:
-    WindowTest() : settings(folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat) {
-        settings.setValue(QStringLiteral("Player/kind"), QStringLiteral("none"));
-        open();
-    }
-
-    void open() {
-        window = std::make_unique<MainWindow>(settings);
-        window->newDocument();
-        window->show();
-        QApplication::setActiveWindow(window.get());
-        QApplication::processEvents();
-    }
-    std::string path(const std::string& name) const {
-        return folder.filePath(QString::fromStdString(name)).toStdString();
-    }
-    TextEditorView& editor() { return window->tabs().current()->editor(); }
-    void press(int key, Qt::KeyboardModifiers modifiers = {}) {
-        QApplication::setActiveWindow(window.get()); // No window manager does it when a dialog has closed.
-        QWidget* target = QApplication::focusWidget();
-        QTest::keyClick(target == nullptr ? window.get() : target, static_cast<Qt::Key>(key), modifiers);
-        QApplication::processEvents();
-    }
-    void type(const std::string& text) { QTest::keyClicks(&editor(), QString::fromStdString(text)); }
-
-    QTemporaryDir folder;
-    QSettings settings;
-    Answers answers;
-    std::unique_ptr<MainWindow> window;
-};
 
 // A movie with all kinds of tags, from the corpus when it is there.
 std::vector<uint8_t> someMovie() {
@@ -226,6 +138,7 @@ constexpr const char* commandTexts = R"(
 860|Go &To Line...|||
 33002|&Movie XML|||
 33003|&Tag list|||
+33005|&Insert||Insert a tag behind the selected one|Insert
 31900|&Check XML...||Check xml for correct|Check Xml
 33006|Insert &tag|Ctrl+Shift+T||
 33007|Insert &struct|Ctrl+Shift+S||
@@ -254,6 +167,8 @@ constexpr const char* tabTexts = "Close|Close All|Close All But This||&Save|&Sav
 constexpr const char* textViewTexts =
     "&Undo|&Redo||Cut|Cut All||Copy|Copy All||Paste|Clear|Select All||Insert Color As Hex...|Show Color||"
     "Insert Tag Template...|Insert Action Template...|Insert Struct Template...";
+
+constexpr const char* tagListTexts = "&Insert||C&ut|&Copy|&Paste||&Clear||&Undo|&Redo";
 
 QString shownTexts(MainWindow& window, std::span<const MenuItem> items) {
     QMenu menu;
@@ -291,6 +206,7 @@ TEST_F(WindowTest, MenusStandAsTheirTextsSay) {
     }
     EXPECT_EQ(shownTexts(*window, tabMenu()), QString::fromUtf8(tabTexts));
     EXPECT_EQ(shownTexts(*window, textViewMenu()), QString::fromUtf8(textViewTexts));
+    EXPECT_EQ(shownTexts(*window, tagListMenu()), QString::fromUtf8(tagListTexts));
 }
 
 TEST_F(WindowTest, NewElementsAreAskedForByKeysAndMenus) {

@@ -49,6 +49,7 @@ TextControl::TextControl(QWidget* parent) : QsciScintillaBase(parent) {
 void TextControl::willChange(int position, int type) {
     if ((type & (SC_MOD_BEFOREINSERT | SC_MOD_BEFOREDELETE)) == 0)
         return;
+    ++_changeCount;
     _quotes.changedAt(static_cast<size_t>(position));
     if (_isEditedQueued)
         return;
@@ -85,6 +86,13 @@ std::string_view TextControl::bytes() const {
 void TextControl::replaceBytes(size_t start, size_t end, std::string_view bytes) {
     send(SCI_SETTARGETRANGE, static_cast<long>(start), static_cast<long>(end));
     SendScintilla(SCI_REPLACETARGET, static_cast<uintptr_t>(bytes.size()), bytes.data());
+}
+
+void TextControl::replaceAll(std::span<const TextChange> changes) {
+    send(SCI_BEGINUNDOACTION);
+    for (size_t i = changes.size(); i-- > 0;) // from the last one, so that places before it stay
+        replaceBytes(changes[i].start, changes[i].end, changes[i].text);
+    send(SCI_ENDUNDOACTION);
 }
 
 // The control changes the line ends of everything that it pastes itself.

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "QuoteMap.h"
+#include "Session.h"
 
 namespace zelk {
 
@@ -24,6 +25,10 @@ public:
     std::string_view bytes(size_t start, size_t end) const { return bytes().substr(start, end - start); }
     /// One undo step.
     void replaceBytes(size_t start, size_t end, std::string_view bytes);
+    /// Ascending and apart from each other. One undo step.
+    void replaceAll(std::span<const TextChange> changes);
+    /// Another number after every change.
+    uint64_t changeCount() const { return _changeCount; }
 
     /// What a text view put on the clipboard keeps its bytes; line ends of other texts become those of this one.
     void pasteBytes();
@@ -48,6 +53,7 @@ private:
     void willChange(int position, int type);
 
     QuoteMap _quotes;
+    uint64_t _changeCount = 0;
     bool _isEditedQueued = false;
 };
 

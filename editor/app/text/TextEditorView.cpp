@@ -179,7 +179,12 @@ void TextEditorView::gotoPlace(uint32_t row, uint32_t column) {
     long position = send(SCI_POSITIONRELATIVE, start, static_cast<long>(column) - 1);
     if (position == 0 || position > end) // behind the line's or the text's end
         position = column <= 1 ? start : end;
-    send(SCI_ENSUREVISIBLEENFORCEPOLICY, line);
+    gotoOffset(static_cast<size_t>(position));
+}
+
+void TextEditorView::gotoOffset(size_t offset) {
+    const auto position = static_cast<long>(offset);
+    send(SCI_ENSUREVISIBLEENFORCEPOLICY, send(SCI_LINEFROMPOSITION, position));
     send(SCI_GOTOPOS, position);
     send(SCI_VERTICALCENTRECARET);
 }

@@ -33,6 +33,10 @@ public:
     /// Rows and columns count from 1; columns count characters.
     uint32_t row() const;
     uint32_t column() const;
+    /// Offset of the caret.
+    size_t caret() const { return static_cast<size_t>(send(SCI_GETCURRENTPOS)); }
+    /// Puts the caret there and shows it.
+    void gotoOffset(size_t offset);
     uint32_t rowCount() const { return static_cast<uint32_t>(send(SCI_GETLINECOUNT)); }
     /// The nearest place that there is. Shows it even if it was folded away.
     void gotoPlace(uint32_t row, uint32_t column);

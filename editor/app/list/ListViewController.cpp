@@ -1,0 +1,163 @@
+#include "ListViewController.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <algorithm>
+
+#include "ByteSearch.h"
+#include "TagText.h"
+
+namespace zelk {
+
+namespace {
+
+constexpr uint32_t notShown = UINT32_MAX;
+constexpr qsizetype longestText = 400, longestTip = 2000; // in characters; nobody reads more of one row
+
+// One line of at most so many characters.
+QString shortened(QString text, qsizetype most) {
+    for (QChar& c : text) {
+        if (c < u' ' && c != u'\n')
+            c = u' ';
+    }
+    if (text.size() > most)
+        text = text.left(most) + QChar(0x2026);
+    return text;
+}
+
+QString fromBytes(std::string_view bytes, qsizetype most) {
+    return QString::fromUtf8(bytes.substr(0, static_cast<size_t>(most) * 4).data(),
+                             static_cast<qsizetype>(std::min(bytes.size(), static_cast<size_t>(most) * 4)));
+}
+
+} // namespace
+
+void ListViewController::refresh() {
+    _index = nullptr;
+    _index = _text.sharedTags();
+    applyFilter();
+}
+
+const TagIndex& ListViewController::tags() const {
+    static const TagIndex none;
+    return _index == nullptr ? none : *_index;
+}
+
+// --- the filter ------------------------------------------------------------------------------------------------------
+
+void ListViewController::setFilter(const QString& text) {
+    _filter = text;
+    applyFilter();
+}
+
+void ListViewController::applyFilter() {
+    _rows.clear();
+    _childrenOf.clear();
+    _rowOf.clear();
+    _opened.clear();
+    if (_filter.isEmpty())
+        return;
+    std::vector<bool> isShown(tags().count());
+    showMatches(isShown);
+    collect(isShown);
+}
+
+void ListViewController::showMatches(std::vector<bool>& isShown) {
+    const TagIndex& index = tags();
+    const ByteSearch search(_filter);
+    std::vector<bool> isMatch(index.count()), hasMatch(index.count());
+    for (uint32_t tag = index.count(); tag-- > 0;) { // What is inside comes before what is around it.
+        isMatch[tag] = search.isIn(startTag(tag));
+        const uint32_t parent = index.parent(tag);
+        if ((isMatch[tag] || hasMatch[tag]) && parent != TagIndex::movie)
+            hasMatch[parent] = true;
+    }
+    std::vector<bool> isWhole(index.count());
+    for (uint32_t tag = 0; tag < index.count(); ++tag) {
+        const uint32_t parent = index.parent(tag);
+        const bool isInWhole = parent != TagIndex::movie && isWhole[parent];
+        isWhole[tag] = isInWhole || (isMatch[tag] && !hasMatch[tag]);
+        isShown[tag] = isInWhole || isMatch[tag] || hasMatch[tag];
+        if (hasMatch[tag] && !isInWhole)
+            _opened.push_back(tag);
+    }
+}
+
+void ListViewController::collect(const std::vector<bool>& isShown) {
+    const TagIndex& index = tags();
+    _childrenOf.resize(index.count() + 1);
+    _rowOf.assign(index.count(), notShown);
+    const auto childrenIn = [this](uint32_t parent) -> Children& {
+        return parent == TagIndex::movie ? _childrenOf.back() : _childrenOf[parent];
+    };
+    for (uint32_t tag = 0; tag < index.count(); ++tag) {
+        if (isShown[tag])
+            _rowOf[tag] = childrenIn(index.parent(tag)).count++;
+    }
+    uint32_t next = 0;
+    for (Children& children : _childrenOf) {
+        children.first = next;
+        next += children.count;
+    }
+    _rows.resize(next);
+    for (uint32_t tag = 0; tag < index.count(); ++tag) {
+        if (isShown[tag])
+            _rows[childrenIn(index.parent(tag)).first + _rowOf[tag]] = tag;
+    }
+}
+
+bool ListViewController::isShown(uint32_t tag) const {
+    return tag < tags().count() && (_filter.isEmpty() || _rowOf[tag] != notShown);
+}
+
+// --- rows ------------------------------------------------------------------------------------------------------------
+
+const ListViewController::Children& ListViewController::childrenOf(uint32_t parent) const {
+    return parent == TagIndex::movie ? _childrenOf.back() : _childrenOf[parent];
+}
+
+uint32_t ListViewController::rowCount(uint32_t parent) const {
+    if (_filter.isEmpty() || _childrenOf.empty())
+        return tags().childCount(parent);
+    return childrenOf(parent).count;
+}
+
+uint32_t ListViewController::rowAt(uint32_t parent, uint32_t row) const {
+    return _filter.isEmpty() ? tags().child(parent, row) : _rows[childrenOf(parent).first + row];
+}
+
+uint32_t ListViewController::rowOf(uint32_t key) const { return _filter.isEmpty() ? tags().row(key) : _rowOf[key]; }
+
+std::string_view ListViewController::startTag(uint32_t key) const {
+    return isCurrent() ? startTagOf(_text.text().substr(tags().start(key))) : std::string_view();
+}
+
+QString ListViewController::title(int column) const {
+    return column == 0 ? QObject::tr("Tags") : QObject::tr("Attributes");
+}
+
+QString ListViewController::text(uint32_t key, int column) const {
+    const std::string_view tag = startTag(key);
+    if (column == 0)
+        return fromBytes(elementName(tag), longestText);
+    QString text;
+    for (const TagAttribute& attribute : attributesOf(tag)) {
+        const std::string value = decoded(attribute.value.substr(0, longestText * 4));
+        text += QStringLiteral("%1=\"%2\" ").arg(fromBytes(attribute.name, longestText), fromBytes(value, longestText));
+        if (text.size() > longestText)
+            break;
+    }
+    return shortened(text.trimmed().replace(u'\n', u' '), longestText);
+}
+
+QString ListViewController::toolTip(uint32_t key) const {
+    QStringList lines = {text(key, 0)};
+    for (const TagAttribute& attribute : attributesOf(startTag(key)))
+        lines.append(
+            QStringLiteral("%1=\"%2\"")
+                .arg(fromBytes(attribute.name, longestText), fromBytes(decoded(attribute.value), longestText)));
+    return shortened(lines.join(u'\n'), longestTip);
+}
+
+} // namespace zelk

@@ -1,0 +1,61 @@
+// The rows of the tag list: a document's tags, or those of them that a filter lets through.
+#pragma once
+
+#include <vector>
+
+#include "IVirtualListViewController.h"
+#include "TaggedText.h"
+
+namespace zelk {
+
+/// Keys are the numbers of the tags.
+class ListViewController : public IVirtualListViewController {
+public:
+    explicit ListViewController(TaggedText& text) : _text(text) {}
+
+    /// Looks at the text again. Throws XmlException; there are no rows then.
+    void refresh();
+    /// False as soon as the text has changed: rows tell nothing then.
+    bool isCurrent() const { return _text.isCurrent() && _index == _text.sharedTags(); }
+    /// Shows the tags in whose name or attributes this text stands, in any case, and the sprites around them. A sprite
+    /// of which only the name or attributes match shows all its tags. Empty: shows everything.
+    void setFilter(const QString& text);
+    const QString& filter() const { return _filter; }
+    /// Sprites that are shown because of the tags in them.
+    const std::vector<uint32_t>& openedByFilter() const { return _opened; }
+    bool isShown(uint32_t tag) const;
+    size_t shownCount() const { return _filter.isEmpty() ? tags().count() : _rows.size(); }
+
+    const TagIndex& tags() const;
+
+    uint32_t rowCount(uint32_t parent) const override;
+    uint32_t rowAt(uint32_t parent, uint32_t row) const override;
+    uint32_t parentOf(uint32_t key) const override { return tags().parent(key); }
+    uint32_t rowOf(uint32_t key) const override;
+    int columnCount() const override { return 2; }
+    QString title(int column) const override;
+    QString text(uint32_t key, int column) const override;
+    QString toolTip(uint32_t key) const override;
+
+private:
+    struct Children { // in _rows
+        uint32_t first = 0, count = 0;
+    };
+
+    void applyFilter();
+    void showMatches(std::vector<bool>& isShown);
+    void collect(const std::vector<bool>& isShown);
+    std::string_view startTag(uint32_t key) const;
+    const Children& childrenOf(uint32_t parent) const;
+
+    TaggedText& _text;
+    std::shared_ptr<const TagIndex> _index; // null while there is none
+    QString _filter;
+    // With a filter only:
+    std::vector<uint32_t> _rows;       // the children shown, those of each parent in a row
+    std::vector<Children> _childrenOf; // by tag; the movie's come last
+    std::vector<uint32_t> _rowOf;      // by tag
+    std::vector<uint32_t> _opened;
+};
+
+} // namespace zelk

@@ -1,0 +1,35 @@
+// Edits the XML of one tag.
+#pragma once
+
+#include <QDialog>
+
+#include "Session.h"
+#include "SwfWarnings.h"
+#include "TextEditorView.h"
+
+namespace zelk {
+
+class TagEditorDlg : public QDialog, public ITagEditor {
+    Q_OBJECT
+public:
+    explicit TagEditorDlg(QWidget* parent);
+
+    std::optional<std::string> editTag(const std::string& element, uint8_t version) override;
+    TextEditorView& editor() { return *_editor; }
+
+public Q_SLOTS:
+    /// Stays open, with the caret at the place, when the text is not one tag that compiles. Asks when compiling would
+    /// leave something out.
+    void accept() override;
+    /// Asks before changes are given up.
+    void reject() override;
+
+private:
+    void addEditActions();
+    bool confirms(const libswf::SwfWarnings& warnings);
+
+    TextEditorView* _editor;
+    uint8_t _version = 0;
+};
+
+} // namespace zelk

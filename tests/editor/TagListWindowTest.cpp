@@ -1,0 +1,285 @@
+// The tag list in the window, by keys.
+#include <QClipboard>
+#include <QDropEvent>
+#include <QMimeData>
+
+#include "SwfUtils.h"
+#include "TagEditorDlg.h"
+#include "TagListModel.h"
+#include "WindowFixture.h"
+
+namespace {
+
+using namespace zelk;
+
+constexpr const char* movie = R"(<?xml version="1.0" encoding="UTF-8" ?>
+<Movie SwfVersion="8" Width="550" Height="400" FrameRate="12">
+    <!-- the background -->
+    <SetBackgroundColor Color="336699ff" />
+    <DefineSprite Id="3" FrameCount="1">
+        <RemoveObject2 Depth="1" />
+        <ShowFrame />
+    </DefineSprite>
+    <FrameLabel Label="caf&#233; &amp; bar" />
+    <ShowFrame />
+</Movie>
+)";
+
+class TagListWindowTest : public WindowTest {
+protected:
+    TagListWindowTest() { load(movie); }
+    ~TagListWindowTest() override { QApplication::clipboard()->clear(); }
+
+    void load(const std::string& text) {
+        editor().setText(text);
+        editor().gotoPlace(4, 1);
+    }
+    DocumentView& view() { return *window->tabs().current(); }
+    DocumentViewList& list() { return view().list(); }
+    void choose(int id) {
+        window->actions().action(id)->trigger();
+        QApplication::processEvents();
+    }
+    // The rows on the screen, "name attributes", those of sprites with a blank before them.
+    std::string rows(const QModelIndex& parent = {}, const std::string& indent = {}) {
+        QAbstractItemModel& model = *list().tree().model();
+        std::string result;
+        for (int row = 0; row < model.rowCount(parent); ++row) {
+            const QModelIndex first = model.index(row, 0, parent), second = model.index(row, 1, parent);
+            const std::string attributes = second.data().toString().toStdString();
+            result +=
+                indent + first.data().toString().toStdString() + (attributes.empty() ? "" : " ") + attributes + "\n";
+            if (list().tree().isExpanded(first))
+                result += rows(first, indent + " ");
+        }
+        return result;
+    }
+    std::string current() { return list().tree().currentIndex().siblingAtColumn(0).data().toString().toStdString(); }
+};
+
+TEST_F(TagListWindowTest, TheViewsSwitchAndKeepThePlace) {
+    choose(CommandId::tagList);
+    EXPECT_TRUE(list().tree().hasFocus());
+    EXPECT_TRUE(window->actions().action(CommandId::tagList)->isChecked());
+    EXPECT_FALSE(window->actions().action(CommandId::movieXml)->isChecked());
+    EXPECT_EQ(list().headerText(),
+              QStringLiteral("[ SWF version: 8 Width: 550 Height: 400 Frame rate: 12 Compressed: Yes ]"));
+    EXPECT_EQ(list().tree().columnWidth(0), 180);
+    EXPECT_EQ(rows(), "SetBackgroundColor Color=\"336699ff\"\nDefineSprite Id=\"3\" FrameCount=\"1\"\n"
+                      "FrameLabel Label=\"caf\xC3\xA9 & bar\"\nShowFrame\n");
+    EXPECT_EQ(current(), "SetBackgroundColor");
+    press(Qt::Key_Down);
+    press(Qt::Key_Right);
+    press(Qt::Key_Down);
+    EXPECT_EQ(current(), "RemoveObject2");
+    choose(CommandId::movieXml);
+    EXPECT_TRUE(editor().hasFocus());
+    EXPECT_EQ(editor().row(), 6u);
+    EXPECT_EQ(editor().column(), 9u);
+    editor().gotoPlace(9, 30);
+    choose(CommandId::tagList);
+    EXPECT_EQ(current(), "FrameLabel");
+
+    choose(CommandId::movieXml);
+    EXPECT_EQ(editor().column(), 30u) << "a caret in the tag stays";
+    type("<");
+    answers.addButton(QMessageBox::Ok, QStringLiteral("Error description: "));
+    choose(CommandId::tagList);
+    EXPECT_FALSE(view().showsList());
+    EXPECT_FALSE(window->actions().action(CommandId::tagList)->isChecked());
+}
+
+TEST_F(TagListWindowTest, KeysEditTheTagsWithOneHistory) {
+    choose(CommandId::tagList);
+    press(Qt::Key_Delete);
+    EXPECT_EQ(current(), "DefineSprite");
+    EXPECT_EQ(editor().text().find("SetBackgroundColor"), std::string::npos);
+    EXPECT_NE(editor().text().find("<!-- the background -->\n    <DefineSprite"), std::string::npos);
+    EXPECT_TRUE(view().document().isModified);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(editor().text(), movie);
+    EXPECT_EQ(current(), "SetBackgroundColor");
+    EXPECT_FALSE(view().document().isModified);
+    press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(current(), "DefineSprite");
+    choose(CommandId::movieXml);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(editor().text(), movie) << "the text view takes it back as well";
+    choose(CommandId::tagList);
+    press(Qt::Key_Home);
+    press(Qt::Key_Down, Qt::ShiftModifier);
+    press(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_EQ(rows(), "FrameLabel Label=\"caf\xC3\xA9 & bar\"\nShowFrame\n");
+    press(Qt::Key_End);
+    press(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(current(), "SetBackgroundColor");
+    EXPECT_EQ(list().tree().selectionModel()->selectedRows().size(), 2);
+    press(Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(rows(), "FrameLabel Label=\"caf\xC3\xA9 & bar\"\nSetBackgroundColor Color=\"336699ff\"\n"
+                      "DefineSprite Id=\"3\" FrameCount=\"1\"\nShowFrame\n");
+    press(Qt::Key_End);
+    press(Qt::Key_Right, Qt::AltModifier);
+    EXPECT_NE(editor().text().find("        <ShowFrame />\n        <ShowFrame />\n    </DefineSprite>"),
+              std::string::npos);
+    press(Qt::Key_Left, Qt::AltModifier);
+    EXPECT_EQ(current(), "ShowFrame");
+    EXPECT_NE(editor().text().find("    </DefineSprite>\n    <ShowFrame />\n</Movie>"), std::string::npos);
+    press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("<ShowFrame />\n"));
+
+    // Into another document.
+    press(Qt::Key_N, Qt::ControlModifier);
+    choose(CommandId::tagList);
+    press(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(rows(), "ShowFrame\n");
+}
+
+TEST_F(TagListWindowTest, TheTagEditorChecksBeforeItTakesOver) {
+    choose(CommandId::tagList);
+    const auto typeTag = [](QWidget& dialog, const char* text) {
+        auto& tag = dynamic_cast<TagEditorDlg&>(dialog);
+        tag.editor().selectAll();
+        tag.editor().replaceSelection(text);
+        tag.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+    };
+    answers.add([&](QWidget& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Tag Editor"));
+        EXPECT_EQ(dynamic_cast<TagEditorDlg&>(dialog).editor().text(), "<SetBackgroundColor Color=\"336699ff\" />");
+        typeTag(dialog, "<!-- -->\n<SetBackgroundColor Color=\"red\" />");
+    });
+    answers.addButton(QMessageBox::Ok, QStringLiteral("Unexpected Error"));
+    answers.add([&](QWidget& dialog) {
+        EXPECT_EQ(dynamic_cast<TagEditorDlg&>(dialog).editor().row(), 2u) << "the caret is at the place";
+        typeTag(dialog, "<SetBackgroundColor Color=\"ff0000ff\" />");
+    });
+    press(Qt::Key_Return);
+    EXPECT_EQ(list().tree().model()->index(0, 1).data().toString(), QStringLiteral("Color=\"ff0000ff\""));
+    answers.add([&](QWidget& dialog) { typeTag(dialog, "<Protect />"); });
+    press(Qt::Key_Insert);
+    EXPECT_EQ(current(), "Protect");
+    answers.add([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+    press(Qt::Key_Return);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(editor().text(), movie);
+}
+
+TEST_F(TagListWindowTest, CommandsOnTheTextShowInTheList) {
+    choose(CommandId::tagList);
+    press(Qt::Key_Down);
+    answers.add([](QWidget& dialog) {
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(dialog.focusWidget(), QStringLiteral("9"));
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    choose(CommandId::movieSettings);
+    EXPECT_TRUE(list().headerText().startsWith(QStringLiteral("[ SWF version: 9 Width: 550")));
+    EXPECT_EQ(current(), "DefineSprite");
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(editor().text(), movie);
+    view().replace(0, 0, "</broken>");
+    QApplication::processEvents();
+    EXPECT_FALSE(view().showsList()) << "there is nothing to list";
+}
+
+TEST_F(TagListWindowTest, TheFilterKeepsMatchesAndWhatIsAroundThem) {
+    choose(CommandId::tagList);
+    const std::pair<const char*, const char*> cases[] = {
+        {"depth=\"1", "DefineSprite Id=\"3\" FrameCount=\"1\"\n RemoveObject2 Depth=\"1\"\n"},
+        {"& BAR", "FrameLabel Label=\"caf\xC3\xA9 & bar\"\n"},
+        {"sprite", "DefineSprite Id=\"3\" FrameCount=\"1\"\n"},
+        {"nowhere", ""},
+    };
+    for (const auto& [filter, shown] : cases) {
+        press(Qt::Key_F, Qt::ControlModifier);
+        QTest::keyClicks(QApplication::focusWidget(), QString::fromUtf8(filter));
+        EXPECT_EQ(rows(), shown) << filter;
+        const QModelIndex first = list().tree().model()->index(0, 0);
+        if (std::string(filter) == "sprite") {
+            EXPECT_EQ(list().tree().model()->rowCount(first), 2) << "all of it, to be opened";
+        }
+        press(Qt::Key_Delete); // of the box
+        EXPECT_EQ(editor().text(), movie);
+    }
+    press(Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("show"));
+    EXPECT_FALSE(window->actions().action(CommandId::cut)->isEnabled());
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    press(Qt::Key_Delete);
+    EXPECT_EQ(rows(), "ShowFrame\n") << "the filter stays, and so does the sprite without matches";
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(rows(), "DefineSprite Id=\"3\" FrameCount=\"1\"\n ShowFrame\nShowFrame\n");
+    press(Qt::Key_F, Qt::ControlModifier);
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(list().tree().hasFocus());
+    EXPECT_EQ(list().tree().model()->rowCount(), 4);
+}
+
+TEST_F(TagListWindowTest, DraggedTagsMove) {
+    choose(CommandId::tagList);
+    TagTree& tree = list().tree();
+    const auto dragLastTo = [&](const QPointF& point) {
+        tree.setCurrentIndex(tree.model()->index(tree.model()->rowCount() - 1, 0));
+        const std::unique_ptr<QMimeData> data(tree.model()->mimeData(tree.selectionModel()->selectedRows()));
+        QDragEnterEvent enter(point.toPoint(), Qt::MoveAction, data.get(), Qt::LeftButton, {});
+        QApplication::sendEvent(tree.viewport(), &enter);
+        QDragMoveEvent move(point.toPoint(), Qt::MoveAction, data.get(), Qt::LeftButton, {});
+        QApplication::sendEvent(tree.viewport(), &move);
+        QDropEvent drop(point, Qt::MoveAction, data.get(), Qt::LeftButton, {});
+        QApplication::sendEvent(tree.viewport(), &drop);
+    };
+    const auto sprite = [&] { return QRectF(tree.visualRect(tree.model()->index(1, 0))); };
+    dragLastTo(sprite().center());
+    EXPECT_EQ(rows(), "SetBackgroundColor Color=\"336699ff\"\nDefineSprite Id=\"3\" FrameCount=\"1\"\n"
+                      " RemoveObject2 Depth=\"1\"\n ShowFrame\n ShowFrame\n"
+                      "FrameLabel Label=\"caf\xC3\xA9 & bar\"\n")
+        << "on a sprite: to its end";
+    dragLastTo(sprite().bottomLeft() + QPointF(5, -1));
+    EXPECT_EQ(rows(), "SetBackgroundColor Color=\"336699ff\"\nDefineSprite Id=\"3\" FrameCount=\"1\"\n"
+                      " FrameLabel Label=\"caf\xC3\xA9 & bar\"\n RemoveObject2 Depth=\"1\"\n ShowFrame\n ShowFrame\n")
+        << "below an open one: first in it";
+    press(Qt::Key_Z, Qt::ControlModifier);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(editor().text(), movie) << "a step each";
+    QMimeData foreign;
+    foreign.setData(QString::fromLatin1(TagListModel::dragFormat), "1");
+    EXPECT_FALSE(tree.model()->canDropMimeData(&foreign, Qt::MoveAction, -1, -1, {}));
+}
+
+TEST_F(TagListWindowTest, ErrorsOfSavingAreShownAtTheirTag) {
+    struct Case {
+        const char *old, *now, *message, *tag;
+    };
+    const Case cases[] = {
+        {"Depth=\"1\"", "Depth=\"x\"", "Unexpected Error", "RemoveObject2"},
+        {"336699ff", "none", "Unexpected Error", "SetBackgroundColor"},
+        {"<FrameLabel", "<DefineBinaryData CharacterId=\"1\"><Data>%</Data></DefineBinaryData><FrameLabel",
+         "Incorrect Base64 data", "DefineBinaryData"},
+    };
+    libswf::writeTextFile(path("m.xml"), movie);
+    ASSERT_TRUE(window->openFiles({QString::fromStdString(path("m.xml"))}));
+    for (const Case& c : cases) {
+        std::string text = movie;
+        text.replace(text.find(c.old), std::string(c.old).size(), c.now);
+        load(text);
+        choose(CommandId::tagList);
+        answers.addText(path("out.swf"));
+        answers.addButton(QMessageBox::Ok, QString::fromUtf8(c.message));
+        choose(CommandId::saveAs);
+        EXPECT_TRUE(view().showsList());
+        EXPECT_EQ(current(), c.tag);
+        choose(CommandId::movieXml);
+    }
+    std::string text = movie;
+    text.replace(text.find("550"), 3, "wide");
+    load(text);
+    choose(CommandId::tagList);
+    answers.addText(path("out.swf"));
+    answers.addButton(QMessageBox::Ok, QStringLiteral("Incorrect value of attribute Width"));
+    choose(CommandId::saveAs);
+    EXPECT_FALSE(view().showsList()) << "the movie itself is no row";
+    EXPECT_EQ(editor().row(), 2u);
+}
+
+} // namespace

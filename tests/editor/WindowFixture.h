@@ -1,0 +1,102 @@
+// The main window under test, and the answers to its dialogs.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QTest>
+#include <QtWidgets>
+
+#include <deque>
+
+#include "MainWindow.h"
+#include "ProgressBarDialog.h"
+
+namespace zelk {
+
+// Answers the modal dialogs that come up, one after the other.
+class Answers : public QObject {
+public:
+    using Answer = std::function<void(QWidget&)>;
+
+    Answers() {
+        connect(&_timer, &QTimer::timeout, this, [this] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            if (dialog == nullptr || !dialog->isVisible() || qobject_cast<ProgressBarDialog*>(dialog) != nullptr)
+                return;
+            if (_answers.empty()) {
+                const auto* box = qobject_cast<QMessageBox*>(dialog);
+                ADD_FAILURE() << "unexpected dialog: " << dialog->windowTitle().toStdString() << " "
+                              << (box == nullptr ? std::string() : box->text().toStdString());
+                dialog->close();
+                return;
+            }
+            const Answer answer = _answers.front();
+            _answers.pop_front();
+            // Not from the timer's own event: a dialog that opens another one would wait for it forever.
+            QMetaObject::invokeMethod(
+                dialog, [answer, dialog] { answer(*dialog); }, Qt::QueuedConnection);
+        });
+        _timer.start(5);
+    }
+    ~Answers() override { EXPECT_TRUE(_answers.empty()) << "a dialog did not come up"; }
+
+    void add(Answer answer) { _answers.push_back(std::move(answer)); }
+    void addText(const std::string& text) {
+        add([text](QWidget& dialog) {
+            QWidget* field = dialog.focusWidget();
+            if (auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))) {
+                name->setText(QString::fromStdString(text)); // The list of completions would catch the Return key.
+                field = name;
+            } else {
+                QTest::keyClicks(field, QString::fromStdString(text));
+            }
+            QTest::keyClick(field, Qt::Key_Return);
+        });
+    }
+    void addButton(QMessageBox::StandardButton button, const QString& text) {
+        add([button, text](QWidget& dialog) {
+            auto* box = qobject_cast<QMessageBox*>(&dialog);
+            ASSERT_NE(box, nullptr);
+            EXPECT_TRUE(box->text().startsWith(text)) << box->text().toStdString();
+            QTest::keyClick(box->button(button), Qt::Key_Space);
+        });
+    }
+
+private:
+    QTimer _timer;
+    std::deque<Answer> _answers;
+};
+
+class WindowTest : public testing::Test {
+protected:
+    WindowTest() : settings(folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat) {
+        settings.setValue(QStringLiteral("Player/kind"), QStringLiteral("none"));
+        open();
+    }
+
+    void open() {
+        window = std::make_unique<MainWindow>(settings);
+        window->newDocument();
+        window->show();
+        QApplication::setActiveWindow(window.get());
+        QApplication::processEvents();
+    }
+    std::string path(const std::string& name) const {
+        return folder.filePath(QString::fromStdString(name)).toStdString();
+    }
+    TextEditorView& editor() { return window->tabs().current()->editor(); }
+    void press(int key, Qt::KeyboardModifiers modifiers = {}) {
+        QApplication::setActiveWindow(window.get()); // No window manager does it when a dialog has closed.
+        QWidget* target = QApplication::focusWidget();
+        QTest::keyClick(target == nullptr ? window.get() : target, static_cast<Qt::Key>(key), modifiers);
+        QApplication::processEvents();
+    }
+    void type(const std::string& text) { QTest::keyClicks(&editor(), QString::fromStdString(text)); }
+
+    QTemporaryDir folder;
+    QSettings settings;
+    Answers answers;
+    std::unique_ptr<MainWindow> window;
+};
+
+} // namespace zelk

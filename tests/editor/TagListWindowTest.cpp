@@ -154,7 +154,12 @@ TEST_F(TagListWindowTest, TheTagEditorChecksBeforeItTakesOver) {
     });
     press(Qt::Key_Return);
     EXPECT_EQ(list().tree().model()->index(0, 1).data().toString(), QStringLiteral("Color=\"ff0000ff\""));
-    answers.add([&](QWidget& dialog) { typeTag(dialog, "<Protect />"); });
+    answers.addText("protect");
+    answers.add([&](QWidget& dialog) {
+        auto& tag = dynamic_cast<TagEditorDlg&>(dialog);
+        EXPECT_EQ(tag.editor().text(), "<Protect />") << "what was chosen";
+        tag.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+    });
     press(Qt::Key_Insert);
     EXPECT_EQ(current(), "Protect");
     answers.add([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });

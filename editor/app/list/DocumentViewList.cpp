@@ -11,6 +11,7 @@
 #include "AttributeText.h"
 #include "CommandTable.h"
 #include "Exceptions.h"
+#include "InsertElementDlg.h"
 #include "TagCheck.h"
 #include "TagEditorDlg.h"
 #include "TagListModel.h"
@@ -260,8 +261,9 @@ void DocumentViewList::selectPaths(TagSelection paths) {
 // --- commands --------------------------------------------------------------------------------------------------------
 
 bool DocumentViewList::handles(int id) {
-    constexpr int ids[] = {CommandId::undo,  CommandId::redo,   CommandId::cut,       CommandId::copy, CommandId::paste,
-                           CommandId::clear, CommandId::insert, CommandId::selectAll, CommandId::find};
+    constexpr int ids[] = {CommandId::undo,      CommandId::redo,  CommandId::cut,    CommandId::copy,
+                           CommandId::paste,     CommandId::clear, CommandId::insert, CommandId::insertTag,
+                           CommandId::selectAll, CommandId::find};
     return std::ranges::find(ids, id) != std::end(ids);
 }
 
@@ -283,7 +285,8 @@ void DocumentViewList::run(Session& session, int id) {
     }
     case CommandId::paste: execute(session, std::make_shared<PasteCmd>(_text, _clipboard, positionToInsert())); break;
     case CommandId::clear: execute(session, std::make_shared<DeleteCmd>(_text, selection())); break;
-    case CommandId::insert: insertNew(session); break;
+    case CommandId::insert:
+    case CommandId::insertTag: insertNew(session); break;
     case CommandId::selectAll: _tree->selectAll(); break;
     case CommandId::find: openFilter(); break;
     default: break;
@@ -322,7 +325,11 @@ void DocumentViewList::rebuildAt(const TagSelection& paths, const TagPath& place
 }
 
 void DocumentViewList::insertNew(Session& session) {
-    const std::optional<std::string> element = tagEditor().editTag({}, movieVersion(_text));
+    InsertElementDlg dialog(tr("Insert Tag Template"), xml2swf::XmlVocabulary::get().tags().children, this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const std::optional<std::string> element =
+        tagEditor().editTag(xml2swf::newElementText(dialog.choice()), movieVersion(_text));
     if (element)
         execute(session, std::make_shared<InsertCmd>(_text, std::vector{trimmed(*element)}, positionToInsert()));
 }

@@ -15,11 +15,11 @@ using namespace guicommand::documentviewlist;
 namespace {
 
 // Commands that mean nothing without the text.
-constexpr int textOnly[] = {CommandId::findNext,   CommandId::findPrevious, CommandId::replace,
-                            CommandId::zoomIn,     CommandId::zoomOut,      CommandId::zoomReset,
-                            CommandId::toggleFold, CommandId::foldAll,      CommandId::unfoldAll,
-                            CommandId::cutAll,     CommandId::copyAll,      CommandId::insertColor,
-                            CommandId::showColor,  CommandId::insertStruct, CommandId::insertAction};
+constexpr int textOnly[] = {
+    CommandId::findNext,  CommandId::findPrevious, CommandId::replace,      CommandId::zoomIn,
+    CommandId::zoomOut,   CommandId::zoomReset,    CommandId::toggleFold,   CommandId::foldAll,
+    CommandId::unfoldAll, CommandId::cutAll,       CommandId::copyAll,      CommandId::insertColor,
+    CommandId::showColor, CommandId::complete,     CommandId::insertStruct, CommandId::insertAction};
 
 // Shows a document's tag list, or says why that cannot be done and goes to the place.
 class ShowListCmd : public FinalCommand {

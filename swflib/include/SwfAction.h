@@ -6,6 +6,7 @@
 
 #include "SwfBytes.h"
 #include "SwfObject.h"
+#include "SwfPooled.h"
 #include "SwfStream.h"
 #include "SwfVector.h"
 
@@ -28,7 +29,7 @@ enum : uint32_t {
 ///
 /// Departures from the published format, kept on purpose: a record of code 0x80 is read with a Length field and written
 /// without one; a Length over 65,535 is cut to its low 16 bits.
-class SwfAction : public SwfStruct {
+class SwfAction : public SwfStruct, public SwfPooled {
 public:
     uint32_t type; ///< action code, 0 to 255, or SwfActionCode::compiled
 

@@ -4,6 +4,7 @@
 #include <concepts>
 #include <memory>
 
+#include "SwfPooled.h"
 #include "SwfStream.h"
 #include "SwfStructs.h"
 
@@ -26,7 +27,7 @@ enum : uint8_t {
 }
 
 /// One operand; by itself one without data, Null or Undefined.
-class SwfValue : public SwfStruct {
+class SwfValue : public SwfStruct, public SwfPooled {
 public:
     enum class Plain : uint8_t { Null = SwfValueType::Null, Undefined = SwfValueType::Undefined };
 

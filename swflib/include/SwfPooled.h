@@ -1,0 +1,17 @@
+// Memory for small objects that come in millions.
+#pragma once
+
+#include <cstddef>
+
+namespace libswf {
+
+/// Base of small objects, of some hundred bytes at most, that are made one after the other and mostly let go together:
+/// actions and their values. They stand one behind the other in blocks; a block is freed when nothing in it is left.
+/// Any thread may free what another one made.
+class SwfPooled {
+public:
+    static void* operator new(size_t size);
+    static void operator delete(void* object) noexcept;
+};
+
+} // namespace libswf

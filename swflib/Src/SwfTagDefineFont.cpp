@@ -121,36 +121,45 @@ void SwfTagDefineFont2::read(SwfIStream& stream) {
         stream.context.wideKerningCodes = wideCodes || stream.context.version >= firstWideVersion;
     languageCode = stream.readUI8("LanguageCode");
     readFontName(stream, fontName);
-    readGlyphs(stream);
-    readCodes(stream, glyphs.count(), wideCodes, codes);
-    if (hasLayout && glyphs.count() == 0 && stream.bodyLeft() == 0)
+    const uint32_t count = stream.readUI16("NumGlyphs");
+    const uint64_t table = stream.position();
+    const Offsets offsets = readGlyphOffsets(stream, count);
+    readCodes(stream, count, wideCodes, codes);
+    if (hasLayout && count == 0 && stream.bodyLeft() == 0)
         hasLayout = false;
     if (hasLayout)
         readLayout(stream);
+    if (type == 75 && !kerning.empty() && stream.context.wideKerningCodes != hasWideCode(codes))
+        stream.markInexact("its kerning codes would be written in another width");
+    // Outlines take many times their bytes: they come last, and a font that is kept as bytes has no use for them.
+    if (stream.context.keepRaw && stream.inexact() != nullptr)
+        return;
+    const uint64_t end = stream.position();
+    readGlyphsAt(stream, table, offsets, glyphs);
+    stream.seek(end);
 }
 
-// Glyphs and, before them, the offsets; leaves the stream at the code table.
-void SwfTagDefineFont2::readGlyphs(SwfIStream& stream) {
-    const uint32_t count = stream.readUI16("NumGlyphs");
+// Offsets of the glyphs; leaves the stream at the code table.
+std::vector<uint32_t> SwfTagDefineFont2::readGlyphOffsets(SwfIStream& stream, uint32_t count) const {
     const uint32_t width = wideOffsets ? 4 : 2;
     const uint64_t table = stream.position();
     if (count == 0) {
         // The offset of the code table, if there is one, points behind itself.
         if (stream.bodyLeft() >= width && readOffsets(stream, 1, wideOffsets)[0] != width)
             stream.seek(table);
-        return;
+        return {};
     }
     Offsets offsets = readOffsets(stream, count + 1, wideOffsets);
     const uint64_t codeTable = table + offsets.back();
     offsets.pop_back();
     if (codeTable > stream.limit())
         stream.fail("CodeTableOffset", "the code table lies outside the body");
-    readGlyphsAt(stream, table, offsets, glyphs);
     stream.seek(codeTable);
+    return offsets;
 }
 
 void SwfTagDefineFont2::readLayout(SwfIStream& stream) {
-    const uint32_t count = glyphs.count();
+    const uint32_t count = codes.size();
     ascent = stream.readUI16("FontAscent");
     descent = stream.readUI16("FontDescent");
     leading = stream.readSI16("FontLeading");
@@ -269,11 +278,7 @@ void SwfTagDefineFont2::writeLayout(SwfOStream& stream) {
         addWarning(stream.context, SwfWarning::Kind::cut, "kerning codes above 255 are cut to bytes");
 }
 
-SwfTagDefineFont3::SwfTagDefineFont3(SwfIStream& stream) : SwfTagDefineFont3() {
-    read(stream);
-    if (!kerning.empty() && stream.context.wideKerningCodes != hasWideCode(codes))
-        stream.markInexact("its kerning codes would be written in another width");
-}
+SwfTagDefineFont3::SwfTagDefineFont3(SwfIStream& stream) : SwfTagDefineFont3() { read(stream); }
 
 void SwfTagDefineFont3::writeBody(SwfOStream& stream) {
     stream.context.wideKerningCodes = hasWideCode(codes);

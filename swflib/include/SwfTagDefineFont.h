@@ -1,6 +1,8 @@
 // Fonts with outlines: DefineFont, DefineFont2 and DefineFont3.
 #pragma once
 
+#include <vector>
+
 #include "SwfShapeRecords.h"
 #include "SwfTag.h"
 
@@ -71,7 +73,7 @@ protected:
     void writeBody(SwfOStream& stream) override;
 
 private:
-    void readGlyphs(SwfIStream& stream);
+    std::vector<uint32_t> readGlyphOffsets(SwfIStream& stream, uint32_t count) const;
     void readLayout(SwfIStream& stream);
     void readKerning(SwfIStream& stream);
     void writeGlyphs(SwfOStream& stream);

@@ -68,6 +68,7 @@ std::vector<Task> planTasks(const ManyFiles& files) {
 bool runTask(const Task& task, MovieOptions options, Console& console) {
     libswf::SwfWarnings warnings;
     options.warnings = &warnings;
+    options.threads = 1; // every core has a file of its own
     bool done = false;
     try {
         if (!task.refusal.empty())

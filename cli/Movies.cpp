@@ -67,6 +67,7 @@ xml2swf::ConversionOptions MovieOptions::conversion() const {
     xml2swf::ConversionOptions result;
     result.keepRaw = keepRaw;
     result.warnings = warnings;
+    result.threads = threads;
     return result;
 }
 

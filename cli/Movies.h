@@ -11,6 +11,7 @@ struct MovieOptions {
     int level = 9;       ///< of compression, 0 to 9
     libswf::SwfWarnings* warnings = nullptr;
     std::string original; ///< the movie file that a text came from; empty for none
+    uint32_t threads = 0; ///< of one conversion; 0 for as many as the machine has cores
 
     xml2swf::ConversionOptions conversion() const;
 };

@@ -41,6 +41,17 @@ void SwfWarnings::add(SwfWarning warning) {
         _items.push_back(std::move(warning));
 }
 
+void SwfWarnings::add(SwfWarnings&& later, const std::function<void(SwfWarning&)>& finish) {
+    const uint64_t total = _total + later._total;
+    for (SwfWarning& warning : later._items) {
+        if (finish && _items.size() < limit)
+            finish(warning);
+        add(std::move(warning));
+    }
+    _total = total;
+    later = SwfWarnings();
+}
+
 static SwfWarning warningOf(const SwfContext& context, SwfWarning::Kind kind, std::string reason) {
     SwfWarning warning;
     warning.kind = kind;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -39,6 +40,8 @@ public:
     static constexpr size_t limit = 10000;
 
     void add(SwfWarning warning);
+    /// Adds the warnings of a later part; `finish` sees those that are held.
+    void add(SwfWarnings&& later, const std::function<void(SwfWarning&)>& finish = {});
     const std::vector<SwfWarning>& items() const { return _items; }
     uint64_t total() const { return _total; }
     bool empty() const { return _total == 0; }

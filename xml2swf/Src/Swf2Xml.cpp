@@ -1,4 +1,8 @@
+#include <algorithm>
+#include <mutex>
+
 #include "Conversion.h"
+#include "SwfInOrder.h"
 #include "SwfUtils.h"
 #include "XmlTags.h"
 
@@ -56,12 +60,129 @@ public:
 void reserveFor(std::string& out, const SwfMovieSafe& movie) {
     constexpr size_t textPerByte = 14, most = size_t(1) << 30;
     try {
-        out.reserve(std::min(most, movie.body().size() * textPerByte));
+        out.reserve(std::min(most, movie.body().size() * textPerByte + movie.tags.count() * textPerTag));
         adviseBigPages(out.data(), out.capacity());
     } catch (const std::bad_alloc&) {
         // It grows as it must.
     }
 }
+
+using Tags = std::vector<std::shared_ptr<SwfTag>>;
+
+void writeRootTag(XmlNode& root, const Tags& tags, size_t index) {
+    root.context().tagPath.assign(1, static_cast<uint32_t>(index));
+    writeTag(root, *tags[index]);
+}
+
+void report(IProgressReporter* progress, const Tags& tags, size_t index) {
+    if (progress != nullptr)
+        progress->report(double(index + 1) / double(tags.size()));
+}
+
+void writeTags(XmlNode& root, const Tags& tags, IProgressReporter* progress) {
+    for (size_t i = 0; i < tags.size(); ++i) {
+        writeRootTag(root, tags, i);
+        report(progress, tags, i);
+    }
+}
+
+// Writes the tags of a big movie on several threads, some at a time into a text of their own. Big tags are written on
+// the calling thread where they belong, so that little text stands in memory twice.
+class PartedWriter {
+public:
+    PartedWriter(XmlNode& root, const Tags& tags, IProgressReporter* progress)
+        : _root(root), _context(root.context()), _partContext(_context), _tags(tags), _progress(progress) {
+        size_t bytes = partSize;
+        for (size_t i = 0; i < tags.size(); ++i) {
+            const bool isBig = tags[i]->size > bigTag;
+            if (bytes >= partSize || isBig) {
+                _parts.emplace_back(i, isBig);
+                bytes = isBig ? partSize : 0;
+            }
+            bytes += tags[i]->size + usualHeader;
+            _parts.back().end = i + 1;
+        }
+    }
+
+    void write(uint32_t threads) {
+        workInOrder(
+            {_parts.size(), [this](size_t i) { writePart(_parts[i]); }, [this](size_t i) { takePart(_parts[i]); }},
+            threads);
+    }
+
+private:
+    static constexpr size_t partSize = 16 * 1024, bigTag = 128 * 1024, usualHeader = 2;
+
+    struct Part {
+        size_t first, done, end; // indices of tags
+        bool isBig;
+        std::string text;
+        size_t textStart = 0, textEnd = 0; // of the tags that are done
+        SwfWarnings warnings;
+        std::vector<TagText> tagTexts;
+
+        Part(size_t index, bool big) : first(index), done(index), end(index), isBig(big) {}
+    };
+
+    // [any thread]
+    void writePart(Part& part) {
+        if (part.isBig)
+            return;
+        XmlWriteContext context(_partContext);
+        context.warnings = _partContext.warnings == nullptr ? nullptr : &part.warnings;
+        context.tagTexts = _partContext.tagTexts == nullptr ? nullptr : &part.tagTexts;
+        part.text = freeText();
+        XmlNode root(part.text, context, 0, "Movie"); // for its depth; its own text is left out
+        part.textStart = part.text.size();
+        part.textEnd = part.textStart;
+        for (; part.done < part.end; ++part.done) {
+            writeRootTag(root, _tags, part.done);
+            part.textEnd = part.text.size();
+        }
+    }
+
+    void takePart(Part& part) {
+        if (part.isBig)
+            writeRootTag(_root, _tags, part.done++);
+        else
+            join(part);
+        for (size_t i = part.first; i < part.done; ++i)
+            report(_progress, _tags, i);
+        const std::lock_guard lock(_mutex);
+        _freeTexts.push_back(std::move(part.text));
+        part = Part(part.end, false); // gives its memory back
+    }
+
+    // Memory of a part that was taken: new memory would have to be cleared by the system.
+    std::string freeText() {
+        const std::lock_guard lock(_mutex);
+        if (_freeTexts.empty())
+            return {};
+        std::string text = std::move(_freeTexts.back());
+        _freeTexts.pop_back();
+        text.clear();
+        return text;
+    }
+
+    void join(Part& part) {
+        if (_context.warnings != nullptr)
+            _context.warnings->add(std::move(part.warnings));
+        std::string& out = _root.out();
+        const size_t shift = out.size() - part.textStart;
+        out.append(part.text, part.textStart, part.textEnd - part.textStart);
+        for (const TagText& place : part.tagTexts)
+            _context.tagTexts->push_back({place.start + shift, place.end + shift, place.tag});
+    }
+
+    XmlNode& _root;
+    XmlWriteContext& _context;
+    const XmlWriteContext _partContext; // what the parts' contexts are made of
+    const Tags& _tags;
+    IProgressReporter* _progress;
+    std::vector<Part> _parts;
+    std::mutex _mutex;
+    std::vector<std::string> _freeTexts;
+};
 
 void appendMovie(std::string& out, SwfMovieSafe& movie, const ConversionOptions& options) {
     reserveFor(out, movie);
@@ -71,19 +192,17 @@ void appendMovie(std::string& out, SwfMovieSafe& movie, const ConversionOptions&
     context.keepRaw = options.keepRaw;
     context.warnings = options.warnings;
     context.tagTexts = options.tagTexts;
+    const Tags& tags = movie.tags.tags().items();
     {
         MovieNode root(out, context, movie);
-        context.tagPath.push_back(0);
-        const auto& tags = movie.tags.tags().items();
-        for (size_t i = 0; i < tags.size(); ++i) {
-            context.tagPath.back() = static_cast<uint32_t>(i);
-            writeTag(root, *tags[i]);
-            if (options.progress != nullptr)
-                options.progress->report(double(i + 1) / double(tags.size()));
-        }
+        const uint32_t threads = threadsFor(movie.body().size(), options.threads);
+        if (threads > 1)
+            PartedWriter(root, tags, options.progress).write(threads);
+        else
+            writeTags(root, tags, options.progress);
         root.end(true);
     }
-    if (options.progress != nullptr && movie.tags.count() == 0)
+    if (options.progress != nullptr && tags.empty())
         options.progress->report(1);
 }
 

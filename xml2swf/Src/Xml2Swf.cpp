@@ -1,6 +1,7 @@
 #include <optional>
 
 #include "Conversion.h"
+#include "SwfInOrder.h"
 #include "TagKeeper.h"
 #include "XmlBytes.h"
 #include "XmlDocument.h"
@@ -46,26 +47,110 @@ void readRoot(XmlElement& root, IXml2SwfConversionTarget& target) {
     }
 }
 
-void readTags(XmlElement& root, IXml2SwfConversionTarget& target, IProgressReporter* progress) {
-    XmlReadContext& context = root.context();
-    const uint32_t count = root.countChildren();
-    uint32_t done = 0;
-    context.tagPath.assign(1, 0);
-    for (XmlElement child : root.children(tagElements())) {
-        context.tagPath.back() = done;
-        try {
-            if (auto tag = readTag(child))
-                target.append(std::move(tag));
-        } catch (SwfException& error) {
-            error.addTag(done, std::string(child.name()));
-            throw;
-        }
-        ++done;
-        if (progress != nullptr)
-            progress->report(double(done) / count);
+// Builds the tag of one of the root's children.
+std::shared_ptr<SwfTag> readRootTag(XmlElement& child, uint32_t index) {
+    child.context().tagPath.assign(1, index);
+    try {
+        return readTag(child);
+    } catch (SwfException& error) {
+        error.addTag(index, std::string(child.name()));
+        throw;
     }
-    if (progress != nullptr && count == 0)
-        progress->report(1);
+}
+
+// Hands the tags on and tells how many of the root's children are done.
+class TagSink {
+public:
+    TagSink(IXml2SwfConversionTarget& target, IProgressReporter* progress, uint32_t count)
+        : _target(target), _progress(progress), _count(count) {
+        if (progress != nullptr && count == 0)
+            progress->report(1);
+    }
+    uint32_t done() const { return _done; }
+
+    // Null for a child that is no tag.
+    void take(std::shared_ptr<SwfTag> tag) {
+        if (tag != nullptr)
+            _target.append(std::move(tag));
+        ++_done;
+        if (_progress != nullptr)
+            _progress->report(double(_done) / _count);
+    }
+
+private:
+    IXml2SwfConversionTarget& _target;
+    IProgressReporter* _progress;
+    const uint32_t _count;
+    uint32_t _done = 0;
+};
+
+void readTags(XmlElement& root, TagSink& sink) {
+    for (XmlElement child : root.children(tagElements()))
+        sink.take(readRootTag(child, sink.done()));
+}
+
+// Reads the tags of a big document on several threads, some hundred KB of its text at a time. Tags, warnings and errors
+// come in the order of the text.
+class PartedReader {
+public:
+    PartedReader(XmlReadContext& context, XmlBlock& root, TagSink& sink) : _context(context), _root(root), _sink(sink) {
+        constexpr size_t partSize = 256 * 1024;
+        for (size_t i = 0; i < root.pieces.size(); ++i) {
+            if (_parts.empty() || root.pieces[i].end - root.pieces[_parts.back().firstPiece].start > partSize)
+                _parts.emplace_back().firstPiece = i;
+            _parts.back().piecesEnd = i + 1;
+        }
+    }
+
+    void read(uint32_t threads) {
+        workInOrder(
+            {_parts.size(), [this](size_t i) { readPart(_parts[i]); }, [this](size_t i) { takePart(_parts[i]); }},
+            threads);
+    }
+
+private:
+    struct Part {
+        size_t firstPiece = 0, piecesEnd = 0;
+        std::vector<std::shared_ptr<SwfTag>> tags; // null for a child that is no tag
+        SwfWarnings warnings;
+    };
+
+    // [any thread]
+    void readPart(Part& part) {
+        const std::unique_ptr<XmlDocument> document = _context.document->another();
+        XmlReadContext context;
+        context.document = document.get();
+        context.warnings = _context.warnings == nullptr ? nullptr : &part.warnings;
+        uint32_t index = _root.pieces[part.firstPiece].firstChild;
+        XmlElement::ChildIterator child(context, _root, part.firstPiece, part.piecesEnd);
+        for (; !child.atEnd(); ++child) {
+            XmlElement element = *child;
+            part.tags.push_back(readRootTag(element, index++));
+        }
+    }
+
+    void takePart(Part& part) {
+        if (_context.warnings != nullptr)
+            _context.warnings->add(std::move(part.warnings), [this](SwfWarning& warning) {
+                const XmlPlace place = _context.places.at(static_cast<size_t>(warning.offset));
+                warning.row = place.row;
+                warning.column = place.column;
+            });
+        for (std::shared_ptr<SwfTag>& tag : part.tags)
+            _sink.take(std::move(tag));
+        part.tags = {};
+    }
+
+    XmlReadContext& _context;
+    XmlBlock& _root;
+    TagSink& _sink;
+    std::vector<Part> _parts;
+};
+
+// Original bytes are looked for in the order of the tags, and an observer hears one reader: that is for one thread.
+uint32_t threadsFor(const XmlReadContext& context, const ConversionOptions& options) {
+    const bool isForOne = context.keeper != nullptr || context.observer != nullptr;
+    return isForOne ? 1 : libswf::threadsFor(context.document->text().size(), options.threads);
 }
 
 // Gives an error its row and column on the way out.
@@ -129,7 +214,13 @@ static bool compile(XmlDocument& document, std::vector<ElementSpan> spans, IXml2
         keeper = makeKeeper(*options.original, document.text(), *root, std::move(spans));
     context.keeper = keeper.get();
     readRoot(*root, target);
-    readTags(*root, target, options.progress);
+    TagSink sink(target, options.progress, root->countChildren());
+    const uint32_t threads = threadsFor(context, options);
+    XmlBlock* pieces = threads > 1 ? root->takePieces() : nullptr;
+    if (pieces != nullptr)
+        PartedReader(context, *pieces, sink).read(threads);
+    else
+        readTags(*root, sink);
     context.tagPath.clear();
     if (keeper != nullptr)
         target.source(keeper->source(options.original->isWholeText(movieText(document.text(), root->offset()))));

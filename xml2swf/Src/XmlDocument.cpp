@@ -8,20 +8,28 @@
 namespace xml2swf {
 
 XmlDocument::XmlDocument(std::string_view text, std::vector<ElementSpan>* spans)
-    : _text(text), _structure(scanXml(text, maxDepth, spans)) {
-    if (_structure.regular)
+    : _text(text), _structure(std::make_shared<XmlStructure>(scanXml(text, maxDepth, spans))) {
+    if (_structure->regular)
         return;
     // Something does not close as it opens: the parser sees the whole and says what.
-    _structure.blocks.clear();
-    _structure.document.pieces.assign(1, {0, text.size(), XmlPiece::small});
+    _structure->blocks.clear();
+    top().pieces.assign(1, {0, text.size(), XmlPiece::small, 0});
     validate();
+}
+
+XmlDocument::XmlDocument(std::string_view text, std::shared_ptr<XmlStructure> structure)
+    : _text(text), _structure(std::move(structure)) {}
+
+std::unique_ptr<XmlDocument> XmlDocument::another() const {
+    return std::unique_ptr<XmlDocument>(new XmlDocument(_text, _structure));
 }
 
 XmlDocument::~XmlDocument() = default;
 
-XmlWindowPtr XmlDocument::parseContent(XmlPiece& piece, bool topLevel) {
-    piece.parsed = true; // or it throws
-    return parse(piece.start, piece.end, topLevel ? XmlWindow::Form::document : XmlWindow::Form::content);
+XmlWindowPtr XmlDocument::parseContent(XmlPiece& piece, bool topLevel, size_t start) {
+    XmlWindowPtr window = parse(start, piece.end, topLevel ? XmlWindow::Form::document : XmlWindow::Form::content);
+    piece.parsed = true;
+    return window;
 }
 
 XmlWindowPtr XmlDocument::parseStartTag(const XmlBlock& block) {
@@ -59,13 +67,13 @@ void XmlDocument::giveBack(XmlWindow* window) {
 
 void XmlWindowPtr::release() { _window->_owner->giveBack(_window); }
 
-void XmlDocument::validate() { validate(_structure.document, true); }
+void XmlDocument::validate() { validate(top(), true); }
 
 void XmlDocument::validate(XmlBlock& element, bool topLevel) {
     for (XmlPiece& piece : element.pieces) {
         if (piece.block == XmlPiece::small) {
             if (!piece.parsed)
-                parseContent(piece, topLevel);
+                parseContent(piece, topLevel, piece.start);
             continue;
         }
         XmlBlock& child = block(piece.block);

@@ -21,16 +21,18 @@ public:
     /// in validate().
     explicit XmlDocument(std::string_view text, std::vector<ElementSpan>* spans = nullptr);
     ~XmlDocument();
+    /// The same text with windows of its own, for another thread. Threads read different pieces.
+    std::unique_ptr<XmlDocument> another() const;
     XmlDocument(const XmlDocument&) = delete;
     XmlDocument& operator=(const XmlDocument&) = delete;
 
     std::string_view text() const { return _text; }
-    XmlBlock& top() { return _structure.document; }
-    const MovieSpan& movie() const { return _structure.movie; }
-    XmlBlock& block(uint32_t index) { return _structure.blocks[index]; }
+    XmlBlock& top() { return _structure->document; }
+    const MovieSpan& movie() const { return _structure->movie; }
+    XmlBlock& block(uint32_t index) { return _structure->blocks[index]; }
 
-    /// The piece's nodes, parsed. Throws XmlSyntaxError.
-    XmlWindowPtr parseContent(XmlPiece& piece, bool topLevel);
+    /// The piece's nodes, parsed; from a place between them on. Throws XmlSyntaxError.
+    XmlWindowPtr parseContent(XmlPiece& piece, bool topLevel, size_t start);
     /// A big element's start tag as an empty element.
     XmlWindowPtr parseStartTag(const XmlBlock& block);
     /// A whole element.
@@ -44,13 +46,14 @@ public:
 
 private:
     friend class XmlWindowPtr;
+    XmlDocument(std::string_view text, std::shared_ptr<XmlStructure> structure);
     XmlWindowPtr parse(size_t start, size_t end, XmlWindow::Form form);
     std::unique_ptr<XmlWindow> takeWindow();
     void giveBack(XmlWindow* window);
     void validate(XmlBlock& block, bool topLevel);
 
     std::string_view _text;
-    XmlStructure _structure;
+    std::shared_ptr<XmlStructure> _structure;
     std::vector<std::unique_ptr<XmlWindow>> _free;
 };
 

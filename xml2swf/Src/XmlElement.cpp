@@ -155,7 +155,11 @@ XmlElement::ChildIterator::ChildIterator(XmlReadContext& context, XmlWindowPtr w
 }
 
 XmlElement::ChildIterator::ChildIterator(XmlReadContext& context, XmlBlock& parent)
-    : _context(&context), _parent(&parent), _nextPiece(parent.children == 0 ? parent.pieces.size() : 0) {
+    : ChildIterator(context, parent, 0, parent.children == 0 ? 0 : parent.pieces.size()) {}
+
+XmlElement::ChildIterator::ChildIterator(XmlReadContext& context, XmlBlock& parent, size_t firstPiece, size_t piecesEnd,
+                                         XmlQuickReader* quick)
+    : _context(&context), _parent(&parent), _nextPiece(firstPiece), _piecesEnd(piecesEnd), _quick(quick) {
     findElement();
 }
 
@@ -165,7 +169,7 @@ void XmlElement::ChildIterator::findElement() {
             if (_node->kind == XmlItem::Kind::element)
                 return;
         }
-        if (_parent == nullptr || _nextPiece == _parent->pieces.size()) {
+        if (_nextPiece == _piecesEnd) {
             _node = nullptr;
             return;
         }
@@ -179,7 +183,9 @@ void XmlElement::ChildIterator::nextPiece() {
     const bool isBig = piece.block != XmlPiece::small;
     _child = isBig ? &document.block(piece.block) : nullptr;
     _window = XmlWindowPtr(); // the next one can use its memory
-    _window = isBig ? document.parseStartTag(*_child) : document.parseContent(piece, _parent == &document.top());
+    const size_t start =
+        _quick == nullptr || isBig ? piece.start : _quick->read(document.text(), piece.start, piece.end);
+    _window = isBig ? document.parseStartTag(*_child) : document.parseContent(piece, _parent == &document.top(), start);
     _node = _window->items();
     _last = _window->end();
 }
@@ -249,6 +255,13 @@ XmlElement::Children XmlElement::children(const XmlNameGroup& names) {
     if (_context->observer != nullptr)
         _context->observer->askedForGroup(*this, names);
     return children();
+}
+
+XmlElement::Children XmlElement::children(XmlQuickReader& quick) {
+    if (_block == nullptr || _block->children == 0 || _context->observer != nullptr)
+        return children();
+    _allChildren = true;
+    return {ChildIterator(*_context, *_block, 0, _block->pieces.size(), &quick)};
 }
 
 void XmlElement::skip(std::string_view reason) {

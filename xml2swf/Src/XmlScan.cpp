@@ -91,6 +91,7 @@ private:
     struct Open {
         size_t start = 0, tagEnd = 0, pieceStart = 0;
         uint32_t children = 0;
+        uint32_t pieceChildren = 0; // the children before the piece
         bool holdsTags = false;
         size_t span = SIZE_MAX; // index in _spans
         std::vector<XmlPiece> pieces;
@@ -138,7 +139,7 @@ private:
         Open& element = _open[_depth];
         element.start = start;
         element.tagEnd = element.pieceStart = tagEnd;
-        element.children = 0;
+        element.children = element.pieceChildren = 0;
         element.span = isTag ? _spans->size() - 1 : SIZE_MAX;
         if (_spans != nullptr) {
             const std::string_view name = nameAt(_text, start + 1);
@@ -168,28 +169,29 @@ private:
         block.start = element.start;
         block.tagEnd = element.tagEnd;
         block.end = end;
-        cut(parent, element.start);
-        parent.pieces.push_back({element.start, end, static_cast<uint32_t>(_result.blocks.size() - 1)});
-        parent.pieceStart = end;
+        cut(parent, element.start, parent.children - 1);
+        cut(parent, end, parent.children, static_cast<uint32_t>(_result.blocks.size() - 1));
         return true;
     }
 
     // A small child has ended: a run of them that is long enough becomes a piece.
     void childEnds(Open& parent, size_t start, size_t end) {
         if (end - start >= windowSize)
-            cut(parent, start); // one huge start tag
+            cut(parent, start, parent.children - 1); // one huge start tag
         if (end - parent.pieceStart >= windowSize)
-            cut(parent, end);
+            cut(parent, end, parent.children);
     }
 
-    static void cut(Open& element, size_t end) {
+    // A piece ends, with so many children before its end.
+    static void cut(Open& element, size_t end, uint32_t children, uint32_t block = XmlPiece::small) {
         if (end != element.pieceStart)
-            element.pieces.push_back({element.pieceStart, end, XmlPiece::small});
+            element.pieces.push_back({element.pieceStart, end, block, element.pieceChildren});
         element.pieceStart = end;
+        element.pieceChildren = children;
     }
 
     static void finish(Open& element, XmlBlock& block, size_t contentEnd) {
-        cut(element, contentEnd);
+        cut(element, contentEnd, element.children);
         block.contentEnd = contentEnd;
         block.children = element.children;
         block.pieces = std::move(element.pieces);

@@ -14,6 +14,7 @@ struct XmlPiece {
     static constexpr uint32_t small = UINT32_MAX;
     size_t start, end;
     uint32_t block;      ///< index of the big child; `small` for a run of small ones
+    uint32_t firstChild; ///< index of the first child element in it
     bool parsed = false; ///< the parser has seen it
 };
 

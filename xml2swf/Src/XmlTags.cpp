@@ -135,6 +135,8 @@ void writeTag(XmlNode& parent, SwfTag& tag) {
 }
 
 void writeTagList(XmlNode& parent, const SwfTags& tags) {
+    std::string& out = parent.out();
+    out.reserve(out.size() + tags.count() * textPerTag);
     std::vector<uint32_t>& path = parent.context().tagPath;
     path.push_back(0);
     for (const auto& tag : tags.items()) {

@@ -63,6 +63,9 @@ struct ConversionOptions {
     const OriginalMovie* original = nullptr;
     /// XML to SWF: hears what the readers ask for.
     XmlReadObserver* observer = nullptr;
+    /// Threads for a big input, this one among them; 0 for as many as the machine has cores. What comes out is the
+    /// same, and progress and warnings come on this thread.
+    uint32_t threads = 0;
 };
 
 /// The widest and highest stage, in pixels: its twips stay below 2^30, as a rectangle's fields ask.

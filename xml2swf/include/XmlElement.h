@@ -25,7 +25,7 @@ class TagKeeper;
 /// What the readers of one document share.
 struct XmlReadContext {
     XmlDocument* document = nullptr;
-    XmlPlaces places;                        ///< of the document's text
+    XmlPlaces places;                        ///< of the document's text; of no text, places are found later
     libswf::SwfWarnings* warnings = nullptr; ///< may be null
     std::vector<uint32_t> tagPath;           ///< indices of the tag being read
     uint16_t spriteDepth = 0;
@@ -41,6 +41,17 @@ struct XmlReadContext {
 std::string_view findName(XmlNames names, uint32_t value);
 /// The name of a value; throws SwfException code 3 when it has none.
 std::string_view nameOf(XmlNames names, uint32_t value, const char* field);
+
+/// Takes children of a big element straight from the text: for records that come in millions.
+class XmlQuickReader {
+public:
+    /// Reads whole elements from `start` on, up to `end` or to the first one that is not of the form in which it is
+    /// mostly written. Gives the place behind the last one read.
+    virtual size_t read(std::string_view text, size_t start, size_t end) = 0;
+
+protected:
+    ~XmlQuickReader() = default;
+};
 
 /// An element being read. Attributes may come in any order; a missing one reads as 0, 0.0, false or "". When the reader
 /// is done with the element, attributes and children that it never asked for become warnings.
@@ -131,6 +142,9 @@ public:
         ChildIterator(XmlReadContext& context, XmlWindowPtr window, const XmlItem* parent);
         /// The children of a big element, or the top-level elements.
         ChildIterator(XmlReadContext& context, XmlBlock& parent);
+        /// Those in some of its pieces.
+        ChildIterator(XmlReadContext& context, XmlBlock& parent, size_t firstPiece, size_t piecesEnd,
+                      XmlQuickReader* quick = nullptr);
 
         XmlElement operator*() const { return {*_context, _window, _node, _child}; }
         ChildIterator& operator++();
@@ -148,7 +162,8 @@ public:
         const XmlItem* _node = nullptr; // null at the end
         const XmlItem* _last = nullptr; // behind the last node in the window
         XmlBlock* _parent = nullptr;    // null when all children stand in one window
-        size_t _nextPiece = 0;
+        size_t _nextPiece = 0, _piecesEnd = 0;
+        XmlQuickReader* _quick = nullptr;
         XmlBlock* _child = nullptr; // the current child when it is big
     };
     struct Children {
@@ -162,6 +177,13 @@ public:
     Children children(std::string_view name);
     /// The same for a caller that finds their names in a table.
     Children children(const XmlNameGroup& names);
+    /// All but those that `quick` reads before their turn comes.
+    Children children(XmlQuickReader& quick);
+    /// The children of a big element in pieces, for a caller who handles all of them; null for a small element.
+    XmlBlock* takePieces() {
+        _allChildren |= _block != nullptr;
+        return _block;
+    }
 
     /// The text: all CDATA sections joined, or the plain text when there are none.
     std::string content();

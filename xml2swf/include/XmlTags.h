@@ -9,6 +9,9 @@
 
 namespace xml2swf {
 
+/// Room for an empty tag's element: a text that grows under many of them would stand in memory twice.
+constexpr size_t textPerTag = 160;
+
 /// Writes one tag as a child element of `parent`. With keepRaw in the context, a tag that its form cannot express is
 /// written as Unknown with its bytes.
 void writeTag(XmlNode& parent, libswf::SwfTag& tag);

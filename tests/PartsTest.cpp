@@ -1,0 +1,200 @@
+// Big movies and texts are converted by several threads, in parts. What comes out is what one thread gives.
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <thread>
+
+#include "Conversion.h"
+#include "SwfInOrder.h"
+#include "SwfWarnings.h"
+
+using namespace libswf;
+using namespace xml2swf;
+
+namespace {
+
+constexpr size_t count = 30000; // some 1.5 MB in both forms
+
+using OddElements = std::vector<std::pair<size_t, std::string>>;
+
+// Labels, with other elements at some places.
+std::string document(const OddElements& odd, const std::string& every = {}) {
+    std::string text = "<Movie SwfVersion=\"8\">";
+    auto next = odd.begin();
+    for (size_t i = 0; i < count; ++i) {
+        const bool isOdd = next != odd.end() && next->first == i;
+        const std::string name = std::to_string(i) + std::string(30, '-');
+        text += "\n    " + (isOdd ? (next++)->second : "<FrameLabel Name=\"" + name + "\" " + every + "/>");
+    }
+    return text + "\n</Movie>";
+}
+
+// Notes what is reported, and may end the work.
+struct Progress : IProgressReporter {
+    explicit Progress(double fraction) : stopAt(fraction) {}
+    const std::thread::id thread = std::this_thread::get_id();
+    const double stopAt;
+    std::vector<double> reports;
+
+    void report(double fraction) override {
+        EXPECT_EQ(std::this_thread::get_id(), thread);
+        reports.push_back(fraction);
+        if (fraction > stopAt)
+            throw std::range_error("stopped");
+    }
+};
+
+// All that a conversion gives.
+struct Outcome {
+    std::string result, problem;
+    std::vector<std::string> warnings;
+    uint64_t warningsInAll = 0;
+    std::vector<double> reports;
+
+    bool operator==(const Outcome&) const = default;
+};
+
+// Runs `convert`, which gives the result or throws.
+template <class Convert>
+Outcome outcomeOf(uint32_t threads, double stopAt, Convert convert) {
+    Outcome outcome;
+    Progress progress(stopAt);
+    SwfWarnings warnings;
+    ConversionOptions options;
+    options.threads = threads;
+    options.progress = &progress;
+    options.warnings = &warnings;
+    try {
+        outcome.result = convert(options);
+    } catch (const XmlValueError& error) {
+        outcome.problem = error.description() + " in row " + std::to_string(error.place.row);
+    } catch (const XmlSyntaxError& error) {
+        outcome.problem = error.what() + (" in row " + std::to_string(error.place.row));
+    } catch (const std::exception& error) {
+        outcome.problem = error.what();
+    }
+    for (const SwfWarning& warning : warnings.items())
+        outcome.warnings.push_back(warning.path + " " + warning.tagName + " " + std::to_string(warning.offset) + " " +
+                                   std::to_string(warning.row) + ":" + std::to_string(warning.column) + " " +
+                                   warning.reason);
+    outcome.warningsInAll = warnings.total();
+    outcome.reports = progress.reports;
+    return outcome;
+}
+
+Outcome compiled(const std::string& text, uint32_t threads, double stopAt = 2) {
+    return outcomeOf(threads, stopAt, [&](const ConversionOptions& options) {
+        MovieTarget target;
+        xmlToSwf(text, target, options);
+        const SwfVector<uint8_t> file = target.movie.serialise(1);
+        return std::string(file.begin(), file.end());
+    });
+}
+
+Outcome shown(const std::string& file, bool keepRaw, uint32_t threads, double stopAt = 2) {
+    SwfMovieSafe movie;
+    movie.parse({file.begin(), file.end()}, {});
+    return outcomeOf(threads, stopAt, [&](ConversionOptions options) {
+        std::vector<TagText> places;
+        options.keepRaw = keepRaw;
+        options.tagTexts = &places;
+        std::string text = swfToXml(movie, options);
+        for (const TagText& place : places)
+            text += " " + std::to_string(place.start) + "-" + std::to_string(place.end) + " " +
+                    std::to_string(place.tag->type);
+        return text;
+    });
+}
+
+const std::string badValue = "<SetTabIndex Depth=\"no\" />", notWell = "<ShowFrame><a></b></ShowFrame>",
+                  odd = "<FrameLabel Nam=\"x\" />", foreign = "<Nothing />",
+                  big = "<EnableDebugger Password=\"" + std::string(400000, 'x') + "\" />",
+                  badCodec = "<Unknown TagType=\"60\"><Data><![CDATA[AQABAAEAAQAA/w==]]></Data></Unknown>";
+
+// A big element with many tags and this one.
+std::string sprite(const std::string& tag) {
+    std::string text = "<DefineSprite Id=\"1\" FrameCount=\"1\">";
+    for (size_t i = 0; i < 2000; ++i)
+        text += "<ShowFrame />";
+    return text + tag + "</DefineSprite>";
+}
+
+std::string script() {
+    std::string text = "<DoAction><Actions>";
+    for (size_t i = 0; i < 3000; ++i)
+        text += "<Push><Integer Value=\"" + std::to_string(i) + "\" /></Push><Trace />";
+    return text + "<End /></Actions></DoAction>";
+}
+
+} // namespace
+
+TEST(Parts, CompileToTheSame) {
+    struct {
+        std::string text, problem;
+        uint64_t warnings = 0;
+    } const cases[] = {
+        {document({}), ""},
+        {document({{100, big}, {101, big}, {5000, script()}, {20000, sprite("")}, {29999, big}}), ""},
+        {document({{0, "<!-- a comment -->"}, {700, "text"}, {15000, foreign}, {29000, "<![CDATA[]]>"}}), "", 1},
+        {document({}, "Odd=\"1\" "), "", count},
+        {document({{50, odd}, {15000, sprite(odd)}, {29000, odd}}), "", 3},
+        {document({{50, odd}, {15000, odd}, {29000, odd}, {29500, badValue}}), "no\" is not", 3},
+        {document({{50, badValue}, {51, odd}, {25000, badValue}}), "in row 52", 0},
+        {document({{20000, sprite(badValue)}, {25000, badValue}}), "in row 20002", 0},
+        {document({{50, badValue}, {25000, notWell}, {29000, notWell}}), "closing tag name in row 25002"},
+        {document({{50, notWell}, {25000, badValue}}), "closing tag name in row 52"},
+        {document({{3, "<ShowFrame"}}), "expected > in row 6"},
+        {"<Movie>" + std::string(2000000, ' ') + "</Movie>", ""},
+    };
+    for (const auto& c : cases) {
+        const Outcome one = compiled(c.text, 1), several = compiled(c.text, 3);
+        EXPECT_EQ(one.problem.empty(), c.problem.empty()) << one.problem;
+        EXPECT_NE(one.problem.find(c.problem), one.problem.npos) << one.problem;
+        EXPECT_EQ(one.warningsInAll, c.warnings);
+        EXPECT_TRUE(several == one) << several.problem << " instead of " << one.problem << "; warnings "
+                                    << several.warningsInAll << "; reports " << several.reports.size();
+    }
+}
+
+TEST(Parts, AreShownTheSame) {
+    for (const OddElements& odd :
+         {OddElements(), {{100, big}, {101, sprite("")}, {9000, script()}, {20000, badCodec}, {29990, big}}}) {
+        const std::string file = compiled(document(odd), 1).result;
+        for (const bool keepRaw : {true, false}) {
+            const Outcome one = shown(file, keepRaw, 1);
+            EXPECT_EQ(one.problem.empty(), keepRaw || odd.empty()) << one.problem;
+            EXPECT_EQ(one.warningsInAll, keepRaw && !odd.empty() ? 1u : 0u);
+            EXPECT_TRUE(shown(file, keepRaw, 3) == one);
+        }
+    }
+}
+
+TEST(Parts, AReporterThatThrowsEndsTheWork) {
+    const std::string text = document({}), file = compiled(text, 1).result;
+    for (const Outcome& outcome : {compiled(text, 3, 0.3), shown(file, true, 3, 0.3)}) {
+        EXPECT_EQ(outcome.problem, "stopped");
+        EXPECT_EQ(outcome.reports.size(), size_t(count * 0.3) + 1);
+    }
+}
+
+TEST(Parts, AreTakenInOrderUpToTheFirstError) {
+    for (const size_t bad : {0, 37, 99, 100}) {
+        std::vector<size_t> done(100), taken;
+        auto work = [&](size_t i) {
+            done[i] = i + 1;
+            if (i == bad || i > bad + 1)
+                throw std::out_of_range(std::to_string(i));
+        };
+        auto take = [&](size_t i) { taken.push_back(done[i] - 1); };
+        std::string error;
+        try {
+            workInOrder({done.size(), work, take}, 4);
+        } catch (const std::out_of_range& thrown) {
+            error = thrown.what();
+        }
+        EXPECT_EQ(error, bad == 100 ? "" : std::to_string(bad));
+        ASSERT_EQ(taken.size(), std::min<size_t>(bad + 1, 100));
+        for (size_t i = 0; i < taken.size(); ++i)
+            EXPECT_EQ(taken[i], i);
+    }
+}

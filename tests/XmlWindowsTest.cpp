@@ -128,3 +128,62 @@ TEST(XmlWindows, LongPayloadsAreReadWhereTheyStand) {
         EXPECT_EQ(error.place.column, 1u);
     }
 }
+
+// Edges of a big shape are taken straight from the text where it has the usual form.
+TEST(XmlWindows, EdgesOfAnyFormAreReadAlike) {
+    const char* const odds[] = {
+        "<Line DX=\"-9999999\" DY=\"-0\" />",
+        "<Line DX=\"12345678\" DY=\"0\" />",
+        "<Line DX=\"+5\" DY=\"007\" />",
+        "<Line DX=\"\" DY=\"1\" />",
+        "<Line DX=\"-\" DY=\"1\" />",
+        "<Line DX=\"1:\" DY=\"1\" />",
+        "<Line DX=\"3\"/>",
+        "<Line DY=\"3\" DX='4' />",
+        "<Line DX=\"3\" DY=\"4\" DZ=\"5\" />",
+        "<Curve CDX=\"1\" CDY=\"-22\" ADX=\"333\" ADY=\"-4444\" />",
+        "<Curve CDX=\"1\" CDY=\"-22\" ADX=\"333\"></Curve>",
+        "<StyleChange />",
+        "<StyleChange></StyleChange>",
+        "<StyleChange> <Move DX=\"-70\" DY=\"8\" /> <SetFill1 Index=\"1\" />\n</StyleChange>",
+        "<StyleChange><SetFill1 Index=\"1\" /><SetFill0 Index=\"1\" /><SetLine Index=\"1\" /></StyleChange>",
+        "<StyleChange><SetFill0 Index=\"70000\" /></StyleChange>",
+        "<StyleChange><SetFill0 Index=\"-1\" /></StyleChange>",
+        "<StyleChange><SetLine /><NewStyles><FillStyles /><LineStyles /></NewStyles></StyleChange>",
+        "text <Other /> <![CDATA[<Line DX=\"1\" DY=\"2\" />]]>",
+        "<Line DX=\"1\" DY=\"2\" ><Line DX=\"1\" DY=\"2\" /></Line>",
+        "<Line DX=\"1\" DY=\"2\" /",
+    };
+    auto outcomeOf = [](const std::string& edges) {
+        const std::string head = "\n<DefineShape3 ShapeId=\"1\"><Bounds /><FillStyles><SolidFillStyle Color=\"ff\" />"
+                                 "</FillStyles><LineStyles><LineStyle Width=\"1\" /></LineStyles><Edges>";
+        const std::string text = movie(head + edges + "</Edges></DefineShape3>");
+        MovieTarget target;
+        SwfWarnings warnings;
+        ConversionOptions options;
+        options.warnings = &warnings;
+        std::string outcome;
+        try {
+            EXPECT_TRUE(xmlToSwf(text, target, options));
+            const SwfVector<uint8_t> file = target.movie.serialise(0);
+            outcome.assign(file.begin(), file.end());
+        } catch (const XmlValueError& error) {
+            outcome = error.description();
+        } catch (const XmlSyntaxError& error) {
+            outcome = error.what();
+        }
+        for (const SwfWarning& warning : warnings.items())
+            outcome += warning.tagName + warning.reason;
+        return outcome;
+    };
+    for (const std::string odd : odds) {
+        std::string usual, other;
+        for (int i = 0; i < 1000; ++i) {
+            const std::string line = "\n <Line DX=\"" + std::to_string(i - 500) + "\" DY=\"40\" />";
+            const std::string edge = i == 500 || i == 900 ? odd : line;
+            usual += edge;
+            other += "<!-- -->" + edge;
+        }
+        EXPECT_TRUE(outcomeOf(usual) == outcomeOf(other)) << odd;
+    }
+}

@@ -1,4 +1,5 @@
 // Shape records as XML.
+#include "XmlCursor.h"
 #include "XmlShapes.h"
 
 namespace xml2swf {
@@ -81,8 +82,83 @@ void writeShapeRecords(XmlNode& parent, const SwfShapeRecords& records, LineStyl
     }
 }
 
+namespace {
+
+// Edges and style changes in the form in which they are written.
+class EdgeReader final : public XmlQuickReader {
+public:
+    explicit EdgeReader(SwfShapeRecords& records) : _records(records) {}
+
+    size_t read(std::string_view text, size_t start, size_t end) override {
+        XmlCursor cursor(text, start);
+        size_t done = start;
+        while (cursor.toElement() && cursor.position() < end && readRecord(cursor))
+            done = cursor.position();
+        return done;
+    }
+
+private:
+    bool readRecord(XmlCursor& cursor) {
+        if (cursor.take("<Line DX=\"")) {
+            int32_t dx, dy;
+            if (!cursor.take(dx) || !cursor.take("\" DY=\"") || !cursor.take(dy) || !cursor.take("\" />"))
+                return false;
+            _records.addLine(dx, dy);
+            return true;
+        }
+        if (cursor.take("<Curve CDX=\"")) {
+            int32_t cdx, cdy, adx, ady;
+            if (!cursor.take(cdx) || !cursor.take("\" CDY=\"") || !cursor.take(cdy) || !cursor.take("\" ADX=\"") ||
+                !cursor.take(adx) || !cursor.take("\" ADY=\"") || !cursor.take(ady) || !cursor.take("\" />"))
+                return false;
+            _records.addCurve(cdx, cdy, adx, ady);
+            return true;
+        }
+        return cursor.take("<StyleChange>") && readStyleChange(cursor);
+    }
+
+    bool readStyleChange(XmlCursor& cursor) {
+        SwfStyleChange read;
+        if (!cursor.toElement() || !readMove(cursor, read) ||
+            !readIndex(cursor, "<SetFill0 Index=\"", read.stateFillStyle0, read.fillStyle0) ||
+            !readIndex(cursor, "<SetFill1 Index=\"", read.stateFillStyle1, read.fillStyle1) ||
+            !readIndex(cursor, "<SetLine Index=\"", read.stateLineStyle, read.lineStyle) ||
+            !cursor.take("</StyleChange>"))
+            return false;
+        SwfStyleChange& change = _records.addStyleChange();
+        change.stateMoveTo = read.stateMoveTo;
+        change.moveDeltaX = read.moveDeltaX;
+        change.moveDeltaY = read.moveDeltaY;
+        change.stateFillStyle0 = read.stateFillStyle0;
+        change.fillStyle0 = read.fillStyle0;
+        change.stateFillStyle1 = read.stateFillStyle1;
+        change.fillStyle1 = read.fillStyle1;
+        change.stateLineStyle = read.stateLineStyle;
+        change.lineStyle = read.lineStyle;
+        return true;
+    }
+
+    // The parts of a style change may be missing.
+    static bool readMove(XmlCursor& cursor, SwfStyleChange& change) {
+        change.stateMoveTo = cursor.take("<Move DX=\"");
+        return !change.stateMoveTo || (cursor.take(change.moveDeltaX) && cursor.take("\" DY=\"") &&
+                                       cursor.take(change.moveDeltaY) && cursor.take("\" />") && cursor.toElement());
+    }
+
+    template <size_t N>
+    static bool readIndex(XmlCursor& cursor, const char (&start)[N], bool& isThere, uint16_t& index) {
+        isThere = cursor.take(start);
+        return !isThere || (cursor.take(index) && cursor.take("\" />") && cursor.toElement());
+    }
+
+    SwfShapeRecords& _records;
+};
+
+} // namespace
+
 void readShapeRecords(XmlElement& parent, SwfShapeRecords& records, LineStyleKind newStyles) {
-    for (XmlElement child : parent.children()) {
+    EdgeReader quick(records);
+    for (XmlElement child : parent.children(quick)) {
         if (child.is("Line")) {
             const int32_t dx = child.si32("DX");
             const int32_t dy = child.si32("DY");

@@ -165,6 +165,36 @@ TEST(Compression, BoundsTheBodyByItsHeader) {
     EXPECT_EQ(Loaded(compressedFile(packed, length)).count(), 2u);
 }
 
+TEST(Compression, BigBodiesAreDeflatedInParts) {
+    constexpr size_t start = 8, period = 20000, part = 1 << 20; // repeats only within zlib's window
+    uint32_t noise = 1;
+    Bytes file(start + 7 * part / 2);
+    for (size_t i = start; i < file.size(); ++i)
+        file[i] =
+            i < start + period ? static_cast<uint8_t>((noise = noise * 1664525 + 1013904223) >> 24) : file[i - period];
+    for (size_t size : {size_t(0), size_t(100), 2 * part - 1, 2 * part, file.size() - start}) {
+        for (int level : {-1, 0, 1, 5, 6, 9}) {
+            SwfOStream stream(start + size);
+            stream.writeBytes(start + size, file.data());
+            stream.compress(level);
+            Bytes expected(compressBound(static_cast<uLong>(size)));
+            uLongf length = expected.size(), inflated = size + 1;
+            compress2(expected.data(), &length, file.data() + start, static_cast<uLong>(size), level);
+            expected.resize(length);
+            const Bytes packed(stream.begin() + start, stream.end());
+            if (size < 2 * part) {
+                EXPECT_TRUE(packed == expected) << size << " at level " << level;
+            }
+            EXPECT_LE(packed.size(), length + length / 100) << size << " at level " << level;
+            Bytes back(size + 1);
+            ASSERT_EQ(uncompress(back.data(), &inflated, packed.data(), static_cast<uLong>(packed.size())), Z_OK);
+            ASSERT_EQ(inflated, size);
+            EXPECT_TRUE(std::equal(back.begin(), back.end() - 1, file.begin() + start))
+                << size << " at level " << level;
+        }
+    }
+}
+
 TEST(Compression, SavesWhatItReads) {
     Loaded loaded(fileOf("4000 027d aabb 4000 0000"));
     const std::string records = loaded.saved();

@@ -1,5 +1,4 @@
-#include <zlib.h>
-
+#include "SwfDeflate.h"
 #include "SwfStream.h"
 #include "SwfStructs.h"
 #include "SwfUtils.h"
@@ -68,23 +67,12 @@ void SwfOStream::writeString(const SwfString& text) {
 }
 
 void SwfOStream::compress(int level) {
-    z_stream z{};
-    if (deflateInit(&z, level) != Z_OK)
-        throw SwfException(SwfError::compression, "zlib does not start");
-    const uLong bodySize = size() - 8;
-    const uLong bound = deflateBound(&z, bodySize);
+    constexpr uint32_t start = 8;
     SwfVector<uint8_t> compressed;
-    compressed.reserve(bound + 8);
-    std::copy(data(), data() + 8, compressed.data());
-    z.next_in = data() + 8;
-    z.avail_in = static_cast<uInt>(bodySize);
-    z.next_out = compressed.data() + 8;
-    z.avail_out = static_cast<uInt>(bound);
-    const int result = deflate(&z, Z_FINISH);
-    const uint64_t total = 8 + (bound - z.avail_out);
-    if (deflateEnd(&z) != Z_OK || result != Z_STREAM_END)
-        throw SwfException(SwfError::compression, "zlib fails");
-    attach(compressed.detach(), static_cast<uint32_t>(total), SwfAttach::adopt);
+    compressed.attach(data(), start, SwfAttach::copy);
+    appendDeflated(compressed, {data() + start, size() - start}, level);
+    const uint32_t total = compressed.size();
+    attach(compressed.detach(), total, SwfAttach::adopt);
 }
 
 } // namespace libswf

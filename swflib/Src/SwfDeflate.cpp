@@ -54,7 +54,8 @@ struct Part {
     std::span<const uint8_t> body;
     std::span<const uint8_t> before; // its window
     bool isLast;
-    std::unique_ptr<uint8_t[]> deflated = nullptr;
+    uint8_t* deflated = nullptr; // room of its own unless it has some already
+    std::unique_ptr<uint8_t[]> own = nullptr;
     size_t size = 0; // of deflated
     uLong sum = 0;
 
@@ -78,15 +79,12 @@ void deflatePart(Part& part, int level) {
     Deflater deflater(level);
     if (!part.before.empty())
         deflater.setWindow(part.before);
-    part.deflated.reset(new uint8_t[part.bound()]);
-    part.size = deflater.deflate(part.body, part.isLast, {part.deflated.get(), part.bound()});
+    if (part.deflated == nullptr) {
+        part.own.reset(new uint8_t[part.bound()]);
+        part.deflated = part.own.get();
+    }
+    part.size = deflater.deflate(part.body, part.isLast, {part.deflated, part.bound()});
     part.sum = adler32(adler32(0, nullptr, 0), part.body.data(), static_cast<uInt>(part.body.size()));
-}
-
-void append(SwfVector<uint8_t>& target, std::span<const uint8_t> bytes) {
-    const uint32_t size = target.size();
-    target.resize(uint64_t(size) + bytes.size());
-    std::copy(bytes.begin(), bytes.end(), target.data() + size);
 }
 
 void appendBigEndian(SwfVector<uint8_t>& target, uint32_t value, int bytes) {
@@ -110,12 +108,15 @@ void appendDeflated(SwfVector<uint8_t>& target, std::span<const uint8_t> body, i
         most += part.bound();
     target.reserve(most);
     appendBigEndian(target, headerFor(level), 2);
+    parts.front().deflated = target.data() + target.size(); // stands where it belongs
     uLong sum = adler32(0, nullptr, 0);
     const auto take = [&](size_t i) {
         Part& part = parts[i];
-        append(target, {part.deflated.get(), part.size});
+        if (part.own != nullptr)
+            std::memcpy(target.data() + target.size(), part.deflated, part.size);
+        target.resize(uint64_t(target.size()) + part.size);
         sum = adler32_combine(sum, part.sum, static_cast<z_off_t>(part.body.size()));
-        part.deflated.reset();
+        part.own.reset();
     };
     workInOrder({parts.size(), [&](size_t i) { deflatePart(parts[i], level); }, take}, threadsFor(body.size(), 0));
     appendBigEndian(target, static_cast<uint32_t>(sum), 4);

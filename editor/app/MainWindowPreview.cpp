@@ -10,9 +10,10 @@ void MainWindow::addPreview() {
     QAction* action = _actions->action(CommandId::preview);
     action->setCheckable(true);
     _handlers[CommandId::preview] = [this] { _preview->setVisible(_preview->isHidden()); };
-    const auto showState = [this, action] { action->setChecked(!_preview->isHidden()); };
-    connect(_preview, &QDockWidget::visibilityChanged, this, showState);
-    connect(action, &QAction::triggered, this, showState);
+    // Not by way of the window: the pane is hidden once more when the window is half gone.
+    const auto showState = [pane = _preview, action] { action->setChecked(!pane->isHidden()); };
+    connect(_preview, &QDockWidget::visibilityChanged, action, showState);
+    connect(action, &QAction::triggered, _preview, showState);
     connect(_tabs, &QTabWidget::currentChanged, this, &MainWindow::choosePreviewed);
 }
 

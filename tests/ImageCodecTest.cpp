@@ -14,10 +14,6 @@ using zelk::Image;
 
 namespace {
 
-size_t placeOf(const Bytes& bytes, const Bytes& part) {
-    return static_cast<size_t>(std::search(bytes.begin(), bytes.end(), part.begin(), part.end()) - bytes.begin());
-}
-
 std::shared_ptr<SwfTagDefineBitsLossless> lossless(bool withAlpha, uint8_t format, uint16_t width, uint16_t height,
                                                    uint8_t lastColor, const SwfBytes& data) {
     std::shared_ptr<SwfTagDefineBitsLossless> tag;
@@ -99,6 +95,10 @@ TEST(ImageCodec, RefusesLosslessBitmapsBeforeAllocating) {
 }
 
 #ifdef ZELK_HAVE_CODECS
+
+static size_t placeOf(const Bytes& bytes, const Bytes& part) {
+    return static_cast<size_t>(std::search(bytes.begin(), bytes.end(), part.begin(), part.end()) - bytes.begin());
+}
 
 template <class Tag>
 Tag& with(Tag& tag, const Bytes& data) {

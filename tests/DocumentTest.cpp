@@ -1,4 +1,4 @@
-// Documents on their way from and to files, the commands around them, jobs, messages, recent files.
+// Documents on their way from and to files, and the commands around them.
 #include <gtest/gtest.h>
 
 #include <deque>
@@ -18,7 +18,6 @@
 #include "DocumentViewTextCommands.h"
 #include "Exceptions.h"
 #include "ProjectFile.h"
-#include "RecentFiles.h"
 #include "SwfUtils.h"
 
 namespace {
@@ -490,134 +489,5 @@ TEST_F(DocumentTest, AFileOrFolderThatVanishedOrIsProtected) {
 }
 
 #endif
-
-class RecordedCommand : public ICommand {
-public:
-    RecordedCommand(std::string& log, char name, bool result) : _log(log), _name(name), _result(result) {}
-    bool Execute() override {
-        _log += _name;
-        return _result;
-    }
-    bool Unexecute() override {
-        _log += static_cast<char>(std::toupper(_name));
-        return _result;
-    }
-
-private:
-    std::string& _log;
-    char _name;
-    bool _result;
-};
-
-TEST(MacroCommand, StopsAtAFailureAndReversesAll) {
-    std::string log;
-    const auto command = [&log](char name, bool result) {
-        return std::make_shared<RecordedCommand>(log, name, result);
-    };
-    MacroCommand macro;
-    EXPECT_TRUE(macro.Execute());
-    EXPECT_TRUE(macro.Unexecute());
-    macro.append(command('b', true));
-    macro.append(command('c', false));
-    macro.append(command('d', true));
-    macro.insertFront(command('a', true));
-    EXPECT_FALSE(macro.Execute());
-    EXPECT_EQ(log, "abc");
-    EXPECT_TRUE(macro.Unexecute()) << "the result is that of the first command";
-    EXPECT_EQ(log, "abcDCBA");
-    macro.insertFront(command('x', false));
-    EXPECT_FALSE(macro.Unexecute());
-}
-
-TEST(Job, TheEstimateComesFromTheFirstReport) {
-    struct Case {
-        int position;
-        int64_t milliseconds;
-        const char* text;
-    };
-    for (const Case& c : {Case{0, 500, ""},
-                          {1, 0, "0 sec"},
-                          {1, 1000, "99 sec"},
-                          {50, 1999, "99 sec"},
-                          {100, 9000, "0 sec"},
-                          {1, 40'000'000'000, "3960000000 sec"}})
-        EXPECT_EQ(estimateText(c.position, c.milliseconds), c.text);
-    JobProgress progress;
-    EXPECT_EQ(progress.estimate(), "");
-    progress.report(0);
-    EXPECT_EQ(progress.estimate(), "");
-    progress.report(0.5);
-    EXPECT_EQ(progress.position(), 50);
-    EXPECT_EQ(progress.estimate(), "0 sec");
-    progress.cancel();
-    EXPECT_THROW(progress.report(0.6), JobCancelled);
-}
-
-TEST(Messages, EveryCodeHasItsTexts) {
-    const std::pair<uint32_t, Message> table[] = {
-        {1, {"Unable to play .swf file.", "Message"}},
-        {2, {"Please install a Flash Player.", "Flash Player is not installed."}},
-        {3, {"Unable to save this file.", "Message"}},
-        {4, {"Incorrect value of attribute SwfVersion", "Warning"}},
-        {5, {"Incorrect value of attribute Width", "Warning"}},
-        {6, {"Incorrect value of attribute Height", "Warning"}},
-        {7, {"Incorrect Base64 data", "Warning"}},
-        {8, {"Unable to open a.swf", "Message"}},
-        {9, {"a.swf", "The XML has incorrect format."}},
-        {0, {"Unexpected Error", "Message"}},
-        {10, {"Unexpected Error", "Message"}},
-        {4097, {"Unexpected Error", "Message"}},
-    };
-    for (const auto& [code, expected] : table)
-        EXPECT_EQ(message(static_cast<MessageCode>(code), "a.swf"), expected) << code;
-    try {
-        throw XmlException("expected >", 3, 14);
-    } catch (...) {
-        EXPECT_EQ(describeFailure().message.text, "Error description: expected >\nRow: 3\nCol: 14");
-    }
-}
-
-class MapSettings : public ISettings {
-public:
-    std::map<std::string, std::string> values;
-    std::optional<std::string> value(const std::string& key) const override {
-        const auto found = values.find(key);
-        return found == values.end() ? std::nullopt : std::optional(found->second);
-    }
-    void setValue(const std::string& key, const std::string& text) override { values[key] = text; }
-    void remove(const std::string& key) override { values.erase(key); }
-};
-
-TEST(RecentFiles, LimitsAndOrder) {
-    const std::pair<const char*, size_t> limits[] = {{"0", 2},   {"1", 2},  {"3", 3},     {"16", 16},
-                                                     {"17", 16}, {"x", 16}, {nullptr, 16}};
-    for (const auto& [count, expected] : limits) {
-        MapSettings settings;
-        if (count != nullptr)
-            settings.values["DocumentCount"] = count;
-        FilesRecentList list(settings);
-        for (int i = 0; i < 20; ++i)
-            list.add("f" + std::to_string(i));
-        EXPECT_EQ(list.files().size(), expected);
-        EXPECT_EQ(list.files().front(), "f19");
-        EXPECT_EQ(settings.values["DocumentCount"], std::to_string(expected));
-        EXPECT_EQ(settings.values.size(), expected + 1);
-    }
-    MapSettings settings;
-    settings.values = {{"DocumentCount", "3"},
-                       {"Document1", "a"},
-                       {"Document2", std::string(260, 'b')},
-                       {"Document3", "c"},
-                       {"Document16", "old"}};
-    FilesRecentList list(settings);
-    EXPECT_EQ(list.files(), (std::vector<std::string>{"a", "c"}));
-    list.add("c");
-    list.add(std::string(260, 'd'));
-    list.add(std::string(259, 'e'));
-    EXPECT_EQ(list.files(), (std::vector<std::string>{std::string(259, 'e'), "c", "a"}));
-    list.remove("c");
-    EXPECT_EQ(settings.values, (std::map<std::string, std::string>{
-                                   {"DocumentCount", "3"}, {"Document1", std::string(259, 'e')}, {"Document2", "a"}}));
-}
 
 } // namespace

@@ -230,7 +230,8 @@ static bool compile(XmlDocument& document, std::vector<ElementSpan> spans, IXml2
 bool xmlToSwf(std::string_view text, IXml2SwfConversionTarget& target, const ConversionOptions& options) {
     return located(text, [&] {
         std::vector<ElementSpan> spans;
-        XmlDocument document(text, options.original != nullptr ? &spans : nullptr);
+        XmlDocument document(text, options.original != nullptr ? &spans : nullptr,
+                             libswf::threadsFor(text.size(), options.threads));
         bool found = false;
         try {
             found = compile(document, std::move(spans), target, options);
@@ -259,7 +260,7 @@ std::optional<XmlStartTag> movieStartTag(std::string_view text) {
 }
 
 void checkXml(std::string_view text) {
-    located(text, [&] { XmlDocument(text).validate(); });
+    located(text, [&] { XmlDocument(text, nullptr, libswf::threadsFor(text.size(), 0)).validate(); });
 }
 
 void MovieTarget::movieHeader(uint8_t version, int32_t width, int32_t height, float frameRate, bool isCompressed) {

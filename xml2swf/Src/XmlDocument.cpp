@@ -7,8 +7,8 @@
 
 namespace xml2swf {
 
-XmlDocument::XmlDocument(std::string_view text, std::vector<ElementSpan>* spans)
-    : _text(text), _structure(std::make_shared<XmlStructure>(scanXml(text, maxDepth, spans))) {
+XmlDocument::XmlDocument(std::string_view text, std::vector<ElementSpan>* spans, uint32_t threads)
+    : _text(text), _structure(std::make_shared<XmlStructure>(scanXml(text, maxDepth, spans, threads))) {
     if (_structure->regular)
         return;
     // Something does not close as it opens: the parser sees the whole and says what.

@@ -19,7 +19,7 @@ public:
 
     /// Throws XmlSyntaxError for what can be told without parsing every piece; the rest shows when a piece is read, or
     /// in validate().
-    explicit XmlDocument(std::string_view text, std::vector<ElementSpan>* spans = nullptr);
+    explicit XmlDocument(std::string_view text, std::vector<ElementSpan>* spans = nullptr, uint32_t threads = 1);
     ~XmlDocument();
     /// The same text with windows of its own, for another thread. Threads read different pieces.
     std::unique_ptr<XmlDocument> another() const;

@@ -33,7 +33,7 @@ struct XmlBlock {
 constexpr size_t windowSize = 16 * 1024;
 
 struct XmlStructure {
-    std::vector<XmlBlock> blocks; ///< in the order of their ends
+    std::vector<XmlBlock> blocks; ///< in any order
     XmlBlock document;            ///< the text as a whole
     MovieSpan movie;
     bool regular = true; ///< elements close as they open; otherwise the parser has to see the text as a whole
@@ -41,7 +41,7 @@ struct XmlStructure {
 
 /// Throws XmlSyntaxError for a NUL (the parser would take it for the end) and for elements nested more than `maxDepth`
 /// deep (the parser recurses). With `spans`, also tells where the children of Movie and DefineSprite stand, in the
-/// order of their starts.
-XmlStructure scanXml(std::string_view text, uint32_t maxDepth, std::vector<ElementSpan>* spans);
+/// order of their starts. Parts of the text are scanned on so many threads; with `spans` on one.
+XmlStructure scanXml(std::string_view text, uint32_t maxDepth, std::vector<ElementSpan>* spans, uint32_t threads = 1);
 
 } // namespace xml2swf

@@ -14,7 +14,7 @@ namespace libswf {
 
 namespace {
 
-constexpr size_t partSize = 1 << 20, windowSize = 1 << 15;
+constexpr size_t leastPart = 1 << 17, mostPart = 1 << 20, usualParts = 8, windowSize = 1 << 15;
 
 // One raw deflate stream, ended when it is let go.
 class Deflater {
@@ -62,15 +62,16 @@ struct Part {
     size_t bound() const { return compressBound(static_cast<uLong>(body.size())) + 16; }
 };
 
-// The last one takes what is left, so that a small body is one part and comes out as the library would write it.
+// Parts of one size, as far as it goes. A small body is one part and comes out as the library would write it.
 std::vector<Part> partsOf(std::span<const uint8_t> body) {
     std::vector<Part> parts;
+    const size_t partSize = std::clamp(body.size() / usualParts, leastPart, mostPart);
     const size_t count = std::max<size_t>(body.size() / partSize, 1);
+    const auto startOf = [&](size_t i) { return static_cast<size_t>(uint64_t(body.size()) * i / count); };
     for (size_t i = 0; i < count; ++i) {
-        const size_t start = i * partSize, window = std::min(start, windowSize);
-        const bool isLast = i + 1 == count;
-        parts.push_back({body.subspan(start, isLast ? body.size() - start : partSize),
-                         body.subspan(start - window, window), isLast});
+        const size_t start = startOf(i), window = std::min(start, windowSize);
+        parts.push_back(
+            {body.subspan(start, startOf(i + 1) - start), body.subspan(start - window, window), i + 1 == count});
     }
     return parts;
 }
@@ -118,7 +119,9 @@ void appendDeflated(SwfVector<uint8_t>& target, std::span<const uint8_t> body, i
         sum = adler32_combine(sum, part.sum, static_cast<z_off_t>(part.body.size()));
         part.own.reset();
     };
-    workInOrder({parts.size(), [&](size_t i) { deflatePart(parts[i], level); }, take}, threadsFor(body.size(), 0));
+    constexpr uint64_t workPerByte = 16; // beside what else is done with a byte
+    workInOrder({parts.size(), [&](size_t i) { deflatePart(parts[i], level); }, take},
+                threadsFor(body.size() * workPerByte, 0));
     appendBigEndian(target, static_cast<uint32_t>(sum), 4);
 }
 

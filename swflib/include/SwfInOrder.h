@@ -22,8 +22,8 @@ struct SwfPartedWork {
 /// throws.
 void workInOrder(const SwfPartedWork& parts, uint32_t threads);
 
-/// How many threads are worth their start for an input of so many bytes: as many as are asked for; for 0 as the machine
-/// has cores, four at most; one for a small input.
+/// How many threads are worth their start for work like the reading of so many bytes of text: as many as are asked for;
+/// for 0 as the machine has cores, four at most; one for little work.
 uint32_t threadsFor(uint64_t bytes, uint32_t asked);
 
 } // namespace libswf

@@ -195,7 +195,8 @@ void appendMovie(std::string& out, SwfMovieSafe& movie, const ConversionOptions&
     const Tags& tags = movie.tags.tags().items();
     {
         MovieNode root(out, context, movie);
-        const uint32_t threads = threadsFor(movie.body().size(), options.threads);
+        constexpr uint64_t workPerByte = 4; // beside what else is done with a byte
+        const uint32_t threads = threadsFor(movie.body().size() * workPerByte, options.threads);
         if (threads > 1)
             PartedWriter(root, tags, options.progress).write(threads);
         else

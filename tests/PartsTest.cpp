@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "Conversion.h"
+#include "SwfAllTags.h"
 #include "SwfInOrder.h"
 #include "SwfWarnings.h"
 
@@ -166,6 +167,66 @@ TEST(Parts, AreShownTheSame) {
             EXPECT_EQ(one.warningsInAll, keepRaw && !odd.empty() ? 1u : 0u);
             EXPECT_TRUE(shown(file, keepRaw, 3) == one);
         }
+    }
+}
+
+// Shapes of 1 MB, of which every hundredth is written with a warning, and another tag at a place.
+std::unique_ptr<SwfTags> bigList(size_t place, std::shared_ptr<SwfTag> odd) {
+    auto tags = std::make_unique<SwfTags>();
+    for (size_t i = 0; i < 4000; ++i) {
+        auto shape = std::make_shared<SwfTagDefineShape3>();
+        for (int32_t edge = 0; edge < 100; ++edge)
+            shape->records.addLine(edge - 50, edge % 7);
+        if (i % 100 == 0)
+            shape->records.addLine(70000, static_cast<int32_t>(i));
+        shape->characterId = static_cast<uint16_t>(i);
+        tags->append(i == place ? odd : shape);
+    }
+    return tags;
+}
+
+Outcome written(SwfTags& tags, bool inParts) {
+    Outcome outcome;
+    SwfWarnings warnings;
+    SwfContext context;
+    try {
+        SwfOStream stream(inParts ? tags.getSizeInParts(context, 3) : tags.getSize(context));
+        stream.context.warnings = &warnings;
+        if (inParts) {
+            tags.writeRecordsInParts(stream, 3);
+            stream.writeUI16(0);
+        } else {
+            tags.write(stream);
+        }
+        outcome.result.assign(stream.begin(), stream.end());
+    } catch (const SwfException& error) {
+        outcome.problem = error.what();
+    }
+    for (const SwfWarning& warning : warnings.items())
+        outcome.warnings.push_back(warning.tagName + " " + warning.reason);
+    outcome.warningsInAll = warnings.total();
+    return outcome;
+}
+
+TEST(Parts, AreMeasuredAndWrittenTheSame) {
+    const auto font = [](uint16_t code) { // whose kerning codes are wide
+        auto tag = std::make_shared<SwfTagDefineFont3>();
+        tag->codes.append(code);
+        tag->kerning.append({code, code, -1});
+        return tag;
+    };
+    auto bad = std::make_shared<SwfTagDefineShape3>();
+    bad->records.addStyleChange().moveDeltaX = INT32_MAX;
+    static_cast<SwfStyleChange&>(bad->records[0]).stateMoveTo = true;
+    for (const auto& [place, odd] : std::vector<std::pair<size_t, std::shared_ptr<SwfTag>>>{
+             {5, std::make_shared<SwfTagEnd>()}, {2501, font('a')}, {3999, font(0x3b1)}, {5, bad}, {3210, bad}}) {
+        const std::unique_ptr<SwfTags> one = bigList(place, odd), several = bigList(place, odd);
+        const Outcome expected = written(*one, false);
+        EXPECT_EQ(expected.problem.empty(), odd != bad) << expected.problem;
+        EXPECT_EQ(expected.warningsInAll, odd == bad ? 0u : 40u);
+        EXPECT_TRUE(written(*several, true) == expected);
+        if (odd == bad)
+            EXPECT_NE(expected.problem.find(std::to_string(place)), std::string::npos) << expected.problem;
     }
 }
 

@@ -123,17 +123,16 @@ void addRandomRecord(SwfShapeRecords& records, std::mt19937& random) {
 bool same(const SwfShapeRecord& a, const SwfShapeRecord& b) {
     if (a.kind != b.kind)
         return false;
-    if (const auto* line = dynamic_cast<const SwfLine*>(&a)) {
-        const auto& other = dynamic_cast<const SwfLine&>(b);
-        return line->deltaX == other.deltaX && line->deltaY == other.deltaY;
+    if (a.kind == SwfShapeRecord::Kind::straightEdge) {
+        const auto &line = static_cast<const SwfLine&>(a), &other = static_cast<const SwfLine&>(b);
+        return line.deltaX == other.deltaX && line.deltaY == other.deltaY;
     }
-    if (const auto* curve = dynamic_cast<const SwfCurve*>(&a)) {
-        const auto& other = dynamic_cast<const SwfCurve&>(b);
-        return curve->controlDeltaX == other.controlDeltaX && curve->controlDeltaY == other.controlDeltaY &&
-               curve->anchorDeltaX == other.anchorDeltaX && curve->anchorDeltaY == other.anchorDeltaY;
+    if (a.kind == SwfShapeRecord::Kind::curvedEdge) {
+        const auto &curve = static_cast<const SwfCurve&>(a), &other = static_cast<const SwfCurve&>(b);
+        return curve.controlDeltaX == other.controlDeltaX && curve.controlDeltaY == other.controlDeltaY &&
+               curve.anchorDeltaX == other.anchorDeltaX && curve.anchorDeltaY == other.anchorDeltaY;
     }
-    const auto& change = dynamic_cast<const SwfStyleChange&>(a);
-    const auto& other = dynamic_cast<const SwfStyleChange&>(b);
+    const auto &change = static_cast<const SwfStyleChange&>(a), &other = static_cast<const SwfStyleChange&>(b);
     return change.moveDeltaX == other.moveDeltaX && change.moveDeltaY == other.moveDeltaY &&
            change.stateLineStyle == other.stateLineStyle;
 }

@@ -64,28 +64,36 @@ private:
 /// Collects bit fields and writes them to a stream in blocks. The stream must stand at a whole byte.
 class SwfBitPacker {
 public:
+    static constexpr uint32_t most = 56; ///< bits that are put at once
+
     explicit SwfBitPacker(SwfOStream& stream) : _stream(stream) {}
 
-    /// The low n bits of v, at most 32.
-    void put(uint32_t n, uint32_t v) {
-        _bits = _bits << n | (v & ((uint64_t(1) << n) - 1));
+    /// n bits, at most `most`; v has no others.
+    void put(uint32_t n, uint64_t v) {
         _held += n;
-        if (_held < 32)
-            return;
-        _held -= 32;
-        const uint32_t word = __builtin_bswap32(static_cast<uint32_t>(_bits >> _held));
-        std::memcpy(_block + _used, &word, 4);
-        _used += 4;
-        if (_used == sizeof _block)
+        _bits |= v << 1 << (63 - _held);
+        const uint64_t bytes = __builtin_bswap64(_bits);
+        std::memcpy(_block + _used, &bytes, sizeof bytes); // what is no whole byte yet is written again
+        _used += _held / 8;
+        _bits <<= _held / 8 * 8;
+        _held %= 8;
+        if (_used > sizeof _block - sizeof bytes) [[unlikely]]
             flushBlock();
     }
-    void putSigned(uint32_t n, int32_t v) { put(n, static_cast<uint32_t>(v)); }
+    /// The same for up to 64 bits.
+    void putLong(uint32_t n, uint64_t v) {
+        if (n <= most)
+            return put(n, v);
+        put(n - 32, v >> 32);
+        put(32, static_cast<uint32_t>(v));
+    }
 
     /// Fills the last byte with 0 bits and hands everything to the stream.
     void finish() {
         flushBlock();
-        for (; _held != 0; _held -= std::min(_held, 8u))
-            _stream.writeUI8(static_cast<uint8_t>(_held >= 8 ? _bits >> (_held - 8) : _bits << (8 - _held)));
+        if (_held != 0)
+            _stream.writeUI8(static_cast<uint8_t>(_bits >> 56));
+        _bits = _held = 0;
     }
 
 private:
@@ -95,8 +103,8 @@ private:
     }
 
     SwfOStream& _stream;
-    uint64_t _bits = 0;
-    uint32_t _held = 0;
+    uint64_t _bits = 0; // first one on top
+    uint32_t _held = 0; // so many of them, fewer than 8
     uint32_t _used = 0;
     uint8_t _block[4096];
 };

@@ -39,7 +39,7 @@ SwfVector<uint8_t> serialiseMovie(SwfMovieHeader& header, SwfTags& tags, const S
     context.version = header.version;
     context.tags = &tags;
     const bool keepRect = !source.frameSizeBytes.empty() && sameRect(source.frameSize, header.frameSize);
-    uint64_t fileLength = uint64_t(fixedHeaderSize) + tags.getSize(context);
+    uint64_t fileLength = uint64_t(fixedHeaderSize) + tags.getSizeInParts(context);
     fileLength += keepRect ? source.frameSizeBytes.size() : header.frameSize.getSize(context);
     if (source.tail)
         fileLength += source.tail->size() - uint64_t(endSize);
@@ -62,7 +62,7 @@ SwfVector<uint8_t> serialiseMovie(SwfMovieHeader& header, SwfTags& tags, const S
         header.frameSize.write(stream);
     stream.writeUI16(floatToFixed8(header.frameRate));
     stream.writeUI16(header.frameCount);
-    tags.writeRecords(stream);
+    tags.writeRecordsInParts(stream);
     if (source.tail)
         stream.writeBytes(source.tail->span());
     else

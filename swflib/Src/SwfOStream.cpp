@@ -12,6 +12,11 @@ SwfOStream::SwfOStream(uint64_t capacity) {
     adviseBigPages(data(), capacity);
 }
 
+SwfOStream::SwfOStream(std::span<uint8_t> place) {
+    attach(place.data(), static_cast<uint32_t>(place.size()), SwfAttach::borrow);
+    _size = 0;
+}
+
 SwfOStream SwfOStream::counter(const SwfContext& context) {
     SwfOStream stream;
     stream._counting = true;

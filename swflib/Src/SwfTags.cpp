@@ -1,9 +1,16 @@
 #include "SwfTags.h"
 
+#include <algorithm>
+#include <span>
+
+#include "SwfInOrder.h"
 #include "SwfTagCodes.h"
 #include "SwfTagReader.h"
+#include "SwfWarnings.h"
 
 namespace libswf {
+
+static constexpr uint32_t endSize = 2;
 
 void SwfTags::append(std::shared_ptr<SwfTag> tag) {
     if (tag->isDefinition())
@@ -28,10 +35,18 @@ uint32_t SwfTags::showFrames() const {
         std::count_if(_tags.begin(), _tags.end(), [](const auto& tag) { return tag->type == SwfTagCode::ShowFrame; }));
 }
 
+namespace {
+
+using Tags = std::vector<std::shared_ptr<SwfTag>>;
+
+struct Range {
+    size_t first = 0, end = 0;
+};
+
 // Runs `act` on each tag that is written, in a tag state of its own; an error names the tag that it came from.
 template <class Act>
-static void forEachWritten(const std::vector<std::shared_ptr<SwfTag>>& tags, SwfContext& context, Act act) {
-    for (size_t i = 0; i < tags.size(); ++i) {
+void forEachWritten(const Tags& tags, Range range, SwfContext& context, Act act) {
+    for (size_t i = range.first; i < range.end; ++i) {
         SwfTag& tag = *tags[i];
         if (tag.type == SwfTagCode::End)
             continue;
@@ -46,25 +61,19 @@ static void forEachWritten(const std::vector<std::shared_ptr<SwfTag>>& tags, Swf
     }
 }
 
-uint32_t SwfTags::getSize(SwfContext& context) {
-    uint64_t total = 2; // the closing End
-    forEachWritten(_tags, context, [&](SwfTag& tag) {
+// Bytes of the records.
+uint64_t measureTags(const Tags& tags, Range range, SwfContext& context) {
+    uint64_t total = 0;
+    forEachWritten(tags, range, context, [&](SwfTag& tag) {
         tag.prepare();
         total += tag.getSize(context);
         total += tag.headerSize();
     });
-    if (total > UINT32_MAX)
-        throw SwfException(SwfError::doesNotFit, "a tag list of more than 4 GB");
-    return size = static_cast<uint32_t>(total);
+    return total;
 }
 
-void SwfTags::write(SwfOStream& stream) const {
-    writeRecords(stream);
-    stream.writeUI16(0);
-}
-
-void SwfTags::writeRecords(SwfOStream& stream) const {
-    forEachWritten(_tags, stream.context, [&](SwfTag& tag) {
+void writeTags(const Tags& tags, Range range, SwfOStream& stream) {
+    forEachWritten(tags, range, stream.context, [&](SwfTag& tag) {
         stream.context.tagSize = tag.size;
         const uint64_t end = stream.written() + tag.headerSize() + tag.size;
         tag.write(stream);
@@ -73,6 +82,88 @@ void SwfTags::writeRecords(SwfOStream& stream) const {
         while (stream.written() < end)
             stream.writeUI8(0);
     });
+}
+
+// A measured or written byte is mostly one of a shape or a script: as much work as so many bytes that are copied.
+constexpr uint64_t workPerByte = 4;
+constexpr size_t mostParts = 64;
+
+// Tags that one thread writes in a row, to their place in the movie.
+struct WrittenPart {
+    Range range;
+    uint64_t bytes = 0;
+    std::span<uint8_t> place;
+    SwfWarnings warnings;
+};
+
+std::vector<WrittenPart> writtenParts(const Tags& tags, uint64_t total) {
+    std::vector<WrittenPart> parts;
+    const uint64_t least = total / mostParts;
+    for (size_t i = 0; i < tags.size(); ++i) {
+        if (parts.empty() || parts.back().bytes > least)
+            parts.emplace_back().range = {i, i};
+        if (tags[i]->type != SwfTagCode::End)
+            parts.back().bytes += uint64_t(tags[i]->headerSize()) + tags[i]->size;
+        parts.back().range.end = i + 1;
+    }
+    return parts;
+}
+
+} // namespace
+
+uint32_t SwfTags::getSize(SwfContext& context) {
+    return setSize(endSize + measureTags(_tags, {0, _tags.size()}, context));
+}
+
+uint32_t SwfTags::setSize(uint64_t total) {
+    if (total > UINT32_MAX)
+        throw SwfException(SwfError::doesNotFit, "a tag list of more than 4 GB");
+    return size = static_cast<uint32_t>(total);
+}
+
+uint32_t SwfTags::getSizeInParts(const SwfContext& context, uint32_t asked) {
+    uint64_t total = endSize;
+    uint32_t threads = 1;
+    size_t done = 0;
+    for (SwfContext own = context; done < _tags.size() && threads == 1; ++done) {
+        total += measureTags(_tags, {done, done + 1}, own);
+        threads = threadsFor(total * workPerByte, asked);
+    }
+    const size_t left = _tags.size() - done, inPart = left / mostParts + 1;
+    std::vector<uint64_t> sizes((left + inPart - 1) / inPart);
+    const auto work = [&](size_t part) {
+        const size_t first = done + part * inPart;
+        SwfContext own = context;
+        sizes[part] = measureTags(_tags, {first, std::min(first + inPart, _tags.size())}, own);
+    };
+    workInOrder({sizes.size(), work, [&](size_t part) { total += sizes[part]; }}, threads);
+    return setSize(total);
+}
+
+void SwfTags::write(SwfOStream& stream) const {
+    writeTags(_tags, {0, _tags.size()}, stream);
+    stream.writeUI16(0);
+}
+
+void SwfTags::writeRecordsInParts(SwfOStream& stream, uint32_t asked) const {
+    const uint32_t threads = threadsFor(size * workPerByte, asked);
+    if (threads == 1)
+        return writeTags(_tags, {0, _tags.size()}, stream);
+    std::vector<WrittenPart> parts = writtenParts(_tags, size);
+    for (WrittenPart& part : parts)
+        part.place = stream.claimPlace(part.bytes);
+    SwfWarnings* warnings = stream.context.warnings;
+    const auto work = [&](size_t i) {
+        SwfOStream own(parts[i].place);
+        own.context = stream.context;
+        own.context.warnings = warnings == nullptr ? nullptr : &parts[i].warnings;
+        writeTags(_tags, parts[i].range, own);
+    };
+    const auto take = [&](size_t i) {
+        if (warnings != nullptr)
+            warnings->add(std::move(parts[i].warnings));
+    };
+    workInOrder({parts.size(), work, take}, threads);
 }
 
 void SwfTags::read(SwfIStream& stream, uint32_t length) {

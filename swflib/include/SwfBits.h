@@ -11,7 +11,7 @@ namespace libswf {
 constexpr uint32_t bitsMagnitude(int32_t v) { return static_cast<uint32_t>(v < 0 ? ~v : v); }
 
 /// Significant bits of v; 1 for 0.
-constexpr uint32_t bitsUnsigned(uint32_t v) { return v == 0 ? 1 : static_cast<uint32_t>(std::bit_width(v)); }
+constexpr uint32_t bitsUnsigned(uint32_t v) { return static_cast<uint32_t>(std::bit_width(v | 1)); }
 
 /// Significant bits and a sign bit; never below 2.
 constexpr uint32_t bitsSigned(int32_t v) { return bitsUnsigned(bitsMagnitude(v)) + 1; }

@@ -1,27 +1,30 @@
 // The records that draw a shape or a glyph.
 #pragma once
 
+#include <forward_list>
 #include <memory>
 #include <memory_resource>
 
+#include "SwfBits.h"
 #include "SwfFillStyle.h"
 #include "SwfLineStyle.h"
 #include "SwfStructs.h"
 
 namespace libswf {
 
-/// One record. Its size is not a multiple of bytes: the list reads, measures and writes it.
-class SwfShapeRecord : public SwfStruct {
+/// One record. Its size is not a multiple of bytes: the list reads, measures and writes it. Shapes have millions of
+/// records, so that one holds nothing but its values.
+class SwfShapeRecord {
 public:
     enum class Kind : uint8_t { straightEdge, curvedEdge, styleChange };
     const Kind kind;
 
-    virtual ~SwfShapeRecord() = default;
     SwfShapeRecord(const SwfShapeRecord&) = delete;
     SwfShapeRecord& operator=(const SwfShapeRecord&) = delete;
 
 protected:
     explicit SwfShapeRecord(Kind recordKind) : kind(recordKind) {}
+    ~SwfShapeRecord() = default;
 };
 
 /// A straight edge, in twips from the end of the last one. Edges are written in the smallest width that holds them; a
@@ -29,20 +32,34 @@ protected:
 /// shape cannot be read again.
 class SwfLine : public SwfShapeRecord {
 public:
-    int32_t deltaX, deltaY;
+    const int32_t deltaX, deltaY;
 
     explicit SwfLine(int32_t dx = 0, int32_t dy = 0) : SwfShapeRecord(Kind::straightEdge), deltaX(dx), deltaY(dy) {}
+
+    /// Both deltas are written.
+    bool isGeneral() const { return deltaX != 0 && deltaY != 0; }
+    /// Bits of a delta in the file.
+    uint32_t width() const { return bitsUnsigned(bitsMagnitude(deltaX) | bitsMagnitude(deltaY)) + 1; }
+    /// Bits of the record in the file.
+    uint32_t bits() const { return isGeneral() ? 7 + 2 * width() : 8 + width(); }
 };
 
 /// A quadratic curve: the control point from the end of the last edge, the anchor from the control point. Widths as
 /// with SwfLine.
 class SwfCurve : public SwfShapeRecord {
 public:
-    int32_t controlDeltaX, controlDeltaY, anchorDeltaX, anchorDeltaY;
+    const int32_t controlDeltaX, controlDeltaY, anchorDeltaX, anchorDeltaY;
 
     explicit SwfCurve(int32_t cdx = 0, int32_t cdy = 0, int32_t adx = 0, int32_t ady = 0)
         : SwfShapeRecord(Kind::curvedEdge), controlDeltaX(cdx), controlDeltaY(cdy), anchorDeltaX(adx),
           anchorDeltaY(ady) {}
+
+    uint32_t width() const {
+        return bitsUnsigned(bitsMagnitude(controlDeltaX) | bitsMagnitude(controlDeltaY) | bitsMagnitude(anchorDeltaX) |
+                            bitsMagnitude(anchorDeltaY)) +
+               1;
+    }
+    uint32_t bits() const { return 6 + 4 * width(); }
 };
 
 struct SwfNewStyles {
@@ -93,9 +110,16 @@ public:
     /// For loops: pointers to the records.
     const SwfVector<SwfShapeRecord*>& items() const { return _records; }
 
-    SwfLine& addLine(int32_t dx, int32_t dy) { return add<SwfLine>(dx, dy); }
-    SwfCurve& addCurve(int32_t cdx, int32_t cdy, int32_t adx, int32_t ady) { return add<SwfCurve>(cdx, cdy, adx, ady); }
-    SwfStyleChange& addStyleChange() { return add<SwfStyleChange>(); }
+    SwfLine& addLine(int32_t dx, int32_t dy) { return addEdge<SwfLine>(dx, dy); }
+    SwfCurve& addCurve(int32_t cdx, int32_t cdy, int32_t adx, int32_t ady) {
+        return addEdge<SwfCurve>(cdx, cdy, adx, ady);
+    }
+    SwfStyleChange& addStyleChange() {
+        _lastChange = _styleChanges.emplace_after(_lastChange);
+        _lastChange->edgeBitsBefore = _edgeBits;
+        _records.append(&_lastChange->change);
+        return _lastChange->change;
+    }
     void clear();
 
     /// Reads to the end record; replaces what the list held. Throws SwfException code 3 when the body ends before.
@@ -106,15 +130,24 @@ public:
     void write(SwfOStream& stream);
 
 private:
-    template <class Record, class... Args>
-    Record& add(Args... args) {
-        auto* record = new (_pool.allocate(sizeof(Record), alignof(Record))) Record(args...);
-        _records.append(record);
-        return *record;
+    template <class Edge, class... Deltas>
+    Edge& addEdge(Deltas... deltas) {
+        auto* edge = new (_pool.allocate(sizeof(Edge), alignof(Edge))) Edge(deltas...);
+        _records.append(edge);
+        _edgeBits += edge->bits();
+        return *edge;
     }
 
     static constexpr size_t firstBlock = 192; // bytes; further blocks grow
     std::pmr::monotonic_buffer_resource _pool{firstBlock};
+    // Style changes may own something, and are all that has to be looked at for measuring: edges do not change.
+    struct CountedChange {
+        SwfStyleChange change;
+        uint64_t edgeBitsBefore = 0; // of all edges before it
+    };
+    std::pmr::forward_list<CountedChange> _styleChanges{&_pool};
+    std::pmr::forward_list<CountedChange>::iterator _lastChange = _styleChanges.before_begin();
+    uint64_t _edgeBits = 0;
     SwfVector<SwfShapeRecord*> _records;
 };
 

@@ -146,12 +146,16 @@ private:
 class SwfOStream : public SwfStream {
 public:
     explicit SwfOStream(uint64_t capacity);
+    /// Writes to a place in memory of the caller's.
+    explicit SwfOStream(std::span<uint8_t> place);
 
     /// A stream that stores nothing: size measuring by the code that writes.
     static SwfOStream counter(const SwfContext& context);
     bool isCounter() const { return _counting; }
     /// Bytes written or counted so far, pending bits left out.
     uint64_t written() const { return _counting ? _count : size(); }
+    /// The next n bytes, for others to fill.
+    std::span<uint8_t> claimPlace(uint64_t n) { return {claim(n), static_cast<size_t>(n)}; }
     /// In a counter, adds bytes that were measured elsewhere.
     void count(uint64_t bytes) { _count += bytes; }
 

@@ -33,8 +33,11 @@ public:
     /// Writes the records with the sizes that getSize found. A body that comes out shorter than measured is filled up
     /// with zero bytes, so that the next record stays where its header says.
     void write(SwfOStream& stream) const;
-    /// The same without the closing End.
-    void writeRecords(SwfOStream& stream) const;
+
+    /// The same on several threads for the list of a big movie, in which no tag stands twice; write without the closing
+    /// End. The bytes, the first error and the warnings are those of one thread.
+    uint32_t getSizeInParts(const SwfContext& context, uint32_t threads = 0);
+    void writeRecordsInParts(SwfOStream& stream, uint32_t threads = 0) const;
 
     /// Reads records for `length` bytes, 0 for all the data. Tolerant: a tag whose body cannot be read is dropped, or
     /// kept raw when the context says so.
@@ -43,6 +46,8 @@ public:
     void readUntil(SwfIStream& stream, uint64_t end);
 
 private:
+    uint32_t setSize(uint64_t total);
+
     std::vector<std::shared_ptr<SwfTag>> _tags;
     std::unordered_map<uint16_t, SwfTag*> _definitions;
 };

@@ -6,7 +6,8 @@
 
 namespace libswf {
 
-static_assert(sizeof(SwfLine) == 24 && sizeof(SwfStyleChange) <= 40, "shapes have millions of records");
+static_assert(sizeof(SwfLine) == 12 && sizeof(SwfCurve) == 20 && sizeof(SwfStyleChange) <= 32,
+              "shapes have millions of records");
 
 namespace {
 
@@ -25,17 +26,9 @@ uint32_t styleBits(const SwfStyleChange& change) {
            (change.stateMoveTo ? moveBit : 0);
 }
 
-bool isGeneral(const SwfLine& line) { return line.deltaX != 0 && line.deltaY != 0; }
+uint64_t lowBits(uint32_t n, int32_t v) { return static_cast<uint32_t>(v) & ((uint64_t(1) << n) - 1); }
 
-uint32_t widthOf(const SwfLine& line) {
-    return bitsUnsigned(bitsMagnitude(line.deltaX) | bitsMagnitude(line.deltaY)) + 1;
-}
-
-uint32_t widthOf(const SwfCurve& curve) {
-    return bitsUnsigned(bitsMagnitude(curve.controlDeltaX) | bitsMagnitude(curve.controlDeltaY) |
-                        bitsMagnitude(curve.anchorDeltaX) | bitsMagnitude(curve.anchorDeltaY)) +
-           1;
-}
+uint64_t pair(uint32_t n, int32_t a, int32_t b) { return lowBits(n, a) << n | lowBits(n, b); }
 
 uint32_t widthOfMove(const SwfStyleChange& change) {
     const uint32_t n = bitsSigned2(change.moveDeltaX, change.moveDeltaY);
@@ -186,31 +179,36 @@ private:
     }
 
     void writeLine(const SwfLine& line) {
-        const uint32_t n = widthOf(line);
-        const uint32_t head = edgeHead(straightBit, n);
-        if (isGeneral(line)) {
-            _bits.put(7, head << 1 | 1);
-            _bits.putSigned(n, line.deltaX);
-            _bits.putSigned(n, line.deltaY);
-        } else {
+        const uint32_t n = line.width();
+        const uint64_t head = edgeHead(straightBit, n);
+        if (!line.isGeneral()) {
             const bool vertical = line.deltaX == 0;
-            _bits.put(8, head << 2 | (vertical ? 1 : 0));
-            _bits.putSigned(n, vertical ? line.deltaY : line.deltaX);
+            _bits.put(8 + n, (head << 2 | (vertical ? 1 : 0)) << n | lowBits(n, vertical ? line.deltaY : line.deltaX));
+        } else if (7 + 2 * n <= SwfBitPacker::most) {
+            _bits.put(7 + 2 * n, (head << 1 | 1) << 2 * n | pair(n, line.deltaX, line.deltaY));
+        } else {
+            _bits.put(7, head << 1 | 1);
+            _bits.putLong(2 * n, pair(n, line.deltaX, line.deltaY));
         }
     }
 
     void writeCurve(const SwfCurve& curve) {
-        const uint32_t n = widthOf(curve);
-        _bits.put(6, edgeHead(0, n));
-        _bits.putSigned(n, curve.controlDeltaX);
-        _bits.putSigned(n, curve.controlDeltaY);
-        _bits.putSigned(n, curve.anchorDeltaX);
-        _bits.putSigned(n, curve.anchorDeltaY);
+        const uint32_t n = curve.width();
+        const uint64_t head = edgeHead(0, n);
+        const uint64_t control = pair(n, curve.controlDeltaX, curve.controlDeltaY);
+        const uint64_t anchor = pair(n, curve.anchorDeltaX, curve.anchorDeltaY);
+        if (6 + 4 * n <= SwfBitPacker::most) {
+            _bits.put(6 + 4 * n, (head << 2 * n | control) << 2 * n | anchor);
+        } else {
+            _bits.put(6, head);
+            _bits.putLong(2 * n, control);
+            _bits.putLong(2 * n, anchor);
+        }
     }
 
     void writeIndex(uint32_t index, uint32_t n, const char* what) {
         checkIndex(_context, index, n, what);
-        _bits.put(n, index);
+        _bits.put(n, index & ((1u << n) - 1));
     }
 
     void writeStyleChange(SwfStyleChange& change) {
@@ -218,8 +216,7 @@ private:
         if (change.stateMoveTo) {
             const uint32_t n = widthOfMove(change);
             _bits.put(5, n);
-            _bits.putSigned(n, change.moveDeltaX);
-            _bits.putSigned(n, change.moveDeltaY);
+            _bits.putLong(2 * n, pair(n, change.moveDeltaX, change.moveDeltaY));
         }
         if (change.stateFillStyle0)
             writeIndex(change.fillStyle0, _context.numFillBits, "fill");
@@ -295,8 +292,9 @@ void setIndexWidths(SwfIStream& stream, uint64_t fillStyles, uint64_t lineStyles
 }
 
 void SwfShapeRecords::clear() {
-    for (SwfShapeRecord* record : _records)
-        record->~SwfShapeRecord();
+    _styleChanges.clear();
+    _lastChange = _styleChanges.before_begin();
+    _edgeBits = 0;
     _records.clear();
     _pool.release();
 }
@@ -307,18 +305,13 @@ void SwfShapeRecords::read(SwfIStream& stream) {
 }
 
 uint32_t SwfShapeRecords::getSize(SwfContext& context) {
-    uint64_t bit = 8;
-    for (SwfShapeRecord* record : _records) {
-        switch (record->kind) {
-        case SwfShapeRecord::Kind::straightEdge: {
-            const auto& line = static_cast<const SwfLine&>(*record);
-            bit += isGeneral(line) ? 2 * widthOf(line) + 7 : widthOf(line) + 8;
-            break;
-        }
-        case SwfShapeRecord::Kind::curvedEdge: bit += 4 * widthOf(static_cast<const SwfCurve&>(*record)) + 6; break;
-        case SwfShapeRecord::Kind::styleChange: bit = endOf(static_cast<SwfStyleChange&>(*record), context, bit); break;
-        }
+    uint64_t bit = 8, edgeBits = 0;
+    for (CountedChange& counted : _styleChanges) {
+        bit += counted.edgeBitsBefore - edgeBits;
+        edgeBits = counted.edgeBitsBefore;
+        bit = endOf(counted.change, context, bit);
     }
+    bit += _edgeBits - edgeBits;
     const uint64_t bytes = (bit + endBits + 7) / 8;
     if (bytes > UINT32_MAX)
         throw SwfException(SwfError::doesNotFit, "a shape of more than 4 GB");

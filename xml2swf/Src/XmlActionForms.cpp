@@ -1,6 +1,7 @@
 #include "XmlActionForms.h"
 
 #include "XmlActions.h"
+#include "XmlPushValues.h"
 
 namespace xml2swf {
 
@@ -14,7 +15,8 @@ void writeBody(XmlNode& node, const char* name, const SwfActions& body) {
 }
 
 // Bodies that nest deeper than a file's could not be read again.
-void readBody(XmlElement& element, const char* name, SwfActions& body) {
+template <class Element>
+void readBody(Element& element, const char* name, SwfActions& body) {
     XmlReadContext& context = element.context();
     auto child = element.child(name);
     if (!child)
@@ -29,29 +31,37 @@ void readBody(XmlElement& element, const char* name, SwfActions& body) {
 
 void writeXml(XmlNode& node, const SwfActionGotoFrame& action) { node.attribute("Frame", action.frame); }
 
-void readXml(XmlElement& element, SwfActionGotoFrame& action) { action.frame = element.ui16("Frame"); }
+template <class Element>
+static void read(Element& element, SwfActionGotoFrame& action) {
+    action.frame = element.ui16("Frame");
+}
 
 void writeXml(XmlNode& node, const SwfActionGetURL& action) {
     node.attribute("URL", action.url);
     node.attribute("Target", action.target);
 }
 
-void readXml(XmlElement& element, SwfActionGetURL& action) {
+template <class Element>
+static void read(Element& element, SwfActionGetURL& action) {
     action.url = element.string("URL");
     action.target = element.string("Target");
 }
 
 void writeXml(XmlNode& node, const SwfActionStoreRegister& action) { node.attribute("Number", action.registerNumber); }
 
-void readXml(XmlElement& element, SwfActionStoreRegister& action) { action.registerNumber = element.ui8("Number"); }
+template <class Element>
+static void read(Element& element, SwfActionStoreRegister& action) {
+    action.registerNumber = element.ui8("Number");
+}
 
 void writeXml(XmlNode& node, const SwfActionConstantPool& action) {
     for (const SwfString& constant : action.constants)
         XmlNode(node, "Constant").attribute("Name", constant);
 }
 
-void readXml(XmlElement& element, SwfActionConstantPool& action) {
-    for (XmlElement child : element.children()) {
+template <class Element>
+static void read(Element& element, SwfActionConstantPool& action) {
+    for (Element child : element.children()) {
         if (child.is("Constant"))
             action.constants.append(child.string("Name"));
         else
@@ -64,22 +74,32 @@ void writeXml(XmlNode& node, const SwfActionWaitForFrame& action) {
     node.attribute("SkipCount", action.skipCount);
 }
 
-void readXml(XmlElement& element, SwfActionWaitForFrame& action) {
+template <class Element>
+static void read(Element& element, SwfActionWaitForFrame& action) {
     action.frame = element.ui16("Frame");
     action.skipCount = element.ui8("SkipCount");
 }
 
 void writeXml(XmlNode& node, const SwfActionSetTarget& action) { node.attribute("Name", action.targetName); }
 
-void readXml(XmlElement& element, SwfActionSetTarget& action) { action.targetName = element.string("Name"); }
+template <class Element>
+static void read(Element& element, SwfActionSetTarget& action) {
+    action.targetName = element.string("Name");
+}
 
 void writeXml(XmlNode& node, const SwfActionGoToLabel& action) { node.attribute("Label", action.label); }
 
-void readXml(XmlElement& element, SwfActionGoToLabel& action) { action.label = element.string("Label"); }
+template <class Element>
+static void read(Element& element, SwfActionGoToLabel& action) {
+    action.label = element.string("Label");
+}
 
 void writeXml(XmlNode& node, const SwfActionWaitForFrame2& action) { node.attribute("SkipCount", action.skipCount); }
 
-void readXml(XmlElement& element, SwfActionWaitForFrame2& action) { action.skipCount = element.ui8("SkipCount"); }
+template <class Element>
+static void read(Element& element, SwfActionWaitForFrame2& action) {
+    action.skipCount = element.ui8("SkipCount");
+}
 
 static constexpr XmlName functionFlags[] = {
     {"PreloadThis", 0x0001},      {"SupressThis", 0x0002},   {"PreloadArguments", 0x0004},
@@ -106,7 +126,8 @@ void writeXml(XmlNode& node, const SwfActionDefineFunction2& action) {
     writeBody(node, "Actions", action.body);
 }
 
-void readXml(XmlElement& element, SwfActionDefineFunction2& action) {
+template <class Element>
+static void read(Element& element, SwfActionDefineFunction2& action) {
     action.functionName = element.string("Name");
     action.registerCount = element.ui8("RegisterCount");
     if (auto bits = element.child("BitsField")) {
@@ -114,7 +135,7 @@ void readXml(XmlElement& element, SwfActionDefineFunction2& action) {
             action.flags = static_cast<uint16_t>(action.flags | (bits->boolean(flag.name) ? flag.value : 0));
     }
     if (auto parameters = element.child("RegisterParams")) {
-        for (XmlElement child : parameters->children()) {
+        for (Element child : parameters->children()) {
             if (!child.is("RegisterParam")) {
                 child.skip();
                 continue;
@@ -137,7 +158,8 @@ void writeXml(XmlNode& node, const SwfActionTry& action) {
     writeBody(node, "FinallyActions", action.finallyBody);
 }
 
-void readXml(XmlElement& element, SwfActionTry& action) {
+template <class Element>
+static void read(Element& element, SwfActionTry& action) {
     action.catchInRegister = element.has("CatchInRegister");
     action.catchRegister = element.ui8("CatchInRegister");
     action.catchName = element.string("VarName");
@@ -151,19 +173,31 @@ void readXml(XmlElement& element, SwfActionTry& action) {
 
 void writeXml(XmlNode& node, const SwfActionWith& action) { writeBody(node, "Actions", action.body); }
 
-void readXml(XmlElement& element, SwfActionWith& action) { readBody(element, "Actions", action.body); }
+template <class Element>
+static void read(Element& element, SwfActionWith& action) {
+    readBody(element, "Actions", action.body);
+}
 
 static void writeBranch(XmlNode& node, const SwfActionBranch& action) { node.attribute("Offset", action.branchOffset); }
 
-static void readBranch(XmlElement& element, SwfActionBranch& action) { action.branchOffset = element.si16("Offset"); }
+template <class Element>
+static void readBranch(Element& element, SwfActionBranch& action) {
+    action.branchOffset = element.si16("Offset");
+}
 
 void writeXml(XmlNode& node, const SwfActionJump& action) { writeBranch(node, action); }
 
-void readXml(XmlElement& element, SwfActionJump& action) { readBranch(element, action); }
+template <class Element>
+static void read(Element& element, SwfActionJump& action) {
+    readBranch(element, action);
+}
 
 void writeXml(XmlNode& node, const SwfActionIf& action) { writeBranch(node, action); }
 
-void readXml(XmlElement& element, SwfActionIf& action) { readBranch(element, action); }
+template <class Element>
+static void read(Element& element, SwfActionIf& action) {
+    readBranch(element, action);
+}
 
 static constexpr XmlName sendMethods[] = {{"None", 0}, {"GET", 1}, {"POST", 2}};
 
@@ -173,7 +207,8 @@ void writeXml(XmlNode& node, const SwfActionGetURL2& action) {
     node.attribute("SendVarsMethod", findName(sendMethods, action.flags >> SwfActionGetURL2::methodShift));
 }
 
-void readXml(XmlElement& element, SwfActionGetURL2& action) {
+template <class Element>
+static void read(Element& element, SwfActionGetURL2& action) {
     uint32_t flags = element.boolean("LoadVariables") ? SwfActionGetURL2::loadVariables : 0;
     flags |= element.boolean("LoadTarget") ? SwfActionGetURL2::loadTarget : 0;
     flags |= element.named("SendVarsMethod", sendMethods) << SwfActionGetURL2::methodShift;
@@ -190,10 +225,11 @@ void writeXml(XmlNode& node, const SwfActionDefineFunction& action) {
     writeBody(node, "Actions", action.body);
 }
 
-void readXml(XmlElement& element, SwfActionDefineFunction& action) {
+template <class Element>
+static void read(Element& element, SwfActionDefineFunction& action) {
     action.functionName = element.string("Name");
     if (auto parameters = element.child("Params")) {
-        for (XmlElement child : parameters->children()) {
+        for (Element child : parameters->children()) {
             if (child.is("Param"))
                 action.parameters.append(child.string("Value"));
             else
@@ -209,9 +245,22 @@ void writeXml(XmlNode& node, const SwfActionGotoFrame2& action) {
         node.attribute("SceneBias", action.sceneBias);
 }
 
-void readXml(XmlElement& element, SwfActionGotoFrame2& action) {
+template <class Element>
+static void read(Element& element, SwfActionGotoFrame2& action) {
     action.play = element.boolean("Play");
     action.sceneBias = element.ui16("SceneBias");
 }
+
+void writeXml(XmlNode& node, const SwfActionPush& action) { writeValues(node, action.values); }
+
+template <class Element>
+static void read(Element& element, SwfActionPush& action) {
+    readValues(element, action.values);
+}
+
+#define SWF_PAYLOAD_ACTION(code, name, type)                                                                           \
+    void readXml(XmlElement& element, type& action) { read(element, action); }                                         \
+    void readXml(XmlQuickElement& element, type& action) { read(element, action); }
+#include "SwfActions.def"
 
 } // namespace xml2swf

@@ -18,6 +18,7 @@ struct ActionForm {
     uint32_t code = 0;
     bool (*write)(XmlNode& parent, std::string_view name, const SwfAction& action) = nullptr;
     std::unique_ptr<SwfAction> (*read)(XmlElement& element) = nullptr;
+    std::unique_ptr<SwfAction> (*readQuickly)(XmlQuickElement& element) = nullptr;
 };
 
 // False when the object is not of the class: the class decides, not the code.
@@ -29,14 +30,15 @@ bool writeAs(XmlNode& parent, std::string_view name, const SwfAction& action) {
     return true;
 }
 
-template <class Action>
-std::unique_ptr<SwfAction> readAs(XmlElement& element) {
+template <class Action, class Element>
+std::unique_ptr<SwfAction> readAs(Element& element) {
     auto action = std::make_unique<Action>();
     readXml(element, *action);
     return action;
 }
 
-std::unique_ptr<SwfAction> readUnknown(XmlElement& element) {
+template <class Element>
+std::unique_ptr<SwfAction> readUnknown(Element& element) {
     const uint8_t code = element.ui8("Type");
     return std::make_unique<SwfActionUnknown>(code, element.payload("Data"));
 }
@@ -45,7 +47,7 @@ constexpr std::string_view unknownName = "UnknownAction";
 
 constexpr ActionForm allForms[] = {
 #define SWF_ACTION(code, name) {#name, code},
-#define SWF_PAYLOAD_ACTION(code, name, type) {#name, code, writeAs<type>, readAs<type>},
+#define SWF_PAYLOAD_ACTION(code, name, type) {#name, code, writeAs<type>, readAs<type>, readAs<type>},
 #include "SwfActions.def"
 };
 
@@ -66,7 +68,7 @@ const ActionForm* formByCode(uint32_t code) {
 }
 
 const ActionForm* formByName(std::string_view name) {
-    static const ActionForm unknownForm{unknownName, SwfActionCode::compiled, nullptr, readUnknown};
+    static const ActionForm unknownForm{unknownName, SwfActionCode::compiled, nullptr, readUnknown, readUnknown};
     static const XmlNameTable<ActionForm> forms = [] {
         XmlNameTable<ActionForm> table;
         table.add(unknownName, &unknownForm);
@@ -99,6 +101,63 @@ void writeAction(XmlNode& parent, const SwfAction& action) {
         writeUnknown(parent, action.type, {});
 }
 
+std::unique_ptr<SwfAction> read(const ActionForm& form, XmlElement& element) { return form.read(element); }
+std::unique_ptr<SwfAction> read(const ActionForm& form, XmlQuickElement& element) { return form.readQuickly(element); }
+
+// Null for a name that is no action's.
+template <class Element>
+std::unique_ptr<SwfAction> readAction(Element& element) {
+    const ActionForm* form = formByName(element.name());
+    if (form == nullptr) {
+        element.skip();
+        return nullptr;
+    }
+    return form->read != nullptr ? read(*form, element) : std::make_unique<SwfAction>(form->code);
+}
+
+template <class Element, class Children>
+void readEach(const Children& children, SwfActions& actions) {
+    for (Element child : children) {
+        if (auto action = readAction(child))
+            actions.add(std::move(action));
+    }
+}
+
+// Actions in the form in which they are written, with all that they hold.
+class QuickActions final : public XmlQuickReader {
+public:
+    QuickActions(XmlReadContext& context, SwfActions& actions) : _context(context), _actions(actions) {}
+
+    size_t read(std::string_view text, size_t start, size_t end) override {
+        XmlQuickText quick(text, start, end);
+        size_t done = start;
+        while (auto action = readNext(quick)) {
+            _actions.add(std::move(action));
+            done = quick.position();
+        }
+        return done;
+    }
+
+private:
+    // Null when the next one is not of that form.
+    std::unique_ptr<SwfAction> readNext(XmlQuickText& text) {
+        text.passBlanks();
+        if (!text.atElement())
+            return nullptr;
+        std::unique_ptr<SwfAction> action;
+        {
+            XmlQuickElement element(_context, text);
+            action = readAction(element);
+        }
+        return text.isUsual() ? std::move(action) : nullptr;
+    }
+
+    XmlReadContext& _context;
+    SwfActions& _actions;
+};
+
+constexpr XmlNameGroup actionElements{"Actions", allNames};
+
 } // namespace
 
 void writeActions(XmlNode& parent, const SwfActions& actions) {
@@ -107,13 +166,12 @@ void writeActions(XmlNode& parent, const SwfActions& actions) {
 }
 
 void readActions(XmlElement& parent, SwfActions& actions) {
-    for (XmlElement child : parent.children(XmlNameGroup{"Actions", allNames})) {
-        const ActionForm* form = formByName(child.name());
-        if (form == nullptr)
-            child.skip();
-        else
-            actions.add(form->read != nullptr ? form->read(child) : std::make_unique<SwfAction>(form->code));
-    }
+    QuickActions quick(parent.context(), actions);
+    readEach<XmlElement>(parent.children(actionElements, quick), actions);
+}
+
+void readActions(XmlQuickElement& parent, SwfActions& actions) {
+    readEach<XmlQuickElement>(parent.children(), actions);
 }
 
 } // namespace xml2swf

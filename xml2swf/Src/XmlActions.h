@@ -5,6 +5,7 @@
 #include "SwfClipActions.h"
 #include "XmlElement.h"
 #include "XmlElementWriter.h"
+#include "XmlQuickElement.h"
 
 namespace xml2swf {
 
@@ -13,6 +14,7 @@ void writeActions(XmlNode& parent, const libswf::SwfActions& actions);
 /// Appends the actions of all child elements. A name that is no action's is skipped with a warning; bodies nested
 /// deeper than SwfContext::maxDepth throw SwfException code 2.
 void readActions(XmlElement& parent, libswf::SwfActions& actions);
+void readActions(XmlQuickElement& parent, libswf::SwfActions& actions);
 
 /// One ClipAction child per record, its actions directly inside.
 void writeXml(XmlNode& node, const libswf::SwfClipActions& actions);

@@ -97,9 +97,10 @@ libswf::SwfString XmlElement::string(std::string_view name) {
 }
 
 bool XmlElement::boolean(std::string_view name) {
-    const std::string_view text = attribute(name, {XmlValueForm::Kind::boolean}).value_or("");
-    return text == "true" || parseInteger(text).value_or(0) != 0;
+    return isTrue(attribute(name, {XmlValueForm::Kind::boolean}).value_or(""));
 }
+
+bool XmlElement::isTrue(std::string_view text) { return text == "true" || parseInteger(text).value_or(0) != 0; }
 
 bool XmlElement::lowBit(std::string_view name) {
     const std::string_view text = attribute(name, {XmlValueForm::Kind::boolean}).value_or("");
@@ -137,7 +138,11 @@ static const XmlName* findValue(XmlNames names, std::string_view text) {
 }
 
 uint32_t XmlElement::named(std::string_view name, XmlNames names, uint32_t otherwise) {
-    const XmlName* found = findValue(names, attribute(name, {XmlValueForm::Kind::name, 0, 0, names}).value_or(""));
+    return valueOf(names, attribute(name, {XmlValueForm::Kind::name, 0, 0, names}).value_or(""), otherwise);
+}
+
+uint32_t XmlElement::valueOf(XmlNames names, std::string_view text, uint32_t otherwise) {
+    const XmlName* found = findValue(names, text);
     return found == nullptr ? otherwise : found->value;
 }
 
@@ -262,6 +267,12 @@ XmlElement::Children XmlElement::children(XmlQuickReader& quick) {
         return children();
     _allChildren = true;
     return {ChildIterator(*_context, *_block, 0, _block->pieces.size(), &quick)};
+}
+
+XmlElement::Children XmlElement::children(const XmlNameGroup& names, XmlQuickReader& quick) {
+    if (_context->observer != nullptr)
+        _context->observer->askedForGroup(*this, names);
+    return children(quick);
 }
 
 void XmlElement::skip(std::string_view reason) {

@@ -1,8 +1,8 @@
-// Push and its operands as XML.
+#include "XmlPushValues.h"
+
 #include <array>
 #include <type_traits>
 
-#include "XmlActionForms.h"
 #include "XmlNameTable.h"
 
 namespace xml2swf {
@@ -16,13 +16,15 @@ struct ValueForm {
     std::string_view name;
     void (*write)(XmlNode& node, const SwfValue& value);
     std::unique_ptr<SwfValue> (*read)(XmlElement& element);
+    std::unique_ptr<SwfValue> (*readQuickly)(XmlQuickElement& element);
 };
 
 void writeText(XmlNode& node, const SwfValue& value) {
     node.attribute("Name", static_cast<const SwfValueString&>(value).text);
 }
 
-std::unique_ptr<SwfValue> readText(XmlElement& element) {
+template <class Element>
+std::unique_ptr<SwfValue> readText(Element& element) {
     auto value = std::make_unique<SwfValueString>();
     value->text = element.string("Name");
     return value;
@@ -37,8 +39,8 @@ void writeNumber(XmlNode& node, const SwfValue& value) {
         node.attribute("Value", number);
 }
 
-template <class Value>
-std::unique_ptr<SwfValue> readNumber(XmlElement& element) {
+template <class Value, class Element>
+std::unique_ptr<SwfValue> readNumber(Element& element) {
     using Number = decltype(Value::value);
     auto value = std::make_unique<Value>();
     if constexpr (std::is_same_v<Number, double>)
@@ -46,34 +48,34 @@ std::unique_ptr<SwfValue> readNumber(XmlElement& element) {
     else if constexpr (std::is_same_v<Number, uint32_t>)
         value->value = element.bits32("Value");
     else
-        value->value = element.integer<Number>("Value");
+        value->value = element.template integer<Number>("Value");
     return value;
 }
 
 void writeNothing(XmlNode&, const SwfValue&) {}
 
-template <SwfValue::Plain type>
-std::unique_ptr<SwfValue> readPlain(XmlElement&) {
+template <SwfValue::Plain type, class Element>
+std::unique_ptr<SwfValue> readPlain(Element&) {
     return std::make_unique<SwfValue>(type);
 }
 
 template <class Value>
 constexpr ValueForm numberForm(std::string_view name) {
-    return {name, writeNumber<Value>, readNumber<Value>};
+    return {name, writeNumber<Value>, readNumber<Value>, readNumber<Value>};
+}
+
+template <SwfValue::Plain type>
+constexpr ValueForm plainForm(std::string_view name) {
+    return {name, writeNothing, readPlain<type>, readPlain<type>};
 }
 
 // By type byte.
 constexpr ValueForm forms[] = {
-    {"String", writeText, readText},
-    numberForm<SwfValueFloat>("Float"),
-    {"Null", writeNothing, readPlain<SwfValue::Plain::Null>},
-    {"Undefined", writeNothing, readPlain<SwfValue::Plain::Undefined>},
-    numberForm<SwfValueRegister>("Register"),
-    numberForm<SwfValueBoolean>("Boolean"),
-    numberForm<SwfValueDouble>("Double"),
-    numberForm<SwfValueInteger>("Integer"),
-    numberForm<SwfValueConstant8>("Constant8"),
-    numberForm<SwfValueConstant16>("Constant16"),
+    {"String", writeText, readText, readText},  numberForm<SwfValueFloat>("Float"),
+    plainForm<SwfValue::Plain::Null>("Null"),   plainForm<SwfValue::Plain::Undefined>("Undefined"),
+    numberForm<SwfValueRegister>("Register"),   numberForm<SwfValueBoolean>("Boolean"),
+    numberForm<SwfValueDouble>("Double"),       numberForm<SwfValueInteger>("Integer"),
+    numberForm<SwfValueConstant8>("Constant8"), numberForm<SwfValueConstant16>("Constant16"),
 };
 
 constexpr auto allNames = [] {
@@ -93,26 +95,32 @@ const ValueForm* formByName(std::string_view name) {
     return table[name];
 }
 
+std::unique_ptr<SwfValue> read(const ValueForm& form, XmlElement& element) { return form.read(element); }
+std::unique_ptr<SwfValue> read(const ValueForm& form, XmlQuickElement& element) { return form.readQuickly(element); }
+
+template <class Element>
+void readAll(Element& element, SwfValues& values) {
+    for (Element child : element.children(XmlNameGroup{"PushValues", allNames})) {
+        const ValueForm* form = formByName(child.name());
+        if (form == nullptr) {
+            child.skip();
+            form = &forms[SwfValueType::Undefined];
+        }
+        values.add(read(*form, child));
+    }
+}
+
 } // namespace
 
-void writeXml(XmlNode& node, const SwfActionPush& action) {
-    for (const SwfValue* value : action.values) {
+void writeValues(XmlNode& node, const SwfValues& values) {
+    for (const SwfValue* value : values) {
         const ValueForm& form = forms[value->valueType];
         XmlNode child(node, form.name);
         form.write(child, *value);
     }
 }
 
-// An unknown name is a value as well, Undefined, so that the stack keeps its depth.
-void readXml(XmlElement& element, SwfActionPush& action) {
-    for (XmlElement child : element.children(XmlNameGroup{"PushValues", allNames})) {
-        const ValueForm* form = formByName(child.name());
-        if (form == nullptr) {
-            child.skip();
-            form = &forms[SwfValueType::Undefined];
-        }
-        action.values.add(form->read(child));
-    }
-}
+void readValues(XmlElement& element, SwfValues& values) { readAll(element, values); }
+void readValues(XmlQuickElement& element, SwfValues& values) { readAll(element, values); }
 
 } // namespace xml2swf

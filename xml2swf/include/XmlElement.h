@@ -114,6 +114,7 @@ public:
     }
     /// True for "true" and for any non-zero integer.
     bool boolean(std::string_view name);
+    static bool isTrue(std::string_view text);
     /// True for "true" and for any odd integer.
     bool lowBit(std::string_view name);
     float real(std::string_view name);
@@ -121,6 +122,7 @@ public:
     libswf::SwfColor color(std::string_view name);
     /// The value behind a name; `otherwise` for a text that matches none or is missing.
     uint32_t named(std::string_view name, XmlNames names, uint32_t otherwise = 0);
+    static uint32_t valueOf(XmlNames names, std::string_view text, uint32_t otherwise);
     /// The value behind a name, or a number from 0 to `high`; 0 for any other text.
     uint32_t namedOrNumber(std::string_view name, XmlNames names, uint32_t high);
     [[noreturn]] void badValue(std::string_view attribute, std::string_view value) const;
@@ -179,6 +181,7 @@ public:
     Children children(const XmlNameGroup& names);
     /// All but those that `quick` reads before their turn comes.
     Children children(XmlQuickReader& quick);
+    Children children(const XmlNameGroup& names, XmlQuickReader& quick);
     /// The children of a big element in pieces, for a caller who handles all of them; null for a small element.
     XmlBlock* takePieces() {
         _allChildren |= _block != nullptr;

@@ -1,0 +1,131 @@
+// Scripts that are read straight from the text give what they give through nodes. With a listener all goes through
+// nodes.
+#include <gtest/gtest.h>
+
+#include "Conversion.h"
+#include "SwfWarnings.h"
+#include "XmlReadObserver.h"
+
+using namespace libswf;
+using namespace xml2swf;
+
+namespace {
+
+class Listener final : public XmlReadObserver {
+public:
+    void askedForAttribute(const XmlElement&, std::string_view, const XmlValueForm&) override {}
+    void askedForPresence(const XmlElement&, std::string_view) override {}
+    void skippedAttribute(const XmlElement&, std::string_view) override {}
+    void missedChild(const XmlElement&, std::string_view) override {}
+    void askedForAll(const XmlElement&, std::string_view) override {}
+    void askedForChildAt(const XmlElement&, uint32_t, std::string_view) override {}
+    void askedForGroup(const XmlElement&, const XmlNameGroup&) override {}
+    void comparedName(const XmlElement&, std::string_view) override {}
+    void skipped(const XmlElement&) override {}
+    void askedForContent(const XmlElement&, XmlContent) override {}
+};
+
+// The movie's bytes or the error, and all warnings with their places.
+std::string outcome(const std::string& text, XmlReadObserver* observer) {
+    MovieTarget target;
+    SwfWarnings warnings;
+    ConversionOptions options;
+    options.warnings = &warnings;
+    options.observer = observer;
+    std::string result;
+    try {
+        xmlToSwf(text, target, options);
+        target.movie.isCompressed = false;
+        const auto bytes = target.movie.serialise(0);
+        result.assign(bytes.begin(), bytes.end());
+    } catch (const std::exception& error) {
+        result = error.what();
+    }
+    for (const SwfWarning& warning : warnings.items())
+        result += "\n" + warning.tagName + " " + warning.path + " " + std::to_string(warning.row) + ":" +
+                  std::to_string(warning.column) + " " + warning.reason;
+    return result;
+}
+
+std::string script(const std::string& actions) {
+    std::string pops;
+    for (int i = 0; i < 3000; ++i) // some 30 KB: big enough to be read piece by piece
+        pops += "\n<Pop />";
+    return "<Movie SwfVersion=\"8\"><DoAction><Actions>" + pops + "\n" + actions + pops +
+           "</Actions></DoAction></Movie>";
+}
+
+std::string inFunction(const std::string& actions) {
+    return "<With>\n<Actions>\n<DefineFunction Name=\"f\">\n<Params>\n<Param Value=\"p\" />\n</Params>\n<Actions>\n" +
+           actions + "\n</Actions>\n</DefineFunction>\n</Actions>\n</With>\n";
+}
+
+} // namespace
+
+TEST(XmlQuickActions, GiveWhatNodesGive) {
+    const char* const rows[] = {
+        "<If Offset=\"-5\" />",
+        "<If Offset=\"+5\" />",
+        "<If Offset=\"0000000000007\" />",
+        "<If Offset=\"40000\" />",
+        "<If Offset=\"five\" />",
+        "<If Offset=\"\" />",
+        "<If Offset=\"1\" Offset=\"2\" />",
+        "<If Offset='1' />",
+        "<If  Offset=\"1\"/>",
+        "<If />",
+        "<If Ofset=\"1\" />",
+        "<If Offset=\"1\">",
+        "<If Offset=\"1\"></If>",
+        "<If Offset=\"1\"><Pop /></If>",
+        "<StoreRegister Number=\"256\" />",
+        "<WaitForFrame Frame=\"1\" SkipCount=\"2\" />",
+        "<WaitForFrame SkipCount=\"2\" Frame=\"1\" />",
+        "<GoToFrame2 Play=\"true\" SceneBias=\"3\" />",
+        "<GoToFrame2 SceneBias=\"3\" Play=\"yes\" />",
+        "<GetURL2 LoadVariables=\"1\" LoadTarget=\"false\" SendVarsMethod=\"POST\" />",
+        "<GetURL2 SendVarsMethod=\"what\" />",
+        "<Pop></Pop>",
+        "<Pop/><Add2 Value=\"1\" />",
+        "<Popp />",
+        "<Compiled />",
+        "text<!-- comment --><Pop />",
+        "<UnknownAction Type=\"144\"><Data><![CDATA[AAEC]]></Data></UnknownAction>",
+        "<ConstantPool><Constant Name=\"a&lt;&#65;\" /><Constant Name=\"a>b\" /></ConstantPool>",
+        "<ConstantPool>\n<Constant Name=\"a\" />\n<Constnt Name=\"b\" />\n</ConstantPool>",
+        "<Push />",
+        "<Push>\n<Integer Value=\"4294967295\" />\n<Integer Value=\"-2147483648\" />\n</Push>",
+        "<Push>\n<Integer Value=\"4294967296\" />\n</Push>",
+        "<Push>\n<Float Value=\"1065353216\" />\n<Double Value=\"-1.5e300\" />\n<Double Value=\"nan\" />\n</Push>",
+        "<Push>\n<Double Value=\"1,5\" />\n</Push>",
+        "<Push>\n<String Name=\"\" />\n<String Name=\"&quot;\" />\n<Null />\n<Undefined />\n</Push>",
+        "<Push>\n<String Name=\"a&#0;b\" />\n</Push>",
+        "<Push>\n<Boolean Value=\"1\" />\n<Boolean Value=\"true\" />\n</Push>",
+        "<Push>\n<Constant8 Value=\"7\" />\n<Constant16 Value=\"65535\" />\n<What Value=\"1\" />\n</Push>",
+        "<Push>\n<Register Value=\"1\" />\n</Psh>",
+        "<DefineFunction2 Name=\"f\" RegisterCount=\"3\">\n<BitsField PreloadThis=\"true\" PreloadGlobal=\"1\" />\n"
+        "<RegisterParams>\n<RegisterParam Register=\"2\" Name=\"x\" />\n</RegisterParams>\n<Actions>\n<Pop />\n"
+        "</Actions>\n</DefineFunction2>",
+        "<DefineFunction2 Name=\"f\">\n<Actions>\n<Pop />\n</Actions>\n<BitsField />\n</DefineFunction2>",
+        "<With>\n<Actions />\n<Actions>\n<Pop />\n</Actions>\n</With>",
+        "<Try CatchInRegister=\"2\">\n<TryActions>\n<Throw />\n</TryActions>\n<CatchActions />\n</Try>",
+        "<Try CatchInRegister=\"2\" VarName=\"e\">\n<FinallyActions>\n<Pop />\n</FinallyActions>\n</Try>",
+        "<Try VarName=\"e\">\n<CatchActions>\n<Pop />\n</CatchActions>\n<TryActions />\n</Try>",
+    };
+    Listener listener;
+    for (const char* row : rows) {
+        for (const std::string& text : {script(row), script(inFunction(row)), script(inFunction(inFunction(row)))})
+            EXPECT_EQ(outcome(text, nullptr), outcome(text, &listener)) << row;
+    }
+}
+
+TEST(XmlQuickActions, NestAsDeepAsNodesDo) {
+    Listener listener;
+    for (const int depth : {128, 129}) { // two bodies each
+        std::string actions = "<Pop />";
+        for (int i = 0; i < depth; ++i)
+            actions = inFunction(actions);
+        const std::string text = script(actions);
+        EXPECT_EQ(outcome(text, nullptr), outcome(text, &listener)) << depth;
+    }
+}

@@ -1,9 +1,9 @@
 // The records that draw a shape or a glyph.
 #pragma once
 
-#include <forward_list>
 #include <memory>
 #include <memory_resource>
+#include <vector>
 
 #include "SwfBits.h"
 #include "SwfFillStyle.h"
@@ -12,9 +12,8 @@
 
 namespace libswf {
 
-/// One record. Its size is not a multiple of bytes: the list reads, measures and writes it. Shapes have millions of
-/// records, so that one holds nothing but its values.
-class SwfShapeRecord {
+/// One record. Its size is not a multiple of bytes: the list reads, measures and writes it, and frees its memory.
+class SwfShapeRecord : public SwfStruct {
 public:
     enum class Kind : uint8_t { straightEdge, curvedEdge, styleChange };
     const Kind kind;
@@ -115,11 +114,14 @@ public:
         return addEdge<SwfCurve>(cdx, cdy, adx, ady);
     }
     SwfStyleChange& addStyleChange() {
-        _lastChange = _styleChanges.emplace_after(_lastChange);
-        _lastChange->edgeBitsBefore = _edgeBits;
-        _records.append(&_lastChange->change);
-        return _lastChange->change;
+        auto* counted = new (_pool.allocate(sizeof(CountedChange), alignof(CountedChange))) CountedChange;
+        counted->edgeBitsBefore = _edgeBits;
+        link(counted, counted);
+        _records.append(&counted->change);
+        return counted->change;
     }
+    /// Takes over all records of another list.
+    void append(std::unique_ptr<SwfShapeRecords> other);
     void clear();
 
     /// Reads to the end record; replaces what the list held. Throws SwfException code 3 when the body ends before.
@@ -130,6 +132,18 @@ public:
     void write(SwfOStream& stream);
 
 private:
+    // Style changes may own something, and are all that has to be looked at for measuring: edges do not change.
+    struct CountedChange {
+        SwfStyleChange change;
+        uint64_t edgeBitsBefore = 0; // of all edges before it
+        CountedChange* next = nullptr;
+    };
+
+    void link(CountedChange* first, CountedChange* last) {
+        (_lastChange == nullptr ? _firstChange : _lastChange->next) = first;
+        _lastChange = last;
+    }
+
     template <class Edge, class... Deltas>
     Edge& addEdge(Deltas... deltas) {
         auto* edge = new (_pool.allocate(sizeof(Edge), alignof(Edge))) Edge(deltas...);
@@ -140,14 +154,10 @@ private:
 
     static constexpr size_t firstBlock = 192; // bytes; further blocks grow
     std::pmr::monotonic_buffer_resource _pool{firstBlock};
-    // Style changes may own something, and are all that has to be looked at for measuring: edges do not change.
-    struct CountedChange {
-        SwfStyleChange change;
-        uint64_t edgeBitsBefore = 0; // of all edges before it
-    };
-    std::pmr::forward_list<CountedChange> _styleChanges{&_pool};
-    std::pmr::forward_list<CountedChange>::iterator _lastChange = _styleChanges.before_begin();
+    CountedChange* _firstChange = nullptr;
+    CountedChange* _lastChange = nullptr;
     uint64_t _edgeBits = 0;
+    std::vector<std::unique_ptr<SwfShapeRecords>> _joined; // whose pools hold what was taken over
     SwfVector<SwfShapeRecord*> _records;
 };
 

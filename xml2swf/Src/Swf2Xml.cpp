@@ -129,6 +129,7 @@ private:
         if (part.isBig)
             return;
         XmlWriteContext context(_partContext);
+        context.threads = 1;
         context.warnings = _partContext.warnings == nullptr ? nullptr : &part.warnings;
         context.tagTexts = _partContext.tagTexts == nullptr ? nullptr : &part.tagTexts;
         part.text = freeText();
@@ -196,7 +197,7 @@ void appendMovie(std::string& out, SwfMovieSafe& movie, const ConversionOptions&
     {
         MovieNode root(out, context, movie);
         constexpr uint64_t workPerByte = 4; // beside what else is done with a byte
-        const uint32_t threads = threadsFor(movie.body().size() * workPerByte, options.threads);
+        const uint32_t threads = context.threads = threadsFor(movie.body().size() * workPerByte, options.threads);
         if (threads > 1)
             PartedWriter(root, tags, options.progress).write(threads);
         else

@@ -121,12 +121,19 @@ private:
         XmlReadContext context;
         context.document = document.get();
         context.warnings = _context.warnings == nullptr ? nullptr : &part.warnings;
+        context.threads = isMost(part) ? _context.threads : 1;
         uint32_t index = _root.pieces[part.firstPiece].firstChild;
         XmlElement::ChildIterator child(context, _root, part.firstPiece, part.piecesEnd);
         for (; !child.atEnd(); ++child) {
             XmlElement element = *child;
             part.tags.push_back(readRootTag(element, index++));
         }
+    }
+
+    // More than the other threads have to do.
+    bool isMost(const Part& part) const {
+        const size_t bytes = _root.pieces[part.piecesEnd - 1].end - _root.pieces[part.firstPiece].start;
+        return bytes > (_root.end - _root.start) / 2;
     }
 
     void takePart(Part& part) {
@@ -215,7 +222,7 @@ static bool compile(XmlDocument& document, std::vector<ElementSpan> spans, IXml2
     context.keeper = keeper.get();
     readRoot(*root, target);
     TagSink sink(target, options.progress, root->countChildren());
-    const uint32_t threads = threadsFor(context, options);
+    const uint32_t threads = context.threads = threadsFor(context, options);
     XmlBlock* pieces = threads > 1 ? root->takePieces() : nullptr;
     if (pieces != nullptr)
         PartedReader(context, *pieces, sink).read(threads);

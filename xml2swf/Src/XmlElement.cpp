@@ -4,6 +4,7 @@
 #include "SwfException.h"
 #include "XmlDocument.h"
 #include "XmlNumbers.h"
+#include "XmlQuickParts.h"
 
 namespace xml2swf {
 
@@ -162,9 +163,15 @@ XmlElement::ChildIterator::ChildIterator(XmlReadContext& context, XmlWindowPtr w
 XmlElement::ChildIterator::ChildIterator(XmlReadContext& context, XmlBlock& parent)
     : ChildIterator(context, parent, 0, parent.children == 0 ? 0 : parent.pieces.size()) {}
 
-XmlElement::ChildIterator::ChildIterator(XmlReadContext& context, XmlBlock& parent, size_t firstPiece, size_t piecesEnd,
-                                         XmlQuickReader* quick)
-    : _context(&context), _parent(&parent), _nextPiece(firstPiece), _piecesEnd(piecesEnd), _quick(quick) {
+XmlElement::ChildIterator::ChildIterator(XmlReadContext& context, XmlBlock& parent, size_t firstPiece, size_t piecesEnd)
+    : _context(&context), _parent(&parent), _nextPiece(firstPiece), _piecesEnd(piecesEnd) {
+    findElement();
+}
+
+XmlElement::ChildIterator::ChildIterator(XmlReadContext& context, XmlBlock& parent, size_t firstPiece, size_t start,
+                                         XmlQuickReader& quick)
+    : _context(&context), _parent(&parent), _nextPiece(firstPiece), _piecesEnd(parent.pieces.size()), _start(start),
+      _quick(&quick) {
     findElement();
 }
 
@@ -188,8 +195,9 @@ void XmlElement::ChildIterator::nextPiece() {
     const bool isBig = piece.block != XmlPiece::small;
     _child = isBig ? &document.block(piece.block) : nullptr;
     _window = XmlWindowPtr(); // the next one can use its memory
-    const size_t start =
-        _quick == nullptr || isBig ? piece.start : _quick->read(document.text(), piece.start, piece.end);
+    size_t start = std::max(piece.start, _start);
+    if (_quick != nullptr && !isBig)
+        start = _quick->read(document.text(), start, piece.end);
     _window = isBig ? document.parseStartTag(*_child) : document.parseContent(piece, _parent == &document.top(), start);
     _node = _window->items();
     _last = _window->end();
@@ -266,7 +274,8 @@ XmlElement::Children XmlElement::children(XmlQuickReader& quick) {
     if (_block == nullptr || _block->children == 0 || _context->observer != nullptr)
         return children();
     _allChildren = true;
-    return {ChildIterator(*_context, *_block, 0, _block->pieces.size(), &quick)};
+    const XmlQuickEnd read = readInParts(*_context, *_block, quick);
+    return {ChildIterator(*_context, *_block, read.piece, read.at, quick)};
 }
 
 XmlElement::Children XmlElement::children(const XmlNameGroup& names, XmlQuickReader& quick) {

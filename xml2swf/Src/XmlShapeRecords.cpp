@@ -1,6 +1,7 @@
 // Shape records as XML.
 #include "XmlCursor.h"
 #include "XmlShapes.h"
+#include "XmlWriteParts.h"
 
 namespace xml2swf {
 
@@ -57,29 +58,34 @@ static void readStyleChange(XmlElement& element, SwfStyleChange& change, LineSty
     }
 }
 
-void writeShapeRecords(XmlNode& parent, const SwfShapeRecords& records, LineStyleKind newStyles) {
-    for (const SwfShapeRecord* record : records.items()) {
-        switch (record->kind) {
-        case SwfShapeRecord::Kind::straightEdge: {
-            const auto& line = static_cast<const SwfLine&>(*record);
-            parent.leaf("Line", {{"DX", line.deltaX}, {"DY", line.deltaY}});
-            break;
-        }
-        case SwfShapeRecord::Kind::curvedEdge: {
-            const auto& curve = static_cast<const SwfCurve&>(*record);
-            parent.leaf("Curve", {{"CDX", curve.controlDeltaX},
-                                  {"CDY", curve.controlDeltaY},
-                                  {"ADX", curve.anchorDeltaX},
-                                  {"ADY", curve.anchorDeltaY}});
-            break;
-        }
-        case SwfShapeRecord::Kind::styleChange: {
-            XmlNode node(parent, "StyleChange");
-            writeStyleChange(node, static_cast<const SwfStyleChange&>(*record), newStyles);
-            break;
-        }
-        }
+static void writeRecord(XmlNode& parent, const SwfShapeRecord& record, LineStyleKind newStyles) {
+    switch (record.kind) {
+    case SwfShapeRecord::Kind::straightEdge: {
+        const auto& line = static_cast<const SwfLine&>(record);
+        parent.leaf("Line", {{"DX", line.deltaX}, {"DY", line.deltaY}});
+        break;
     }
+    case SwfShapeRecord::Kind::curvedEdge: {
+        const auto& curve = static_cast<const SwfCurve&>(record);
+        parent.leaf("Curve", {{"CDX", curve.controlDeltaX},
+                              {"CDY", curve.controlDeltaY},
+                              {"ADX", curve.anchorDeltaX},
+                              {"ADY", curve.anchorDeltaY}});
+        break;
+    }
+    case SwfShapeRecord::Kind::styleChange: {
+        XmlNode node(parent, "StyleChange");
+        writeStyleChange(node, static_cast<const SwfStyleChange&>(record), newStyles);
+        break;
+    }
+    }
+}
+
+void writeShapeRecords(XmlNode& parent, const SwfShapeRecords& records, LineStyleKind newStyles) {
+    writeInParts(parent, records.count(), [&](XmlNode& node, size_t first, size_t end) {
+        for (size_t i = first; i < end; ++i)
+            writeRecord(node, *records.items().data()[i], newStyles);
+    });
 }
 
 namespace {
@@ -88,6 +94,7 @@ namespace {
 class EdgeReader final : public XmlQuickReader {
 public:
     explicit EdgeReader(SwfShapeRecords& records) : _records(records) {}
+    explicit EdgeReader(std::unique_ptr<SwfShapeRecords> own) : _own(std::move(own)), _records(*_own) {}
 
     size_t read(std::string_view text, size_t start, size_t end) override {
         XmlCursor cursor(text, start);
@@ -96,6 +103,11 @@ public:
             done = cursor.position();
         return done;
     }
+
+    std::unique_ptr<XmlQuickReader> another() const override {
+        return std::make_unique<EdgeReader>(std::make_unique<SwfShapeRecords>());
+    }
+    void join(XmlQuickReader& other) override { _records.append(std::move(static_cast<EdgeReader&>(other)._own)); }
 
 private:
     bool readRecord(XmlCursor& cursor) {
@@ -151,6 +163,7 @@ private:
         return !isThere || (cursor.take(index) && cursor.take("\" />") && cursor.toElement());
     }
 
+    std::unique_ptr<SwfShapeRecords> _own; // of a part
     SwfShapeRecords& _records;
 };
 

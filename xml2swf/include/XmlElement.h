@@ -30,6 +30,7 @@ struct XmlReadContext {
     std::vector<uint32_t> tagPath;           ///< indices of the tag being read
     uint16_t spriteDepth = 0;
     uint16_t actionDepth = 0;
+    uint32_t threads = 1;                              ///< for an element that can be read in parts
     TagKeeper* keeper = nullptr;                       ///< gives untouched tags their original bytes; may be null
     XmlReadObserver* observer = nullptr;               ///< hears what the readers ask for; may be null
     const int exceptions = std::uncaught_exceptions(); ///< more of them: an element is let go because of an error
@@ -49,8 +50,12 @@ public:
     /// mostly written. Gives the place behind the last one read.
     virtual size_t read(std::string_view text, size_t start, size_t end) = 0;
 
-protected:
-    ~XmlQuickReader() = default;
+    virtual ~XmlQuickReader() = default;
+    /// A reader of its own for what stands further behind, which another thread may use; null when there is no such
+    /// thing.
+    virtual std::unique_ptr<XmlQuickReader> another() const { return nullptr; }
+    /// Takes over what `another` read, behind what was read here.
+    virtual void join(XmlQuickReader&) {}
 };
 
 /// An element being read. Attributes may come in any order; a missing one reads as 0, 0.0, false or "". When the reader
@@ -145,8 +150,10 @@ public:
         /// The children of a big element, or the top-level elements.
         ChildIterator(XmlReadContext& context, XmlBlock& parent);
         /// Those in some of its pieces.
-        ChildIterator(XmlReadContext& context, XmlBlock& parent, size_t firstPiece, size_t piecesEnd,
-                      XmlQuickReader* quick = nullptr);
+        ChildIterator(XmlReadContext& context, XmlBlock& parent, size_t firstPiece, size_t piecesEnd);
+        /// Those from a place in the first piece on, without those that `quick` reads.
+        ChildIterator(XmlReadContext& context, XmlBlock& parent, size_t firstPiece, size_t start,
+                      XmlQuickReader& quick);
 
         XmlElement operator*() const { return {*_context, _window, _node, _child}; }
         ChildIterator& operator++();
@@ -165,6 +172,7 @@ public:
         const XmlItem* _last = nullptr; // behind the last node in the window
         XmlBlock* _parent = nullptr;    // null when all children stand in one window
         size_t _nextPiece = 0, _piecesEnd = 0;
+        size_t _start = 0; // what stands before it was read
         XmlQuickReader* _quick = nullptr;
         XmlBlock* _child = nullptr; // the current child when it is big
     };

@@ -70,6 +70,7 @@ struct XmlWriteContext {
     bool keepRaw = false;   ///< show a tag that has no XML form as Unknown instead of throwing
     libswf::SwfWarnings* warnings = nullptr;
     std::vector<uint32_t> tagPath;            ///< indices of the tag being written
+    uint32_t threads = 1;                     ///< for an element that can be written in parts
     std::vector<TagText>* tagTexts = nullptr; ///< receives the place of each tag's element; may be null
 };
 
@@ -102,6 +103,12 @@ public:
     /// A child without content, in one piece: for records that come in millions. Names and attributes are few and
     /// short, 200 characters in all.
     void leaf(std::string_view name, std::initializer_list<IntegerAttribute> attributes);
+
+    /// Children that were written elsewhere, for this depth.
+    void append(std::string_view children) {
+        _hasContent |= !children.empty();
+        out() += children;
+    }
 
     XmlWriteContext& context() const { return _context; }
 

@@ -1,12 +1,14 @@
 #include "SwfShapeRecords.h"
 
+#include <utility>
+
 #include "SwfBitCursor.h"
 #include "SwfTag.h"
 #include "SwfWarnings.h"
 
 namespace libswf {
 
-static_assert(sizeof(SwfLine) == 12 && sizeof(SwfCurve) == 20 && sizeof(SwfStyleChange) <= 32,
+static_assert(sizeof(SwfLine) == 24 && sizeof(SwfCurve) == 32 && sizeof(SwfStyleChange) <= 40,
               "shapes have millions of records");
 
 namespace {
@@ -292,11 +294,26 @@ void setIndexWidths(SwfIStream& stream, uint64_t fillStyles, uint64_t lineStyles
 }
 
 void SwfShapeRecords::clear() {
-    _styleChanges.clear();
-    _lastChange = _styleChanges.before_begin();
+    for (CountedChange* counted = _firstChange; counted != nullptr;)
+        std::exchange(counted, counted->next)->~CountedChange();
+    _firstChange = _lastChange = nullptr;
     _edgeBits = 0;
     _records.clear();
     _pool.release();
+    _joined.clear();
+}
+
+void SwfShapeRecords::append(std::unique_ptr<SwfShapeRecords> other) {
+    for (SwfShapeRecord* record : other->_records)
+        _records.append(record);
+    for (CountedChange* counted = other->_firstChange; counted != nullptr; counted = counted->next)
+        counted->edgeBitsBefore += _edgeBits;
+    if (other->_firstChange != nullptr)
+        link(other->_firstChange, other->_lastChange);
+    _edgeBits += other->_edgeBits;
+    other->_records.clear();
+    other->_firstChange = other->_lastChange = nullptr;
+    _joined.push_back(std::move(other));
 }
 
 void SwfShapeRecords::read(SwfIStream& stream) {
@@ -306,10 +323,10 @@ void SwfShapeRecords::read(SwfIStream& stream) {
 
 uint32_t SwfShapeRecords::getSize(SwfContext& context) {
     uint64_t bit = 8, edgeBits = 0;
-    for (CountedChange& counted : _styleChanges) {
-        bit += counted.edgeBitsBefore - edgeBits;
-        edgeBits = counted.edgeBitsBefore;
-        bit = endOf(counted.change, context, bit);
+    for (CountedChange* counted = _firstChange; counted != nullptr; counted = counted->next) {
+        bit += counted->edgeBitsBefore - edgeBits;
+        edgeBits = counted->edgeBitsBefore;
+        bit = endOf(counted->change, context, bit);
     }
     bit += _edgeBits - edgeBits;
     const uint64_t bytes = (bit + endBits + 7) / 8;

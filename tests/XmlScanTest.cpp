@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "XmlErrors.h"
+#include "xml2swf/Src/XmlMarks.h"
 #include "xml2swf/Src/XmlScan.h"
 
 using namespace xml2swf;
@@ -119,6 +120,23 @@ TEST(XmlScan, TellsOfBigElementsInOneGoAndInParts) {
     }
     EXPECT_GT(elements, 200u);
     EXPECT_GT(bytes, 30000000u);
+}
+
+TEST(XmlScan, FindsTheSameMarksOnAnyProcessor) {
+    if (!XmlMarks::canBeWide())
+        GTEST_SKIP() << "one way only";
+    const std::string text = OddText(7).text.substr(0, 400000);
+    XmlMarks usual(false), wide(true);
+    const char *end = text.data() + text.size(), *stop = nullptr;
+    size_t count = 0;
+    for (const char* at = text.data(); at < end; at = std::max(stop, at + 1)) {
+        const char* limit = end - std::min(end - at, (at - text.data()) % 128);
+        stop = usual.find(at, limit, end);
+        ASSERT_EQ(wide.find(at, limit, end), stop);
+        ASSERT_TRUE(std::equal(usual.begin(), usual.end(), wide.begin(), wide.end()));
+        count += static_cast<size_t>(usual.end() - usual.begin());
+    }
+    EXPECT_GT(count, 5000u);
 }
 
 TEST(XmlScan, RefusesAndPassesOverTheSameInOneGoAndInParts) {

@@ -188,7 +188,14 @@ private:
     [[gnu::always_inline]] bool tag(size_t start, size_t end) {
         if (_text[start + 1] == '/')
             return close(start, end + 1);
-        open(start, end + 1, _text[end - 1] == '/');
+        const bool isClosed = _text[end - 1] == '/';
+        if (isClosed && _depth != 0 && _spans == nullptr) { // most of a text, and nothing to note of it
+            Open& parent = _open[_depth];
+            ++parent.children;
+            childEnds(parent, start, end + 1);
+        } else {
+            open(start, end + 1, isClosed);
+        }
         return true;
     }
 

@@ -10,6 +10,8 @@
 namespace xml2swf {
 
 /// A place in a text. Each step succeeds only where the text is exactly of the form asked for; then the place moves on.
+/// Where the next step begins is told by the quotes, which are found all at once, and not by the values between them:
+/// the processor need not wait for these.
 class XmlCursor {
 public:
     /// An element without content, whose start tag is asked for step by step, takes no more than this.
@@ -22,8 +24,18 @@ public:
     /// Passes over blanks. False where less text is left than an element might take: the steps below do not look where
     /// the text ends.
     bool toElement() {
-        _at = findFirst<NotBlank>(_at, _end);
-        return _end - _at >= longestElement;
+        if (_end - _at < longestElement)
+            return false;
+        if (!standsBehindBlanks(_at, _gap)) {
+            const char* element = findFirst<NotBlank>(_at, _end);
+            _gap = static_cast<size_t>(element - _at);
+            if (_end - element < longestElement)
+                return false;
+        }
+        _at += _gap;
+        _block = _at;
+        _quotes = quotesOf(_at);
+        return true;
     }
     template <size_t N>
     bool take(const char (&literal)[N]) {
@@ -32,26 +44,30 @@ public:
         _at += N - 1;
         return true;
     }
-    /// A number of at most 7 digits.
+    /// A number of at most 7 digits, between quotes. The place is behind the opening one.
     bool take(int32_t& value) {
         static_assert(std::endian::native == std::endian::little);
-        constexpr uint64_t each = 0x0101010101010101;
-        const bool isNegative = *_at == '-';
-        const char* digits = _at + isNegative;
-        uint64_t word;
-        std::memcpy(&word, digits, sizeof word);
-        word ^= each * '0'; // digits are below 10 now; the first byte that is not has its top bit set below
-        const uint64_t others = ((word + each * (0x80 - 10)) | word) & each * 0x80;
-        const int bits = std::countr_zero(others) & ~7;
-        if (others == 0 || bits == 0)
+        _quotes &= _quotes - 1; // the opening one
+        if (_quotes == 0)
             return false;
-        word <<= 64 - bits;                                           // the last digit on top, zeros before the first
+        const bool isNegative = *_at == '-';
+        const char* end = _block + std::countr_zero(_quotes);
+        _quotes &= _quotes - 1;
+        const ptrdiff_t digits = end - _at - isNegative;
+        _at = end;
+        if (digits < 1 || digits > 7)
+            return false;
+        constexpr uint64_t each = 0x0101010101010101;
+        uint64_t word;
+        std::memcpy(&word, end - sizeof word, sizeof word);
+        word = (word ^ each * '0') >> (64 - 8 * digits) << (64 - 8 * digits); // zeros before the first
+        if ((((word + each * (0x80 - 10)) | word) & each * 0x80) != 0)
+            return false;
         word = word * (10 * 256 + 1) >> 8;                            // pairs of digits
         word = (word & 0x00FF00FF00FF00FF) * (100 * 65536 + 1) >> 16; // fours
         const auto magnitude =
             static_cast<int32_t>((word & 0x0000FFFF0000FFFF) * (10000 * (uint64_t(1) << 32) + 1) >> 32);
         value = (magnitude ^ -int32_t(isNegative)) + isNegative; // no branch: signs come as they like
-        _at = digits + bits / 8;
         return true;
     }
     bool take(uint16_t& value) {
@@ -63,9 +79,43 @@ public:
     }
 
 private:
+    static constexpr size_t mostGap = 64;
+
+    // Elements mostly follow each other at one distance.
+    static bool standsBehindBlanks(const char* at, size_t gap) {
+        if (gap == 0 || gap > mostGap || !NotBlank::test(at[gap]))
+            return false;
+#ifdef __SSE2__
+        uint32_t found = 0;
+        for (size_t i = 0; i < gap; i += 16) {
+            const uint32_t inGap = gap - i >= 16 ? 0xFFFF : (1u << (gap - i)) - 1;
+            found |= bits16(NotBlank::test(load16(at + i))) & inGap;
+        }
+        return found == 0;
+#else
+        return findFirst<NotBlank>(at, at + gap) == at + gap;
+#endif
+    }
+
+    // Bit i for the byte at[i].
+    static uint64_t quotesOf(const char* at) {
+        uint64_t quotes = 0;
+#ifdef __SSE2__
+        for (int i = 0; i < 4; ++i)
+            quotes |= uint64_t(bits16(equal16(load16(at + 16 * i), '"'))) << 16 * i;
+#else
+        for (int i = 0; i < 64; ++i)
+            quotes |= uint64_t(at[i] == '"') << i;
+#endif
+        return quotes;
+    }
+
     const char* _text;
     const char* _at;
     const char* _end;
+    size_t _gap = 0;              // between elements, as it was last
+    const char* _block = nullptr; // the element's start
+    uint64_t _quotes = 0;         // those that come, from there on
 };
 
 } // namespace xml2swf

@@ -123,7 +123,7 @@ TEST(XmlScan, TellsOfBigElementsInOneGoAndInParts) {
 }
 
 TEST(XmlScan, FindsTheSameMarksOnAnyProcessor) {
-    if (!XmlMarks::canBeWide())
+    if (!canBeWide())
         GTEST_SKIP() << "one way only";
     const std::string text = OddText(7).text.substr(0, 400000);
     XmlMarks usual(false), wide(true);

@@ -111,6 +111,29 @@ TEST(Base64, BothWays) {
     }
 }
 
+TEST(Base64, TellsForeignCharactersAnywhere) {
+    const std::string alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    for (int c = 0; c < 256; ++c) {
+        if (c == '=')
+            continue; // ends a text
+        const size_t found = c == 0 ? alphabet.npos : alphabet.find(static_cast<char>(c));
+        for (const size_t at : {0, 5, 14, 31, 33, 63, 90, 103}) {
+            std::string text(104, 'A');
+            text[at] = static_cast<char>(c);
+            Bytes expected(78);
+            for (size_t bit = 0; bit < 6 && found != alphabet.npos; ++bit)
+                expected[(at * 6 + bit) / 8] |=
+                    static_cast<uint8_t>((found >> (5 - bit) & 1) << (7 - (at * 6 + bit) % 8));
+            try {
+                EXPECT_EQ(decodeBase64(text), expected) << c << " at " << at;
+                EXPECT_NE(found, alphabet.npos) << c << " at " << at;
+            } catch (const Base64Error&) {
+                EXPECT_EQ(found, alphabet.npos) << c << " at " << at;
+            }
+        }
+    }
+}
+
 TEST(Base64, RefusesWithThePlace) {
     const struct {
         const char* text;

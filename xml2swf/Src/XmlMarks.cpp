@@ -5,11 +5,6 @@
 
 #include "XmlBytes.h"
 
-#ifdef __SSE2__
-#include <immintrin.h>
-#define ZELK_WIDE [[gnu::target("avx2,bmi,popcnt")]] // for processors that were asked whether they know these
-#endif
-
 namespace xml2swf {
 
 #ifdef __SSE2__
@@ -116,7 +111,7 @@ const char* findUsual(const char* at, const char* stop, const char* textEnd, uin
 
 #endif
 
-bool XmlMarks::canBeWide() {
+bool canBeWide() {
 #ifdef __SSE2__
     static const bool can =
         __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") && __builtin_cpu_supports("popcnt");

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "XmlWide.h"
+
 namespace xml2swf {
 
 /// Where tags start and end in a stretch of text: the "<" and ">" that stand in no double quotes. Only a guess about
@@ -12,8 +14,6 @@ class XmlMarks {
 public:
     static constexpr size_t most = 4096; ///< bytes of a stretch
 
-    /// The processor can look at 32 bytes at a time.
-    static bool canBeWide();
     explicit XmlMarks(bool wide = canBeWide()) : _isWide(wide) {}
 
     /// Goes over the text from a place outside of tags on, up to `stop` and `most` bytes. Ends earlier where quotes

@@ -4,35 +4,31 @@
 
 namespace libswf {
 
-uint32_t SwfAction::getSize(SwfContext&) { return size = 0; }
+void SwfAction::measure(SwfOStream&) { size = 0; }
 
 void SwfAction::write(SwfOStream& stream) { writeHeader(stream, 0); }
 
-static void warnOfCut(const SwfContext& context, uint32_t code, uint32_t length) {
+void SwfAction::warnOfCut(const SwfContext& context, uint32_t length) const {
     addWarning(context, SwfWarning::Kind::cut,
-               actionName(code) + ": " + std::to_string(length) + " bytes do not fit the 16 bits of its length");
+               actionName(type) + ": " + std::to_string(length) + " bytes do not fit the 16 bits of its length");
 }
 
-void SwfAction::writeHeader(SwfOStream& stream, uint32_t length) const {
-    if (type == SwfActionCode::compiled)
-        return;
-    stream.writeUI8(static_cast<uint8_t>(type));
-    if (type <= 0x80)
-        return;
-    stream.writeUI16(static_cast<uint16_t>(length));
-    if (length > UINT16_MAX)
-        warnOfCut(stream.context, type, length);
+void SwfActions::measure(SwfOStream& counter) {
+    const uint64_t start = counter.written();
+    for (SwfAction* action : *this) {
+        counter.count(action->headerSize());
+        action->measure(counter);
+    }
+    const uint64_t total = counter.written() - start;
+    if (total > UINT32_MAX)
+        throw SwfException(SwfError::doesNotFit, "a list of actions of more than 4 GB");
+    byteSize = static_cast<uint32_t>(total);
 }
 
 uint32_t SwfActions::getSize(SwfContext& context) {
-    uint64_t total = 0;
-    for (SwfAction* action : *this) {
-        total += action->headerSize();
-        total += action->getSize(context);
-    }
-    if (total > UINT32_MAX)
-        throw SwfException(SwfError::doesNotFit, "a list of actions of more than 4 GB");
-    return byteSize = static_cast<uint32_t>(total);
+    SwfOStream counter = SwfOStream::counter(context);
+    measure(counter);
+    return byteSize;
 }
 
 void SwfActions::write(SwfOStream& stream) const {
@@ -42,7 +38,7 @@ void SwfActions::write(SwfOStream& stream) const {
 
 void SwfActions::measureOrWrite(SwfOStream& stream) {
     if (stream.isCounter())
-        stream.count(getSize(stream.context));
+        measure(stream);
     else
         write(stream);
 }
@@ -50,10 +46,11 @@ void SwfActions::measureOrWrite(SwfOStream& stream) {
 SwfActionUnknown::SwfActionUnknown(SwfIStream& stream)
     : SwfAction(stream.context.actionCode), data(stream.readPayload(stream.context.actionLength, "data")) {}
 
-uint32_t SwfActionUnknown::getSize(SwfContext&) {
+void SwfActionUnknown::measure(SwfOStream& counter) {
     if (data.size() > UINT32_MAX)
         throw SwfException(SwfError::doesNotFit, "an action of more than 4 GB");
-    return size = static_cast<uint32_t>(data.size());
+    size = static_cast<uint32_t>(data.size());
+    counter.count(size);
 }
 
 void SwfActionUnknown::write(SwfOStream& stream) {

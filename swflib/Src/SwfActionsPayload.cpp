@@ -21,13 +21,17 @@ void checkCount(uint64_t count, const char* what) {
 
 } // namespace
 
-uint32_t SwfPayloadAction::getSize(SwfContext& context) {
-    return size = measure(context, [&](SwfOStream& stream) { writePayload(stream); });
+void SwfPayloadAction::measure(SwfOStream& counter) {
+    const uint64_t start = counter.written();
+    writePayload(counter);
+    const uint64_t payload = counter.written() - start;
+    if (payload > UINT32_MAX)
+        throw SwfException(SwfError::doesNotFit, "a record of more than 4 GB");
+    size = static_cast<uint32_t>(payload);
 }
 
 void SwfPayloadAction::write(SwfOStream& stream) {
-    checkFits();
-    writeHeader(stream, recordLength());
+    writeHeader(stream, size);
     writePayload(stream);
 }
 
@@ -63,7 +67,10 @@ void SwfActionConstantPool::writePayload(SwfOStream& stream) {
         constant.write(stream, true);
 }
 
-void SwfActionConstantPool::checkFits() const { checkCount(constants.size(), "ConstantPool > Count"); }
+void SwfActionConstantPool::write(SwfOStream& stream) {
+    checkCount(constants.size(), "ConstantPool > Count");
+    SwfPayloadAction::write(stream);
+}
 
 SwfActionWaitForFrame::SwfActionWaitForFrame(SwfIStream& stream) : SwfActionWaitForFrame() {
     frame = stream.readUI16("Frame");
@@ -136,6 +143,11 @@ void SwfActionGotoFrame2::writePayload(SwfOStream& stream) {
 
 void SwfActionBlock::readCodeSize(SwfIStream& stream) { codeSize = stream.readUI16("CodeSize"); }
 
+void SwfActionBlock::write(SwfOStream& stream) {
+    writeHeader(stream, size - body.byteSize);
+    writePayload(stream);
+}
+
 void SwfActionBlock::writeBody(SwfOStream& stream) {
     stream.writeUI16(static_cast<uint16_t>(body.byteSize));
     body.measureOrWrite(stream);
@@ -157,9 +169,10 @@ void SwfActionDefineFunction::writePayload(SwfOStream& stream) {
     writeBody(stream);
 }
 
-void SwfActionDefineFunction::checkFits() const {
+void SwfActionDefineFunction::write(SwfOStream& stream) {
     checkCount(parameters.size(), "DefineFunction > NumParams");
     checkCount(body.byteSize, "DefineFunction > CodeSize");
+    SwfActionBlock::write(stream);
 }
 
 SwfActionDefineFunction2::SwfActionDefineFunction2(SwfIStream& stream) : SwfActionDefineFunction2() {
@@ -217,10 +230,11 @@ void SwfActionTry::writePayload(SwfOStream& stream) {
     finallyBody.measureOrWrite(stream);
 }
 
-void SwfActionTry::checkFits() const {
+void SwfActionTry::write(SwfOStream& stream) {
     checkCount(tryBody.byteSize, "Try > TrySize");
     checkCount(catchBody.byteSize, "Try > CatchSize");
     checkCount(finallyBody.byteSize, "Try > FinallySize");
+    SwfPayloadAction::write(stream);
 }
 
 } // namespace libswf

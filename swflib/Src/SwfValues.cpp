@@ -4,12 +4,6 @@
 
 namespace libswf {
 
-uint32_t SwfValue::getSize(SwfContext& context) {
-    return size = measure(context, [&](SwfOStream& stream) { write(stream); });
-}
-
-void SwfValue::write(SwfOStream& stream) const { stream.writeUI8(valueType); }
-
 SwfValueString::SwfValueString(SwfIStream& stream) : SwfValueString() { stream.readString(text, "String"); }
 
 void SwfValueString::write(SwfOStream& stream) const {

@@ -38,9 +38,9 @@ public:
     SwfAction(const SwfAction&) = delete;
     SwfAction& operator=(const SwfAction&) = delete;
 
-    /// Measures the payload.
-    virtual uint32_t getSize(SwfContext& context);
-    /// Header and payload, with the size that getSize found. Throws SwfException code 2, with nothing written, for what
+    /// Counts the payload, and keeps its size for write.
+    virtual void measure(SwfOStream& counter);
+    /// Header and payload, with the size that measure found. Throws SwfException code 2, with nothing written, for what
     /// the record cannot hold.
     virtual void write(SwfOStream& stream);
 
@@ -48,7 +48,19 @@ public:
     uint32_t headerSize() const { return type == SwfActionCode::compiled ? 0 : type > 0x80 ? 3 : 1; }
 
 protected:
-    void writeHeader(SwfOStream& stream, uint32_t length) const;
+    void writeHeader(SwfOStream& stream, uint32_t length) const {
+        if (type == SwfActionCode::compiled)
+            return;
+        stream.writeUI8(static_cast<uint8_t>(type));
+        if (type <= 0x80)
+            return;
+        stream.writeUI16(static_cast<uint16_t>(length));
+        if (length > UINT16_MAX) [[unlikely]]
+            warnOfCut(stream.context, length);
+    }
+
+private:
+    void warnOfCut(const SwfContext& context, uint32_t length) const;
 };
 
 /// An ordered, owning list of actions. Nothing adds a terminating End: it is an action like any other.
@@ -63,13 +75,16 @@ public:
     /// last one may end later, unless the context says keepRaw: then the stream is marked inexact.
     void readSized(SwfIStream& stream, uint64_t length);
 
-    /// Measures every action, once. Throws SwfException code 2 for more than 4 GB.
+    /// Measures every action, nested ones too, once. Throws SwfException code 2 for more than 4 GB.
     uint32_t getSize(SwfContext& context);
     /// Writes every action with the size that getSize found.
     void write(SwfOStream& stream) const;
     /// For the writeBody of a tag: on a counter adds the measured size, else writes with the sizes measured before, so
     /// that nested lists are measured once.
     void measureOrWrite(SwfOStream& stream);
+
+private:
+    void measure(SwfOStream& counter);
 };
 
 /// An action kept as bytes: of a code without a class, or one that its class cannot hold.
@@ -82,7 +97,7 @@ public:
     /// Takes the Length bytes of the record.
     explicit SwfActionUnknown(SwfIStream& stream);
 
-    uint32_t getSize(SwfContext& context) override;
+    void measure(SwfOStream& counter) override;
     void write(SwfOStream& stream) override;
 };
 

@@ -11,15 +11,11 @@ namespace libswf {
 class SwfPayloadAction : public SwfAction {
 public:
     using SwfAction::SwfAction;
-    uint32_t getSize(SwfContext& context) override;
+    void measure(SwfOStream& counter) override;
     void write(SwfOStream& stream) override;
 
 protected:
     virtual void writePayload(SwfOStream& stream) = 0;
-    /// Throws SwfException code 2 for counts and sizes over their fields.
-    virtual void checkFits() const {}
-    /// What the header's Length says.
-    virtual uint32_t recordLength() const { return size; }
 };
 
 /// GotoFrame (0x81).
@@ -65,10 +61,10 @@ public:
 
     SwfActionConstantPool() : SwfPayloadAction(SwfActionCode::ConstantPool) {}
     explicit SwfActionConstantPool(SwfIStream& stream);
+    void write(SwfOStream& stream) override;
 
 protected:
     void writePayload(SwfOStream& stream) override;
-    void checkFits() const override;
 };
 
 /// WaitForFrame (0x8A).
@@ -198,11 +194,12 @@ public:
     SwfActions body;
     uint16_t codeSize = 0; ///< bytes of the body as read; worked out anew on write
 
+    void write(SwfOStream& stream) override;
+
 protected:
     using SwfPayloadAction::SwfPayloadAction;
     void readCodeSize(SwfIStream& stream);
     void writeBody(SwfOStream& stream);
-    uint32_t recordLength() const override { return size - body.byteSize; }
 };
 
 /// DefineFunction (0x9B): at most 65,535 parameters and 65,535 bytes of body (code 2).
@@ -213,10 +210,10 @@ public:
 
     SwfActionDefineFunction() : SwfActionBlock(SwfActionCode::DefineFunction) {}
     explicit SwfActionDefineFunction(SwfIStream& stream);
+    void write(SwfOStream& stream) override;
 
 protected:
     void writePayload(SwfOStream& stream) override;
-    void checkFits() const override;
 };
 
 /// REGISTERPARAM.
@@ -270,10 +267,10 @@ public:
 
     SwfActionTry() : SwfPayloadAction(SwfActionCode::Try) {}
     explicit SwfActionTry(SwfIStream& stream);
+    void write(SwfOStream& stream) override;
 
 protected:
     void writePayload(SwfOStream& stream) override;
-    void checkFits() const override;
 };
 
 } // namespace libswf

@@ -27,7 +27,7 @@ enum : uint8_t {
 }
 
 /// One operand; by itself one without data, Null or Undefined.
-class SwfValue : public SwfStruct, public SwfPooled {
+class SwfValue : public SwfPooled {
 public:
     enum class Plain : uint8_t { Null = SwfValueType::Null, Undefined = SwfValueType::Undefined };
 
@@ -38,9 +38,8 @@ public:
     SwfValue(const SwfValue&) = delete;
     SwfValue& operator=(const SwfValue&) = delete;
 
-    /// Bytes of the type byte and the data.
-    uint32_t getSize(SwfContext& context);
-    virtual void write(SwfOStream& stream) const;
+    /// The type byte and the data.
+    virtual void write(SwfOStream& stream) const { stream.writeUI8(valueType); }
 
 protected:
     explicit SwfValue(uint8_t type) : valueType(type) {}

@@ -4,6 +4,12 @@
 
 namespace libswf {
 
+uint32_t SwfAction::getSize(SwfContext& context) {
+    SwfOStream counter = SwfOStream::counter(context);
+    measure(counter);
+    return size;
+}
+
 void SwfAction::measure(SwfOStream&) { size = 0; }
 
 void SwfAction::write(SwfOStream& stream) { writeHeader(stream, 0); }

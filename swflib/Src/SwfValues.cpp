@@ -4,6 +4,10 @@
 
 namespace libswf {
 
+uint32_t SwfValue::getSize(SwfContext& context) {
+    return size = measure(context, [&](SwfOStream& stream) { write(stream); });
+}
+
 SwfValueString::SwfValueString(SwfIStream& stream) : SwfValueString() { stream.readString(text, "String"); }
 
 void SwfValueString::write(SwfOStream& stream) const {

@@ -38,9 +38,11 @@ public:
     SwfAction(const SwfAction&) = delete;
     SwfAction& operator=(const SwfAction&) = delete;
 
-    /// Counts the payload, and keeps its size for write.
+    /// Bytes of the payload, also kept in `size`.
+    uint32_t getSize(SwfContext& context);
+    /// The same on a counter that others share.
     virtual void measure(SwfOStream& counter);
-    /// Header and payload, with the size that measure found. Throws SwfException code 2, with nothing written, for what
+    /// Header and payload, with the size that was measured. Throws SwfException code 2, with nothing written, for what
     /// the record cannot hold.
     virtual void write(SwfOStream& stream);
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <concepts>
+#include <iterator>
 #include <memory>
 
 #include "SwfPooled.h"
@@ -27,7 +28,7 @@ enum : uint8_t {
 }
 
 /// One operand; by itself one without data, Null or Undefined.
-class SwfValue : public SwfPooled {
+class SwfValue : public SwfStruct, public SwfPooled {
 public:
     enum class Plain : uint8_t { Null = SwfValueType::Null, Undefined = SwfValueType::Undefined };
 
@@ -38,7 +39,8 @@ public:
     SwfValue(const SwfValue&) = delete;
     SwfValue& operator=(const SwfValue&) = delete;
 
-    /// The type byte and the data.
+    /// Bytes of the type byte and the data, also kept in `size`.
+    uint32_t getSize(SwfContext& context);
     virtual void write(SwfOStream& stream) const { stream.writeUI8(valueType); }
 
 protected:
@@ -98,7 +100,19 @@ using SwfValueInteger = SwfValueOf<SwfValueType::Integer, uint32_t>;
 using SwfValueConstant8 = SwfValueOf<SwfValueType::Constant8, uint8_t>;
 using SwfValueConstant16 = SwfValueOf<SwfValueType::Constant16, uint16_t>;
 
-using SwfValues = SwfPtrVector<SwfValue*>;
+/// The operands in order, owned. Most are few: these need no memory beside the list.
+class SwfValues : public SwfPtrVector<SwfValue*> {
+public:
+    SwfValues() {
+        _data = _few;
+        _capacity = static_cast<uint32_t>(std::size(_few));
+    }
+    SwfValues(const SwfValues&) = delete;
+    SwfValues& operator=(const SwfValues&) = delete;
+
+private:
+    SwfValue* _few[3];
+};
 
 /// Reads a type byte and its data. An unknown type, or a value that passes the stream's limit, throws SwfException code
 /// 3; under keepRaw it gives null and marks the stream inexact.

@@ -64,10 +64,10 @@ void compareAll(const std::string& text, Counts& counts) {
 // Other spellings, and texts that are not well-formed.
 std::string changed(std::string text, std::mt19937& random) {
     static const std::string pieces[] = {
-        " ",      "\n",         "\t",        "\r\n",        "'",           "\"",    "&amp;",    "&#65;",
-        "&",      "=",          "/",         ">",           "<",           "</a>",  "<a>",      "<a/>",
-        "x",      "<!-- > -->", "<![CDATA[", "]]>",         "!",           "<? ?>", " b=\"1\"", "/>",
-        " b='1'", "b = \"\"",   "\xC3\xA9",  "-2147483648", "99999999999", ":",     "\x01"};
+        " ",          "\n",     "\t",    "\r\n",     "'",           "\"",          "&amp;",  "&#65;",    "&",
+        "=",          "/",      ">",     "<",        "</a>",        "<a>",         "<a/>",   "x",        "<!-- > -->",
+        "<![CDATA[",  "]]>",    "!",     "<? ?>",    " b=\"1\"",    "/>",          " b='1'", "b = \"\"", "&lt;",
+        "&gt;&apos;", "&quot;", "&quo;", "\xC3\xA9", "-2147483648", "99999999999", ":",      "\x01"};
     auto below = [&](size_t limit) { return std::uniform_int_distribution<size_t>(0, limit - 1)(random); };
     for (size_t changes = 1 + below(2); changes != 0 && !text.empty(); --changes) {
         const size_t at = below(text.size());
@@ -152,13 +152,14 @@ TEST(XmlPlain, GivesWhatTheParserGivesForRealMovies) {
 
 // What is written takes the quick way: without this it would be quick no more, and no test would tell.
 TEST(XmlPlain, TakesWhatIsWritten) {
-    for (const char* text :
-         {"<a/>", "<a />", "\n<a b=\"1\" c=\"-2\" />\n", "<a><b /></a>", "<a>\n<![CDATA[x]]>\n</a>", "<a></a>", ""}) {
+    for (const char* text : {"<a/>", "<a />", "\n<a b=\"1\" c=\"-2\" />\n", "<a><b /></a>", "<a>\n<![CDATA[x]]>\n</a>",
+                             "<a></a>", "", "<a b=\"&lt;&amp;x\" c=\"&quot;&apos;&gt;\"/>"}) {
         XmlWindow window;
         EXPECT_TRUE(window.readPlain(text, 0, std::string_view(text).size(), Form::content)) << text;
     }
-    for (const char* text : {"<a b='1'/>", "<a  b=\"1\"/>", "<a b=\"&lt;\"/>", "<a>x</a>", "<a><!-- --></a>", "<a",
-                             "<a></b>", "<a>", "</a>", "<a b/>", "<a b=\"1\"c=\"1\"/>"}) {
+    for (const char* text :
+         {"<a b='1'/>", "<a  b=\"1\"/>", "<a b=\"&#60;\"/>", "<a b=\"&lt\"/>", "<a b=\"&LT;\"/>", "<a b=\"&lt;/>",
+          "<a>x</a>", "<a><!-- --></a>", "<a", "<a></b>", "<a>", "</a>", "<a b/>", "<a b=\"1\"c=\"1\"/>"}) {
         XmlWindow window;
         EXPECT_FALSE(window.readPlain(text, 0, std::string_view(text).size(), Form::content)) << text;
     }

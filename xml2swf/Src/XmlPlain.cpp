@@ -1,11 +1,36 @@
 #include "XmlPlain.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "XmlBytes.h"
 
 namespace xml2swf {
 
 static std::string_view between(const char* start, const char* end) {
     return {start, static_cast<size_t>(end - start)};
+}
+
+const char* appendResolved(const char* at, const char* end, std::string& text) {
+    static constexpr struct {
+        std::string_view text;
+        char meaning;
+    } references[] = {{"&lt;", '<'}, {"&gt;", '>'}, {"&amp;", '&'}, {"&quot;", '"'}, {"&apos;", '\''}};
+    for (;;) {
+        const char* stop = findFirst<QuoteOrReference>(at, end);
+        text.append(at, stop);
+        if (stop == end)
+            return nullptr;
+        if (*stop == '"')
+            return stop;
+        const auto* found = std::find_if(std::begin(references), std::end(references), [&](const auto& reference) {
+            return between(stop, end).starts_with(reference.text);
+        });
+        if (found == std::end(references))
+            return nullptr;
+        text += found->meaning;
+        at = stop + found->text.size();
+    }
 }
 
 bool XmlPlainReader::readContent(std::string_view text) {
@@ -30,19 +55,37 @@ bool XmlPlainReader::readStartTag(std::string_view tag) {
     return true;
 }
 
+// Moves `at` to the quote that ends the value; to the end when the value is not plain.
+[[gnu::noinline]] static std::string_view resolved(const char*& at, const char* end, std::string& buffer) {
+    // No value is longer than its text: what is reserved for the first one is enough for all, and none of them moves.
+    if (buffer.empty())
+        buffer.reserve(static_cast<size_t>(end - at));
+    const size_t start = buffer.size();
+    const char* quote = appendResolved(at, end, buffer);
+    at = quote != nullptr ? quote : end;
+    return std::string_view(buffer).substr(start);
+}
+
 // `at` stands at the blank before an attribute; it moves behind the closing quote.
 [[gnu::always_inline]] static inline bool readAttribute(const char*& at, const char* end,
-                                                        std::vector<XmlAttribute>& attributes) {
+                                                        std::vector<XmlAttribute>& attributes, std::string& buffer) {
     const char* name = at + 1;
     const char* nameEnd = findFirst<NameEnd>(name, end);
     if (nameEnd == name || end - nameEnd < 3 || nameEnd[0] != '=' || nameEnd[1] != '"')
         return false;
     const char* value = nameEnd + 2;
-    const char* valueEnd = findFirst<QuoteOrReference>(value, end);
-    if (valueEnd == end || *valueEnd != '"')
+    at = findFirst<QuoteOrReference>(value, end);
+    if (at == end)
         return false;
-    attributes.push_back({between(name, nameEnd), between(value, valueEnd)});
-    at = valueEnd + 1;
+    if (*at == '"') [[likely]] {
+        attributes.push_back({between(name, nameEnd), between(value, at)});
+    } else {
+        at = value;
+        attributes.push_back({between(name, nameEnd), resolved(at, end, buffer)});
+    }
+    if (at == end)
+        return false;
+    ++at;
     return true;
 }
 
@@ -57,7 +100,7 @@ bool XmlPlainReader::open() {
     item.text = between(name, at);
     item.firstAttribute = static_cast<uint32_t>(_attributes.size());
     while (end - at >= 3 && *at == ' ' && at[1] != '/') {
-        if (!readAttribute(at, end, _attributes))
+        if (!readAttribute(at, end, _attributes, _resolved))
             return false;
     }
     item.attributeCount = static_cast<uint32_t>(_attributes.size()) - item.firstAttribute;

@@ -11,6 +11,7 @@
 #include "XmlBytes.h"
 #include "XmlElement.h"
 #include "XmlNumbers.h"
+#include "XmlPlain.h"
 
 namespace xml2swf {
 
@@ -48,19 +49,43 @@ public:
         _at = findFirst<NameEnd>(name, _end);
         return {name, static_cast<size_t>(_at - name)};
     }
-    /// The value of an attribute that stands here under this name, up to behind its quote.
-    std::optional<std::string_view> takeAttribute(std::string_view name) {
+    /// Where the value of an attribute starts that stands here under this name; null when there is none.
+    const char* valueOf(std::string_view name) const {
         const size_t length = name.size();
         if (static_cast<size_t>(_end - _at) < length + 4 || _at[0] != ' ' ||
             std::memcmp(_at + 1, name.data(), length) != 0 || _at[length + 1] != '=' || _at[length + 2] != '"')
+            return nullptr;
+        return _at + length + 3;
+    }
+    /// That value, without references, up to behind its quote.
+    std::optional<std::string_view> takeAttribute(std::string_view name) {
+        const char* value = valueOf(name);
+        if (value == nullptr)
             return {};
-        const char* value = _at + length + 3;
         _at = findFirst<QuoteOrReference>(value, _end);
         if (_at == _end || *_at != '"') [[unlikely]] {
             giveUp();
             return {};
         }
         return std::string_view(value, static_cast<size_t>(_at++ - value));
+    }
+    /// That value, which may hold references by name; empty when there is none.
+    libswf::SwfString takeText(std::string_view name) {
+        const char* value = valueOf(name);
+        if (value == nullptr)
+            return {};
+        const char* stop = findFirst<QuoteOrReference>(value, _end);
+        if (stop != _end && *stop == '"') [[likely]] {
+            _at = stop + 1;
+            return std::string_view(value, static_cast<size_t>(stop - value));
+        }
+        std::string text;
+        stop = appendResolved(value, _end, text);
+        if (stop == nullptr)
+            giveUp();
+        else
+            _at = stop + 1;
+        return text;
     }
 
 private:
@@ -86,13 +111,8 @@ public:
     bool is(std::string_view name) const { return _name == name; }
     XmlReadContext& context() const { return _context; }
 
-    bool has(std::string_view name) {
-        XmlQuickText ahead = _text;
-        return ahead.takeAttribute(name).has_value();
-    }
-    libswf::SwfString string(std::string_view name) {
-        return libswf::SwfString(_text.takeAttribute(name).value_or(std::string_view()));
-    }
+    bool has(std::string_view name) const { return _text.valueOf(name) != nullptr; }
+    libswf::SwfString string(std::string_view name) { return _text.takeText(name); }
     template <std::integral Int>
     Int integer(std::string_view name) {
         return static_cast<Int>(ranged(name, std::numeric_limits<Int>::min(), std::numeric_limits<Int>::max()));

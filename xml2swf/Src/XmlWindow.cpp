@@ -78,11 +78,12 @@ bool XmlWindow::readPlain(std::string_view text, size_t start, size_t end, Form 
     if (form == Form::document && text.substr(start, end - start).starts_with(xmlDeclaration))
         start += xmlDeclaration.size();
     const std::string_view piece = text.substr(start, end - start);
-    XmlPlainReader reader(_items, _attributes);
+    XmlPlainReader reader(_items, _attributes, _resolved);
     if (form == Form::startTag ? reader.readStartTag(piece) : reader.readContent(piece))
         return true;
     _items.clear();
     _attributes.clear();
+    _resolved.clear();
     return false;
 }
 
@@ -126,9 +127,11 @@ bool XmlWindow::reuse() {
     constexpr size_t most = windowSize; // a window of the usual size holds far fewer nodes
     _items.clear();
     _attributes.clear();
+    _resolved.clear();
     if (_parser != nullptr)
         _parser->clear();
-    return _items.capacity() <= most && _attributes.capacity() <= most && (_parser == nullptr || _parser->isSmall());
+    return _items.capacity() <= most && _attributes.capacity() <= most && _resolved.capacity() <= 4 * windowSize &&
+           (_parser == nullptr || _parser->isSmall());
 }
 
 } // namespace xml2swf

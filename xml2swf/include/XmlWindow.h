@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -65,7 +66,8 @@ private:
 
     std::vector<XmlItem> _items;
     std::vector<XmlAttribute> _attributes;
-    const char* _base = nullptr; // what names and values refer to: the text, or the parser's copy
+    std::string _resolved;       // values of a plain piece that hold references; does not grow while there are any
+    const char* _base = nullptr; // what names and other values refer to: the text, or the parser's copy
     size_t _origin = 0;          // of the base in the text
     std::unique_ptr<Parser> _parser;
     uint32_t _references = 0;

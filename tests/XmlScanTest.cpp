@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 #include <random>
 #include <tuple>
 
@@ -120,6 +121,18 @@ TEST(XmlScan, TellsOfBigElementsInOneGoAndInParts) {
     }
     EXPECT_GT(elements, 200u);
     EXPECT_GT(bytes, 30000000u);
+}
+
+TEST(XmlScan, LooksAtNothingBehindTheText) {
+    for (size_t size = 1; size < 200; ++size) {
+        const std::vector<char> text(size, '\n'); // of just this size, for the sanitizer
+        for (const char* tail : {"<", "</", "<a", "<!", "<a b=\"", "<a>", "<a/>"}) {
+            std::vector<char> ended = text;
+            ended.insert(ended.end(), tail, tail + std::strlen(tail));
+            ended.shrink_to_fit();
+            EXPECT_EQ(scanXml({ended.data(), ended.size()}, 1000, nullptr).regular, std::string_view(tail) == "<a/>");
+        }
+    }
 }
 
 TEST(XmlScan, FindsTheSameMarksOnAnyProcessor) {

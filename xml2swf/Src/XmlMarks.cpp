@@ -83,7 +83,7 @@ template <class Processor>
                                                     uint32_t*& offsets) {
     uint64_t quoted = 0; // all ones where quotes are open
     for (const char* block = at; block < stop; block += blockSize) {
-        if (textEnd - block < blockSize)
+        if (textEnd - block <= blockSize) // whoever sees a mark may look at the byte behind it
             return block;
         __builtin_prefetch(block + ahead);
         const Masks masks = Processor::masksOf(block);

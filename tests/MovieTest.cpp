@@ -166,7 +166,7 @@ TEST(Compression, BoundsTheBodyByItsHeader) {
 }
 
 TEST(Compression, BigBodiesAreDeflatedInParts) {
-    constexpr size_t start = 8, period = 20000, part = 1 << 17; // repeats only within zlib's window
+    constexpr size_t start = 8, period = 20000, part = 150000; // repeats only within zlib's window
     uint32_t noise = 1;
     Bytes file(start + 28 * part);
     for (size_t i = start; i < file.size(); ++i)

@@ -14,7 +14,7 @@ namespace libswf {
 
 namespace {
 
-constexpr size_t leastPart = 1 << 17, mostPart = 1 << 20, usualParts = 8, windowSize = 1 << 15;
+constexpr size_t leastPart = 150000, mostPart = 1 << 20, usualParts = 8, windowSize = 1 << 15;
 
 // One raw deflate stream, ended when it is let go.
 class Deflater {

@@ -85,7 +85,7 @@ void writeTags(const Tags& tags, Range range, SwfOStream& stream) {
 }
 
 // A measured or written byte is mostly one of a shape or a script: as much work as so many bytes that are copied.
-constexpr uint64_t workPerByte = 4;
+constexpr uint64_t workPerByte = 3;
 constexpr size_t mostParts = 64;
 
 // Tags that one thread writes in a row, to their place in the movie.

@@ -58,7 +58,7 @@ public:
 // Room for the text of most movies, so that it need not move as it grows. What is not used is never touched and costs
 // nothing.
 void reserveFor(std::string& out, const SwfMovieSafe& movie) {
-    constexpr size_t textPerByte = 14, most = size_t(1) << 30;
+    constexpr size_t textPerByte = 20, most = size_t(1) << 30;
     try {
         out.reserve(std::min(most, movie.body().size() * textPerByte + movie.tags.count() * textPerTag));
         adviseBigPages(out.data(), out.capacity());
@@ -111,7 +111,7 @@ public:
     }
 
 private:
-    static constexpr size_t partSize = 16 * 1024, bigTag = 128 * 1024, usualHeader = 2;
+    static constexpr size_t partSize = 8 * 1024, bigTag = 128 * 1024, usualHeader = 2;
 
     struct Part {
         size_t first, done, end; // indices of tags

@@ -7,9 +7,9 @@ namespace xml2swf {
 
 void writeInParts(XmlNode& parent, size_t count,
                   const std::function<void(XmlNode& node, size_t first, size_t end)>& write) {
-    constexpr size_t partSize = 8192;
+    constexpr size_t partSize = 2048;
     XmlWriteContext& shared = parent.context();
-    if (shared.threads == 1 || count < 2 * partSize)
+    if (shared.threads == 1 || count < 8 * partSize)
         return write(parent, 0, count);
     struct Part {
         std::string text;
@@ -31,7 +31,7 @@ void writeInParts(XmlNode& parent, size_t count,
         if (shared.warnings != nullptr)
             shared.warnings->add(std::move(parts[i].warnings));
         parent.append(std::string_view(parts[i].text).substr(parts[i].start, parts[i].end - parts[i].start));
-        parts[i] = Part();
+        std::string().swap(parts[i].text); // an assignment would keep its memory
     };
     libswf::workInOrder({parts.size(), work, take}, shared.threads);
 }

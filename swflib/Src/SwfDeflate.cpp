@@ -119,9 +119,7 @@ void appendDeflated(SwfVector<uint8_t>& target, std::span<const uint8_t> body, i
         sum = adler32_combine(sum, part.sum, static_cast<z_off_t>(part.body.size()));
         part.own.reset();
     };
-    constexpr uint64_t workPerByte = 16; // beside what else is done with a byte
-    workInOrder({parts.size(), [&](size_t i) { deflatePart(parts[i], level); }, take},
-                threadsFor(body.size() * workPerByte, 0));
+    workInOrder({parts.size(), [&](size_t i) { deflatePart(parts[i], level); }, take}, threadsFor(parts.size() > 1, 0));
     appendBigEndian(target, static_cast<uint32_t>(sum), 4);
 }
 

@@ -108,10 +108,9 @@ void workInOrder(const SwfPartedWork& parts, uint32_t threads) {
     InOrder(parts, std::min<size_t>(threads, parts.count)).run();
 }
 
-uint32_t threadsFor(uint64_t bytes, uint32_t asked) {
-    constexpr uint64_t least = 1000000; // a few milliseconds of work
-    constexpr uint32_t most = 4;        // what one thread does alone leaves no work for more
-    if (bytes < least)
+uint32_t threadsFor(bool isBig, uint32_t asked) {
+    constexpr uint32_t most = 4; // what one thread does alone leaves no work for more
+    if (!isBig)
         return 1;
     return asked != 0 ? asked : std::clamp(std::thread::hardware_concurrency(), 1u, most);
 }

@@ -84,8 +84,6 @@ void writeTags(const Tags& tags, Range range, SwfOStream& stream) {
     });
 }
 
-// A measured or written byte is mostly one of a shape or a script: as much work as so many bytes that are copied.
-constexpr uint64_t workPerByte = 3;
 constexpr size_t mostParts = 64;
 
 // Tags that one thread writes in a row, to their place in the movie.
@@ -127,7 +125,7 @@ uint32_t SwfTags::getSizeInParts(const SwfContext& context, uint32_t asked) {
     size_t done = 0;
     for (SwfContext own = context; done < _tags.size() && threads == 1; ++done) {
         total += measureTags(_tags, {done, done + 1}, own);
-        threads = threadsFor(total * workPerByte, asked);
+        threads = threadsFor(total >= bigBody, asked);
     }
     const size_t left = _tags.size() - done, inPart = left / mostParts + 1;
     std::vector<uint64_t> sizes((left + inPart - 1) / inPart);
@@ -146,7 +144,7 @@ void SwfTags::write(SwfOStream& stream) const {
 }
 
 void SwfTags::writeRecordsInParts(SwfOStream& stream, uint32_t asked) const {
-    const uint32_t threads = threadsFor(size * workPerByte, asked);
+    const uint32_t threads = threadsFor(size >= bigBody, asked);
     if (threads == 1)
         return writeTags(_tags, {0, _tags.size()}, stream);
     std::vector<WrittenPart> parts = writtenParts(_tags, size);

@@ -22,8 +22,11 @@ struct SwfPartedWork {
 /// throws.
 void workInOrder(const SwfPartedWork& parts, uint32_t threads);
 
-/// How many threads are worth their start for work like the reading of so many bytes of text: as many as are asked for;
-/// for 0 as the machine has cores, four at most; one for little work.
-uint32_t threadsFor(uint64_t bytes, uint32_t asked);
+/// Bytes of text, and of a movie's body, that are a few milliseconds of work to convert.
+constexpr uint64_t bigText = 1000000, bigBody = 300000;
+
+/// How many threads are worth their start: as many as are asked for; for 0 as the machine has cores, four at most; one
+/// for an input that is not big.
+uint32_t threadsFor(bool isBig, uint32_t asked);
 
 } // namespace libswf

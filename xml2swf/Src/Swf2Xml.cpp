@@ -196,8 +196,7 @@ void appendMovie(std::string& out, SwfMovieSafe& movie, const ConversionOptions&
     const Tags& tags = movie.tags.tags().items();
     {
         MovieNode root(out, context, movie);
-        constexpr uint64_t workPerByte = 4; // beside what else is done with a byte
-        const uint32_t threads = context.threads = threadsFor(movie.body().size() * workPerByte, options.threads);
+        const uint32_t threads = context.threads = threadsFor(movie.body().size() >= bigBody, options.threads);
         if (threads > 1)
             PartedWriter(root, tags, options.progress).write(threads);
         else

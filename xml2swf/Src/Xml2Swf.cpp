@@ -157,7 +157,7 @@ private:
 // Original bytes are looked for in the order of the tags, and an observer hears one reader: that is for one thread.
 uint32_t threadsFor(const XmlReadContext& context, const ConversionOptions& options) {
     const bool isForOne = context.keeper != nullptr || context.observer != nullptr;
-    return isForOne ? 1 : libswf::threadsFor(context.document->text().size(), options.threads);
+    return isForOne ? 1 : libswf::threadsFor(context.document->text().size() >= bigText, options.threads);
 }
 
 // Gives an error its row and column on the way out.
@@ -238,7 +238,7 @@ bool xmlToSwf(std::string_view text, IXml2SwfConversionTarget& target, const Con
     return located(text, [&] {
         std::vector<ElementSpan> spans;
         XmlDocument document(text, options.original != nullptr ? &spans : nullptr,
-                             libswf::threadsFor(text.size(), options.threads));
+                             libswf::threadsFor(text.size() >= bigText, options.threads));
         bool found = false;
         try {
             found = compile(document, std::move(spans), target, options);
@@ -267,7 +267,7 @@ std::optional<XmlStartTag> movieStartTag(std::string_view text) {
 }
 
 void checkXml(std::string_view text) {
-    located(text, [&] { XmlDocument(text, nullptr, libswf::threadsFor(text.size(), 0)).validate(); });
+    located(text, [&] { XmlDocument(text, nullptr, libswf::threadsFor(text.size() >= bigText, 0)).validate(); });
 }
 
 void MovieTarget::movieHeader(uint8_t version, int32_t width, int32_t height, float frameRate, bool isCompressed) {

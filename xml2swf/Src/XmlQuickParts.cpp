@@ -77,8 +77,7 @@ private:
 } // namespace
 
 XmlQuickEnd readInParts(XmlReadContext& context, XmlBlock& block, XmlQuickReader& quick) {
-    if (context.threads == 1 || libswf::threadsFor(block.end - block.start, context.threads) == 1 ||
-        quick.another() == nullptr)
+    if (context.threads == 1 || block.end - block.start < libswf::bigText || quick.another() == nullptr)
         return {};
     return PartedChildren(context.document->text(), block, quick).read(context.threads);
 }

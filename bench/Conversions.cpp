@@ -29,7 +29,7 @@ void readAndConvert(const Movie& movie) {
 
 void compile(const Movie& movie, bool compressed) {
     xml2swf::MovieTarget target;
-    xmlToSwf(movie.xml, target, {});
+    xmlToSwf(movie.xml, target, {.toWrite = true});
     target.movie.isCompressed = compressed;
     benchmark::DoNotOptimize(target.movie.serialise(9));
 }

@@ -76,6 +76,7 @@ void compile(const std::string& text, SwfMovie& movie, const MovieOptions& optio
     xml2swf::ConversionOptions conversion = options.conversion();
     const std::unique_ptr<xml2swf::OriginalMovie> original = loadOriginal(options.original);
     conversion.original = original.get();
+    conversion.toWrite = true;
     if (!xml2swf::xmlToSwf(text, target, conversion))
         throw InputError("The document has no Movie element.");
     movie = std::move(target.movie);

@@ -209,6 +209,7 @@ SwfVector<uint8_t> compileDocument(CompileParams& params, const std::string& fil
     options.progress = &params.progress;
     options.warnings = &warnings;
     options.original = params.original.get();
+    options.toWrite = true;
     MovieTarget target;
     try {
         if (!xmlToSwf(params.text, target, options))

@@ -52,12 +52,17 @@ void SwfActions::measureOrWrite(SwfOStream& stream) {
 SwfActionUnknown::SwfActionUnknown(SwfIStream& stream)
     : SwfAction(stream.context.actionCode), data(stream.readPayload(stream.context.actionLength, "data")) {}
 
-void SwfActionUnknown::measure(SwfOStream& counter) {
-    if (data.size() > UINT32_MAX)
+// A payload of bytes.
+static uint32_t counted(SwfOStream& counter, const SwfBytes& bytes) {
+    if (bytes.size() > UINT32_MAX)
         throw SwfException(SwfError::doesNotFit, "an action of more than 4 GB");
-    size = static_cast<uint32_t>(data.size());
-    counter.count(size);
+    counter.count(bytes.size());
+    return static_cast<uint32_t>(bytes.size());
 }
+
+void SwfActionUnknown::measure(SwfOStream& counter) { size = counted(counter, data); }
+
+void SwfActionCompiled::measure(SwfOStream& counter) { size = counted(counter, records); }
 
 void SwfActionUnknown::write(SwfOStream& stream) {
     if (type < 0x80 && !data.empty())

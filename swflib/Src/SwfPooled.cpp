@@ -17,7 +17,7 @@ namespace libswf {
 #ifdef ZELK_PLAIN_HEAP // where every object is watched by itself
 
 void* SwfPooled::operator new(size_t size) { return ::operator new(size); }
-void SwfPooled::operator delete(void* object) noexcept { ::operator delete(object); }
+void SwfPooled::operator delete(void* object, size_t) noexcept { ::operator delete(object); }
 
 #else
 
@@ -55,6 +55,7 @@ struct Pool {
     void letGo() {
         add(block, made);
         block = nullptr;
+        at = nullptr;
         made = 0;
         left = 0;
     }
@@ -80,11 +81,15 @@ void settleAtThreadEnd() {
     pool.left = blockSize - sizeof(Block);
 }
 
+size_t aligned(size_t size) {
+    constexpr size_t alignment = alignof(double);
+    return (size + alignment - 1) / alignment * alignment;
+}
+
 } // namespace
 
 void* SwfPooled::operator new(size_t size) {
-    constexpr size_t alignment = alignof(double);
-    size = (size + alignment - 1) / alignment * alignment;
+    size = aligned(size);
     if (size > pool.left)
         startBlock();
     char* object = pool.at;
@@ -94,9 +99,16 @@ void* SwfPooled::operator new(size_t size) {
     return object;
 }
 
-void SwfPooled::operator delete(void* object) noexcept {
+void SwfPooled::operator delete(void* object, size_t size) noexcept {
     if (object == nullptr)
         return;
+    size = aligned(size);
+    if (static_cast<char*>(object) + size == pool.at) {
+        pool.at -= size;
+        pool.left += size;
+        --pool.made;
+        return;
+    }
     auto* block = reinterpret_cast<Block*>(reinterpret_cast<uintptr_t>(object) & ~uintptr_t(blockSize - 1));
     if (block != pool.freedFrom) {
         settleAtThreadEnd();

@@ -103,6 +103,18 @@ public:
     void write(SwfOStream& stream) override;
 };
 
+/// Actions that are bytes already: records one behind the other, as they stand in a file. Its XML form says nothing of
+/// them.
+class SwfActionCompiled : public SwfAction {
+public:
+    SwfBytes records;
+
+    explicit SwfActionCompiled(SwfBytes bytes) : SwfAction(SwfActionCode::compiled), records(std::move(bytes)) {}
+
+    void measure(SwfOStream& counter) override;
+    void write(SwfOStream& stream) override { stream.writeBytes(records.span()); }
+};
+
 /// The factory: reads the next action, nested lists included. The work is linear in the bytes read, whatever they hold.
 /// - An action whose Length passes the end of the tag's body throws SwfException code 3.
 /// - One that its class cannot give back is kept as SwfActionUnknown, with a warning, when the context says keepRaw.

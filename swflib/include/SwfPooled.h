@@ -7,11 +7,11 @@ namespace libswf {
 
 /// Base of small objects, of some hundred bytes at most, that are made one after the other and mostly let go together:
 /// actions and their values. They stand one behind the other in blocks; a block is freed when nothing in it is left.
-/// Any thread may free what another one made.
+/// The memory of the object made last is used again at once. Any thread may free what another one made.
 class SwfPooled {
 public:
     static void* operator new(size_t size);
-    static void operator delete(void* object) noexcept;
+    static void operator delete(void* object, size_t size) noexcept;
 };
 
 } // namespace libswf

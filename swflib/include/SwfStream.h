@@ -156,6 +156,8 @@ public:
     uint64_t written() const { return _counting ? _count : size(); }
     /// The next n bytes, for others to fill.
     std::span<uint8_t> claimPlace(uint64_t n) { return {claim(n), static_cast<size_t>(n)}; }
+    /// Forgets the bytes written behind a place.
+    void rewind(uint64_t place) { _size = static_cast<uint32_t>(place); }
     /// In a counter, adds bytes that were measured elsewhere.
     void count(uint64_t bytes) { _count += bytes; }
 

@@ -173,9 +173,10 @@ public:
 private:
     using SwfVector<P>::append;
 
+    // The last one first: its memory may be the one that was asked for last.
     void deleteItems() {
-        for (P item : *this)
-            delete item;
+        for (uint32_t i = this->size(); i != 0; --i)
+            delete this->data()[i - 1];
     }
 };
 

@@ -3,6 +3,7 @@
 #include "Conversion.h"
 #include "SwfInOrder.h"
 #include "TagKeeper.h"
+#include "XmlActionRun.h"
 #include "XmlBytes.h"
 #include "XmlDocument.h"
 #include "XmlNumbers.h"
@@ -118,8 +119,10 @@ private:
     // [any thread]
     void readPart(Part& part) {
         const std::unique_ptr<XmlDocument> document = _context.document->another();
+        ActionBytes bytes;
         XmlReadContext context;
         context.document = document.get();
+        context.actionBytes = _context.actionBytes == nullptr ? nullptr : &bytes;
         context.warnings = _context.warnings == nullptr ? nullptr : &part.warnings;
         context.threads = isMost(part) ? _context.threads : 1;
         uint32_t index = _root.pieces[part.firstPiece].firstChild;
@@ -208,8 +211,10 @@ static std::optional<XmlElement> findRoot(XmlReadContext& context, std::string_v
 
 static bool compile(XmlDocument& document, std::vector<ElementSpan> spans, IXml2SwfConversionTarget& target,
                     const ConversionOptions& options) {
+    ActionBytes bytes;
     XmlReadContext context;
     context.document = &document;
+    context.actionBytes = options.toWrite ? &bytes : nullptr;
     context.places = XmlPlaces(document.text());
     context.warnings = options.warnings;
     context.observer = options.observer;

@@ -4,7 +4,7 @@
 #include <typeinfo>
 
 #include "XmlActionForms.h"
-#include "XmlNameTable.h"
+#include "XmlActionRun.h"
 
 namespace xml2swf {
 
@@ -67,7 +67,7 @@ const ActionForm* formByCode(uint32_t code) {
     return code < forms.size() ? forms[code] : nullptr;
 }
 
-const ActionForm* formByName(std::string_view name) {
+const ActionForm* formByName(std::string_view name, const XmlNameWords& words) {
     static const ActionForm unknownForm{unknownName, SwfActionCode::compiled, nullptr, readUnknown, readUnknown};
     static const XmlNameTable<ActionForm> forms = [] {
         XmlNameTable<ActionForm> table;
@@ -76,7 +76,7 @@ const ActionForm* formByName(std::string_view name) {
             table.add(form.name, &form);
         return table;
     }();
-    return forms[name];
+    return forms.find(name, words);
 }
 
 void writeUnknown(XmlNode& parent, uint32_t code, std::span<const uint8_t> data) {
@@ -107,7 +107,7 @@ std::unique_ptr<SwfAction> read(const ActionForm& form, XmlQuickElement& element
 // Null for a name that is no action's.
 template <class Element>
 std::unique_ptr<SwfAction> readAction(Element& element) {
-    const ActionForm* form = formByName(element.name());
+    const ActionForm* form = formByName(element.name(), nameWords(element));
     if (form == nullptr) {
         element.skip();
         return nullptr;
@@ -116,17 +116,18 @@ std::unique_ptr<SwfAction> readAction(Element& element) {
 }
 
 template <class Element, class Children>
-void readEach(const Children& children, SwfActions& actions) {
+void readEach(const Children& children, ActionRun& actions) {
     for (Element child : children) {
         if (auto action = readAction(child))
             actions.add(std::move(action));
     }
+    actions.finish();
 }
 
 // Actions in the form in which they are written, with all that they hold.
 class QuickActions final : public XmlQuickReader {
 public:
-    QuickActions(XmlReadContext& context, SwfActions& actions) : _context(context), _actions(actions) {}
+    QuickActions(XmlReadContext& context, ActionRun& actions) : _context(context), _actions(actions) {}
 
     size_t read(std::string_view text, size_t start, size_t end) override {
         XmlQuickText quick(text, start, end);
@@ -153,7 +154,7 @@ private:
     }
 
     XmlReadContext& _context;
-    SwfActions& _actions;
+    ActionRun& _actions;
 };
 
 constexpr XmlNameGroup actionElements{"Actions", allNames};
@@ -166,12 +167,14 @@ void writeActions(XmlNode& parent, const SwfActions& actions) {
 }
 
 void readActions(XmlElement& parent, SwfActions& actions) {
-    QuickActions quick(parent.context(), actions);
-    readEach<XmlElement>(parent.children(actionElements, quick), actions);
+    ActionRun run(parent.context(), actions);
+    QuickActions quick(parent.context(), run);
+    readEach<XmlElement>(parent.children(actionElements, quick), run);
 }
 
 void readActions(XmlQuickElement& parent, SwfActions& actions) {
-    readEach<XmlQuickElement>(parent.children(), actions);
+    ActionRun run(parent.context(), actions);
+    readEach<XmlQuickElement>(parent.children(), run);
 }
 
 } // namespace xml2swf

@@ -1,6 +1,7 @@
 // Finding an element's name among many.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -8,37 +9,30 @@
 
 namespace xml2swf {
 
-/// The first and the last bytes of a name as words, which overlap in a short one. Names of one length, up to `most`
-/// bytes, are equal when their words are.
+/// The first 16 bytes of a name as words, with zeros behind a shorter one.
 struct XmlNameWords {
     static constexpr size_t most = 16;
 
-    uint64_t first = 0, last = 0;
+    uint64_t first = 0, second = 0;
 
-    /// Of a name of 1 byte or more.
-    explicit XmlNameWords(std::string_view name) {
-        const char* text = name.data();
-        const size_t n = name.size();
-        if (n >= 8) {
-            first = load<uint64_t>(text);
-            last = load<uint64_t>(text + n - 8);
-        } else if (n >= 4) {
-            first = load<uint32_t>(text);
-            last = load<uint32_t>(text + n - 4);
-        } else {
-            first = load<uint8_t>(text) | load<uint8_t>(text + n / 2) << 8;
-            last = load<uint8_t>(text + n - 1);
-        }
+    XmlNameWords() = default;
+    explicit XmlNameWords(std::string_view name) { std::memcpy(this, name.data(), std::min(name.size(), most)); }
+    /// Of a name with at least 16 bytes from its start on that can be read: no branch depends on its length.
+    static XmlNameWords inText(std::string_view name) {
+        static constexpr auto masks = [] {
+            std::array<uint64_t, most + most / 2 + 1> result{}; // [i]: of the second word of a name of i bytes
+            for (size_t i = 9; i < result.size(); ++i)
+                result[i] = i >= most ? UINT64_MAX : (uint64_t(1) << 8 * (i - 8)) - 1;
+            return result;
+        }();
+        const size_t length = std::min(name.size(), most);
+        XmlNameWords words;
+        std::memcpy(&words, name.data(), most);
+        words.first &= masks[length + 8];
+        words.second &= masks[length];
+        return words;
     }
     bool operator==(const XmlNameWords&) const = default;
-
-private:
-    template <class Word>
-    static Word load(const char* at) {
-        Word word;
-        std::memcpy(&word, at, sizeof word);
-        return word;
-    }
 };
 
 /// Up to 256 names and what they stand for, of which the first of two equal ones counts. Names are not copied.
@@ -46,16 +40,19 @@ template <class Value>
 class XmlNameTable {
 public:
     void add(std::string_view name, const Value* value) {
-        Slot& slot = find(name);
+        const XmlNameWords words(name);
+        Slot& slot = slotOf(name, words);
         if (slot.value == nullptr)
-            slot = {XmlNameWords(name), name, value};
+            slot = {words, name, value};
     }
     /// Null for a name that is not in the table.
-    const Value* operator[](std::string_view name) const { return const_cast<XmlNameTable*>(this)->find(name).value; }
+    const Value* find(std::string_view name, const XmlNameWords& words) const {
+        return const_cast<XmlNameTable*>(this)->slotOf(name, words).value;
+    }
 
 private:
     struct Slot {
-        XmlNameWords words{" "};
+        XmlNameWords words;
         std::string_view name;
         const Value* value = nullptr;
 
@@ -67,19 +64,14 @@ private:
     static constexpr size_t sizeBits = 9;
 
     // The slot of the name, or the empty one where it belongs.
-    Slot& find(std::string_view name) {
-        if (name.empty())
-            return _none;
-        const XmlNameWords words(name);
-        const uint64_t mixed = (words.first * 31 + words.last + name.size()) * 0x9E3779B97F4A7C15;
-        size_t at = mixed >> (64 - sizeBits);
+    Slot& slotOf(std::string_view name, const XmlNameWords& words) {
+        size_t at = (words.first * 31 + words.second) * 0x9E3779B97F4A7C15 >> (64 - sizeBits);
         while (_slots[at].value != nullptr && !_slots[at].is(words, name))
             at = (at + 1) % _slots.size();
         return _slots[at];
     }
 
     std::array<Slot, size_t(1) << sizeBits> _slots;
-    Slot _none; // never filled: elements have names
 };
 
 } // namespace xml2swf

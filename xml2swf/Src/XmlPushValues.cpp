@@ -3,7 +3,6 @@
 #include <array>
 #include <type_traits>
 
-#include "XmlNameTable.h"
 
 namespace xml2swf {
 
@@ -85,14 +84,14 @@ constexpr auto allNames = [] {
     return names;
 }();
 
-const ValueForm* formByName(std::string_view name) {
+const ValueForm* formByName(std::string_view name, const XmlNameWords& words) {
     static const XmlNameTable<ValueForm> table = [] {
         XmlNameTable<ValueForm> result;
         for (const ValueForm& form : forms)
             result.add(form.name, &form);
         return result;
     }();
-    return table[name];
+    return table.find(name, words);
 }
 
 std::unique_ptr<SwfValue> read(const ValueForm& form, XmlElement& element) { return form.read(element); }
@@ -101,7 +100,7 @@ std::unique_ptr<SwfValue> read(const ValueForm& form, XmlQuickElement& element) 
 template <class Element>
 void readAll(Element& element, SwfValues& values) {
     for (Element child : element.children(XmlNameGroup{"PushValues", allNames})) {
-        const ValueForm* form = formByName(child.name());
+        const ValueForm* form = formByName(child.name(), nameWords(child));
         if (form == nullptr) {
             child.skip();
             form = &forms[SwfValueType::Undefined];

@@ -10,6 +10,7 @@
 #include "SwfBytes.h"
 #include "XmlBytes.h"
 #include "XmlElement.h"
+#include "XmlNameTable.h"
 #include "XmlNumbers.h"
 #include "XmlPlain.h"
 
@@ -48,6 +49,10 @@ public:
         const char* name = _at + 1;
         _at = findFirst<NameEnd>(name, _end);
         return {name, static_cast<size_t>(_at - name)};
+    }
+    XmlNameWords wordsOf(std::string_view name) const {
+        const auto readable = static_cast<size_t>(_end - name.data());
+        return readable >= XmlNameWords::most ? XmlNameWords::inText(name) : XmlNameWords(name);
     }
     /// Where the value of an attribute starts that stands here under this name; null when there is none.
     const char* valueOf(std::string_view name) const {
@@ -108,6 +113,7 @@ public:
     ~XmlQuickElement() { close(); }
 
     std::string_view name() const { return _name; }
+    XmlNameWords nameWords() const { return _text.wordsOf(_name); }
     bool is(std::string_view name) const { return _name == name; }
     XmlReadContext& context() const { return _context; }
 
@@ -211,5 +217,8 @@ private:
     const std::string_view _name;
     State _state = State::inStartTag;
 };
+
+inline XmlNameWords nameWords(const XmlElement& element) { return XmlNameWords(element.name()); }
+inline XmlNameWords nameWords(const XmlQuickElement& element) { return element.nameWords(); }
 
 } // namespace xml2swf

@@ -20,6 +20,7 @@
 
 namespace xml2swf {
 
+class ActionBytes;
 class TagKeeper;
 
 /// What the readers of one document share.
@@ -31,6 +32,7 @@ struct XmlReadContext {
     uint16_t spriteDepth = 0;
     uint16_t actionDepth = 0;
     uint32_t threads = 1;                              ///< for an element that can be read in parts
+    ActionBytes* actionBytes = nullptr;                ///< where actions become bytes; null: they stay objects
     TagKeeper* keeper = nullptr;                       ///< gives untouched tags their original bytes; may be null
     XmlReadObserver* observer = nullptr;               ///< hears what the readers ask for; may be null
     const int exceptions = std::uncaught_exceptions(); ///< more of them: an element is let go because of an error

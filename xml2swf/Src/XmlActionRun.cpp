@@ -1,0 +1,49 @@
+#include "XmlActionRun.h"
+
+namespace xml2swf {
+
+using namespace libswf;
+
+ActionRun::ActionRun(XmlReadContext& context, SwfActions& actions)
+    : _bytes(context.actionBytes), _start(_bytes != nullptr ? _bytes->_stream.written() : 0), _actions(actions) {}
+
+ActionRun::~ActionRun() {
+    if (_bytes != nullptr)
+        _bytes->_stream.rewind(_start);
+}
+
+void ActionRun::add(std::unique_ptr<SwfAction> action) {
+    if (_bytes != nullptr && write(*action))
+        return;
+    finish();
+    _actions.add(std::move(action));
+}
+
+bool ActionRun::write(SwfAction& action) {
+    SwfOStream& stream = _bytes->_stream;
+    try {
+        action.measure(_bytes->_counter);
+        if (action.size > UINT16_MAX)
+            return false; // it may have to be cut, which is told when the movie is written
+        const uint32_t size = action.headerSize() + action.size;
+        if (size > stream.capacity() - stream.size())
+            finish();
+        if (size > stream.capacity() - stream.size())
+            return false;
+        action.write(stream);
+        return true;
+    } catch (const SwfException&) {
+        return false; // nothing was written; it is told when the movie is written, with the tag's place
+    }
+}
+
+void ActionRun::finish() {
+    if (_bytes == nullptr || _bytes->_stream.written() == _start)
+        return;
+    const SwfOStream& stream = _bytes->_stream;
+    const auto block = std::span(stream.begin(), stream.end()).subspan(_start);
+    _actions.add(std::make_unique<SwfActionCompiled>(SwfBytes::copyOf(block)));
+    _bytes->_stream.rewind(_start);
+}
+
+} // namespace xml2swf

@@ -20,6 +20,8 @@ constexpr std::string_view movieEnd = "\n</Movie>";
 struct Record {
     uint16_t code = 0;
     Bytes body;
+
+    bool operator==(const Record&) const = default;
 };
 
 Bytes recordOf(uint16_t code, std::span<const uint8_t> body) {
@@ -133,7 +135,11 @@ public:
         xml2swf::MovieTarget target;
         const std::string text = _start + "\n" + element + std::string(movieEnd);
         EXPECT_TRUE(xml2swf::xmlToSwf(text, target, {.keepRaw = _file.keepRaw, .warnings = warnings}));
-        return writeLast(target.movie.tags, _file, tagsBefore());
+        const Record record = writeLast(target.movie.tags, _file, tagsBefore());
+        xml2swf::MovieTarget toWrite;
+        xml2swf::xmlToSwf(text, toWrite, {.keepRaw = _file.keepRaw, .toWrite = true});
+        EXPECT_TRUE(writeLast(toWrite.movie.tags, _file, tagsBefore()) == record);
+        return record;
     }
 
 private:

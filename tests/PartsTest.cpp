@@ -83,9 +83,10 @@ Outcome outcomeOf(uint32_t threads, double stopAt, Convert convert) {
     return outcome;
 }
 
-Outcome compiled(const std::string& text, uint32_t threads, double stopAt = 2) {
-    return outcomeOf(threads, stopAt, [&](const ConversionOptions& options) {
+Outcome compiled(const std::string& text, uint32_t threads, double stopAt = 2, bool toWrite = false) {
+    return outcomeOf(threads, stopAt, [&](ConversionOptions options) {
         MovieTarget target;
+        options.toWrite = toWrite;
         xmlToSwf(text, target, options);
         const SwfVector<uint8_t> file = target.movie.serialise(1);
         return std::string(file.begin(), file.end());
@@ -170,6 +171,9 @@ TEST(Parts, CompileToTheSame) {
         {document({{50, notWell}, {25000, badValue}}), "closing tag name in row 52"},
         {document({{3, "<ShowFrame"}}), "expected > in row 6"},
         {"<Movie>" + std::string(2000000, ' ') + "</Movie>", ""},
+        {movie("<DefineMorphShape ShapeId=\"1\"><StartEdges><Line DX=\"1\" /></StartEdges>"
+               "<StartEdges><Line DX=\"2\" /></StartEdges></DefineMorphShape>"),
+         ""},
         {movie(shape(60000, {})), ""},
         {movie(shape(60000, {{0, newStyles}, {30000, newStyles}, {59990, newStyles}})), ""},
         {movie(shape(60000, {{20000, "<!-- a --><Line DY='1' DX='5'/>"}, {50000, oddLine}})), "", 1},
@@ -179,12 +183,13 @@ TEST(Parts, CompileToTheSame) {
         {movie(shape(60000, {{50000, "<StyleChange><SetFill0 Index=\"4\" /></StyleChange>"}})), "fill index 4"},
     };
     for (const auto& c : cases) {
-        const Outcome one = compiled(c.text, 1), several = compiled(c.text, 3);
+        const Outcome one = compiled(c.text, 1), several = compiled(c.text, 3), asBytes = compiled(c.text, 3, 2, true);
         EXPECT_EQ(one.problem.empty(), c.problem.empty()) << one.problem;
         EXPECT_NE(one.problem.find(c.problem), one.problem.npos) << one.problem;
         EXPECT_EQ(one.warningsInAll, c.warnings);
         EXPECT_TRUE(several == one) << several.problem << " instead of " << one.problem << "; warnings "
                                     << several.warningsInAll << "; reports " << several.reports.size();
+        EXPECT_TRUE(asBytes == one) << asBytes.problem << " instead of " << one.problem;
     }
 }
 

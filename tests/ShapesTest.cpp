@@ -88,19 +88,27 @@ TEST(Shapes, TheFirstVersionReads255StylesThatItCannotWrite) {
 }
 
 TEST(Shapes, EdgesTooWideAreCutWithAWarning) {
-    SwfTagDefineShape shape;
-    shape.records.addLine(65536, 0);
-    shape.records.addCurve(0, 0, 0, INT32_MIN);
-    shape.records.addLine(65535, 0);
-    SwfWarnings warnings;
-    const std::vector<uint8_t> body = bodyOf(shape, &warnings);
-    // A width of 18 is told as 0; the delta has its 18 bits.
-    EXPECT_EQ(std::vector<uint8_t>(body.begin() + 6, body.begin() + 10),
-              (std::vector<uint8_t>{0x11, 0xC0, 0x40, 0x00}));
-    ASSERT_EQ(warnings.total(), 1u);
-    EXPECT_EQ(warnings.items()[0].kind, SwfWarning::Kind::cut);
-    EXPECT_NE(warnings.items()[0].text().find("DefineShape"), std::string::npos);
-    EXPECT_NE(warnings.items()[0].reason.find("2 edges"), std::string::npos);
+    for (const bool isPacked : {false, true}) {
+        SwfTagDefineShape shape;
+        auto part = std::make_unique<SwfShapeRecords>();
+        if (isPacked) {
+            shape.records.packEdges();
+            part->packEdges();
+        }
+        shape.records.addLine(65536, 0);
+        part->addCurve(0, 0, 0, INT32_MIN);
+        part->addLine(65535, 0);
+        shape.records.append(std::move(part));
+        SwfWarnings warnings;
+        const std::vector<uint8_t> body = bodyOf(shape, &warnings);
+        // A width of 18 is told as 0; the delta has its 18 bits.
+        EXPECT_EQ(std::vector<uint8_t>(body.begin() + 6, body.begin() + 10),
+                  (std::vector<uint8_t>{0x11, 0xC0, 0x40, 0x00}));
+        ASSERT_EQ(warnings.total(), 1u);
+        EXPECT_EQ(warnings.items()[0].kind, SwfWarning::Kind::cut);
+        EXPECT_NE(warnings.items()[0].text().find("DefineShape"), std::string::npos);
+        EXPECT_NE(warnings.items()[0].reason.find("2 edges"), std::string::npos);
+    }
 }
 
 void addRandomRecord(SwfShapeRecords& records, std::mt19937& random) {
@@ -152,6 +160,44 @@ TEST(Shapes, LongListsComeBack) {
     body.pop_back();
     SwfIStream cut(body.data(), body.size());
     EXPECT_THROW(SwfTagDefineShape3{cut}, SwfException);
+}
+
+TEST(Shapes, EdgesKeptAsBitsAreWrittenAlike) {
+    // In parts, so that they are joined at any bit of a byte.
+    for (const std::vector<int>& parts : std::vector<std::vector<int>>{{0}, {1}, {7, 0, 1, 2, 3, 50}, {9000, 9000}}) {
+        SwfTagDefineShape3 shape, packed;
+        packed.records.packEdges();
+        std::mt19937 random(2), again(2);
+        for (const int count : parts) {
+            auto part = std::make_unique<SwfShapeRecords>();
+            part->packEdges();
+            for (int i = 0; i < count; ++i) {
+                addRandomRecord(shape.records, random);
+                addRandomRecord(*part, again);
+            }
+            packed.records.append(std::move(part));
+        }
+        EXPECT_EQ(bodyOf(packed), bodyOf(shape)) << parts[0];
+    }
+}
+
+TEST(Shapes, NewStylesMayComeAtAnyPlace) {
+    for (int edges = 3200; edges < 3290; ++edges) { // of 10 bits each: some 4 KB, which are written in one go
+        SwfTagDefineShape3 shape;
+        for (int i = 0; i < edges; ++i)
+            shape.records.addLine(1, 0);
+        SwfStyleChange& change = shape.records.addStyleChange();
+        change.newStyles = std::make_unique<SwfNewStyles>();
+        change.stateMoveTo = true;
+        change.moveDeltaX = 1 << 20;
+        change.moveDeltaY = -1;
+        std::vector<uint8_t> body = bodyOf(shape);
+        SwfIStream stream(body.data(), body.size());
+        SwfTagDefineShape3 back(stream);
+        EXPECT_EQ(stream.position(), body.size());
+        ASSERT_EQ(back.records.count(), shape.records.count());
+        EXPECT_TRUE(same(back.records[static_cast<uint32_t>(edges)], change));
+    }
 }
 
 } // namespace

@@ -26,12 +26,13 @@ public:
 };
 
 // The movie's bytes or the error, and all warnings with their places.
-std::string outcome(const std::string& text, XmlReadObserver* observer) {
+std::string outcome(const std::string& text, XmlReadObserver* observer, bool toWrite = false) {
     MovieTarget target;
     SwfWarnings warnings;
     ConversionOptions options;
     options.warnings = &warnings;
     options.observer = observer;
+    options.toWrite = toWrite;
     std::string result;
     try {
         xmlToSwf(text, target, options);
@@ -90,6 +91,7 @@ TEST(XmlQuickActions, GiveWhatNodesGive) {
         "<Popp />",
         "<Compiled />",
         "text<!-- comment --><Pop />",
+        "<UnknownAction Type=\"20\"><Data><![CDATA[AAEC]]></Data></UnknownAction>",
         "<UnknownAction Type=\"144\"><Data><![CDATA[AAEC]]></Data></UnknownAction>",
         "<ConstantPool><Constant Name=\"a&lt;&#65;\" /><Constant Name=\"a>b\" /></ConstantPool>",
         "<ConstantPool>\n<Constant Name=\"a\" />\n<Constnt Name=\"b\" />\n</ConstantPool>",
@@ -117,8 +119,24 @@ TEST(XmlQuickActions, GiveWhatNodesGive) {
     };
     Listener listener;
     for (const char* row : rows) {
-        for (const std::string& text : {script(row), script(inFunction(row)), script(inFunction(inFunction(row)))})
-            EXPECT_EQ(outcome(text, nullptr), outcome(text, &listener)) << row;
+        for (const std::string& text : {script(row), script(inFunction(row)), script(inFunction(inFunction(row)))}) {
+            const std::string expected = outcome(text, &listener);
+            EXPECT_EQ(outcome(text, nullptr), expected) << row;
+            EXPECT_EQ(outcome(text, nullptr, true), expected) << row;
+        }
+    }
+}
+
+// What a block of bytes has no room for, or cannot hold without a warning or an error, stays an object.
+TEST(XmlQuickActions, OfAnySizeAreWrittenAlike) {
+    for (const size_t length : {30000, 40000, 65534, 65535, 65536, 70000}) {
+        const std::string text(length, 'x');
+        for (const std::string& row :
+             {"<GetURL URL=\"\" Target=\"" + text + "\" />", "<Push><String Name=\"" + text + "\" /></Push>",
+              "<DefineFunction Name=\"f\"><Actions><GoToLabel Label=\"" + text + "\" /></Actions></DefineFunction>",
+              "<Try VarName=\"e\"><TryActions><SetTarget Name=\"" + text + "\" /><Pop /></TryActions></Try>",
+              "<With><Actions><Pop />" + inFunction("<SetTarget Name=\"" + text + "\" />") + "</Actions></With>"})
+            EXPECT_EQ(outcome(script(row), nullptr, true), outcome(script(row), nullptr)) << length << row.substr(0, 9);
     }
 }
 
@@ -129,6 +147,8 @@ TEST(XmlQuickActions, NestAsDeepAsNodesDo) {
         for (int i = 0; i < depth; ++i)
             actions = inFunction(actions);
         const std::string text = script(actions);
-        EXPECT_EQ(outcome(text, nullptr), outcome(text, &listener)) << depth;
+        const std::string expected = outcome(text, &listener);
+        EXPECT_EQ(outcome(text, nullptr), expected) << depth;
+        EXPECT_EQ(outcome(text, nullptr, true), expected) << depth;
     }
 }

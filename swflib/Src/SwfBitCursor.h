@@ -6,6 +6,19 @@
 
 namespace libswf {
 
+/// 8 bytes as 64 bits, the first one on top.
+inline uint64_t loadBits(const uint8_t* bytes) {
+    uint64_t bits;
+    std::memcpy(&bits, bytes, sizeof bits);
+    return __builtin_bswap64(bits);
+}
+
+/// The low n bits.
+inline uint64_t lowBits(uint32_t n, int32_t v) { return static_cast<uint32_t>(v) & ((uint64_t(1) << n) - 1); }
+
+/// Two fields of n bits.
+inline uint64_t bitPair(uint32_t n, int32_t a, int32_t b) { return lowBits(n, a) << n | lowBits(n, b); }
+
 /// Reads bit fields from a stream's buffer. It starts at the stream's position; sync() hands the position back.
 class SwfBitCursor {
 public:
@@ -46,8 +59,7 @@ private:
         const uint64_t byte = _bit / 8;
         uint64_t bits = 0;
         if (byte + 8 <= _stream.size()) {
-            std::memcpy(&bits, _stream.data() + byte, 8);
-            bits = __builtin_bswap64(bits);
+            bits = loadBits(_stream.data() + byte);
         } else {
             for (uint64_t i = byte; i < _stream.size(); ++i)
                 bits |= uint64_t(_stream.data()[i]) << (56 - 8 * (i - byte));
@@ -61,51 +73,70 @@ private:
     uint64_t _bit = 0, _end = 0, _limit = 0;
 };
 
-/// Collects bit fields and writes them to a stream in blocks. The stream must stand at a whole byte.
-class SwfBitPacker {
+/// Bit fields that are put one behind the other.
+class SwfBitFields {
 public:
     static constexpr uint32_t most = 56; ///< bits that are put at once
 
-    explicit SwfBitPacker(SwfOStream& stream) : _stream(stream) {}
-
-    /// n bits, at most `most`; v has no others.
-    void put(uint32_t n, uint64_t v) {
+    /// n bits; v has no others. Writes 8 bytes, and returns the place of the first one that is not whole yet: it is
+    /// where the next ones are put.
+    uint8_t* put(uint8_t* place, uint32_t n, uint64_t v) {
         _held += n;
         _bits |= v << 1 << (63 - _held);
         const uint64_t bytes = __builtin_bswap64(_bits);
-        std::memcpy(_block + _used, &bytes, sizeof bytes); // what is no whole byte yet is written again
-        _used += _held / 8;
+        std::memcpy(place, &bytes, sizeof bytes);
+        place += _held / 8;
         _bits <<= _held / 8 * 8;
         _held %= 8;
-        if (_used > sizeof _block - sizeof bytes) [[unlikely]]
+        return place;
+    }
+    /// Bits of the byte that is not whole yet, fewer than 8.
+    uint32_t held() const { return _held; }
+
+private:
+    uint64_t _bits = 0; // first one on top
+    uint32_t _held = 0;
+};
+
+/// Puts up to 64 bits.
+template <class Bits>
+void putBits(Bits& bits, uint32_t n, uint64_t v) {
+    if (n <= SwfBitFields::most)
+        return bits.put(n, v);
+    bits.put(n - 32, v >> 32);
+    bits.put(32, static_cast<uint32_t>(v));
+}
+
+/// Collects bit fields and writes them to a stream in blocks. The stream must stand at a whole byte.
+class SwfBitPacker {
+public:
+    explicit SwfBitPacker(SwfOStream& stream) : _stream(stream) {}
+
+    /// n bits, at most SwfBitFields::most; v has no others.
+    void put(uint32_t n, uint64_t v) {
+        _place = _fields.put(_place, n, v);
+        if (_place > std::end(_block) - sizeof(uint64_t)) [[unlikely]]
             flushBlock();
     }
-    /// The same for up to 64 bits.
-    void putLong(uint32_t n, uint64_t v) {
-        if (n <= most)
-            return put(n, v);
-        put(n - 32, v >> 32);
-        put(32, static_cast<uint32_t>(v));
-    }
+    void putLong(uint32_t n, uint64_t v) { putBits(*this, n, v); }
 
     /// Fills the last byte with 0 bits and hands everything to the stream.
     void finish() {
+        _place += _fields.held() != 0;
         flushBlock();
-        if (_held != 0)
-            _stream.writeUI8(static_cast<uint8_t>(_bits >> 56));
-        _bits = _held = 0;
+        _fields = {};
     }
 
 private:
     void flushBlock() {
-        _stream.writeBytes(_used, _block);
-        _used = 0;
+        _stream.writeBytes(static_cast<uint64_t>(_place - _block), _block);
+        _block[0] = *_place; // the byte that is not whole yet
+        _place = _block;
     }
 
     SwfOStream& _stream;
-    uint64_t _bits = 0; // first one on top
-    uint32_t _held = 0; // so many of them, fewer than 8
-    uint32_t _used = 0;
+    SwfBitFields _fields;
+    uint8_t* _place = _block;
     uint8_t _block[4096];
 };
 

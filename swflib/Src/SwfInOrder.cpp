@@ -14,7 +14,7 @@ namespace {
 class InOrder {
 public:
     InOrder(const SwfPartedWork& parts, size_t threads)
-        : _parts(parts), _results(parts.count), _ahead(threads + threads / 2 + 1) {
+        : _parts(parts), _results(parts.count), _ahead(2 * threads + 1) {
         _helpers.reserve(threads);
         try {
             while (_helpers.size() + 1 < threads)

@@ -89,6 +89,8 @@ void setIndexWidths(SwfContext& context, uint64_t fillStyles, uint64_t lineStyle
 /// The same before reading: so many styles only mark the tag as one that cannot be written.
 void setIndexWidths(SwfIStream& stream, uint64_t fillStyles, uint64_t lineStyles);
 
+class SwfPackedEdges;
+
 /// SHAPE: the records without the end record. Owns them in a pool of its own, freed as a whole.
 ///
 /// Before read, getSize and write the context holds the index widths that writing uses (setIndexWidths). An index that
@@ -96,10 +98,10 @@ void setIndexWidths(SwfIStream& stream, uint64_t fillStyles, uint64_t lineStyles
 /// does not allow them, and a move of 2^30 twips and more. The file's own widths are used for reading and forgotten.
 class SwfShapeRecords final : public SwfStruct {
 public:
-    SwfShapeRecords() = default;
+    SwfShapeRecords();
     SwfShapeRecords(const SwfShapeRecords&) = delete;
     SwfShapeRecords& operator=(const SwfShapeRecords&) = delete;
-    ~SwfShapeRecords() { clear(); }
+    ~SwfShapeRecords();
 
     uint32_t count() const { return _records.size(); }
     bool empty() const { return _records.empty(); }
@@ -109,10 +111,13 @@ public:
     /// For loops: pointers to the records.
     const SwfVector<SwfShapeRecord*>& items() const { return _records; }
 
-    SwfLine& addLine(int32_t dx, int32_t dy) { return addEdge<SwfLine>(dx, dy); }
-    SwfCurve& addCurve(int32_t cdx, int32_t cdy, int32_t adx, int32_t ady) {
-        return addEdge<SwfCurve>(cdx, cdy, adx, ady);
-    }
+    /// For a list that is only to be written: the edges that are added from now on become bits at once. They take the
+    /// place of some bytes, and are none of the records that can be asked for. The list has no edges yet.
+    void packEdges();
+    bool packsEdges() const { return _packed != nullptr; }
+
+    void addLine(int32_t dx, int32_t dy) { addEdge<SwfLine>(dx, dy); }
+    void addCurve(int32_t cdx, int32_t cdy, int32_t adx, int32_t ady) { addEdge<SwfCurve>(cdx, cdy, adx, ady); }
     SwfStyleChange& addStyleChange() {
         auto* counted = new (_pool.allocate(sizeof(CountedChange), alignof(CountedChange))) CountedChange;
         counted->edgeBitsBefore = _edgeBits;
@@ -120,7 +125,7 @@ public:
         _records.append(&counted->change);
         return counted->change;
     }
-    /// Takes over all records of another list.
+    /// Takes over all records of another list, which packs edges if this one does.
     void append(std::unique_ptr<SwfShapeRecords> other);
     void clear();
 
@@ -145,12 +150,18 @@ private:
     }
 
     template <class Edge, class... Deltas>
-    Edge& addEdge(Deltas... deltas) {
+    void addEdge(Deltas... deltas) {
+        if (packsEdges()) {
+            _edgeBits = pack(Edge(deltas...));
+            return;
+        }
         auto* edge = new (_pool.allocate(sizeof(Edge), alignof(Edge))) Edge(deltas...);
         _records.append(edge);
         _edgeBits += edge->bits();
-        return *edge;
     }
+    uint64_t pack(const SwfLine& line);
+    uint64_t pack(const SwfCurve& curve);
+    void writeRecords(SwfOStream& stream) const;
 
     static constexpr size_t firstBlock = 192; // bytes; further blocks grow
     std::pmr::monotonic_buffer_resource _pool{firstBlock};
@@ -159,6 +170,7 @@ private:
     uint64_t _edgeBits = 0;
     std::vector<std::unique_ptr<SwfShapeRecords>> _joined; // whose pools hold what was taken over
     SwfVector<SwfShapeRecord*> _records;
+    std::unique_ptr<SwfPackedEdges> _packed;
 };
 
 /// The glyphs of a font. Glyphs are written with a fill index of 1 bit and no line index; indices are cut to that.

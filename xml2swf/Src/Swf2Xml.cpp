@@ -1,10 +1,10 @@
 #include <algorithm>
-#include <mutex>
 
 #include "Conversion.h"
 #include "SwfInOrder.h"
 #include "SwfUtils.h"
 #include "XmlTags.h"
+#include "XmlWriteParts.h"
 
 namespace xml2swf {
 
@@ -132,7 +132,7 @@ private:
         context.threads = 1;
         context.warnings = _partContext.warnings == nullptr ? nullptr : &part.warnings;
         context.tagTexts = _partContext.tagTexts == nullptr ? nullptr : &part.tagTexts;
-        part.text = freeText();
+        part.text = _texts.take();
         XmlNode root(part.text, context, 0, "Movie"); // for its depth; its own text is left out
         part.textStart = part.text.size();
         part.textEnd = part.textStart;
@@ -149,20 +149,8 @@ private:
             join(part);
         for (size_t i = part.first; i < part.done; ++i)
             report(_progress, _tags, i);
-        const std::lock_guard lock(_mutex);
-        _freeTexts.push_back(std::move(part.text));
+        _texts.giveBack(std::move(part.text));
         part = Part(part.end, false); // gives its memory back
-    }
-
-    // Memory of a part that was taken: new memory would have to be cleared by the system.
-    std::string freeText() {
-        const std::lock_guard lock(_mutex);
-        if (_freeTexts.empty())
-            return {};
-        std::string text = std::move(_freeTexts.back());
-        _freeTexts.pop_back();
-        text.clear();
-        return text;
     }
 
     void join(Part& part) {
@@ -181,8 +169,7 @@ private:
     const Tags& _tags;
     IProgressReporter* _progress;
     std::vector<Part> _parts;
-    std::mutex _mutex;
-    std::vector<std::string> _freeTexts;
+    XmlFreeTexts _texts;
 };
 
 void appendMovie(std::string& out, SwfMovieSafe& movie, const ConversionOptions& options) {

@@ -97,7 +97,7 @@ public:
     PartedReader(XmlReadContext& context, XmlBlock& root, TagSink& sink) : _context(context), _root(root), _sink(sink) {
         constexpr size_t partSize = 256 * 1024;
         for (size_t i = 0; i < root.pieces.size(); ++i) {
-            if (_parts.empty() || root.pieces[i].end - root.pieces[_parts.back().firstPiece].start > partSize)
+            if (_parts.empty() || root.pieces[i].start - root.pieces[_parts.back().firstPiece].start > partSize)
                 _parts.emplace_back().firstPiece = i;
             _parts.back().piecesEnd = i + 1;
         }

@@ -3,7 +3,6 @@
 #include <array>
 #include <type_traits>
 
-
 namespace xml2swf {
 
 using namespace libswf;

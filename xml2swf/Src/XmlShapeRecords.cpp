@@ -105,7 +105,10 @@ public:
     }
 
     std::unique_ptr<XmlQuickReader> another() const override {
-        return std::make_unique<EdgeReader>(std::make_unique<SwfShapeRecords>());
+        auto records = std::make_unique<SwfShapeRecords>();
+        if (_records.packsEdges())
+            records->packEdges();
+        return std::make_unique<EdgeReader>(std::move(records));
     }
     void join(XmlQuickReader& other) override { _records.append(std::move(static_cast<EdgeReader&>(other)._own)); }
 
@@ -170,6 +173,8 @@ private:
 } // namespace
 
 void readShapeRecords(XmlElement& parent, SwfShapeRecords& records, LineStyleKind newStyles) {
+    if (parent.context().isToWrite() && records.empty() && !records.packsEdges())
+        records.packEdges();
     EdgeReader quick(records);
     for (XmlElement child : parent.children(quick)) {
         if (child.is("Line")) {

@@ -17,11 +17,13 @@ void writeInParts(XmlNode& parent, size_t count,
         libswf::SwfWarnings warnings;
     };
     std::vector<Part> parts((count + partSize - 1) / partSize);
+    XmlFreeTexts texts;
     const XmlWriteContext partContext(shared);
     const auto work = [&](size_t i) {
         Part& part = parts[i];
         XmlWriteContext context(partContext);
         context.warnings = partContext.warnings == nullptr ? nullptr : &part.warnings;
+        part.text = texts.take();
         XmlNode node(part.text, context, parent.depth(), "Part"); // for its depth; its own text is left out
         part.start = part.text.size();
         write(node, i * partSize, std::min((i + 1) * partSize, count));
@@ -31,7 +33,7 @@ void writeInParts(XmlNode& parent, size_t count,
         if (shared.warnings != nullptr)
             shared.warnings->add(std::move(parts[i].warnings));
         parent.append(std::string_view(parts[i].text).substr(parts[i].start, parts[i].end - parts[i].start));
-        std::string().swap(parts[i].text); // an assignment would keep its memory
+        texts.giveBack(std::move(parts[i].text));
     };
     libswf::workInOrder({parts.size(), work, take}, shared.threads);
 }

@@ -2,10 +2,37 @@
 #pragma once
 
 #include <functional>
+#include <mutex>
+#include <string>
+#include <vector>
 
 #include "XmlElementWriter.h"
 
 namespace xml2swf {
+
+/// Memory of texts that were taken over, for the next ones: new memory would have to be cleared by the system. For any
+/// thread.
+class XmlFreeTexts {
+public:
+    /// An empty text.
+    std::string take() {
+        const std::lock_guard lock(_mutex);
+        if (_texts.empty())
+            return {};
+        std::string text = std::move(_texts.back());
+        _texts.pop_back();
+        text.clear();
+        return text;
+    }
+    void giveBack(std::string text) {
+        const std::lock_guard lock(_mutex);
+        _texts.push_back(std::move(text));
+    }
+
+private:
+    std::mutex _mutex;
+    std::vector<std::string> _texts;
+};
 
 /// Lets `write` write children `first` to `end` to a node, for all of `count` in order. It writes no tags; many
 /// children are written in parts on several threads, each to a node with the parent's depth.

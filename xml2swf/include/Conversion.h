@@ -61,8 +61,8 @@ struct ConversionOptions {
     /// XML to SWF: the movie that the text came from. Elements whose text is as it was, the stage, the frame count and
     /// what follows the last tag are written with their original bytes, as long as the SWF version is the same.
     const OriginalMovie* original = nullptr;
-    /// XML to SWF: the movie is only to be written. Its scripts become bytes as they are read (SwfActionCompiled), which
-    /// takes less time and memory; what is written is the same.
+    /// XML to SWF: the movie is only to be written. Its scripts and edges become bytes as they are read
+    /// (SwfActionCompiled, SwfShapeRecords::packEdges), which takes less time and memory; what is written is the same.
     bool toWrite = false;
     /// XML to SWF: hears what the readers ask for.
     XmlReadObserver* observer = nullptr;

@@ -37,6 +37,9 @@ struct XmlReadContext {
     XmlReadObserver* observer = nullptr;               ///< hears what the readers ask for; may be null
     const int exceptions = std::uncaught_exceptions(); ///< more of them: an element is let go because of an error
 
+    /// The movie is only to be written: what a reader need not keep apart may become bytes.
+    bool isToWrite() const { return actionBytes != nullptr; }
+
     void warn(libswf::SwfWarning::Kind kind, std::string_view element, size_t offset, std::string reason);
 };
 

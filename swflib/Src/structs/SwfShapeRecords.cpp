@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "SwfBitCursor.h"
+#include "SwfEdgeBits.h"
 #include "SwfTag.h"
 #include "SwfWarnings.h"
 
@@ -14,12 +14,10 @@ static_assert(sizeof(SwfLine) == 24 && sizeof(SwfCurve) == 32 && sizeof(SwfStyle
 namespace {
 
 constexpr uint32_t maxIndexBits = 15; // of a field of 4 bits
-constexpr uint32_t maxEdgeBits = 17;  // of a field of 4 bits that holds the width - 2
 constexpr uint32_t maxMoveBits = 31;  // of a field of 5 bits
 constexpr uint32_t endBits = 6;
 
-// The first 6 bits of a record. An edge has its type, whether it is straight, and its width in them.
-constexpr uint32_t edgeBit = 0x20, straightBit = 0x10, edgeWidthMask = 0x0F;
+// The first 6 bits of a style change.
 constexpr uint32_t newStylesBit = 0x10, lineStyleBit = 0x08, fillStyle1Bit = 0x04, fillStyle0Bit = 0x02, moveBit = 0x01;
 
 uint32_t styleBits(const SwfStyleChange& change) {
@@ -27,10 +25,6 @@ uint32_t styleBits(const SwfStyleChange& change) {
            (change.stateFillStyle1 ? fillStyle1Bit : 0) | (change.stateFillStyle0 ? fillStyle0Bit : 0) |
            (change.stateMoveTo ? moveBit : 0);
 }
-
-uint64_t lowBits(uint32_t n, int32_t v) { return static_cast<uint32_t>(v) & ((uint64_t(1) << n) - 1); }
-
-uint64_t pair(uint32_t n, int32_t a, int32_t b) { return lowBits(n, a) << n | lowBits(n, b); }
 
 uint32_t widthOfMove(const SwfStyleChange& change) {
     const uint32_t n = bitsSigned2(change.moveDeltaX, change.moveDeltaY);
@@ -154,18 +148,29 @@ public:
     explicit RecordWriter(SwfOStream& stream) : _stream(stream), _context(stream.context), _bits(stream) {}
 
     void write(const SwfVector<SwfShapeRecord*>& records) {
+        SwfEdgeWriter edges(_bits);
         writeWidths();
         for (SwfShapeRecord* record : records) {
             switch (record->kind) {
-            case SwfShapeRecord::Kind::straightEdge: writeLine(static_cast<const SwfLine&>(*record)); break;
-            case SwfShapeRecord::Kind::curvedEdge: writeCurve(static_cast<const SwfCurve&>(*record)); break;
+            case SwfShapeRecord::Kind::straightEdge: edges.write(static_cast<const SwfLine&>(*record)); break;
+            case SwfShapeRecord::Kind::curvedEdge: edges.write(static_cast<const SwfCurve&>(*record)); break;
             case SwfShapeRecord::Kind::styleChange: writeStyleChange(static_cast<SwfStyleChange&>(*record)); break;
             }
         }
-        _bits.put(endBits, 0);
-        _bits.finish();
-        if (_cutEdges != 0 && _context.warnings != nullptr)
-            warnOfCutEdges();
+        finish(edges.cutEdges());
+    }
+
+    template <class CountedChange>
+    void write(const SwfPackedEdges& edges, CountedChange* changes) {
+        uint64_t bit = 0;
+        writeWidths();
+        for (; changes != nullptr; changes = changes->next) {
+            edges.copyTo(_bits, bit, changes->edgeBitsBefore);
+            bit = changes->edgeBitsBefore;
+            writeStyleChange(changes->change);
+        }
+        edges.copyTo(_bits, bit, edges.bits());
+        finish(edges.cutEdges());
     }
 
 private:
@@ -174,38 +179,13 @@ private:
         _bits.put(4, _context.numLineBits);
     }
 
-    uint32_t edgeHead(uint32_t straight, uint32_t n) {
-        if (n > maxEdgeBits)
-            ++_cutEdges;
-        return edgeBit | straight | ((n - 2) & edgeWidthMask);
-    }
-
-    void writeLine(const SwfLine& line) {
-        const uint32_t n = line.width();
-        const uint64_t head = edgeHead(straightBit, n);
-        if (!line.isGeneral()) {
-            const bool vertical = line.deltaX == 0;
-            _bits.put(8 + n, (head << 2 | (vertical ? 1 : 0)) << n | lowBits(n, vertical ? line.deltaY : line.deltaX));
-        } else if (7 + 2 * n <= SwfBitPacker::most) {
-            _bits.put(7 + 2 * n, (head << 1 | 1) << 2 * n | pair(n, line.deltaX, line.deltaY));
-        } else {
-            _bits.put(7, head << 1 | 1);
-            _bits.putLong(2 * n, pair(n, line.deltaX, line.deltaY));
-        }
-    }
-
-    void writeCurve(const SwfCurve& curve) {
-        const uint32_t n = curve.width();
-        const uint64_t head = edgeHead(0, n);
-        const uint64_t control = pair(n, curve.controlDeltaX, curve.controlDeltaY);
-        const uint64_t anchor = pair(n, curve.anchorDeltaX, curve.anchorDeltaY);
-        if (6 + 4 * n <= SwfBitPacker::most) {
-            _bits.put(6 + 4 * n, (head << 2 * n | control) << 2 * n | anchor);
-        } else {
-            _bits.put(6, head);
-            _bits.putLong(2 * n, control);
-            _bits.putLong(2 * n, anchor);
-        }
+    void finish(uint64_t cutEdges) {
+        _bits.put(endBits, 0);
+        _bits.finish();
+        if (cutEdges != 0)
+            addWarning(_context, SwfWarning::Kind::cut,
+                       std::to_string(cutEdges) +
+                           " edges have deltas of 65,536 twips or more: the width is cut and the shape cannot be read");
     }
 
     void writeIndex(uint32_t index, uint32_t n, const char* what) {
@@ -218,7 +198,7 @@ private:
         if (change.stateMoveTo) {
             const uint32_t n = widthOfMove(change);
             _bits.put(5, n);
-            _bits.putLong(2 * n, pair(n, change.moveDeltaX, change.moveDeltaY));
+            _bits.putLong(2 * n, bitPair(n, change.moveDeltaX, change.moveDeltaY));
         }
         if (change.stateFillStyle0)
             writeIndex(change.fillStyle0, _context.numFillBits, "fill");
@@ -236,16 +216,9 @@ private:
         writeWidths();
     }
 
-    void warnOfCutEdges() const {
-        addWarning(_context, SwfWarning::Kind::cut,
-                   std::to_string(_cutEdges) +
-                       " edges have deltas of 65,536 twips or more: the width is cut and the shape cannot be read");
-    }
-
     SwfOStream& _stream;
     SwfContext& _context;
     SwfBitPacker _bits;
-    uint64_t _cutEdges = 0;
 };
 
 // The bit position after a style change that starts at `bit`.
@@ -293,17 +266,36 @@ void setIndexWidths(SwfIStream& stream, uint64_t fillStyles, uint64_t lineStyles
     setIndexWidths(stream.context, std::min(fillStyles, most), std::min(lineStyles, most));
 }
 
+SwfShapeRecords::SwfShapeRecords() = default;
+
+SwfShapeRecords::~SwfShapeRecords() { clear(); }
+
 void SwfShapeRecords::clear() {
     for (CountedChange* counted = _firstChange; counted != nullptr;)
         std::exchange(counted, counted->next)->~CountedChange();
     _firstChange = _lastChange = nullptr;
     _edgeBits = 0;
+    _packed.reset();
     _records.clear();
     _pool.release();
     _joined.clear();
 }
 
+void SwfShapeRecords::packEdges() {
+    swfAssert(_edgeBits == 0, "EdgeBits == 0");
+    _packed = std::make_unique<SwfPackedEdges>();
+}
+
+uint64_t SwfShapeRecords::pack(const SwfLine& line) { return _packed->add(line); }
+
+uint64_t SwfShapeRecords::pack(const SwfCurve& curve) { return _packed->add(curve); }
+
 void SwfShapeRecords::append(std::unique_ptr<SwfShapeRecords> other) {
+    swfAssert(packsEdges() == other->packsEdges(), "PacksEdges == Other.PacksEdges");
+    if (packsEdges()) {
+        _packed->append(*other->_packed);
+        other->_packed.reset();
+    }
     for (SwfShapeRecord* record : other->_records)
         _records.append(record);
     for (CountedChange* counted = other->_firstChange; counted != nullptr; counted = counted->next)
@@ -339,7 +331,15 @@ void SwfShapeRecords::write(SwfOStream& stream) {
     if (stream.isCounter())
         stream.count(getSize(stream.context));
     else
-        RecordWriter(stream).write(_records);
+        writeRecords(stream);
+}
+
+void SwfShapeRecords::writeRecords(SwfOStream& stream) const {
+    RecordWriter writer(stream);
+    if (packsEdges())
+        writer.write(*_packed, _firstChange);
+    else
+        writer.write(_records);
 }
 
 static void setGlyphWidths(SwfContext& context) {

@@ -25,7 +25,7 @@ Outcome checkText(const File& file, const MovieOptions& options) {
 
 Outcome checkMovie(const File& file, const MovieOptions& options) {
     SwfMovieSafe movie;
-    load(file, movie, options);
+    load(file, movie, options, true);
     return {movie.tags.count(), xml2swf::swfToXmlDocument(movie, options.conversion()).size()};
 }
 

@@ -25,7 +25,7 @@ void warnOfSignature(const Signature& signature, SwfWarnings* warnings) {
     warnings->add(std::move(warning));
 }
 
-Signature parse(std::vector<uint8_t> bytes, SwfMovieSafe& movie, const MovieOptions& options) {
+Signature parse(std::vector<uint8_t> bytes, SwfMovieSafe& movie, const MovieOptions& options, bool onlyToShow) {
     Signature signature;
     signature.bytes = bytes.size();
     if (bytes.size() >= fixedHeaderSize) {
@@ -36,6 +36,7 @@ Signature parse(std::vector<uint8_t> bytes, SwfMovieSafe& movie, const MovieOpti
     }
     SwfLoadOptions load;
     load.keepRaw = options.keepRaw;
+    load.scriptsLater = onlyToShow;
     load.warnings = options.warnings;
     movie.parse(std::move(bytes), load);
     return signature;
@@ -53,6 +54,7 @@ std::unique_ptr<xml2swf::OriginalMovie> loadOriginal(const std::string& fileName
     SwfMovieSafe movie;
     SwfLoadOptions load;
     load.keepRaw = true;
+    load.scriptsLater = true;
     try {
         movie.load(fileName, load);
     } catch (const SwfException& error) {
@@ -82,13 +84,13 @@ void compile(const std::string& text, SwfMovie& movie, const MovieOptions& optio
     movie = std::move(target.movie);
 }
 
-Signature load(const File& file, SwfMovieSafe& movie, const MovieOptions& options) {
+Signature load(const File& file, SwfMovieSafe& movie, const MovieOptions& options, bool onlyToShow) {
     if (file.isText()) {
         const SwfVector<uint8_t> bytes = compileFile(file, options);
-        return parse({bytes.data(), bytes.data() + bytes.size()}, movie, options);
+        return parse({bytes.data(), bytes.data() + bytes.size()}, movie, options, onlyToShow);
     }
     try {
-        return parse(readBytes(file), movie, options);
+        return parse(readBytes(file), movie, options, onlyToShow);
     } catch (const SwfException& error) {
         throw zelk::FileLoadException(file.shownName(true), error.what());
     }
@@ -101,7 +103,7 @@ void convert(const File& input, const File& output, const MovieOptions& options)
         return;
     }
     SwfMovieSafe movie;
-    load(input, movie, options);
+    load(input, movie, options, output.kind != FileKind::swf);
     if (output.kind == FileKind::swf) {
         const SwfVector<uint8_t> bytes = movie.serialise(options.level, options.warnings);
         writeBytes(output, {bytes.data(), bytes.size()});

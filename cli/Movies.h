@@ -27,8 +27,8 @@ struct Signature {
 };
 
 /// Reads a movie; a text is compiled and read as the movie file that it gives. Throws zelk::FileLoadException for a
-/// movie file that cannot be opened.
-Signature load(const File& file, libswf::SwfMovieSafe& movie, const MovieOptions& options);
+/// movie file that cannot be opened. `onlyToShow` for a movie that is only turned into XML.
+Signature load(const File& file, libswf::SwfMovieSafe& movie, const MovieOptions& options, bool onlyToShow = false);
 
 /// Reads one file and writes the other. Nothing is written when anything fails.
 void convert(const File& input, const File& output, const MovieOptions& options);

@@ -26,7 +26,7 @@ std::string textOf(const File& input, const MovieOptions& options) {
     if (input.isText())
         return readText(input);
     SwfMovieSafe movie;
-    load(input, movie, options);
+    load(input, movie, options, true);
     return xml2swf::swfToXmlDocument(movie, options.conversion());
 }
 

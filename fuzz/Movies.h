@@ -13,10 +13,12 @@ namespace fuzz {
 
 using Bytes = std::vector<uint8_t>;
 
-inline void parse(libswf::SwfMovieSafe& movie, Bytes file, bool keepRaw, libswf::SwfWarnings* warnings = nullptr) {
+inline void parse(libswf::SwfMovieSafe& movie, Bytes file, bool keepRaw, libswf::SwfWarnings* warnings = nullptr,
+                  bool scriptsLater = false) {
     libswf::SwfLoadOptions options;
     options.keepRaw = keepRaw;
     options.warnings = warnings;
+    options.scriptsLater = scriptsLater;
     movie.parse(std::move(file), options);
 }
 

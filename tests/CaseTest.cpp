@@ -96,12 +96,15 @@ public:
 
     uint32_t tagsBefore() const { return _prologue.tags.count(); }
 
-    void load(SwfMovieSafe& movie, const Bytes& records, bool keepRaw, SwfWarnings* warnings) const {
-        movie.parse(fileOf(_file.version, records), {.keepRaw = keepRaw, .warnings = warnings});
+    void load(SwfMovieSafe& movie, const Bytes& records, bool keepRaw, SwfWarnings* warnings,
+              bool scriptsLater = false) const {
+        movie.parse(fileOf(_file.version, records),
+                    {.keepRaw = keepRaw, .warnings = warnings, .scriptsLater = scriptsLater});
     }
     // The movie of the case with a body of its own.
-    void loadBody(SwfMovieSafe& movie, std::span<const uint8_t> body, bool keepRaw, SwfWarnings* warnings) const {
-        load(movie, joined(_file.before, recordOf(_file.tag, body)), keepRaw, warnings);
+    void loadBody(SwfMovieSafe& movie, std::span<const uint8_t> body, bool keepRaw, SwfWarnings* warnings,
+                  bool scriptsLater = false) const {
+        load(movie, joined(_file.before, recordOf(_file.tag, body)), keepRaw, warnings, scriptsLater);
     }
 
     // Reads the body by the factory alone; no error is caught. Gives the tag and the bytes left over.
@@ -240,6 +243,11 @@ protected:
             if (showing())
                 std::cout << "xml:\n" << text << "\n";
             EXPECT_EQ(lineDiff(elementLines(*file.xml), elementLines(text)), "");
+            SwfWarnings laterWarnings;
+            SwfMovieSafe later;
+            bench->loadBody(later, *file.body, file.keepRaw, &laterWarnings, true);
+            EXPECT_EQ(bench->elementText(later, &laterWarnings, file.keepRaw), text);
+            EXPECT_EQ(allTexts(laterWarnings), allTexts(warnings));
         } else if (file.fails == CaseFile::Fails::xml) {
             const std::string text = thrownBy([&] { bench->elementText(movie, &warnings, false); });
             EXPECT_NE(text.find(file.failure), text.npos) << text;

@@ -93,9 +93,9 @@ Outcome compiled(const std::string& text, uint32_t threads, double stopAt = 2, b
     });
 }
 
-Outcome shown(const std::string& file, bool keepRaw, uint32_t threads, double stopAt = 2) {
+Outcome shown(const std::string& file, bool keepRaw, uint32_t threads, double stopAt = 2, bool scriptsLater = false) {
     SwfMovieSafe movie;
-    movie.parse({file.begin(), file.end()}, {});
+    movie.parse({file.begin(), file.end()}, {.keepRaw = keepRaw, .scriptsLater = scriptsLater});
     return outcomeOf(threads, stopAt, [&](ConversionOptions options) {
         std::vector<TagText> places;
         options.keepRaw = keepRaw;
@@ -207,6 +207,7 @@ TEST(Parts, AreShownTheSame) {
             EXPECT_EQ(one.problem.empty(), keepRaw || odd.empty()) << one.problem;
             EXPECT_EQ(one.warningsInAll, keepRaw && !odd.empty() ? 1u : 0u);
             EXPECT_TRUE(shown(file, keepRaw, 3) == one);
+            EXPECT_TRUE(shown(file, keepRaw, 3, 2, true) == one);
         }
     }
 }

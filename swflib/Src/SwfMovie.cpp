@@ -153,6 +153,7 @@ void SwfMovieSafe::parse(std::vector<uint8_t> file, const SwfLoadOptions& option
         return;
     stream.context.tags = &tags.tags();
     stream.context.keepRaw = options.keepRaw;
+    stream.context.scriptsLater = options.keepRaw && options.scriptsLater;
     stream.context.warnings = options.warnings;
     if (options.keepRaw)
         stream.tagOptions(57) |= 1;

@@ -33,6 +33,12 @@ std::array<Creator, SwfIStream::tagCodes> makeCreators() {
     return creators;
 }
 
+// Depends on no other tag, nor another one on it.
+bool mayBeReadLater(const SwfIStream& stream, const SwfTagHeader& header) {
+    const bool isScript = header.code == SwfTagCode::DoAction || header.code == SwfTagCode::DoInitAction;
+    return isScript && stream.context.scriptsLater && stream.buffer() != nullptr;
+}
+
 bool keptAsBytes(SwfIStream& stream, uint16_t code) {
     return (code < SwfIStream::tagCodes && (stream.tagOptions(code) & 1) != 0) ||
            (code == SwfTagCode::DefineSprite && stream.context.spriteDepth >= SwfContext::maxDepth);
@@ -62,6 +68,10 @@ std::string loss(const SwfIStream& stream, uint64_t bodyEnd) {
     if (std::any_of(unread, end, [](uint8_t byte) { return byte != 0; }))
         return std::to_string(end - unread) + " bytes are left over after its fields";
     return {};
+}
+
+SwfBytes recordOf(const SwfIStream& stream, const SwfTagHeader& header, uint64_t bodyEnd) {
+    return SwfBytes::share(stream.buffer(), stream.data() + header.start, static_cast<size_t>(bodyEnd - header.start));
 }
 
 // One tag with its body's bounds in force; restores the stream's outer bounds.
@@ -114,8 +124,7 @@ private:
         if (!tag->longHeader)
             tag->longHeader = (_header.isLong && _header.length < 63) || _header.length > 63;
         if (_stream.buffer() != nullptr)
-            tag->source = SwfBytes::share(_stream.buffer(), _stream.data() + _header.start,
-                                          static_cast<size_t>(_bodyEnd - _header.start));
+            tag->source = recordOf(_stream, _header, _bodyEnd);
         return tag;
     }
 
@@ -172,12 +181,36 @@ void readTagList(SwfIStream& stream, uint64_t end, const std::function<void(std:
     SwfTagHeader header;
     stream.tagPath.push_back(0);
     for (bool more = true; more && readTagHeader(stream, end, header); ++stream.tagPath.back()) {
-        std::unique_ptr<SwfTag> tag = BodyReader(stream, header, end).read();
+        std::unique_ptr<SwfTag> tag;
+        if (mayBeReadLater(stream, header)) {
+            tag = std::make_unique<SwfTagLater>(stream, header, end);
+            stream.seek(header.body + header.length);
+        } else {
+            tag = BodyReader(stream, header, end).read();
+        }
         more = header.code != SwfTagCode::End;
         if (more && tag != nullptr)
             append(std::move(tag));
     }
     stream.tagPath.pop_back();
+}
+
+SwfTagLater::SwfTagLater(const SwfIStream& stream, const SwfTagHeader& header, uint64_t listEnd)
+    : SwfTagRecord(recordOf(stream, header, std::min({header.body + header.length, listEnd, uint64_t(stream.size())}))),
+      _buffer(stream.buffer()), _bufferSize(stream.size()), _start(header.start), _listEnd(listEnd),
+      _context(stream.context), _path(stream.tagPath) {
+    source = record;
+}
+
+std::unique_ptr<SwfTag> SwfTagLater::read(SwfWarnings* warnings) const {
+    SwfIStream stream(_buffer, _bufferSize);
+    stream.context = _context;
+    stream.context.warnings = warnings;
+    stream.tagPath = _path;
+    stream.seek(_start);
+    SwfTagHeader header;
+    readTagHeader(stream, _listEnd, header);
+    return BodyReader(stream, header, _listEnd).read();
 }
 
 std::string tagPathText(const std::vector<uint32_t>& path) {

@@ -11,6 +11,8 @@
 
 namespace libswf {
 
+class SwfTagLater;
+
 /// One tag record; by itself a tag of any code with an empty body. A concrete tag reads itself in a constructor from
 /// SwfIStream (its body starts at the stream's position and ends at bodyEnd()) and writes itself in writeBody, which
 /// also measures it.
@@ -29,6 +31,8 @@ public:
     virtual bool isUnknown() const { return false; }
     virtual bool isSafe() const { return false; }
     virtual uint16_t definitionId() const { return 0; }
+    /// Not null for a tag that was not read yet.
+    virtual const SwfTagLater* later() const { return nullptr; }
 
     /// Length of the body in bytes, also kept in `size`.
     virtual uint32_t getSize(SwfContext& context);

@@ -87,6 +87,24 @@ struct SwfTagHeader {
     uint64_t body = 0;  ///< position of the body
 };
 
+/// A tag of a movie that was not read yet. Written, it is the record of its file.
+class SwfTagLater : public SwfTagRecord {
+public:
+    /// The record that `header` begins, in a list that ends at `listEnd`. The stream shares its buffer.
+    SwfTagLater(const SwfIStream& stream, const SwfTagHeader& header, uint64_t listEnd);
+
+    const SwfTagLater* later() const override { return this; }
+    /// The tag as it would have been read with the movie. On any thread.
+    std::unique_ptr<SwfTag> read(SwfWarnings* warnings) const;
+
+private:
+    std::shared_ptr<const uint8_t> _buffer;
+    const size_t _bufferSize;
+    const uint64_t _start, _listEnd;
+    const SwfContext _context;
+    const std::vector<uint32_t> _path;
+};
+
 /// Reads a record header. False, with the position unchanged, when fewer bytes are left before `end` than it takes.
 bool readTagHeader(SwfIStream& stream, uint64_t end, SwfTagHeader& header);
 

@@ -129,7 +129,10 @@ static void writeForm(XmlNode& parent, SwfTag& tag) {
 void writeTag(XmlNode& parent, SwfTag& tag) {
     const std::string& out = parent.out();
     const size_t before = out.size();
-    writeForm(parent, tag);
+    if (const SwfTagLater* later = tag.later())
+        writeForm(parent, *later->read(parent.context().warnings));
+    else
+        writeForm(parent, tag);
     if (std::vector<TagText>* texts = parent.context().tagTexts)
         texts->push_back({out.find('<', before), out.size(), &tag});
 }

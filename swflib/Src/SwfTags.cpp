@@ -128,6 +128,8 @@ uint32_t SwfTags::getSizeInParts(const SwfContext& context, uint32_t asked) {
         threads = threadsFor(total >= bigBody, asked);
     }
     const size_t left = _tags.size() - done, inPart = left / mostParts + 1;
+    if (inPart == 1)
+        threads = 1; // so few are measured sooner than a thread starts
     std::vector<uint64_t> sizes((left + inPart - 1) / inPart);
     const auto work = [&](size_t part) {
         const size_t first = done + part * inPart;
@@ -144,10 +146,13 @@ void SwfTags::write(SwfOStream& stream) const {
 }
 
 void SwfTags::writeRecordsInParts(SwfOStream& stream, uint32_t asked) const {
-    const uint32_t threads = threadsFor(size >= bigBody, asked);
+    std::vector<WrittenPart> parts = writtenParts(_tags, size);
+    uint64_t most = 0;
+    for (const WrittenPart& part : parts)
+        most = std::max(most, part.bytes);
+    const uint32_t threads = threadsFor(size - most >= bigBody, asked); // the others' share
     if (threads == 1)
         return writeTags(_tags, {0, _tags.size()}, stream);
-    std::vector<WrittenPart> parts = writtenParts(_tags, size);
     for (WrittenPart& part : parts)
         part.place = stream.claimPlace(part.bytes);
     SwfWarnings* warnings = stream.context.warnings;

@@ -33,6 +33,7 @@ public:
                 return false;
         }
         _at += _gap;
+        prefetch(_at);
         _block = _at;
         _quotes = quotesOf(_at);
         return true;

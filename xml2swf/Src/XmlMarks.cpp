@@ -11,7 +11,7 @@ namespace xml2swf {
 
 namespace {
 
-constexpr ptrdiff_t blockSize = 64, ahead = 2048;
+constexpr ptrdiff_t blockSize = 64;
 
 struct Masks {
     uint64_t starts, ends, quotes, others; // bit i for the block's byte i
@@ -85,7 +85,7 @@ template <class Processor>
     for (const char* block = at; block < stop; block += blockSize) {
         if (textEnd - block <= blockSize) // whoever sees a mark may look at the byte behind it
             return block;
-        __builtin_prefetch(block + ahead);
+        prefetch(block);
         const Masks masks = Processor::masksOf(block);
         const uint64_t inQuotes = parities(masks.quotes) ^ quoted;
         if ((masks.others | (masks.starts & inQuotes)) != 0)

@@ -46,6 +46,7 @@ public:
     /// A start tag up to behind its name; false at anything else.
     bool atElement() const { return _end - _at >= 2 && _at[0] == '<' && !NameEnd::test(_at[1]); }
     std::string_view takeStart() {
+        prefetch(_at);
         const char* name = _at + 1;
         _at = findFirst<NameEnd>(name, _end);
         return {name, static_cast<size_t>(_at - name)};

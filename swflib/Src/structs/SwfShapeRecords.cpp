@@ -148,16 +148,16 @@ public:
     explicit RecordWriter(SwfOStream& stream) : _stream(stream), _context(stream.context), _bits(stream) {}
 
     void write(const SwfVector<SwfShapeRecord*>& records) {
-        SwfEdgeWriter edges(_bits);
+        SwfEdgeWriter edges;
         writeWidths();
         for (SwfShapeRecord* record : records) {
             switch (record->kind) {
-            case SwfShapeRecord::Kind::straightEdge: edges.write(static_cast<const SwfLine&>(*record)); break;
-            case SwfShapeRecord::Kind::curvedEdge: edges.write(static_cast<const SwfCurve&>(*record)); break;
+            case SwfShapeRecord::Kind::straightEdge: edges.write(static_cast<const SwfLine&>(*record), _bits); break;
+            case SwfShapeRecord::Kind::curvedEdge: edges.write(static_cast<const SwfCurve&>(*record), _bits); break;
             case SwfShapeRecord::Kind::styleChange: writeStyleChange(static_cast<SwfStyleChange&>(*record)); break;
             }
         }
-        finish(edges.cutEdges());
+        finish(edges.cutEdges);
     }
 
     template <class CountedChange>

@@ -21,7 +21,7 @@ void readAndConvert(const Movie& movie) {
     SwfMovieSafe loaded;
     SwfLoadOptions load;
     load.keepRaw = true;
-    load.scriptsLater = true;
+    load.readLater = true;
     loaded.parse(movie.file, load);
     xml2swf::ConversionOptions options;
     options.keepRaw = true;

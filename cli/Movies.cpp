@@ -36,7 +36,7 @@ Signature parse(std::vector<uint8_t> bytes, SwfMovieSafe& movie, const MovieOpti
     }
     SwfLoadOptions load;
     load.keepRaw = options.keepRaw;
-    load.scriptsLater = onlyToShow;
+    load.readLater = onlyToShow;
     load.warnings = options.warnings;
     movie.parse(std::move(bytes), load);
     return signature;
@@ -54,7 +54,7 @@ std::unique_ptr<xml2swf::OriginalMovie> loadOriginal(const std::string& fileName
     SwfMovieSafe movie;
     SwfLoadOptions load;
     load.keepRaw = true;
-    load.scriptsLater = true;
+    load.readLater = true;
     try {
         movie.load(fileName, load);
     } catch (const SwfException& error) {

@@ -14,11 +14,11 @@ namespace fuzz {
 using Bytes = std::vector<uint8_t>;
 
 inline void parse(libswf::SwfMovieSafe& movie, Bytes file, bool keepRaw, libswf::SwfWarnings* warnings = nullptr,
-                  bool scriptsLater = false) {
+                  bool readLater = false) {
     libswf::SwfLoadOptions options;
     options.keepRaw = keepRaw;
     options.warnings = warnings;
-    options.scriptsLater = scriptsLater;
+    options.readLater = readLater;
     movie.parse(std::move(file), options);
 }
 

@@ -3,12 +3,12 @@
 
 namespace {
 
-std::string shown(const uint8_t* data, size_t size, bool keepRaw, bool scriptsLater) {
+std::string shown(const uint8_t* data, size_t size, bool keepRaw, bool readLater) {
     std::string text = "refused";
     fuzz::refusable([&] {
         libswf::SwfMovieSafe movie;
         libswf::SwfWarnings warnings;
-        fuzz::parse(movie, fuzz::Bytes(data, data + size), keepRaw, &warnings, scriptsLater);
+        fuzz::parse(movie, fuzz::Bytes(data, data + size), keepRaw, &warnings, readLater);
         text = fuzz::toXml(movie, keepRaw);
     });
     return text;

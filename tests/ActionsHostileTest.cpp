@@ -197,7 +197,7 @@ Bytes bodyThroughXml(uint16_t code, const Bytes& body, bool asBytes) {
     file.insert(file.end(), record.begin(), record.end());
     append16(file, 0);
     SwfMovieSafe movie;
-    movie.parse(file, {.keepRaw = true, .scriptsLater = asBytes});
+    movie.parse(file, {.keepRaw = true, .readLater = asBytes});
     xml2swf::MovieTarget target;
     xml2swf::xmlToSwf(xml2swf::swfToXml(movie, {.keepRaw = true}), target, {.toWrite = asBytes});
     SwfContext context;

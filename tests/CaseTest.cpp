@@ -97,14 +97,14 @@ public:
     uint32_t tagsBefore() const { return _prologue.tags.count(); }
 
     void load(SwfMovieSafe& movie, const Bytes& records, bool keepRaw, SwfWarnings* warnings,
-              bool scriptsLater = false) const {
+              bool readLater = false) const {
         movie.parse(fileOf(_file.version, records),
-                    {.keepRaw = keepRaw, .warnings = warnings, .scriptsLater = scriptsLater});
+                    {.keepRaw = keepRaw, .warnings = warnings, .readLater = readLater});
     }
     // The movie of the case with a body of its own.
     void loadBody(SwfMovieSafe& movie, std::span<const uint8_t> body, bool keepRaw, SwfWarnings* warnings,
-                  bool scriptsLater = false) const {
-        load(movie, joined(_file.before, recordOf(_file.tag, body)), keepRaw, warnings, scriptsLater);
+                  bool readLater = false) const {
+        load(movie, joined(_file.before, recordOf(_file.tag, body)), keepRaw, warnings, readLater);
     }
 
     // Reads the body by the factory alone; no error is caught. Gives the tag and the bytes left over.

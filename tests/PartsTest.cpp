@@ -93,9 +93,9 @@ Outcome compiled(const std::string& text, uint32_t threads, double stopAt = 2, b
     });
 }
 
-Outcome shown(const std::string& file, bool keepRaw, uint32_t threads, double stopAt = 2, bool scriptsLater = false) {
+Outcome shown(const std::string& file, bool keepRaw, uint32_t threads, double stopAt = 2, bool readLater = false) {
     SwfMovieSafe movie;
-    movie.parse({file.begin(), file.end()}, {.keepRaw = keepRaw, .scriptsLater = scriptsLater});
+    movie.parse({file.begin(), file.end()}, {.keepRaw = keepRaw, .readLater = readLater});
     return outcomeOf(threads, stopAt, [&](ConversionOptions options) {
         std::vector<TagText> places;
         options.keepRaw = keepRaw;

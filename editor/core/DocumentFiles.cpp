@@ -79,7 +79,7 @@ void loadMovie(LoadParams& params) {
     SwfMovieSafe movie;
     SwfLoadOptions load;
     load.keepRaw = true;
-    load.scriptsLater = true;
+    load.readLater = true;
     load.warnings = &warnings;
     movie.load(params.fileName, load);
     params.progress.checkCancelled();

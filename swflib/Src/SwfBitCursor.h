@@ -31,6 +31,13 @@ public:
         return n == 0 ? 0 : static_cast<int32_t>(static_cast<int64_t>(next(n, field)) >> (64 - n));
     }
 
+    /// For records that are read in one go: the next 64 bits, of which at least `wide` hold, and none behind the end of
+    /// the data. Not there near that end.
+    static constexpr uint32_t wide = 57;
+    bool hasWide() const { return _bit / 8 + 8 <= _stream.size(); }
+    uint64_t peekWide() const { return loadBits(_stream.data() + _bit / 8) << _bit % 8; }
+    void pass(uint32_t n) { _bit += n; }
+
     /// True at or after the end of the tag's body, or of the data.
     bool atLimit() const { return _bit >= _limit; }
 

@@ -153,7 +153,7 @@ void SwfMovieSafe::parse(std::vector<uint8_t> file, const SwfLoadOptions& option
         return;
     stream.context.tags = &tags.tags();
     stream.context.keepRaw = options.keepRaw;
-    stream.context.scriptsLater = options.keepRaw && options.scriptsLater;
+    stream.context.readLater = options.keepRaw && options.readLater;
     stream.context.warnings = options.warnings;
     if (options.keepRaw)
         stream.tagOptions(57) |= 1;

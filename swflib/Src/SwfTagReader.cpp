@@ -33,10 +33,15 @@ std::array<Creator, SwfIStream::tagCodes> makeCreators() {
     return creators;
 }
 
-// Depends on no other tag, nor another one on it.
-bool mayBeReadLater(const SwfIStream& stream, const SwfTagHeader& header) {
-    const bool isScript = header.code == SwfTagCode::DoAction || header.code == SwfTagCode::DoInitAction;
-    return isScript && stream.context.scriptsLater && stream.buffer() != nullptr;
+bool isShape(uint16_t code) {
+    return code == SwfTagCode::DefineShape || code == SwfTagCode::DefineShape2 || code == SwfTagCode::DefineShape3 ||
+           code == SwfTagCode::DefineShape4;
+}
+
+// Reading it depends on no other tag.
+bool mayBeReadLater(const SwfIStream& stream, uint16_t code) {
+    const bool isScript = code == SwfTagCode::DoAction || code == SwfTagCode::DoInitAction;
+    return (isScript || isShape(code)) && stream.context.readLater && stream.buffer() != nullptr;
 }
 
 bool keptAsBytes(SwfIStream& stream, uint16_t code) {
@@ -182,7 +187,7 @@ void readTagList(SwfIStream& stream, uint64_t end, const std::function<void(std:
     stream.tagPath.push_back(0);
     for (bool more = true; more && readTagHeader(stream, end, header); ++stream.tagPath.back()) {
         std::unique_ptr<SwfTag> tag;
-        if (mayBeReadLater(stream, header)) {
+        if (mayBeReadLater(stream, header.code)) {
             tag = std::make_unique<SwfTagLater>(stream, header, end);
             stream.seek(header.body + header.length);
         } else {
@@ -200,6 +205,11 @@ SwfTagLater::SwfTagLater(const SwfIStream& stream, const SwfTagHeader& header, u
       _buffer(stream.buffer()), _bufferSize(stream.size()), _start(header.start), _listEnd(listEnd),
       _context(stream.context), _path(stream.tagPath) {
     source = record;
+    constexpr uint32_t idSize = 2;
+    if (isShape(header.code) && size >= idSize) {
+        const uint8_t* id = record.data() + record.size() - size;
+        _characterId = static_cast<uint16_t>(id[0] | id[1] << 8);
+    }
 }
 
 std::unique_ptr<SwfTag> SwfTagLater::read(SwfWarnings* warnings) const {

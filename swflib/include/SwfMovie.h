@@ -55,9 +55,9 @@ struct SwfLoadOptions {
     /// another layout, import tables (code 57).
     bool keepRaw = false;
     SwfWarnings* warnings = nullptr;
-    /// With keepRaw, for a movie that is only to be shown as XML: scripts are read when they are written there, on the
-    /// thread that does it, and let go of again. Until then SwfTagLater stands in their places.
-    bool scriptsLater = false;
+    /// With keepRaw, for a movie that is only to be shown as XML: scripts and shapes are read when they are written
+    /// there, on the thread that does it, and let go of again. Until then SwfTagLater stands in their places.
+    bool readLater = false;
 };
 
 /// A movie read from a file, tolerantly.

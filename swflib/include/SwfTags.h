@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -93,6 +94,8 @@ public:
     /// The record that `header` begins, in a list that ends at `listEnd`. The stream shares its buffer.
     SwfTagLater(const SwfIStream& stream, const SwfTagHeader& header, uint64_t listEnd);
 
+    bool isDefinition() const override { return _characterId.has_value(); }
+    uint16_t definitionId() const override { return _characterId.value_or(0); }
     const SwfTagLater* later() const override { return this; }
     /// The tag as it would have been read with the movie. On any thread.
     std::unique_ptr<SwfTag> read(SwfWarnings* warnings) const;
@@ -103,6 +106,7 @@ private:
     const uint64_t _start, _listEnd;
     const SwfContext _context;
     const std::vector<uint32_t> _path;
+    std::optional<uint16_t> _characterId;
 };
 
 /// Reads a record header. False, with the position unchanged, when fewer bytes are left before `end` than it takes.

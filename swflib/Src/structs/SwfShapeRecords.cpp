@@ -58,6 +58,8 @@ public:
         for (;;) {
             if (_bits.atLimit())
                 _bits.fail("shape records", "the body ends before the end record");
+            if (readWhole())
+                continue;
             const uint32_t head = _bits.take(6, "TypeFlag");
             if ((head & edgeBit) == 0) {
                 if (head == 0)
@@ -76,6 +78,32 @@ private:
     void readWidths() {
         _context.numFillBits = static_cast<uint8_t>(_bits.take(4, "NumFillBits"));
         _context.numLineBits = static_cast<uint8_t>(_bits.take(4, "NumLineBits"));
+    }
+
+    // An edge, if all its bits can be looked at together.
+    bool readWhole() {
+        if (!_bits.hasWide())
+            return false;
+        const uint64_t bits = _bits.peekWide();
+        const auto head = static_cast<uint32_t>(bits >> 58);
+        if ((head & edgeBit) == 0)
+            return false;
+        const uint32_t n = (head & edgeWidthMask) + 2;
+        const auto delta = [&](uint32_t at) { return static_cast<int32_t>(static_cast<int64_t>(bits << at) >> (64 - n)); };
+        if ((head & straightBit) == 0) {
+            if (6 + 4 * n > SwfBitCursor::wide)
+                return false;
+            _records.addCurve(delta(6), delta(6 + n), delta(6 + 2 * n), delta(6 + 3 * n));
+            _bits.pass(6 + 4 * n);
+        } else if ((bits << 6 >> 63) != 0) {
+            _records.addLine(delta(7), delta(7 + n));
+            _bits.pass(7 + 2 * n);
+        } else {
+            const bool vertical = (bits << 7 >> 63) != 0;
+            _records.addLine(vertical ? 0 : delta(8), vertical ? delta(8) : 0);
+            _bits.pass(8 + n);
+        }
+        return true;
     }
 
     void readLine(uint32_t n) {

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "SwfGradientRecord.h"
+#include "SwfPooled.h"
 #include "SwfStructs.h"
 
 namespace libswf {
@@ -21,7 +22,7 @@ constexpr uint8_t nonSmoothedClippedBitmap = 0x43;
 } // namespace SwfFillType
 
 /// FILLSTYLE. A counting stream handed to write measures.
-class SwfFillStyle : public SwfStruct {
+class SwfFillStyle : public SwfStruct, public SwfPooled {
 public:
     uint32_t type = SwfFillType::solid; ///< one byte in the file
 

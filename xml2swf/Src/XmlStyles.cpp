@@ -1,5 +1,6 @@
 // Fill and line styles of shapes as XML.
 #include "XmlShapes.h"
+#include "XmlWriteParts.h"
 #include "XmlStructs.h"
 
 namespace xml2swf {
@@ -144,8 +145,10 @@ static std::unique_ptr<SwfFillStyle> readFillStyle(XmlElement& element) {
 }
 
 void writeXml(XmlNode& node, const SwfFillStyles& styles) {
-    for (const SwfFillStyle* style : styles.items)
-        writeFillStyle(node, *style);
+    writeInParts(node, styles.items.size(), [&](XmlNode& parent, size_t first, size_t end) {
+        for (size_t i = first; i < end; ++i)
+            writeFillStyle(parent, *styles.items.data()[i]);
+    });
 }
 
 void readXml(XmlElement& element, SwfFillStyles& styles) {

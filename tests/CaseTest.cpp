@@ -98,8 +98,7 @@ public:
 
     void load(SwfMovieSafe& movie, const Bytes& records, bool keepRaw, SwfWarnings* warnings,
               bool readLater = false) const {
-        movie.parse(fileOf(_file.version, records),
-                    {.keepRaw = keepRaw, .warnings = warnings, .readLater = readLater});
+        movie.parse(fileOf(_file.version, records), {.keepRaw = keepRaw, .warnings = warnings, .readLater = readLater});
     }
     // The movie of the case with a body of its own.
     void loadBody(SwfMovieSafe& movie, std::span<const uint8_t> body, bool keepRaw, SwfWarnings* warnings,

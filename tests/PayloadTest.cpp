@@ -24,9 +24,9 @@ namespace fs = std::filesystem;
 namespace {
 
 std::string base64(const Bytes& bytes) {
-    std::string text;
+    xml2swf::XmlText text;
     xml2swf::appendBase64(text, bytes);
-    return text;
+    return text.take();
 }
 
 std::string data(const char* name, const Bytes& bytes) {

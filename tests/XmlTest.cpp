@@ -89,9 +89,9 @@ TEST(Base64, BothWays) {
     } rows[] = {{"", ""},          {"00", "AA=="},       {"ff", "/w=="},
                 {"fb ff", "+/8="}, {"4d 61 6e", "TWFu"}, {"4d 61 6e 00", "TWFuAA=="}};
     for (const auto& row : rows) {
-        std::string text = "<";
+        XmlText text("<");
         appendBase64(text, hexBytes(row.bytes));
-        EXPECT_EQ(text, std::string("<") + row.text);
+        EXPECT_EQ(text.view(), std::string("<") + row.text);
         EXPECT_EQ(hexText(decodeBase64(row.text)), row.bytes);
     }
     for (const char* text : {" TWFu ", "T\tW\r\nF\nu", "TWFu\n"})
@@ -103,8 +103,9 @@ TEST(Base64, BothWays) {
         Bytes bytes(size);
         for (size_t i = 0; i < size; ++i)
             bytes[i] = static_cast<uint8_t>(i * 31);
-        std::string text;
-        appendBase64(text, bytes);
+        XmlText encoded;
+        appendBase64(encoded, bytes);
+        const std::string text = encoded.take();
         EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), static_cast<ptrdiff_t>((size - 1) / 768));
         EXPECT_EQ(text.find('\n'), size > 768 ? 1024 : text.npos);
         EXPECT_EQ(decodeBase64(text), bytes);
@@ -153,7 +154,7 @@ TEST(Base64, RefusesWithThePlace) {
 }
 
 TEST(XmlElementWriter, TakesLateAttributesAndSplitsCData) {
-    std::string out;
+    XmlText out;
     XmlElementWriter parent, child;
     parent.begin(out, 0, "A", true);
     child.begin(out, 1, "B");
@@ -168,8 +169,9 @@ TEST(XmlElementWriter, TakesLateAttributesAndSplitsCData) {
     }
     parent.end(true);
     EXPECT_EQ(
-        out, "<A Late=\"true\" Color=\"ab0000\">\n    <B>\n        <![CDATA[x]]]]><![CDATA[>y]]>\n    </B>    <C N=\"" +
-                 std::string(200, 'n') + "\">\n    </C>\n</A>");
+        out.view(),
+        "<A Late=\"true\" Color=\"ab0000\">\n    <B>\n        <![CDATA[x]]]]><![CDATA[>y]]>\n    </B>    <C N=\"" +
+            std::string(200, 'n') + "\">\n    </C>\n</A>");
 }
 
 // Compiles one tag under a Movie element; `text` is the whole document.

@@ -33,7 +33,7 @@ struct SwfContext : SwfTagState {
     /// left here.
     bool wideKerningCodes = false;
 
-    bool readLater = false;       ///< reading: scripts and shapes stay bytes until they are asked for
+    bool readLater = false;          ///< reading: scripts and shapes stay bytes until they are asked for
     bool keepRaw = false;            ///< keep as bytes what the object model cannot give back
     SwfWarnings* warnings = nullptr; ///< where warnings go; may be null
     uint16_t spriteDepth = 0;        ///< nesting of tag lists, at most maxDepth

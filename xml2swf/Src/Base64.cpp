@@ -148,12 +148,11 @@ size_t decodeGroup(const Group& group, uint8_t* out) {
 
 } // namespace
 
-void appendBase64(std::string& out, std::span<const uint8_t> bytes) {
-    const size_t start = out.size();
+void appendBase64(XmlText& out, std::span<const uint8_t> bytes) {
     const size_t chars = (bytes.size() + 2) / 3 * 4;
     const size_t breaks = chars == 0 ? 0 : (chars - 1) / lineLength;
-    out.resize(start + chars + breaks);
-    char* place = out.data() + start;
+    char* place = out.room(chars + breaks);
+    out.finish(place + chars + breaks);
     const uint8_t* in = bytes.data();
     size_t left = bytes.size();
     for (; left > lineBytes; in += lineBytes, left -= lineBytes) {

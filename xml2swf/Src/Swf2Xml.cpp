@@ -2,7 +2,6 @@
 
 #include "Conversion.h"
 #include "SwfInOrder.h"
-#include "SwfUtils.h"
 #include "XmlTags.h"
 #include "XmlWriteParts.h"
 
@@ -48,23 +47,16 @@ std::string movieStartTag(const SwfMovieHeader& movie) {
 // The root element, whose start tag comes from the template.
 class MovieNode : public XmlNode {
 public:
-    MovieNode(std::string& out, XmlWriteContext& context, const SwfMovieHeader& movie)
-        : XmlNode(out, context, 0, "Movie") {
-        out.resize(out.size() - std::string_view("\n<Movie>").size());
-        out += movieStartTag(movie);
+    MovieNode(XmlText& out, XmlWriteContext& context, const SwfMovieHeader& movie) : XmlNode(out, context, 0, "Movie") {
+        out.cut(out.size() - std::string_view("\n<Movie>").size());
+        out.append(movieStartTag(movie));
     }
 };
 
-// Room for the text of most movies, so that it need not move as it grows. What is not used is never touched and costs
-// nothing.
-void reserveFor(std::string& out, const SwfMovieSafe& movie) {
+// Room for the text of most movies, so that it need not move as it grows.
+void reserveFor(XmlText& out, const SwfMovieSafe& movie) {
     constexpr size_t textPerByte = 20, most = size_t(1) << 30;
-    try {
-        out.reserve(std::min(most, movie.body().size() * textPerByte + movie.tags.count() * textPerTag));
-        adviseBigPages(out.data(), out.capacity());
-    } catch (const std::bad_alloc&) {
-        // It grows as it must.
-    }
+    out.reserve(std::min(most, movie.body().size() * textPerByte + movie.tags.count() * textPerTag));
 }
 
 using Tags = std::vector<std::shared_ptr<SwfTag>>;
@@ -116,7 +108,7 @@ private:
     struct Part {
         size_t first, done, end; // indices of tags
         bool isBig;
-        std::string text;
+        XmlText text;
         size_t textStart = 0, textEnd = 0; // of the tags that are done
         SwfWarnings warnings;
         std::vector<TagText> tagTexts;
@@ -156,9 +148,9 @@ private:
     void join(Part& part) {
         if (_context.warnings != nullptr)
             _context.warnings->add(std::move(part.warnings));
-        std::string& out = _root.out();
+        XmlText& out = _root.out();
         const size_t shift = out.size() - part.textStart;
-        out.append(part.text, part.textStart, part.textEnd - part.textStart);
+        out.append(part.text.view().substr(part.textStart, part.textEnd - part.textStart));
         for (const TagText& place : part.tagTexts)
             _context.tagTexts->push_back({place.start + shift, place.end + shift, place.tag});
     }
@@ -172,7 +164,7 @@ private:
     XmlFreeTexts _texts;
 };
 
-void appendMovie(std::string& out, SwfMovieSafe& movie, const ConversionOptions& options) {
+void appendMovie(XmlText& out, SwfMovieSafe& movie, const ConversionOptions& options) {
     reserveFor(out, movie);
     XmlWriteContext context;
     context.swf.version = movie.version;
@@ -197,9 +189,9 @@ void appendMovie(std::string& out, SwfMovieSafe& movie, const ConversionOptions&
 } // namespace
 
 std::string swfToXml(SwfMovieSafe& movie, const ConversionOptions& options) {
-    std::string text;
+    XmlText text;
     appendMovie(text, movie, options);
-    return text;
+    return text.take();
 }
 
 void swfToXml(SwfMovieSafe& movie, ISwf2XmlConversionTarget& target, const ConversionOptions& options) {
@@ -207,9 +199,9 @@ void swfToXml(SwfMovieSafe& movie, ISwf2XmlConversionTarget& target, const Conve
 }
 
 std::string swfToXmlDocument(SwfMovieSafe& movie, const ConversionOptions& options) {
-    std::string text(xmlDeclaration);
+    XmlText text(xmlDeclaration);
     appendMovie(text, movie, options);
-    return text;
+    return text.take();
 }
 
 } // namespace xml2swf

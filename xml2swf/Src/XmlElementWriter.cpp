@@ -1,81 +1,32 @@
 #include "XmlElementWriter.h"
 
-#include <cstring>
-
 #include "Base64.h"
 
 namespace xml2swf {
 
-namespace {
+// What fits a line, whatever else is in a leaf.
+static bool isShort(std::string_view name, uint32_t depth) { return name.size() <= 64 && depth <= 64; }
+static constexpr size_t lineRoom = 512;
 
-// A short text put together on the stack and appended in one go.
-class Piece {
-public:
-    static constexpr size_t room = 512;
+static void putStart(XmlLine& line, uint32_t depth, std::string_view name) {
+    line.indent(depth);
+    line.put('<');
+    line.put(name);
+}
 
-    void put(char c) { *_end++ = c; }
-    void put(std::string_view text) {
-        copyShort(text.data(), text.size());
-        _end += text.size();
-    }
-    void put(int32_t value) { _end = writeInteger(_end, value); }
-    void indent(uint32_t depth) {
-        constexpr size_t usual = 32;
-        put('\n');
-        const size_t blanks = 4 * size_t(depth);
-        std::memset(_end, ' ', usual); // of a fixed length: no call
-        if (blanks > usual)
-            std::memset(_end, ' ', blanks);
-        _end += blanks;
-    }
-    void appendTo(std::string& out) const { out.append(_chars, static_cast<size_t>(_end - _chars)); }
-
-private:
-    // Names and numbers are a few bytes long: two copies that may overlap take less time than a call.
-    void copyShort(const char* from, size_t n) {
-        auto twice = [&]<class Word>(Word) {
-            Word first, last;
-            std::memcpy(&first, from, sizeof first);
-            std::memcpy(&last, from + n - sizeof last, sizeof last);
-            std::memcpy(_end, &first, sizeof first);
-            std::memcpy(_end + n - sizeof last, &last, sizeof last);
-        };
-        if (n > 16)
-            std::memcpy(_end, from, n);
-        else if (n >= 8)
-            twice(uint64_t());
-        else if (n >= 4)
-            twice(uint32_t());
-        else if (n >= 2)
-            twice(uint16_t());
-        else if (n == 1)
-            *_end = *from;
-    }
-
-    char _chars[room];
-    char* _end = _chars;
-};
-
-// What fits a piece whatever else stands in it.
-bool isShort(std::string_view name, uint32_t depth) { return name.size() <= 64 && depth <= 64; }
-
-} // namespace
-
-void XmlElementWriter::begin(std::string& out, uint32_t depth, std::string_view name, bool inlined) {
+void XmlElementWriter::begin(XmlText& out, uint32_t depth, std::string_view name, bool inlined) {
     _out = &out;
     _depth = depth;
     _name = name;
     _open = true;
     if (isShort(name, depth) && !inlined) {
-        Piece piece;
-        piece.indent(depth);
-        piece.put('<');
-        piece.put(name);
-        piece.put('>');
-        piece.appendTo(out);
+        XmlLine line(out.room(lineRoom));
+        putStart(line, depth, name);
+        line.put('>');
+        out.finish(line.end());
     } else {
         if (!inlined)
-            out += '\n';
+            out.append("\n");
         out.append(4 * size_t(depth), ' ').append("<").append(name).append(">");
     }
     _attributeInsertPos = out.size() - 1;
@@ -83,19 +34,18 @@ void XmlElementWriter::begin(std::string& out, uint32_t depth, std::string_view 
 
 void XmlElementWriter::plainAttribute(std::string_view name, std::string_view value) {
     const size_t length = name.size() + value.size() + 4; // blank, =, two quotes
-    if (_attributeInsertPos + 1 == _out->size() && length < Piece::room) {
-        // The usual case: no child yet. The text goes in front of the final ">" in one piece.
-        Piece piece;
-        piece.put(name);
-        piece.put("=\"");
-        piece.put(value);
-        piece.put("\">");
-        (*_out)[_attributeInsertPos] = ' ';
-        piece.appendTo(*_out);
+    if (isBare()) {
+        XmlLine line(_out->room(length) - 1); // over the ">"
+        line.put(' ');
+        line.put(name);
+        line.put("=\"");
+        line.put(value);
+        line.put("\">");
+        _out->finish(line.end());
     } else {
-        std::string piece(" ");
-        piece.append(name).append("=\"").append(value).append("\"");
-        _out->insert(_attributeInsertPos, piece);
+        std::string attribute(" ");
+        attribute.append(name).append("=\"").append(value).append("\"");
+        _out->insert(_attributeInsertPos, attribute);
     }
     _attributeInsertPos += length;
 }
@@ -133,11 +83,7 @@ void XmlElementWriter::attribute(std::string_view name, const libswf::SwfColor& 
     plainAttribute(name, {digits, static_cast<size_t>(end - digits)});
 }
 
-void XmlElementWriter::startCData() {
-    *_out += '\n';
-    _out->append(4 * (size_t(_depth) + 1), ' ');
-    *_out += "<![CDATA[";
-}
+void XmlElementWriter::startCData() { _out->append("\n").append(4 * (size_t(_depth) + 1), ' ').append("<![CDATA["); }
 
 void XmlElementWriter::text(std::string_view value) {
     startCData();
@@ -149,25 +95,26 @@ void XmlElementWriter::text(std::string_view value) {
 void XmlElementWriter::base64(std::span<const uint8_t> bytes) {
     startCData();
     appendBase64(*_out, bytes);
-    *_out += "]]>";
+    _out->append("]]>");
 }
 
 void XmlElementWriter::end(bool hasChildren) {
     if (!_open)
         return;
     _open = false;
-    if (!hasChildren && _attributeInsertPos + 1 == _out->size()) {
-        _out->back() = ' ';
-        _out->append("/>");
+    if (!hasChildren && isBare()) {
+        XmlLine line(_out->room(std::string_view(" /").size()) - 1);
+        line.put(" />");
+        _out->finish(line.end());
     } else if (!hasChildren) {
         _out->insert(_attributeInsertPos, " /");
     } else if (isShort(_name, _depth)) {
-        Piece piece;
-        piece.indent(_depth);
-        piece.put("</");
-        piece.put(_name);
-        piece.put('>');
-        piece.appendTo(*_out);
+        XmlLine line(_out->room(lineRoom));
+        line.indent(_depth);
+        line.put("</");
+        line.put(_name);
+        line.put('>');
+        _out->finish(line.end());
     } else {
         _out->append("\n").append(4 * size_t(_depth), ' ').append("</").append(_name).append(">");
     }
@@ -181,19 +128,17 @@ void XmlNode::leaf(std::string_view name, std::initializer_list<IntegerAttribute
         return;
     }
     _hasContent = true;
-    Piece piece;
-    piece.indent(depth() + 1);
-    piece.put('<');
-    piece.put(name);
+    XmlLine line(out().room(lineRoom));
+    putStart(line, depth() + 1, name);
     for (const IntegerAttribute& attribute : attributes) {
-        piece.put(' ');
-        piece.put(attribute.name);
-        piece.put("=\"");
-        piece.put(attribute.value);
-        piece.put('"');
+        line.put(' ');
+        line.put(attribute.name);
+        line.put("=\"");
+        line.put(attribute.value);
+        line.put('"');
     }
-    piece.put(" />");
-    piece.appendTo(out());
+    line.put(" />");
+    out().finish(line.end());
 }
 
 } // namespace xml2swf

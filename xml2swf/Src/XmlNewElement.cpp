@@ -64,7 +64,7 @@ template <class Look>
 void lookAtWritten(const ProbeNode& node, const std::string& text, Look look) {
     MovieTarget target;
     xmlToSwf(text, target, {});
-    std::string written;
+    XmlText written;
     XmlWriteContext writing;
     writing.swf.version = target.movie.version;
     try {
@@ -76,7 +76,7 @@ void lookAtWritten(const ProbeNode& node, const std::string& text, Look look) {
     std::vector<std::string_view> path;
     for (const ProbeNode* at = &node; at->parent != nullptr; at = at->parent)
         path.insert(path.begin(), at->name);
-    XmlDocument document(written);
+    XmlDocument document(written.view());
     XmlReadContext reading;
     reading.document = &document;
     XmlElement movie = *XmlElement::ChildIterator(reading, document.top());
@@ -165,7 +165,7 @@ static void writeNew(XmlNode& node, const XmlElementType& type) {
 }
 
 std::string newElementText(const XmlChildForm& form) {
-    std::string text;
+    XmlText text;
     XmlWriteContext context;
     {
         XmlNode node(text, context, 0, form.name);
@@ -177,7 +177,7 @@ std::string newElementText(const XmlChildForm& form) {
             writeNew(inside, *child.type);
         }
     }
-    return text.substr(text.find('<'));
+    return std::string(text.view().substr(text.view().find('<')));
 }
 
 } // namespace xml2swf

@@ -35,8 +35,8 @@ public:
 private:
     static constexpr std::string_view root = "xs:schema";
 
-    static std::string inside(const std::string& text) {
-        return text.substr(root.size() + std::string_view("\n<>").size());
+    static std::string inside(const XmlText& text) {
+        return std::string(text.view()).substr(root.size() + std::string_view("\n<>").size());
     }
 
     void writeGroup(const XmlChildGroup& group) {
@@ -161,7 +161,7 @@ private:
     const XmlVocabulary& _vocabulary;
     std::set<std::string> _simpleTypes;
     XmlWriteContext _context;
-    std::string _mainText, _simpleText;
+    XmlText _mainText, _simpleText;
     XmlNode _main{_mainText, _context, 0, root};
     XmlNode _simple{_simpleText, _context, 0, root};
 };

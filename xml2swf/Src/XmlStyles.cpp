@@ -1,7 +1,7 @@
 // Fill and line styles of shapes as XML.
 #include "XmlShapes.h"
-#include "XmlWriteParts.h"
 #include "XmlStructs.h"
+#include "XmlWriteParts.h"
 
 namespace xml2swf {
 

@@ -116,7 +116,7 @@ static void writeForm(XmlNode& parent, SwfTag& tag) {
             return;
         writeUnknown(parent, tag.type, {}); // a code without a form and an empty body
     } catch (SwfException& error) {
-        parent.out().resize(start); // the half-written element would compile into a wrong tag
+        parent.out().cut(start); // the half-written element would compile into a wrong tag
         if (!parent.context().keepRaw) {
             error.addPlace("tag " + tagPathText(parent.context().tagPath) + " (" + tagName(tag.type) + ")");
             throw;
@@ -127,18 +127,18 @@ static void writeForm(XmlNode& parent, SwfTag& tag) {
 }
 
 void writeTag(XmlNode& parent, SwfTag& tag) {
-    const std::string& out = parent.out();
+    const XmlText& out = parent.out();
     const size_t before = out.size();
     if (const SwfTagLater* later = tag.later())
         writeForm(parent, *later->read(parent.context().warnings));
     else
         writeForm(parent, tag);
     if (std::vector<TagText>* texts = parent.context().tagTexts)
-        texts->push_back({out.find('<', before), out.size(), &tag});
+        texts->push_back({out.view().find('<', before), out.size(), &tag});
 }
 
 void writeTagList(XmlNode& parent, const SwfTags& tags) {
-    std::string& out = parent.out();
+    XmlText& out = parent.out();
     out.reserve(out.size() + tags.count() * textPerTag);
     std::vector<uint32_t>& path = parent.context().tagPath;
     path.push_back(0);

@@ -12,7 +12,7 @@ void writeInParts(XmlNode& parent, size_t count,
     if (shared.threads == 1 || count < 8 * partSize)
         return write(parent, 0, count);
     struct Part {
-        std::string text;
+        XmlText text;
         size_t start = 0, end = 0; // of the children in it
         libswf::SwfWarnings warnings;
     };
@@ -32,7 +32,7 @@ void writeInParts(XmlNode& parent, size_t count,
     const auto take = [&](size_t i) {
         if (shared.warnings != nullptr)
             shared.warnings->add(std::move(parts[i].warnings));
-        parent.append(std::string_view(parts[i].text).substr(parts[i].start, parts[i].end - parts[i].start));
+        parent.append(parts[i].text.view().substr(parts[i].start, parts[i].end - parts[i].start));
         texts.giveBack(std::move(parts[i].text));
     };
     libswf::workInOrder({parts.size(), work, take}, shared.threads);

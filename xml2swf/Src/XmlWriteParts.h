@@ -3,7 +3,6 @@
 
 #include <functional>
 #include <mutex>
-#include <string>
 #include <vector>
 
 #include "XmlElementWriter.h"
@@ -15,23 +14,23 @@ namespace xml2swf {
 class XmlFreeTexts {
 public:
     /// An empty text.
-    std::string take() {
+    XmlText take() {
         const std::lock_guard lock(_mutex);
         if (_texts.empty())
             return {};
-        std::string text = std::move(_texts.back());
+        XmlText text = std::move(_texts.back());
         _texts.pop_back();
-        text.clear();
+        text.cut(0);
         return text;
     }
-    void giveBack(std::string text) {
+    void giveBack(XmlText text) {
         const std::lock_guard lock(_mutex);
         _texts.push_back(std::move(text));
     }
 
 private:
     std::mutex _mutex;
-    std::vector<std::string> _texts;
+    std::vector<XmlText> _texts;
 };
 
 /// Lets `write` write children `first` to `end` to a node, for all of `count` in order. It writes no tags; many

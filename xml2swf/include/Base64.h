@@ -3,13 +3,14 @@
 
 #include <cstdint>
 #include <span>
-#include <string>
 #include <string_view>
 #include <vector>
 
+#include "XmlText.h"
+
 namespace xml2swf {
 
-void appendBase64(std::string& out, std::span<const uint8_t> bytes);
+void appendBase64(XmlText& out, std::span<const uint8_t> bytes);
 
 /// Skips blanks and line ends. Throws Base64Error (offset within `text`) for a foreign character, missing padding or a
 /// wrong length.

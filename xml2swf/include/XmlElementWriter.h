@@ -10,7 +10,7 @@
 #include "SwfContext.h"
 #include "SwfStructs.h"
 #include "SwfWarnings.h"
-#include "XmlNumbers.h"
+#include "XmlText.h"
 
 namespace xml2swf {
 
@@ -24,7 +24,7 @@ public:
     ~XmlElementWriter() { end(true); }
 
     /// Starts "<name>" on a line of its own, 4 blanks per depth; `inlined` leaves the line feed out.
-    void begin(std::string& out, uint32_t depth, std::string_view name, bool inlined = false);
+    void begin(XmlText& out, uint32_t depth, std::string_view name, bool inlined = false);
 
     void attribute(std::string_view name, std::string_view value);
     void attribute(std::string_view name, const char* value) { attribute(name, std::string_view(value)); }
@@ -48,14 +48,16 @@ public:
     void end(bool hasChildren);
 
     bool isOpen() const { return _open; }
-    std::string& out() const { return *_out; }
+    XmlText& out() const { return *_out; }
     uint32_t depth() const { return _depth; }
 
 private:
     void plainAttribute(std::string_view name, std::string_view value); // needs no escaping
     void startCData();
+    // No child yet: the start tag ends the text.
+    bool isBare() const { return _attributeInsertPos + 1 == _out->size(); }
 
-    std::string* _out = nullptr;
+    XmlText* _out = nullptr;
     std::string_view _name;
     size_t _attributeInsertPos = 0;
     uint32_t _depth = 0;
@@ -78,7 +80,7 @@ struct XmlWriteContext {
 class XmlNode : public XmlElementWriter {
 public:
     /// The root of a fragment.
-    XmlNode(std::string& out, XmlWriteContext& context, uint32_t depth, std::string_view name) : _context(context) {
+    XmlNode(XmlText& out, XmlWriteContext& context, uint32_t depth, std::string_view name) : _context(context) {
         begin(out, depth, name);
     }
     XmlNode(XmlNode& parent, std::string_view name) : _context(parent._context) {
@@ -107,7 +109,7 @@ public:
     /// Children that were written elsewhere, for this depth.
     void append(std::string_view children) {
         _hasContent |= !children.empty();
-        out() += children;
+        out().append(children);
     }
 
     XmlWriteContext& context() const { return _context; }

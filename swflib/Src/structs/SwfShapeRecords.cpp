@@ -89,7 +89,9 @@ private:
         if ((head & edgeBit) == 0)
             return false;
         const uint32_t n = (head & edgeWidthMask) + 2;
-        const auto delta = [&](uint32_t at) { return static_cast<int32_t>(static_cast<int64_t>(bits << at) >> (64 - n)); };
+        const auto delta = [&](uint32_t at) {
+            return static_cast<int32_t>(static_cast<int64_t>(bits << at) >> (64 - n));
+        };
         if ((head & straightBit) == 0) {
             if (6 + 4 * n > SwfBitCursor::wide)
                 return false;

@@ -58,14 +58,15 @@ void SwfTagUnknown::writeBody(SwfOStream& stream) {
     stream.writeBytes(data.span());
 }
 
-SwfTagRecord::SwfTagRecord(SwfBytes bytes) : SwfTag(0), record(std::move(bytes)) {
+SwfTagRecord::SwfTagRecord(SwfBytes record) : SwfTag(0) {
     const uint8_t* header = record.data();
     type = static_cast<uint16_t>((header[0] | header[1] << 8) >> 6);
     longHeader = (header[0] & 63) == 63;
     size = static_cast<uint32_t>(record.size()) - headerSize();
+    source = std::move(record);
 }
 
-void SwfTagRecord::writeBody(SwfOStream& stream) { stream.writeBytes(record.span().subspan(longHeader ? 6 : 2)); }
+void SwfTagRecord::writeBody(SwfOStream& stream) { stream.writeBytes(source.span().subspan(longHeader ? 6 : 2)); }
 
 // clang-format off
 const char* knownTagName(uint16_t code) {

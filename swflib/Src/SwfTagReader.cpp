@@ -184,12 +184,18 @@ void readTagList(SwfIStream& stream, uint64_t end, const std::function<void(std:
     end = std::min<uint64_t>(end, stream.size());
     SwfDepthScope depth(stream.context.spriteDepth);
     SwfTagHeader header;
+    std::shared_ptr<const SwfTagListReading> later;
     stream.tagPath.push_back(0);
     for (bool more = true; more && readTagHeader(stream, end, header); ++stream.tagPath.back()) {
         std::unique_ptr<SwfTag> tag;
         if (mayBeReadLater(stream, header.code)) {
-            tag = std::make_unique<SwfTagLater>(stream, header, end);
-            stream.seek(header.body + header.length);
+            if (later == nullptr)
+                later = std::make_shared<SwfTagListReading>(
+                    SwfTagListReading{stream.buffer(), stream.size(), end, stream.context, stream.tagPath});
+            const uint64_t next = header.body + header.length;
+            SwfBytes record = recordOf(stream, header, std::min(next, end));
+            tag = std::make_unique<SwfTagLater>(later, std::move(record), stream.tagPath.back());
+            stream.seek(next);
         } else {
             tag = BodyReader(stream, header, end).read();
         }
@@ -200,27 +206,25 @@ void readTagList(SwfIStream& stream, uint64_t end, const std::function<void(std:
     stream.tagPath.pop_back();
 }
 
-SwfTagLater::SwfTagLater(const SwfIStream& stream, const SwfTagHeader& header, uint64_t listEnd)
-    : SwfTagRecord(recordOf(stream, header, std::min({header.body + header.length, listEnd, uint64_t(stream.size())}))),
-      _buffer(stream.buffer()), _bufferSize(stream.size()), _start(header.start), _listEnd(listEnd),
-      _context(stream.context), _path(stream.tagPath) {
-    source = record;
+SwfTagLater::SwfTagLater(std::shared_ptr<const SwfTagListReading> list, SwfBytes record, uint32_t index)
+    : SwfTagRecord(std::move(record)), _list(std::move(list)), _index(index) {
     constexpr uint32_t idSize = 2;
-    if (isShape(header.code) && size >= idSize) {
-        const uint8_t* id = record.data() + record.size() - size;
+    if (isShape(type) && size >= idSize) {
+        const uint8_t* id = source.data() + source.size() - size;
         _characterId = static_cast<uint16_t>(id[0] | id[1] << 8);
     }
 }
 
 std::unique_ptr<SwfTag> SwfTagLater::read(SwfWarnings* warnings) const {
-    SwfIStream stream(_buffer, _bufferSize);
-    stream.context = _context;
+    SwfIStream stream(_list->buffer, _list->bufferSize);
+    stream.context = _list->context;
     stream.context.warnings = warnings;
-    stream.tagPath = _path;
-    stream.seek(_start);
+    stream.tagPath = _list->path;
+    stream.tagPath.back() = _index;
+    stream.seek(static_cast<uint64_t>(source.data() - _list->buffer.get()));
     SwfTagHeader header;
-    readTagHeader(stream, _listEnd, header);
-    return BodyReader(stream, header, _listEnd).read();
+    readTagHeader(stream, _list->end, header);
+    return BodyReader(stream, header, _list->end).read();
 }
 
 std::string tagPathText(const std::vector<uint32_t>& path) {

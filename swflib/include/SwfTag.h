@@ -102,11 +102,9 @@ private:
 /// A record that is given back as it stood in its file, header included.
 class SwfTagRecord : public SwfTag {
 public:
-    SwfBytes record;
-
-    /// The record's header decides code and length. A record cut short by the end of its file gets a header of its true
-    /// length.
-    explicit SwfTagRecord(SwfBytes bytes);
+    /// The record is kept in `source`. Its header decides code and length; one cut short by the end of its file gets a
+    /// header of its true length.
+    explicit SwfTagRecord(SwfBytes record);
 
 protected:
     void writeBody(SwfOStream& stream) override;

@@ -88,11 +88,19 @@ struct SwfTagHeader {
     uint64_t body = 0;  ///< position of the body
 };
 
+/// A tag list being read, as its tags need it later. Kept by these.
+struct SwfTagListReading {
+    std::shared_ptr<const uint8_t> buffer;
+    size_t bufferSize;
+    uint64_t end; ///< of the list
+    SwfContext context;
+    std::vector<uint32_t> path; ///< of the list; the last index is a tag's
+};
+
 /// A tag of a movie that was not read yet. Written, it is the record of its file.
 class SwfTagLater : public SwfTagRecord {
 public:
-    /// The record that `header` begins, in a list that ends at `listEnd`. The stream shares its buffer.
-    SwfTagLater(const SwfIStream& stream, const SwfTagHeader& header, uint64_t listEnd);
+    SwfTagLater(std::shared_ptr<const SwfTagListReading> list, SwfBytes record, uint32_t index);
 
     bool isDefinition() const override { return _characterId.has_value(); }
     uint16_t definitionId() const override { return _characterId.value_or(0); }
@@ -101,11 +109,8 @@ public:
     std::unique_ptr<SwfTag> read(SwfWarnings* warnings) const;
 
 private:
-    std::shared_ptr<const uint8_t> _buffer;
-    const size_t _bufferSize;
-    const uint64_t _start, _listEnd;
-    const SwfContext _context;
-    const std::vector<uint32_t> _path;
+    const std::shared_ptr<const SwfTagListReading> _list;
+    const uint32_t _index;
     std::optional<uint16_t> _characterId;
 };
 

@@ -27,13 +27,13 @@ public:
     size_t size() const { return _size; }
     std::string_view view() const { return {_chars.data(), _size}; }
 
-    /// A place for so many more characters at most, up to whose `finish` the text is as it was.
+    /// A place behind the text for so many characters, which belong to it once `finish` says where they end.
     char* room(size_t most) {
         if (_chars.size() - _size < most) [[unlikely]]
             makeRoom(most);
         return _chars.data() + _size;
     }
-    /// The text ends here, at a place in the room asked for.
+    /// The text ends here, in the room asked for last.
     void finish(const char* end) { _size = static_cast<size_t>(end - _chars.data()); }
 
     XmlText& append(std::string_view text);

@@ -45,7 +45,7 @@ Signature parse(std::vector<uint8_t> bytes, SwfMovieSafe& movie, const MovieOpti
 SwfVector<uint8_t> compileFile(const File& file, const MovieOptions& options) {
     SwfMovie movie;
     compile(readText(file), movie, options);
-    return movie.serialise(options.level, options.warnings);
+    return movie.serialise(options.level, options.warnings, options.threads);
 }
 
 std::unique_ptr<xml2swf::OriginalMovie> loadOriginal(const std::string& fileName) {
@@ -105,7 +105,7 @@ void convert(const File& input, const File& output, const MovieOptions& options)
     SwfMovieSafe movie;
     load(input, movie, options, output.kind != FileKind::swf);
     if (output.kind == FileKind::swf) {
-        const SwfVector<uint8_t> bytes = movie.serialise(options.level, options.warnings);
+        const SwfVector<uint8_t> bytes = movie.serialise(options.level, options.warnings, options.threads);
         writeBytes(output, {bytes.data(), bytes.size()});
     } else {
         writeText(output, xml2swf::swfToXmlDocument(movie, options.conversion()));

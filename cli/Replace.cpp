@@ -69,7 +69,7 @@ int replace(const File& input, const File& output, const Arguments& arguments) {
         } else {
             SwfMovie movie;
             compile(text, movie, options);
-            const SwfVector<uint8_t> bytes = movie.serialise(options.level, options.warnings);
+            const SwfVector<uint8_t> bytes = movie.serialise(options.level, options.warnings, options.threads);
             writeBytes(output, {bytes.data(), bytes.size()});
         }
         console.warnings(name, warnings);

@@ -102,7 +102,7 @@ uint32_t headerFor(int level) {
 
 } // namespace
 
-void appendDeflated(SwfVector<uint8_t>& target, std::span<const uint8_t> body, int level) {
+void appendDeflated(SwfVector<uint8_t>& target, std::span<const uint8_t> body, int level, uint32_t threads) {
     std::vector<Part> parts = partsOf(body);
     uint64_t most = target.size() + 2 + sizeof(uint32_t);
     for (const Part& part : parts)
@@ -119,7 +119,8 @@ void appendDeflated(SwfVector<uint8_t>& target, std::span<const uint8_t> body, i
         sum = adler32_combine(sum, part.sum, static_cast<z_off_t>(part.body.size()));
         part.own.reset();
     };
-    workInOrder({parts.size(), [&](size_t i) { deflatePart(parts[i], level); }, take}, threadsFor(parts.size() > 1, 0));
+    workInOrder({parts.size(), [&](size_t i) { deflatePart(parts[i], level); }, take},
+                threadsFor(parts.size() > 1, threads));
     appendBigEndian(target, static_cast<uint32_t>(sum), 4);
 }
 

@@ -12,9 +12,9 @@ namespace {
 constexpr uint32_t fixedHeaderSize = 12; // signature, version, length, frame rate, frame count
 constexpr uint32_t endSize = 2;
 
-SwfVector<uint8_t> fileOf(SwfOStream& stream, bool isCompressed, int level) {
+SwfVector<uint8_t> fileOf(SwfOStream& stream, bool isCompressed, int level, uint32_t threads) {
     if (isCompressed)
-        stream.compress(level);
+        stream.compress(level, threads);
     SwfVector<uint8_t> file;
     const uint32_t size = stream.size();
     file.attach(stream.detach(), size, SwfAttach::adopt);
@@ -22,11 +22,11 @@ SwfVector<uint8_t> fileOf(SwfOStream& stream, bool isCompressed, int level) {
 }
 
 // An inflated file given back as it is; only the signature follows the compression that is asked for.
-SwfVector<uint8_t> serialiseWhole(const SwfBytes& whole, bool isCompressed, int level) {
+SwfVector<uint8_t> serialiseWhole(const SwfBytes& whole, bool isCompressed, int level, uint32_t threads) {
     SwfOStream stream(whole.size());
     stream.writeUI8(isCompressed ? 'C' : 'F');
     stream.writeBytes(whole.span().subspan(1));
-    return fileOf(stream, isCompressed, level);
+    return fileOf(stream, isCompressed, level, threads);
 }
 
 bool sameRect(const SwfRect& a, const SwfRect& b) {
@@ -34,12 +34,12 @@ bool sameRect(const SwfRect& a, const SwfRect& b) {
 }
 
 SwfVector<uint8_t> serialiseMovie(SwfMovieHeader& header, SwfTags& tags, const SwfMovieSource& source, int level,
-                                  SwfWarnings* warnings) {
+                                  SwfWarnings* warnings, uint32_t threads) {
     SwfContext context;
     context.version = header.version;
     context.tags = &tags;
     const bool keepRect = !source.frameSizeBytes.empty() && sameRect(source.frameSize, header.frameSize);
-    uint64_t fileLength = uint64_t(fixedHeaderSize) + tags.getSizeInParts(context);
+    uint64_t fileLength = uint64_t(fixedHeaderSize) + tags.getSizeInParts(context, threads);
     fileLength += keepRect ? source.frameSizeBytes.size() : header.frameSize.getSize(context);
     if (source.tail)
         fileLength += source.tail->size() - uint64_t(endSize);
@@ -62,12 +62,12 @@ SwfVector<uint8_t> serialiseMovie(SwfMovieHeader& header, SwfTags& tags, const S
         header.frameSize.write(stream);
     stream.writeUI16(floatToFixed8(header.frameRate));
     stream.writeUI16(header.frameCount);
-    tags.writeRecordsInParts(stream);
+    tags.writeRecordsInParts(stream, threads);
     if (source.tail)
         stream.writeBytes(source.tail->span());
     else
         stream.writeUI16(0);
-    return fileOf(stream, header.isCompressed, level);
+    return fileOf(stream, header.isCompressed, level, threads);
 }
 
 bool isLzma(const SwfIStream& stream) {
@@ -114,10 +114,10 @@ SwfMovie::SwfMovie(uint8_t version_, int32_t width, int32_t height, float frameR
     isCompressed = isCompressed_;
 }
 
-SwfVector<uint8_t> SwfMovie::serialise(int level, SwfWarnings* warnings) {
+SwfVector<uint8_t> SwfMovie::serialise(int level, SwfWarnings* warnings, uint32_t threads) {
     if (source && !source->wholeFile.empty())
-        return serialiseWhole(source->wholeFile, isCompressed, level);
-    return serialiseMovie(*this, tags, source.value_or(SwfMovieSource()), level, warnings);
+        return serialiseWhole(source->wholeFile, isCompressed, level, threads);
+    return serialiseMovie(*this, tags, source.value_or(SwfMovieSource()), level, warnings, threads);
 }
 
 void SwfMovie::save(const std::string& fileName, int level) { saveMovie(fileName, serialise(level)); }
@@ -162,8 +162,8 @@ void SwfMovieSafe::parse(std::vector<uint8_t> file, const SwfLoadOptions& option
     stream.context.warnings = nullptr;
 }
 
-SwfVector<uint8_t> SwfMovieSafe::serialise(int level, SwfWarnings* warnings) {
-    return serialiseMovie(*this, tags.tags(), SwfMovieSource(), level, warnings);
+SwfVector<uint8_t> SwfMovieSafe::serialise(int level, SwfWarnings* warnings, uint32_t threads) {
+    return serialiseMovie(*this, tags.tags(), SwfMovieSource(), level, warnings, threads);
 }
 
 void SwfMovieSafe::save(const std::string& fileName, int level) { saveMovie(fileName, serialise(level)); }

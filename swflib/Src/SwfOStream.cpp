@@ -71,11 +71,11 @@ void SwfOStream::writeString(const SwfString& text) {
     writeBytes(uint64_t(text.length()) + 1, reinterpret_cast<const uint8_t*>(text.c_str()));
 }
 
-void SwfOStream::compress(int level) {
+void SwfOStream::compress(int level, uint32_t threads) {
     constexpr uint32_t start = 8;
     SwfVector<uint8_t> compressed;
     compressed.attach(data(), start, SwfAttach::copy);
-    appendDeflated(compressed, {data() + start, size() - start}, level);
+    appendDeflated(compressed, {data() + start, size() - start}, level, threads);
     const uint32_t total = compressed.size();
     attach(compressed.detach(), total, SwfAttach::adopt);
 }

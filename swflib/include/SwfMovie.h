@@ -36,8 +36,9 @@ public:
     SwfMovie(uint8_t version, int32_t width, int32_t height, float frameRate, bool isCompressed);
 
     /// The file's bytes. Level is zlib's, used when the movie is compressed. Throws code 2 for more than 4 GB. Warnings
-    /// tell of values that were cut.
-    SwfVector<uint8_t> serialise(int level, SwfWarnings* warnings = nullptr);
+    /// tell of values that were cut. A big movie is written on so many threads, 0 for as many as the machine has cores:
+    /// the bytes are the same.
+    SwfVector<uint8_t> serialise(int level, SwfWarnings* warnings = nullptr, uint32_t threads = 0);
     /// Throws SwfFileException 4098 or 4100; the old file stays as it was then.
     void save(const std::string& fileName, int level);
 
@@ -71,7 +72,7 @@ public:
     void load(const std::string& fileName, const SwfLoadOptions& options);
     /// Reads a movie from memory; takes the buffer over.
     void parse(std::vector<uint8_t> file, const SwfLoadOptions& options);
-    SwfVector<uint8_t> serialise(int level, SwfWarnings* warnings = nullptr);
+    SwfVector<uint8_t> serialise(int level, SwfWarnings* warnings = nullptr, uint32_t threads = 0);
     void save(const std::string& fileName, int level);
 
     /// The inflated file, header included; empty for a movie that was not read.

@@ -187,8 +187,9 @@ public:
     void writeUI16Array(uint32_t count, const uint16_t* source);
     void writeString(const SwfString& text);
 
-    /// Deflates everything after the first 8 bytes (zlib format). Throws code 1 when the library fails.
-    void compress(int level);
+    /// Deflates everything after the first 8 bytes (zlib format), a big movie on so many threads; 0 for as many as the
+    /// machine has cores. Throws code 1 when the library fails.
+    void compress(int level, uint32_t threads = 0);
 
 private:
     SwfOStream() = default;

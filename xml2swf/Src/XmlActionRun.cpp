@@ -21,6 +21,7 @@ void ActionRun::add(std::unique_ptr<SwfAction> action) {
 
 bool ActionRun::write(SwfAction& action) {
     SwfOStream& stream = _bytes->_stream;
+    uint64_t before = stream.written();
     try {
         action.measure(_bytes->_counter);
         if (action.size > UINT16_MAX)
@@ -30,10 +31,12 @@ bool ActionRun::write(SwfAction& action) {
             finish();
         if (size > stream.capacity() - stream.size())
             return false;
+        before = stream.written();
         action.write(stream);
         return true;
     } catch (const SwfException&) {
-        return false; // nothing was written; it is told when the movie is written, with the tag's place
+        stream.rewind(before); // the reason is told when the movie is written, with the tag's place
+        return false;
     }
 }
 

@@ -56,6 +56,13 @@ std::string script(const std::string& actions) {
            "</Actions></DoAction></Movie>";
 }
 
+// A script that is read with others, and with what stands around it.
+std::string smallScript(const std::string& actions, const std::string& before = {}, const std::string& after = {}) {
+    return "<Movie SwfVersion=\"8\">\n<DoInitAction SpriteId=\"1\">\n<Actions>\n<Pop />\n</Actions>\n</DoInitAction>\n"
+           "<DoAction>" +
+           before + "\n<Actions>\n" + actions + "\n</Actions>\n" + after + "</DoAction>\n<ShowFrame />\n</Movie>";
+}
+
 std::string inFunction(const std::string& actions) {
     return "<With>\n<Actions>\n<DefineFunction Name=\"f\">\n<Params>\n<Param Value=\"p\" />\n</Params>\n<Actions>\n" +
            actions + "\n</Actions>\n</DefineFunction>\n</Actions>\n</With>\n";
@@ -119,7 +126,10 @@ TEST(XmlQuickActions, GiveWhatNodesGive) {
     };
     Listener listener;
     for (const char* row : rows) {
-        for (const std::string& text : {script(row), script(inFunction(row)), script(inFunction(inFunction(row)))}) {
+        for (const std::string& text : {script(row), script(inFunction(row)), script(inFunction(inFunction(row))),
+                                        smallScript(row), smallScript(inFunction(row)), smallScript("", "", row),
+                                        smallScript(row, "<Other><Pop /></Other>", "<Actions><Pop /></Actions>"),
+                                        smallScript("<Pop />", row, "<Actions Odd=\"1\"><Pop /></Actions>")}) {
             const std::string expected = outcome(text, &listener);
             EXPECT_EQ(outcome(text, nullptr), expected) << row;
             EXPECT_EQ(outcome(text, nullptr, true), expected) << row;
@@ -136,7 +146,8 @@ TEST(XmlQuickActions, OfAnySizeAreWrittenAlike) {
               "<DefineFunction Name=\"f\"><Actions><GoToLabel Label=\"" + text + "\" /></Actions></DefineFunction>",
               "<Try VarName=\"e\"><TryActions><SetTarget Name=\"" + text + "\" /><Pop /></TryActions></Try>",
               "<With><Actions><Pop />" + inFunction("<SetTarget Name=\"" + text + "\" />") + "</Actions></With>"})
-            EXPECT_EQ(outcome(script(row), nullptr, true), outcome(script(row), nullptr)) << length << row.substr(0, 9);
+            for (const std::string& movie : {script(row), smallScript(row)})
+                EXPECT_EQ(outcome(movie, nullptr, true), outcome(movie, nullptr)) << length << row.substr(0, 9);
     }
 }
 
@@ -146,9 +157,10 @@ TEST(XmlQuickActions, NestAsDeepAsNodesDo) {
         std::string actions = "<Pop />";
         for (int i = 0; i < depth; ++i)
             actions = inFunction(actions);
-        const std::string text = script(actions);
-        const std::string expected = outcome(text, &listener);
-        EXPECT_EQ(outcome(text, nullptr), expected) << depth;
-        EXPECT_EQ(outcome(text, nullptr, true), expected) << depth;
+        for (const std::string& text : {script(actions), smallScript(actions)}) {
+            const std::string expected = outcome(text, &listener);
+            EXPECT_EQ(outcome(text, nullptr), expected) << depth;
+            EXPECT_EQ(outcome(text, nullptr, true), expected) << depth;
+        }
     }
 }

@@ -4,6 +4,7 @@
 #include "SwfInOrder.h"
 #include "TagKeeper.h"
 #include "XmlActionRun.h"
+#include "XmlActions.h"
 #include "XmlBytes.h"
 #include "XmlDocument.h"
 #include "XmlNumbers.h"
@@ -47,6 +48,21 @@ void readRoot(XmlElement& root, IXml2SwfConversionTarget& target) {
         target.frameSize(stage);
     }
 }
+
+// While it lives, the scripts of a document become bytes where the context wants that.
+class ScriptsAsBytes {
+public:
+    explicit ScriptsAsBytes(XmlReadContext& context) : _document(*context.document) {
+        if (context.isToWrite() && context.observer == nullptr)
+            _document.readScripts([&context](std::string_view& text) { return compileActions(context, text); });
+    }
+    ~ScriptsAsBytes() { _document.readScripts({}); }
+    ScriptsAsBytes(const ScriptsAsBytes&) = delete;
+    ScriptsAsBytes& operator=(const ScriptsAsBytes&) = delete;
+
+private:
+    XmlDocument& _document;
+};
 
 // Builds the tag of one of the root's children.
 std::shared_ptr<SwfTag> readRootTag(XmlElement& child, uint32_t index) {
@@ -125,6 +141,7 @@ private:
         context.actionBytes = _context.actionBytes == nullptr ? nullptr : &bytes;
         context.warnings = _context.warnings == nullptr ? nullptr : &part.warnings;
         context.threads = isMost(part) ? _context.threads : 1;
+        const ScriptsAsBytes scripts(context);
         uint32_t index = _root.pieces[part.firstPiece].firstChild;
         XmlElement::ChildIterator child(context, _root, part.firstPiece, part.piecesEnd);
         for (; !child.atEnd(); ++child) {
@@ -218,6 +235,7 @@ static bool compile(XmlDocument& document, std::vector<ElementSpan> spans, IXml2
     context.places = XmlPlaces(document.text());
     context.warnings = options.warnings;
     context.observer = options.observer;
+    const ScriptsAsBytes scripts(context);
     std::optional<XmlElement> root = findRoot(context, "Movie");
     if (!root)
         return false;

@@ -166,7 +166,31 @@ void writeActions(XmlNode& parent, const SwfActions& actions) {
         writeAction(parent, *action);
 }
 
+std::optional<SwfBytes> compileActions(XmlReadContext& context, std::string_view& text) {
+    SwfActions actions;
+    size_t end = 0;
+    try {
+        ActionRun run(context, actions);
+        end = QuickActions(context, run).read(text, 0, text.size());
+        run.finish();
+    } catch (const SwfException&) {
+        return {}; // as the nodes will tell
+    }
+    const std::string_view rest = text.substr(end);
+    const bool isAll = rest.substr(std::min(rest.find_first_not_of(" \t\r\n"), rest.size())).starts_with("</");
+    if (!isAll || actions.size() > 1 || (actions.size() == 1 && actions[0]->type != SwfActionCode::compiled))
+        return {};
+    text = rest;
+    return actions.empty() ? SwfBytes() : static_cast<const SwfActionCompiled&>(*actions[0]).records;
+}
+
 void readActions(XmlElement& parent, SwfActions& actions) {
+    if (const SwfBytes* records = parent.script()) {
+        parent.children();
+        if (!records->empty())
+            actions.add(std::make_unique<SwfActionCompiled>(*records));
+        return;
+    }
     ActionRun run(parent.context(), actions);
     QuickActions quick(parent.context(), run);
     readEach<XmlElement>(parent.children(actionElements, quick), run);

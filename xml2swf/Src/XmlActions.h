@@ -16,6 +16,10 @@ void writeActions(XmlNode& parent, const libswf::SwfActions& actions);
 void readActions(XmlElement& parent, libswf::SwfActions& actions);
 void readActions(XmlQuickElement& parent, libswf::SwfActions& actions);
 
+/// Bytes of the actions that the text begins with, in the form in which they are mostly written; moves the text on to
+/// the end tag of Actions. Nothing for other forms, and what ActionRun would keep as objects.
+std::optional<libswf::SwfBytes> compileActions(XmlReadContext& context, std::string_view& text);
+
 /// One ClipAction child per record, its actions directly inside.
 void writeXml(XmlNode& node, const libswf::SwfClipActions& actions);
 void readXml(XmlElement& element, libswf::SwfClipActions& actions);

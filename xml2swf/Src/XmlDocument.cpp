@@ -42,7 +42,7 @@ XmlWindowPtr XmlDocument::parseElement(const XmlBlock& block) {
 
 XmlWindowPtr XmlDocument::parse(size_t start, size_t end, XmlWindow::Form form) {
     XmlWindowPtr window(takeWindow().release());
-    if (!window->readPlain(_text, start, end, form))
+    if (!window->readPlain(_text, start, end, form, _readScript))
         window->parse(_text, start, end, form);
     return window;
 }

@@ -26,6 +26,9 @@ public:
     XmlDocument(const XmlDocument&) = delete;
     XmlDocument& operator=(const XmlDocument&) = delete;
 
+    /// Has scripts read in another way than as nodes from here on, as far as `reader` wants it; none: no longer.
+    void readScripts(XmlScriptReader reader) { _readScript = std::move(reader); }
+
     std::string_view text() const { return _text; }
     XmlBlock& top() { return _structure->document; }
     const MovieSpan& movie() const { return _structure->movie; }
@@ -54,6 +57,7 @@ private:
 
     std::string_view _text;
     std::shared_ptr<XmlStructure> _structure;
+    XmlScriptReader _readScript;
     std::vector<std::unique_ptr<XmlWindow>> _free;
 };
 

@@ -106,13 +106,27 @@ bool XmlPlainReader::open() {
     item.attributeCount = static_cast<uint32_t>(_attributes.size()) - item.firstAttribute;
     item.end = index + 1;
     if (at != end && *at == '>') {
-        _open.push_back(index);
         _at = at + 1;
+        if (_readScript != nullptr && item.text == "Actions")
+            readScript();
+        _open.push_back(index);
         return true;
     }
     at += at != end && *at == ' ';
     _at = at + 2;
     return between(at, end).starts_with("/>");
+}
+
+// Only of tags, which stand in no other actions: how deep they nest is known.
+void XmlPlainReader::readScript() {
+    const std::string_view parent = _open.empty() ? std::string_view() : _items[_open.back()].text;
+    if (parent != "DoAction" && parent != "DoInitAction")
+        return;
+    std::string_view rest = between(_at, _end);
+    if (std::optional<libswf::SwfBytes> records = (*_readScript)(rest)) {
+        _scripts->push_back({static_cast<uint32_t>(_items.size() - 1), std::move(*records)});
+        _at = rest.data();
+    }
 }
 
 bool XmlPlainReader::close() {

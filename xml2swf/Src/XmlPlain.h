@@ -22,6 +22,12 @@ public:
     XmlPlainReader(std::vector<XmlItem>& items, std::vector<XmlAttribute>& attributes, std::string& resolved)
         : _items(items), _attributes(attributes), _resolved(resolved) {}
 
+    /// Actions that `reader` makes bytes of go there instead of to the nodes.
+    void readScripts(const XmlScriptReader& reader, std::vector<XmlScript>& scripts) {
+        _readScript = reader ? &reader : nullptr;
+        _scripts = &scripts;
+    }
+
     /// Reads a whole text. False, with the vectors in any state, when it is not of the plain form.
     bool readContent(std::string_view text);
     /// Reads one start tag, as an element without content. False as above.
@@ -31,11 +37,14 @@ private:
     bool open();
     bool close();
     bool section();
+    void readScript();
 
     std::vector<XmlItem>& _items;
     std::vector<XmlAttribute>& _attributes;
     std::string& _resolved;
     std::vector<uint32_t> _open; // items whose end tag has not come yet
+    const XmlScriptReader* _readScript = nullptr;
+    std::vector<XmlScript>* _scripts = nullptr;
     const char* _at = nullptr;
     const char* _end = nullptr;
 };

@@ -72,17 +72,19 @@ private:
 XmlWindow::XmlWindow() = default;
 XmlWindow::~XmlWindow() = default;
 
-bool XmlWindow::readPlain(std::string_view text, size_t start, size_t end, Form form) {
+bool XmlWindow::readPlain(std::string_view text, size_t start, size_t end, Form form, const XmlScriptReader& scripts) {
     _base = text.data();
     _origin = 0;
     if (form == Form::document && text.substr(start, end - start).starts_with(xmlDeclaration))
         start += xmlDeclaration.size();
     const std::string_view piece = text.substr(start, end - start);
     XmlPlainReader reader(_items, _attributes, _resolved);
+    reader.readScripts(scripts, _scripts);
     if (form == Form::startTag ? reader.readStartTag(piece) : reader.readContent(piece))
         return true;
     _items.clear();
     _attributes.clear();
+    _scripts.clear();
     _resolved.clear();
     return false;
 }
@@ -123,10 +125,18 @@ void XmlWindow::take(const Node& node) {
     _items[index].end = static_cast<uint32_t>(_items.size());
 }
 
+const libswf::SwfBytes* XmlWindow::script(const XmlItem* element) const {
+    const auto index = static_cast<uint32_t>(element - items());
+    const auto found = std::lower_bound(_scripts.begin(), _scripts.end(), index,
+                                        [](const XmlScript& script, uint32_t item) { return script.item < item; });
+    return found != _scripts.end() && found->item == index ? &found->records : nullptr;
+}
+
 bool XmlWindow::reuse() {
     constexpr size_t most = windowSize; // a window of the usual size holds far fewer nodes
     _items.clear();
     _attributes.clear();
+    _scripts.clear();
     _resolved.clear();
     if (_parser != nullptr)
         _parser->clear();

@@ -201,6 +201,9 @@ public:
         return _block;
     }
 
+    /// The element's actions, if they were made bytes of; null when they are children.
+    const libswf::SwfBytes* script() const { return _window->script(_node); }
+
     /// The text: all CDATA sections joined, or the plain text when there are none.
     std::string content();
     /// The bytes of a child that holds base64; none when the child is missing.

@@ -3,11 +3,15 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include "SwfBytes.h"
 
 namespace xml2swf {
 
@@ -29,6 +33,16 @@ struct XmlItem {
     Kind kind = Kind::element;
 };
 
+/// Makes bytes of the actions that a text begins with, and moves the text on behind them, to an end tag. Nothing when
+/// it would rather have them as nodes.
+using XmlScriptReader = std::function<std::optional<libswf::SwfBytes>(std::string_view& text)>;
+
+/// The content of an element whose actions became bytes; it has no nodes.
+struct XmlScript {
+    uint32_t item; ///< index of the element
+    libswf::SwfBytes records;
+};
+
 /// A piece of the text in parsed form. Lives as long as an element refers to it; used by one thread.
 class XmlWindow {
 public:
@@ -42,8 +56,8 @@ public:
         startTag  ///< one start tag, taken as an element without content
     };
     /// Reads a piece of the text where it stands. False, with no nodes, when it is not of the plain form in which XML
-    /// is mostly written (XmlPlain.h).
-    bool readPlain(std::string_view text, size_t start, size_t end, Form form);
+    /// is mostly written (XmlPlain.h). With `scripts` it reads the Actions of DoAction and DoInitAction.
+    bool readPlain(std::string_view text, size_t start, size_t end, Form form, const XmlScriptReader& scripts = {});
     /// Parses a copy of the piece: any text. Throws XmlSyntaxError. Gives the same nodes for a plain one.
     void parse(std::string_view text, size_t start, size_t end, Form form);
     /// Lets go of the nodes. Their memory is kept for the next piece, unless there is much of it (false).
@@ -52,6 +66,8 @@ public:
     const XmlItem* items() const { return _items.data(); }
     const XmlItem* end() const { return _items.data() + _items.size(); }
     const XmlAttribute* attributes(const XmlItem& item) const { return _attributes.data() + item.firstAttribute; }
+    /// What became of an element's actions; null when they have nodes.
+    const libswf::SwfBytes* script(const XmlItem* element) const;
     /// The node behind this one and all that it holds.
     const XmlItem* after(const XmlItem* item) const { return _items.data() + item->end; }
     /// Byte of the text that a name or CDATA section refers to.
@@ -66,9 +82,10 @@ private:
 
     std::vector<XmlItem> _items;
     std::vector<XmlAttribute> _attributes;
-    std::string _resolved;       // values of a plain piece that hold references; does not grow while there are any
-    const char* _base = nullptr; // what names and other values refer to: the text, or the parser's copy
-    size_t _origin = 0;          // of the base in the text
+    std::vector<XmlScript> _scripts; // in the order of their elements
+    std::string _resolved;           // values of a plain piece that hold references; does not grow while there are any
+    const char* _base = nullptr;     // what names and other values refer to: the text, or the parser's copy
+    size_t _origin = 0;              // of the base in the text
     std::unique_ptr<Parser> _parser;
     uint32_t _references = 0;
     XmlDocument* _owner = nullptr;

@@ -92,8 +92,8 @@ private:
     class Bits {
     public:
         void put(uint32_t n, uint64_t v) {
-            if (_used + room > _bytes.size()) [[unlikely]]
-                _bytes.resize(2 * (_used + room));
+            if (uint64_t(_used) + room > _bytes.size()) [[unlikely]]
+                _bytes.resize(2 * (uint64_t(_used) + room));
             _used = static_cast<uint32_t>(_fields.put(_bytes.data() + _used, n, v) - _bytes.data());
         }
         void putLong(uint32_t n, uint64_t v) { putBits(*this, n, v); }

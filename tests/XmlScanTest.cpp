@@ -7,8 +7,8 @@
 #include <tuple>
 
 #include "XmlErrors.h"
-#include "xml2swf/Src/XmlMarks.h"
-#include "xml2swf/Src/XmlScan.h"
+#include "xml2swf/Src/quick/XmlMarks.h"
+#include "xml2swf/Src/text/XmlScan.h"
 
 using namespace xml2swf;
 

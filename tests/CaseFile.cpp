@@ -45,6 +45,8 @@ bool readValue(CaseFile& file, std::string_view keyword, std::string_view value)
         file.version = static_cast<uint8_t>(number(value, 255));
     else if (keyword == "gives")
         file.gives = static_cast<uint16_t>(number(value, 1023));
+    else if (keyword == "form" && value == "full")
+        file.fullForm = true;
     else if (keyword == "keepraw")
         file.keepRaw = true;
     else if (keyword == "padded")

@@ -16,6 +16,7 @@ struct CaseFile {
     std::filesystem::path path;
     uint16_t tag = 0;
     uint8_t version = 8;
+    bool fullForm = false;
     bool keepRaw = false;
     bool padded = false;
     Bytes before;

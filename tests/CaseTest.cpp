@@ -7,6 +7,7 @@
 
 #include "CaseFile.h"
 #include "Conversion.h"
+#include "Paths.h"
 #include "SwfAllTags.h"
 #include "SwfTagCodes.h"
 #include "SwfWarnings.h"
@@ -52,6 +53,7 @@ Bytes fileOf(uint8_t version, const Bytes& records) {
 Record writeLast(SwfTags& tags, const CaseFile& file, uint32_t tagsBefore) {
     SwfContext context;
     context.version = file.version;
+    context.fullForm = file.fullForm;
     context.tags = &tags;
     context.keepRaw = file.keepRaw;
     const uint32_t total = tags.getSize(context);
@@ -98,7 +100,8 @@ public:
 
     void load(SwfMovieSafe& movie, const Bytes& records, bool keepRaw, SwfWarnings* warnings,
               bool readLater = false) const {
-        movie.parse(fileOf(_file.version, records), {.keepRaw = keepRaw, .warnings = warnings, .readLater = readLater});
+        movie.parse(fileOf(_file.version, records),
+                    {.fullForm = _file.fullForm, .keepRaw = keepRaw, .warnings = warnings, .readLater = readLater});
     }
     // The movie of the case with a body of its own.
     void loadBody(SwfMovieSafe& movie, std::span<const uint8_t> body, bool keepRaw, SwfWarnings* warnings,
@@ -111,6 +114,7 @@ public:
         const Bytes data = joined(joined(_file.before, recordOf(_file.tag, body)), Bytes{0, 0});
         SwfIStream stream(data.data(), data.size());
         stream.context.version = _file.version;
+        stream.context.fullForm = _file.fullForm;
         stream.context.keepRaw = keepRaw;
         stream.tagOptions(SwfTagCode::ImportAssets) = keepRaw ? 1 : 0;
         SwfTags tags;
@@ -356,17 +360,17 @@ TEST_P(CaseTest, Holds) {
 }
 
 std::string caseName(const testing::TestParamInfo<std::filesystem::path>& info) {
-    std::string name = std::filesystem::relative(info.param, CASES_DIR).replace_extension().string();
+    std::string name = std::filesystem::relative(info.param, casesDir).replace_extension().string();
     std::replace_if(
         name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
     return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, CaseTest, testing::ValuesIn(findCases(CASES_DIR)), caseName);
+INSTANTIATE_TEST_SUITE_P(Cases, CaseTest, testing::ValuesIn(findCases(casesDir)), caseName);
 
 TEST(TagTable, EveryTagHasACase) {
     std::set<std::string> shown;
-    for (const auto& path : findCases(CASES_DIR)) {
+    for (const auto& path : findCases(casesDir)) {
         const CaseFile file = parseCase(path);
         if (file.fails == CaseFile::Fails::never && file.xml)
             shown.insert(file.xml->substr(1, file.xml->find_first_of(" />\n") - 1));

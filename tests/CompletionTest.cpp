@@ -4,6 +4,7 @@
 #include "Completion.h"
 #include "Conversion.h"
 #include "ElementInsertion.h"
+#include "Paths.h"
 #include "SwfUtils.h"
 
 namespace {
@@ -132,7 +133,7 @@ TEST(ElementInsertion, PutsElementsWhereTheyMayStand) {
 
 // All over a text something may be typed or inserted; what is inserted compiles.
 TEST(ElementInsertion, CompilesWhereverTheCaretIs) {
-    const std::string text = libswf::readTextFile(SAMPLES_DIR "/animated-shape.xml");
+    const std::string text = libswf::readTextFile(std::string(samplesDir) + "/animated-shape.xml");
     for (size_t caret = 0; caret <= text.size(); caret += 3) {
         completionAt(text, caret);
         for (ElementKind kind : {ElementKind::tag, ElementKind::action, ElementKind::structure}) {

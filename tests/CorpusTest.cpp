@@ -10,6 +10,7 @@
 #include "CaseFile.h"
 #include "Conversion.h"
 #include "MovieCompare.h"
+#include "Paths.h"
 #include "SwfAllTags.h"
 #include "SwfMovie.h"
 #include "SwfUtils.h"
@@ -40,7 +41,7 @@ struct Summary {
 std::vector<std::filesystem::path> corpus() {
     std::vector<std::filesystem::path> paths;
     std::error_code missing;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(CORPUS_DIR, missing)) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(corpusDir, missing)) {
         if (entry.path().extension() == ".swf")
             paths.push_back(entry.path());
     }
@@ -122,8 +123,8 @@ void convert(const std::filesystem::path& path, Summary& summary) {
 }
 
 TEST(Corpus, GoesToXmlAndBack) {
-    if (!std::filesystem::is_directory(CORPUS_DIR))
-        GTEST_SKIP() << "no movies at " CORPUS_DIR;
+    if (!std::filesystem::is_directory(corpusDir))
+        GTEST_SKIP() << "no movies at " << corpusDir;
     Summary summary;
     for (const auto& path : corpus()) {
         SCOPED_TRACE(path.string());

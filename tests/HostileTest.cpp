@@ -1,6 +1,7 @@
 // Small real movies cut short and with single bytes changed: refused in order, or shown, compiled and read again.
 #include <gtest/gtest.h>
 
+#include "Paths.h"
 #include "SwfUtils.h"
 #include "fuzz/Movies.h"
 
@@ -31,7 +32,7 @@ Bytes inflated(const std::filesystem::path& path) {
 std::vector<Movie> smallMovies() {
     constexpr size_t limit = 3000, wanted = 20;
     std::vector<Movie> small, chosen;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(CORPUS_DIR)) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(corpusDir)) {
         if (entry.path().extension() != ".swf" || entry.file_size() > limit)
             continue;
         Bytes file = inflated(entry.path());
@@ -81,8 +82,8 @@ void expectOrder(const Bytes& file, bool mustBeRead, const std::string& what) {
 class HostileMovies : public testing::Test {
 protected:
     void SetUp() override {
-        if (!std::filesystem::is_directory(CORPUS_DIR))
-            GTEST_SKIP() << "no movies at " CORPUS_DIR;
+        if (!std::filesystem::is_directory(corpusDir))
+            GTEST_SKIP() << "no movies at " << corpusDir;
         movies = smallMovies();
         ASSERT_EQ(movies.size(), 20u);
     }

@@ -7,6 +7,7 @@
 #include "CaseFile.h"
 #include "Conversion.h"
 #include "OriginalMovie.h"
+#include "Paths.h"
 #include "SwfTagDefineSprite.h"
 #include "SwfUtils.h"
 
@@ -110,10 +111,10 @@ void check(const Bytes& file, Totals& totals) {
 } // namespace
 
 TEST(Original, UntouchedTagsOfTheCorpusKeepTheirBytes) {
-    if (!std::filesystem::is_directory(CORPUS_DIR))
-        GTEST_SKIP() << "no movies at " CORPUS_DIR;
+    if (!std::filesystem::is_directory(corpusDir))
+        GTEST_SKIP() << "no movies at " << corpusDir;
     Totals totals;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(CORPUS_DIR)) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(corpusDir)) {
         if (entry.path().extension() != ".swf")
             continue;
         SCOPED_TRACE(entry.path().string());

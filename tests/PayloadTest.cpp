@@ -9,6 +9,7 @@
 #include "Exceptions.h"
 #include "ImageCodec.h"
 #include "MediaSamples.h"
+#include "Paths.h"
 #include "PayloadCommands.h"
 #include "SwfMovie.h"
 #include "SwfUtils.h"
@@ -212,12 +213,12 @@ TEST_F(PayloadCommands, SayWhatKeepsThem) {
 TEST(PayloadsOfTheCorpus, ComeOutOrSayWhyNot) {
     std::map<std::string, uint32_t> kinds;
     std::error_code missing;
-    for (const auto& entry : fs::recursive_directory_iterator(CORPUS_DIR, missing)) {
+    for (const auto& entry : fs::recursive_directory_iterator(corpusDir, missing)) {
         if (entry.path().extension() != ".swf")
             continue;
         SwfMovieSafe corpusMovie;
         try {
-            corpusMovie.load(entry.path().string(), SwfLoadOptions{false, true, nullptr});
+            corpusMovie.load(entry.path().string(), {.keepRaw = true});
         } catch (const SwfException&) {
             continue; // broken on purpose
         }

@@ -4,6 +4,7 @@
 #include <random>
 
 #include "Conversion.h"
+#include "Paths.h"
 #include "SwfUtils.h"
 #include "XmlWindow.h"
 
@@ -113,16 +114,16 @@ std::string textOf(const std::filesystem::path& path) {
 TEST(XmlPlain, GivesWhatTheParserGives) {
     std::mt19937 random(1);
     Counts counts;
-    for (const auto& path : filesIn(CASES_DIR, ".case")) // the whole file, and its lines: pieces of XML among others
+    for (const auto& path : filesIn(casesDir, ".case")) // the whole file, and its lines: pieces of XML among others
         compareChanged(textOf(path), 2, random, counts);
-    for (const auto& path : filesIn(CASES_DIR, ".case")) {
+    for (const auto& path : filesIn(casesDir, ".case")) {
         std::istringstream lines(textOf(path));
         for (std::string line; std::getline(lines, line);) {
             if (line.find('<') != line.npos)
                 compareChanged(line, 100, random, counts);
         }
     }
-    for (const auto& path : filesIn(SAMPLES_DIR, ".xml"))
+    for (const auto& path : filesIn(samplesDir, ".xml"))
         compareChanged(textOf(path), 200, random, counts);
     EXPECT_GT(counts.plain, counts.all / 20); // or the test looks at nothing
 }
@@ -132,7 +133,7 @@ TEST(XmlPlain, GivesWhatTheParserGivesForRealMovies) {
     Counts counts;
     ConversionOptions options;
     options.keepRaw = true;
-    for (const auto& path : filesIn(CORPUS_DIR, ".swf")) {
+    for (const auto& path : filesIn(corpusDir, ".swf")) {
         if (std::filesystem::file_size(path) > 20000)
             continue;
         libswf::SwfMovieSafe movie;
@@ -146,7 +147,7 @@ TEST(XmlPlain, GivesWhatTheParserGivesForRealMovies) {
         compareChanged(swfToXmlDocument(movie, options), 5, random, counts);
     }
     if (counts.all == 0)
-        GTEST_SKIP() << "no movies at " CORPUS_DIR;
+        GTEST_SKIP() << "no movies at " << corpusDir;
     EXPECT_GT(counts.plain, counts.all / 20);
 }
 

@@ -241,6 +241,22 @@ TEST(XmlPlace, CountsRowsAndCharacters) {
     }
 }
 
+TEST(XmlDocument, CarriesItsForm) {
+    const struct {
+        const char *text, *written;
+    } rows[] = {{"<Movie/>", "<Movie SwfVersion="},
+                {"<Movie Form=\"classic\"/>", "<Movie SwfVersion="},
+                {"<Movie Form=\"full\"/>", "<Movie Form=\"full\" SwfVersion="}};
+    for (const auto& row : rows) {
+        MovieTarget target;
+        xmlToSwf(row.text, target, {});
+        const SwfVector<uint8_t> file = target.movie.serialise(1);
+        SwfMovieSafe movie;
+        movie.parse({file.begin(), file.end()}, {.fullForm = target.movie.fullForm});
+        EXPECT_TRUE(swfToXml(movie, {}).starts_with(row.written)) << row.text;
+    }
+}
+
 TEST(XmlDocument, ErrorsCarryTheirPlace) {
     const std::string nested = [] {
         std::string text = "<Movie>\n";
@@ -259,6 +275,7 @@ TEST(XmlDocument, ErrorsCarryTheirPlace) {
         {"<Movie>\n<a b=\"\xC3\xA9\0\"/></Movie>"s, "unexpected end of data", 2, 8},
         {"<Movie Width=\"x\"/>", "Incorrect value of attribute Width", 1, 2},
         {"<Movie SwfVersion=\"256\"/>", "Incorrect value of attribute SwfVersion", 1, 2},
+        {"<Movie\nForm=\"Full\"/>", "Incorrect value of attribute Form", 1, 2},
         {"<Movie Height=\"53687092\"/>", "Incorrect value of attribute Height", 1, 2},
         {"<Movie>\n <Unknown TagType=\"x\"/></Movie>",
          "bad lexical cast: source type value could not be interpreted as target", 2, 3},

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <set>
 
+#include "Paths.h"
 #include "ProjectFile.h"
 
 namespace fs = std::filesystem;
@@ -75,8 +76,8 @@ protected:
         return names;
     }
     Result run(const std::string& arguments, const std::string& input = "/dev/null") {
-        const std::string command = "cd '" + folder.string() + "' && TMPDIR=in '" ZELKC_PATH "' " + arguments + " <'" +
-                                    input + "' >.out 2>.err";
+        const std::string command = "cd '" + folder.string() + "' && TMPDIR=in '" + std::string(zelkcPath) + "' " +
+                                    arguments + " <'" + input + "' >.out 2>.err";
         const int status = std::system(command.c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : 255, get(".out"), get(".err")};
     }
@@ -396,7 +397,10 @@ TEST_F(ZelkcTest, ExtractsAndReplacesPayloads) {
     put("a.xml",
         "<Movie SwfVersion=\"5\"><!-- kept -->\n<DefineBinaryData CharacterId=\"4\"/>\n  <ShowFrame />  </Movie>");
     EXPECT_EQ(run("replace a.xml --tag 4 new.txt b.zelk").status, 0);
-    EXPECT_EQ(run("convert b.zelk b2.swf && '" ZELKC_PATH "' replace --to xml a.xml --tag 4 new.txt b.xml").status, 0);
+    EXPECT_EQ(
+        run("convert b.zelk b2.swf && '" + std::string(zelkcPath) + "' replace --to xml a.xml --tag 4 new.txt b.xml")
+            .status,
+        0);
     EXPECT_TRUE(get("b.xml").starts_with("<Movie SwfVersion=\"5\"><!-- kept -->\n<DefineBinaryData "));
     EXPECT_TRUE(get("b.xml").ends_with("</DefineBinaryData>\n  <ShowFrame />  </Movie>"));
     EXPECT_NE(get("b2.swf").find("defg"), std::string::npos);

@@ -26,7 +26,10 @@ struct SwfTagState {
 };
 
 struct SwfContext : SwfTagState {
-    uint8_t version = 0;           ///< SWF version of the movie
+    uint8_t version = 0; ///< SWF version of the movie
+    /// The form of the movie's XML: layouts are those that players read; otherwise Zelk's own where the two differ
+    /// (docs/differences.md).
+    bool fullForm = false;
     const SwfTags* tags = nullptr; ///< the movie's top-level list, to look up definitions; may be null
 
     /// Kerning codes are UI16. Not part of the per-tag state: a DefineFont3 is read with what the DefineFont2 before it

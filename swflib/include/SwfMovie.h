@@ -16,6 +16,7 @@ struct SwfMovieHeader {
     float frameRate = 0;     ///< frames per second, 8.8 in the file
     SwfRect frameSize;       ///< the stage, twips
     uint16_t frameCount = 0; ///< as read; recomputed on write
+    bool fullForm = false;   ///< read, shown and written in the full form (SwfContext::fullForm)
 };
 
 /// What a movie takes over, byte for byte, from the file that it came from.
@@ -52,6 +53,8 @@ private:
 /// How a movie is read.
 struct SwfLoadOptions {
     bool headerOnly = false;
+    /// Read the layouts of the full form (SwfContext::fullForm).
+    bool fullForm = false;
     /// Keep as bytes what the object model cannot give back: tags whose reader fails or leaves bytes over, actions of
     /// another layout, import tables (code 57).
     bool keepRaw = false;

@@ -26,6 +26,8 @@ public:
     /// Width and height in pixels.
     virtual void movieHeader(uint8_t version, int32_t width, int32_t height, float frameRate, bool isCompressed) = 0;
     virtual void append(std::shared_ptr<libswf::SwfTag> tag) = 0;
+    /// The text is in the full form. Called before everything else, for such a text only.
+    virtual void fullForm() {}
     /// A stage that whole pixels from (0, 0) cannot express, in twips. Called after movieHeader when there is one.
     virtual void frameSize(const libswf::SwfRect&) {}
     /// What the movie takes over from its original. Called last, when there is one.
@@ -74,6 +76,9 @@ struct ConversionOptions {
 /// The widest and highest stage, in pixels: its twips stay below 2^30, as a rectangle's fields ask.
 constexpr int64_t maxStagePixels = 53687091;
 
+/// The values of the Movie element's attribute Form. A text without it is in the classic form.
+constexpr std::string_view classicForm = "classic", fullForm = "full";
+
 /// The text that stands before the Movie element in every XML file.
 constexpr std::string_view xmlDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n";
 
@@ -104,6 +109,7 @@ class MovieTarget : public IXml2SwfConversionTarget {
 public:
     void movieHeader(uint8_t version, int32_t width, int32_t height, float frameRate, bool isCompressed) override;
     void append(std::shared_ptr<libswf::SwfTag> tag) override;
+    void fullForm() override;
     void frameSize(const libswf::SwfRect& rect) override;
     void source(libswf::SwfMovieSource source) override;
 

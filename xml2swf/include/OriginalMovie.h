@@ -23,6 +23,7 @@ public:
     OriginalMovie(libswf::SwfMovieSafe& movie, std::string_view document, std::span<const TagText> tags);
 
     uint8_t version() const { return _version; }
+    bool fullForm() const { return _fullForm; }
     const libswf::SwfMovieSource& source() const { return _source; }
     const libswf::SwfBytes& wholeFile() const { return _wholeFile; }
     /// Whether this is the unchanged Movie element's text.
@@ -62,6 +63,7 @@ private:
     void remember(std::string_view text, size_t movieElement, std::span<const TagText> tags);
 
     uint8_t _version;
+    bool _fullForm;
     libswf::SwfMovieSource _source;
     libswf::SwfBytes _wholeFile;
     TextKey _wholeText{};

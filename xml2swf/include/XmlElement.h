@@ -29,6 +29,7 @@ struct XmlReadContext {
     XmlPlaces places;                        ///< of the document's text; of no text, places are found later
     libswf::SwfWarnings* warnings = nullptr; ///< may be null
     std::vector<uint32_t> tagPath;           ///< indices of the tag being read
+    bool fullForm = false;                   ///< of the document: SwfContext::fullForm
     uint16_t spriteDepth = 0;
     uint16_t actionDepth = 0;
     uint32_t threads = 1;                              ///< for an element that can be read in parts

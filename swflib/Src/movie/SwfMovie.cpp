@@ -37,6 +37,7 @@ SwfVector<uint8_t> serialiseMovie(SwfMovieHeader& header, SwfTags& tags, const S
                                   SwfWarnings* warnings, uint32_t threads) {
     SwfContext context;
     context.version = header.version;
+    context.fullForm = header.fullForm;
     context.tags = &tags;
     const bool keepRect = !source.frameSizeBytes.empty() && sameRect(source.frameSize, header.frameSize);
     uint64_t fileLength = uint64_t(fixedHeaderSize) + tags.getSizeInParts(context, threads);
@@ -147,6 +148,7 @@ void SwfMovieSafe::parse(std::vector<uint8_t> file, const SwfLoadOptions& option
     _iStream = std::make_unique<SwfIStream>(std::shared_ptr<const uint8_t>(std::move(owner), data), size);
     SwfIStream& stream = *_iStream;
     tags = SwfTagsSafe();
+    fullForm = stream.context.fullForm = options.fullForm;
     readHeader(stream, *this);
     _firstTag = stream.position();
     if (options.headerOnly)

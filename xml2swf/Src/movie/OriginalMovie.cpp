@@ -15,7 +15,7 @@ OriginalMovie::TextKey OriginalMovie::keyOf(std::string_view text) {
 }
 
 OriginalMovie::OriginalMovie(SwfMovieSafe& movie)
-    : _version(movie.version), _source(movie.source()), _wholeFile(movie.body()) {
+    : _version(movie.version), _fullForm(movie.fullForm), _source(movie.source()), _wholeFile(movie.body()) {
     std::vector<TagText> tags;
     ConversionOptions options;
     options.keepRaw = true;
@@ -25,7 +25,7 @@ OriginalMovie::OriginalMovie(SwfMovieSafe& movie)
 }
 
 OriginalMovie::OriginalMovie(SwfMovieSafe& movie, std::string_view document, std::span<const TagText> tags)
-    : _version(movie.version), _source(movie.source()), _wholeFile(movie.body()) {
+    : _version(movie.version), _fullForm(movie.fullForm), _source(movie.source()), _wholeFile(movie.body()) {
     remember(document, xmlDeclaration.size(), tags);
 }
 

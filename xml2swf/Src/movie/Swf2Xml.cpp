@@ -23,6 +23,8 @@ std::string movieStartTag(const SwfMovieHeader& movie) {
     const int64_t width = pixels(stage.Xmin, stage.Xmax);
     const int64_t height = pixels(stage.Ymin, stage.Ymax);
     std::string tag = R"(<Movie SwfVersion="{Version}" Width="{Width}" Height="{Height}" FrameRate="{FrameRate}">)";
+    if (movie.fullForm)
+        tag.insert(std::string_view("<Movie").size(), R"( Form="full")");
     replaceAll(tag, "{Version}", formatInteger(movie.version).view());
     replaceAll(tag, "{Width}", formatInteger(width).view());
     replaceAll(tag, "{Height}", formatInteger(height).view());
@@ -168,6 +170,7 @@ void appendMovie(XmlText& out, SwfMovieSafe& movie, const ConversionOptions& opt
     reserveFor(out, movie);
     XmlWriteContext context;
     context.swf.version = movie.version;
+    context.swf.fullForm = movie.fullForm;
     context.swf.tags = &movie.tags.tags();
     context.keepRaw = options.keepRaw;
     context.warnings = options.warnings;

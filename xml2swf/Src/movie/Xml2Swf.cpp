@@ -33,7 +33,17 @@ int64_t rootInteger(XmlElement& root, const char* name, int64_t missing, int64_t
     return *value;
 }
 
+bool isFullForm(XmlElement& root) {
+    static constexpr XmlName forms[] = {{classicForm, 0}, {fullForm, 1}};
+    const auto form = root.attribute("Form", {XmlValueForm::Kind::name, 0, 0, forms}).value_or(classicForm);
+    if (form != classicForm && form != fullForm)
+        throw MovieAttributeError("Form", root.offset());
+    return form == fullForm;
+}
+
 void readRoot(XmlElement& root, IXml2SwfConversionTarget& target) {
+    if (root.context().fullForm)
+        target.fullForm();
     const int64_t version = rootInteger(root, "SwfVersion", RootDefaults::version, UINT8_MAX);
     const int64_t width = rootInteger(root, "Width", RootDefaults::width, maxStagePixels);
     const int64_t height = rootInteger(root, "Height", RootDefaults::height, maxStagePixels);
@@ -138,6 +148,7 @@ private:
         ActionBytes bytes;
         XmlReadContext context;
         context.document = document.get();
+        context.fullForm = _context.fullForm;
         context.actionBytes = _context.actionBytes == nullptr ? nullptr : &bytes;
         context.warnings = _context.warnings == nullptr ? nullptr : &part.warnings;
         context.threads = isMost(part) ? _context.threads : 1;
@@ -210,9 +221,9 @@ static std::string_view movieText(std::string_view text, size_t nameOffset) {
 
 static std::unique_ptr<TagKeeper> makeKeeper(const OriginalMovie& original, std::string_view text, XmlElement& root,
                                              std::vector<ElementSpan> spans) {
-    // The layout of many tags depends on the version.
+    // The layout of many tags depends on version and form.
     const auto version = root.attribute("SwfVersion");
-    if (!version || parseInteger(*version) != original.version())
+    if (!version || parseInteger(*version) != original.version() || root.context().fullForm != original.fullForm())
         return nullptr;
     return std::make_unique<TagKeeper>(original, text, std::move(spans));
 }
@@ -239,6 +250,7 @@ static bool compile(XmlDocument& document, std::vector<ElementSpan> spans, IXml2
     std::optional<XmlElement> root = findRoot(context, "Movie");
     if (!root)
         return false;
+    context.fullForm = isFullForm(*root);
     std::unique_ptr<TagKeeper> keeper;
     if (options.original != nullptr)
         keeper = makeKeeper(*options.original, document.text(), *root, std::move(spans));
@@ -300,6 +312,8 @@ void MovieTarget::movieHeader(uint8_t version, int32_t width, int32_t height, fl
     movie.frameRate = frameRate;
     movie.isCompressed = isCompressed;
 }
+
+void MovieTarget::fullForm() { movie.fullForm = true; }
 
 void MovieTarget::append(std::shared_ptr<SwfTag> tag) { movie.tags.append(std::move(tag)); }
 

@@ -242,16 +242,15 @@ TEST(Vocabulary, HasNoNameThatIsMadeUp) {
 
 TEST(Vocabulary, NamesOfEnumerationsComeBack) {
     visit([](const Path& path) {
+        if (path.size() == 1) // movieAround writes the root itself
+            return;
         for (const XmlAttributeForm& attribute : path.back()->type->attributes) {
             for (const XmlName& name : attribute.value.names) {
-                if (name.name == classicForm) // which a text has without saying so
-                    continue;
                 const std::string given = std::string(attribute.name) + "=\"" + std::string(name.name) + "\"";
                 const auto comesBack = [&](const Variation& variation) {
                     MovieTarget target;
                     xmlToSwf(movieAround(path, variation, ""), target, {});
                     SwfMovieSafe movie;
-                    movie.fullForm = target.movie.fullForm;
                     for (const auto& tag : target.movie.tags.items())
                         movie.tags.append(tag);
                     return swfToXml(movie, {}).find(given) != std::string::npos;

@@ -36,20 +36,15 @@ int main(int argc, char** argv) {
     parser.process(application);
 
     const QStringList files = fullPaths(parser.positionalArguments());
-    zelk::SingleInstance instance(QStringLiteral("orvane-zelk"));
+    zelk::SingleInstance instance;
     if (!parser.isSet(alone) && instance.handOver(files))
         return 0;
 
     QSettings settings(QStringLiteral("Orvane"), QStringLiteral("Zelk"));
     zelk::MainWindow window(settings);
-    QObject::connect(&instance, &zelk::SingleInstance::filesReceived, &window, [&window](const QStringList& received) {
-        window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
-        window.raise();
-        window.activateWindow();
-        window.openFiles(received);
-    });
+    QObject::connect(&instance, &zelk::SingleInstance::filesReceived, &window, &zelk::MainWindow::receiveFiles);
     window.newDocument();
     window.show();
-    window.openFiles(files);
+    window.openLater(files);
     return QApplication::exec();
 }

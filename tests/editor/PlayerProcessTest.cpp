@@ -9,6 +9,7 @@
 
 #include "Exceptions.h"
 #include "PlayerProcess.h"
+#include "RequestQueue.h"
 
 namespace {
 
@@ -40,7 +41,8 @@ TEST(PlayerCommand, TheSettingsChooseThePlayer) {
     file.write("content");
     file.close();
     QSettings settings(root.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
-    PlayerProcess player(settings);
+    RequestQueue requests;
+    PlayerProcess player(settings, requests);
     const auto play = [&](const QString& kind, const QString& command) {
         settings.setValue(QStringLiteral("Player/kind"), kind);
         settings.setValue(QStringLiteral("Player/command"), command);

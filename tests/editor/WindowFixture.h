@@ -23,24 +23,37 @@ public:
             QWidget* dialog = QApplication::activeModalWidget();
             if (dialog == nullptr || !dialog->isVisible() || qobject_cast<ProgressBarDialog*>(dialog) != nullptr)
                 return;
-            if (_answers.empty()) {
+            if (std::ranges::any_of(_answering, [=](const auto& other) { return other == dialog; }))
+                return;
+            if (_answers.empty() && !_forOthers) {
                 const auto* box = qobject_cast<QMessageBox*>(dialog);
                 ADD_FAILURE() << "unexpected dialog: " << dialog->windowTitle().toStdString() << " "
                               << (box == nullptr ? std::string() : box->text().toStdString());
                 dialog->close();
                 return;
             }
-            const Answer answer = _answers.front();
-            _answers.pop_front();
+            const Answer answer = _answers.empty() ? _forOthers : _answers.front();
+            if (!_answers.empty())
+                _answers.pop_front();
+            std::erase(_answering, nullptr);
+            _answering.push_back(dialog);
             // Not from the timer's own event: a dialog that opens another one would wait for it forever.
             QMetaObject::invokeMethod(
-                dialog, [answer, dialog] { answer(*dialog); }, Qt::QueuedConnection);
+                dialog,
+                [this, answer, dialog] {
+                    answer(*dialog);
+                    std::erase(_answering, dialog);
+                },
+                Qt::QueuedConnection);
         });
         _timer.start(5);
     }
     ~Answers() override { EXPECT_TRUE(_answers.empty()) << "a dialog did not come up"; }
 
     void add(Answer answer) { _answers.push_back(std::move(answer)); }
+    /// To every dialog that nothing was added for.
+    void addForOthers(Answer answer) { _forOthers = std::move(answer); }
+    bool isEmpty() const { return _answers.empty(); }
     void addText(const std::string& text) {
         add([text](QWidget& dialog) {
             QWidget* field = dialog.focusWidget();
@@ -65,6 +78,8 @@ public:
 private:
     QTimer _timer;
     std::deque<Answer> _answers;
+    Answer _forOthers;
+    std::vector<QPointer<QWidget>> _answering;
 };
 
 class WindowTest : public testing::Test {

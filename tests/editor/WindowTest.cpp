@@ -1,14 +1,11 @@
 // The main window, driven by keys: commands, documents, dialogs.
 #include <gtest/gtest.h>
 
-#include <QDropEvent>
-#include <QMimeData>
 #include <QTest>
 
 #include <thread>
 
 #include "Conversion.h"
-#include "SingleInstance.h"
 #include "SwfUtils.h"
 #include "WindowFixture.h"
 
@@ -307,38 +304,6 @@ TEST_F(WindowTest, RecentFilesAndWindowStateOutliveTheWindow) {
     answers.addButton(QMessageBox::Ok, QString::fromStdString("Unable to open " + path("c.xml")));
     menu->actions()[0]->trigger();
     EXPECT_EQ(window->recentFiles().files(), std::vector<std::string>{path("a & b.xml")});
-}
-
-TEST_F(WindowTest, FilesComeByDropAndFromOtherStarts) {
-    libswf::writeTextFile(path("d.xml"), "<Movie/>");
-    const QString name = QString::fromStdString(path("d.xml"));
-    QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(name)});
-    data.setText(name);
-    QWidget* target = editor().findChild<QWidget*>(QStringLiteral("qt_scrollarea_viewport"));
-    ASSERT_NE(target, nullptr);
-    QDragEnterEvent enter({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, {});
-    QApplication::sendEvent(target, &enter);
-    EXPECT_TRUE(enter.isAccepted());
-    QDropEvent drop({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, {});
-    QApplication::sendEvent(target, &drop);
-    QApplication::processEvents();
-    EXPECT_EQ(window->windowTitle(), QStringLiteral("d.xml - Zelk"));
-    EXPECT_EQ(editor().text(), "<Movie/>");
-
-    const QString instance = QStringLiteral("zelk-test-%1").arg(QCoreApplication::applicationPid());
-    SingleInstance first(instance);
-    ASSERT_FALSE(first.handOver({}));
-    QStringList received;
-    QObject::connect(&first, &SingleInstance::filesReceived,
-                     [&received](const QStringList& files) { received = files; });
-    std::thread other([&instance] {
-        EXPECT_TRUE(SingleInstance(instance).handOver({QStringLiteral("/x y"), QStringLiteral("/z")}));
-    });
-    while (received.isEmpty())
-        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    other.join();
-    EXPECT_EQ(received, QStringList({QStringLiteral("/x y"), QStringLiteral("/z")}));
 }
 
 TEST_F(WindowTest, AJobShowsItsProgressAndStopsWhenAsked) {

@@ -17,6 +17,7 @@
 #include "PlayerProcess.h"
 #include "PlayerScheme.h"
 #include "PlayerWindow.h"
+#include "RequestQueue.h"
 #include "SwfUtils.h"
 #include "TracePane.h"
 #include "WindowDialogs.h"
@@ -256,7 +257,8 @@ TEST_F(PlayerWindowTest, WhatIsNoMovieIsReportedByTheEditor) {
     SilentUser user;
     Session session(user);
     QSettings settings(QString::fromStdString(path("settings.ini")), QSettings::IniFormat);
-    PlayerProcess player(settings);
+    RequestQueue requests;
+    PlayerProcess player(settings, requests);
     libswf::writeFile(path("broken.swf"), std::vector<uint8_t>{'F', 'W', 'S', 7, 9, 9});
     bool hasEnded = false;
     player.play(path("broken.swf"), 0, 0, [&](const std::exception_ptr& failure) {

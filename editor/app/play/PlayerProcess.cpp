@@ -7,6 +7,7 @@
 
 #include "Exceptions.h"
 #include "PlayerStatus.h"
+#include "RequestQueue.h"
 
 namespace zelk {
 
@@ -69,9 +70,7 @@ void PlayerProcess::startOwn(const QString& movie, int width, int height, const 
     const auto end = [this, process, ended] {
         process->disconnect();
         process->deleteLater();
-        // A failure is told in a dialog: not from within the process object.
-        QMetaObject::invokeMethod(
-            this, [ended, failure = failureOf(*process)] { ended(failure); }, Qt::QueuedConnection);
+        _requests.add(this, [ended, failure = failureOf(*process)] { ended(failure); });
     };
     connect(process, &QProcess::finished, this, end);
     connect(process, &QProcess::errorOccurred, this, [end](QProcess::ProcessError error) {

@@ -8,13 +8,15 @@
 
 namespace zelk {
 
+class RequestQueue;
+
 /// Reads what to play with from the settings: "Player/kind" is "ruffle" (also when it is not set), "command" or "none";
 /// "Player/command" a command line for the second.
 class PlayerProcess : public QObject, public IPlayer {
     Q_OBJECT
 public:
-    /// The settings outlive it.
-    explicit PlayerProcess(QSettings& settings) : _settings(settings) {}
+    /// The settings and the queue outlive it.
+    PlayerProcess(QSettings& settings, RequestQueue& requests) : _settings(settings), _requests(requests) {}
     /// Ends the players of the editor.
     ~PlayerProcess() override;
 
@@ -25,6 +27,7 @@ private:
     void startCommand(const QString& command, const QString& movie);
 
     QSettings& _settings;
+    RequestQueue& _requests; // through which it tells how a player ended
 };
 
 /// The program and its arguments. "%1" stands for the movie, which comes last when the command does not name it; quotes

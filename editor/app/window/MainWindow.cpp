@@ -1,5 +1,6 @@
 #include "MainWindow.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
 #include <QFileInfo>
@@ -31,7 +32,7 @@ using namespace guicommand::documentview;
 using namespace guicommand::documentviewtext;
 
 MainWindow::MainWindow(QSettings& settings)
-    : _settings(settings), _dialogs(this), _session(_dialogs), _player(settings),
+    : _settings(settings), _dialogs(this), _session(_dialogs), _player(settings, _requests),
       _recentSettings(settings, QStringLiteral("RecentList/Recent Document List")), _recentFiles(_recentSettings),
       _actions(makeActions(this)), _tabs(new DocumentTabsView(this)), _statusBar(new StatusBar(this)),
       _warnings(new WarningsPanel(this)), _search(new SearchController(this)) {
@@ -84,6 +85,23 @@ bool MainWindow::openFiles(const QStringList& fileNames) {
     for (const QString& name : fileNames)
         all = openFile(name) && all;
     return all;
+}
+
+void MainWindow::openLater(const QStringList& fileNames) {
+    _waitingFiles += fileNames;
+    _requests.addLatest(this, QStringLiteral("open"), [this] { openFiles(std::exchange(_waitingFiles, {})); });
+}
+
+void MainWindow::receiveFiles(const QStringList& fileNames) {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    QWidget* const dialog = QApplication::activeModalWidget(); // which the files wait for
+    for (QWidget* widget : {static_cast<QWidget*>(this), dialog}) {
+        if (widget == nullptr)
+            continue;
+        widget->raise();
+        widget->activateWindow();
+    }
+    openLater(fileNames);
 }
 
 bool MainWindow::openFile(const QString& fileName) {
@@ -261,10 +279,13 @@ void MainWindow::restore() {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (!closeViews()) {
-        event->ignore();
+    event->ignore();
+    if (_requests.isBusy()) { // The window manager can ask for it while a job runs.
+        _requests.addLatest(this, QStringLiteral("close"), [this] { close(); });
         return;
     }
+    if (!closeViews() || !_waitingFiles.isEmpty()) // Those that came while the user was asked have the window then.
+        return;
     _settings.setValue(QStringLiteral("Window/geometry"), saveGeometry());
     _settings.setValue(QStringLiteral("Window/state"), saveState());
     event->accept();
@@ -282,9 +303,7 @@ void MainWindow::dropEvent(QDropEvent* event) {
             files.append(url.toLocalFile());
     }
     event->acceptProposedAction();
-    // The program that the files come from waits until this handler has returned.
-    QMetaObject::invokeMethod(
-        this, [this, files] { openFiles(files); }, Qt::QueuedConnection);
+    openLater(files);
 }
 
 // Files dropped onto the text are opened like those dropped elsewhere.

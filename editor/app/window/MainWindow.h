@@ -10,6 +10,7 @@
 #include "CommandActions.h"
 #include "DocumentTabsView.h"
 #include "PlayerProcess.h"
+#include "RequestQueue.h"
 #include "SearchController.h"
 #include "StatusBar.h"
 #include "WarningsPanel.h"
@@ -28,8 +29,13 @@ public:
 
     /// Opens each file in a tab of its own, or shows the tab that has it. False when one cannot be opened.
     bool openFiles(const QStringList& fileNames);
+    /// The same for files that come from elsewhere, as soon as nothing is open that they would disturb.
+    void openLater(const QStringList& fileNames);
     void newDocument();
+    /// Files of another start: opens them later and comes to the front now.
+    void receiveFiles(const QStringList& fileNames);
 
+    RequestQueue& requests() { return _requests; }
     CommandActions& actions() { return *_actions; }
     DocumentTabsView& tabs() { return *_tabs; }
     const IFileHistory& recentFiles() const { return _recentFiles; }
@@ -84,6 +90,8 @@ private:
     QSettings& _settings;
     WindowDialogs _dialogs;
     Session _session;
+    RequestQueue _requests;
+    QStringList _waitingFiles; // to be opened later
     PlayerProcess _player;
     WindowSettings _recentSettings;
     FilesRecentList _recentFiles;

@@ -8,11 +8,13 @@ namespace zelk {
 
 namespace {
 
-constexpr int patience = 2000; // milliseconds
+constexpr int patience = 5000;                  // milliseconds
+constexpr qint64 longestMessage = 16 << 20;     // bytes; a command line has 2 MB
+constexpr QChar separator = QChar(QChar::Null); // which stands in no path
 
 } // namespace
 
-SingleInstance::SingleInstance(const QString& name) : _name(QStringLiteral("%1-%2").arg(name, QDir::home().dirName())) {
+SingleInstance::SingleInstance() : _name(QStringLiteral("orvane-zelk-") + QDir::home().dirName()) {
     _server.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&_server, &QLocalServer::newConnection, this, &SingleInstance::receive);
 }
@@ -27,10 +29,8 @@ bool SingleInstance::handOver(const QStringList& files) {
         }
         return false;
     }
-    QByteArray message;
-    QDataStream stream(&message, QIODevice::WriteOnly);
-    stream << files;
-    socket.write(message);
+    QDataStream stream(&socket);
+    stream << files.join(separator).toUtf8();
     while (socket.bytesToWrite() > 0) {
         if (!socket.waitForBytesWritten(patience))
             return false;
@@ -42,21 +42,32 @@ bool SingleInstance::handOver(const QStringList& files) {
 void SingleInstance::receive() {
     while (QLocalSocket* socket = _server.nextPendingConnection()) {
         connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
-        const auto read = [this, socket] {
-            QDataStream stream(socket);
-            QStringList files;
-            stream.startTransaction();
-            stream >> files;
-            if (!stream.commitTransaction())
-                return; // The rest is still to come.
-            socket->write("1");
-            socket->flush();
-            Q_EMIT filesReceived(files);
-        };
-        connect(socket, &QLocalSocket::readyRead, this, read);
-        if (socket->bytesAvailable() > 0)
-            read();
+        connect(socket, &QLocalSocket::readyRead, this, [this, socket] { read(*socket); });
+        read(*socket); // what came before anyone listened
+        if (socket->state() == QLocalSocket::UnconnectedState)
+            socket->deleteLater();
     }
+}
+
+void SingleInstance::read(QLocalSocket& socket) {
+    QDataStream stream(&socket);
+    QByteArray names;
+    stream.startTransaction();
+    stream >> names;
+    if (!stream.commitTransaction()) { // The rest is still to come.
+        if (stream.status() == QDataStream::ReadCorruptData || socket.bytesAvailable() > longestMessage)
+            socket.abort();
+        return;
+    }
+    socket.write("1");
+    socket.flush();
+    if (socket.state() != QLocalSocket::ConnectedState)
+        return; // The other one has lost patience and opens them itself.
+    // Whoever takes the files may run an event loop, in which this socket goes.
+    QMetaObject::invokeMethod(
+        this,
+        [this, files = QString::fromUtf8(names).split(separator, Qt::SkipEmptyParts)] { Q_EMIT filesReceived(files); },
+        Qt::QueuedConnection);
 }
 
 } // namespace zelk

@@ -29,11 +29,12 @@ Outcome checkMovie(const File& file, const MovieOptions& options) {
     return {movie.tags.count(), xml2swf::swfToXmlDocument(movie, options.conversion()).size()};
 }
 
-int check(const File& file, bool quiet) {
+int check(const File& file, std::optional<bool> fullForm, bool quiet) {
     Console console(quiet);
     SwfWarnings warnings;
     MovieOptions options;
     options.warnings = &warnings;
+    options.fullForm = fullForm;
     const bool isText = file.isText();
     const std::string name = file.shownName(true);
     try {
@@ -55,14 +56,18 @@ int check(const File& file, bool quiet) {
 void addCheck(CLI::App& app, Command& chosen) {
     struct Arguments {
         Input input;
+        std::optional<bool> fullForm;
         bool quiet = false;
     };
     CLI::App* command = app.add_subcommand("check", "Say whether a file reads and compiles, with every warning");
     auto arguments = std::make_shared<Arguments>();
     addInput(*command, arguments->input);
+    addForm(*command, arguments->fullForm, "Form in which a movie is shown, classic or full");
     addQuiet(*command, arguments->quiet);
     command->callback([arguments, &chosen] {
-        chosen = [file = arguments->input.file(), arguments] { return check(file, arguments->quiet); };
+        chosen = [file = arguments->input.file(), arguments] {
+            return check(file, arguments->fullForm, arguments->quiet);
+        };
     });
 }
 

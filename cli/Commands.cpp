@@ -1,5 +1,7 @@
 #include "Commands.h"
 
+#include "Conversion.h"
+
 namespace zelkc {
 
 File fileOf(const std::string& name, const std::string& kind, const char* option) {
@@ -21,6 +23,13 @@ CLI::Option* addKind(CLI::App& command, const char* option, std::string& kind, c
         [](std::string& value) { return zelk::kindOfExtension(value) ? "" : value + " is none of swf, xml and zelk"; },
         "");
     return command.add_option(option, kind, what)->type_name("KIND")->check(known);
+}
+
+void addForm(CLI::App& command, std::optional<bool>& fullForm, const char* what) {
+    const auto choose = [&fullForm](const std::string& form) { fullForm = form == xml2swf::fullForm; };
+    command.add_option_function<std::string>("--form", choose, what)
+        ->type_name("FORM")
+        ->check(CLI::IsMember({std::string(xml2swf::classicForm), std::string(xml2swf::fullForm)}));
 }
 
 void addQuiet(CLI::App& command, bool& quiet) { command.add_flag("-q,--quiet", quiet, "Show no warnings"); }

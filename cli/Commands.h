@@ -42,6 +42,8 @@ struct Input {
 // Options that several commands have.
 void addInput(CLI::App& command, Input& input);
 CLI::Option* addKind(CLI::App& command, const char* option, std::string& kind, const char* what);
+/// --form, which sets `fullForm`.
+void addForm(CLI::App& command, std::optional<bool>& fullForm, const char* what);
 void addQuiet(CLI::App& command, bool& quiet);
 
 } // namespace zelkc

@@ -22,6 +22,7 @@ using Json = nlohmann::ordered_json;
 
 struct Arguments {
     std::string a, b, from;
+    std::optional<bool> fullForm;
     bool all = false, json = false, quiet = false;
 };
 
@@ -104,14 +105,15 @@ void printJson(const File& a, const File& b, const MovieComparison& comparison, 
 }
 
 // False, with the failure shown, for an input that is no movie.
-bool loadInput(const File& file, SwfMovieSafe& movie, Console& console) {
+template <class Act>
+bool tryWith(const File& file, Console& console, Act act) {
     SwfWarnings warnings;
     MovieOptions options;
     options.level = 0; // of a text: only its movie's inflated form is looked at
     options.warnings = &warnings;
     const std::string name = file.shownName(true);
     try {
-        load(file, movie, options);
+        act(options);
         console.warnings(name, warnings);
         return true;
     } catch (...) {
@@ -121,11 +123,30 @@ bool loadInput(const File& file, SwfMovieSafe& movie, Console& console) {
     }
 }
 
+// Reads both in the same form: the full one if the text of either has it.
+bool loadBoth(const File& a, const File& b, std::optional<bool> fullForm, SwfMovieSafe& movieA, SwfMovieSafe& movieB,
+              Console& console) {
+    MovieFile contentA, contentB;
+    const auto read = [&](const File& file, MovieFile& content) {
+        return tryWith(file, console, [&](const MovieOptions& options) { content = readMovie(file, options); });
+    };
+    const auto parse = [&](const File& file, MovieFile& content, SwfMovieSafe& movie) {
+        return tryWith(file, console, [&](MovieOptions& options) {
+            options.fullForm = fullForm;
+            load(file, std::move(content), movie, options);
+        });
+    };
+    const bool readA = read(a, contentA), readB = read(b, contentB);
+    if (!fullForm)
+        fullForm = contentA.fullForm || contentB.fullForm;
+    const bool loadedA = readA && parse(a, contentA, movieA);
+    return readB && parse(b, contentB, movieB) && loadedA;
+}
+
 int compare(const File& a, const File& b, const Arguments& arguments) {
     Console console(arguments.quiet);
     SwfMovieSafe movieA, movieB;
-    const bool loadedA = loadInput(a, movieA, console);
-    if (!loadInput(b, movieB, console) || !loadedA)
+    if (!loadBoth(a, b, arguments.fullForm, movieA, movieB, console))
         return ExitStatus::badInput;
     try {
         const MovieComparison comparison = compareMovies(movieA, movieB);
@@ -154,6 +175,7 @@ void addCompare(CLI::App& app, Command& chosen) {
     addKind(*command, "--from", arguments->from, "Kind of a file when its name does not say it: swf, xml or zelk");
     command->add_flag("--all", arguments->all, "Show identical tags too");
     command->add_flag("--json", arguments->json, "For machines: one JSON object");
+    addForm(*command, arguments->fullForm, "Form in which they are compared, classic or full");
     addQuiet(*command, arguments->quiet);
     command->callback([arguments, &chosen] {
         if (arguments->a == "-" && arguments->b == "-")

@@ -71,6 +71,8 @@ void addConvert(CLI::App& app, Command& chosen) {
         ->add_option("--original", arguments->options.original,
                      "The movie that the XML came from: tags that were not touched keep its bytes")
         ->excludes("--out-dir");
+    addForm(*command, arguments->options.fullForm,
+            "Form of the XML that is written, classic or full; by default that of the input");
     command->add_option("--level", arguments->options.level, "Compression of a movie, 0 to 9")
         ->check(CLI::Range(0, 9))
         ->capture_default_str();

@@ -21,6 +21,7 @@ struct Arguments {
     Input input;
     std::string outDir;
     std::optional<uint16_t> tag;
+    std::optional<bool> fullForm;
     bool unknown = false, list = false, force = false, quiet = false;
 };
 
@@ -97,6 +98,7 @@ int extract(const File& file, const Arguments& arguments) {
     MovieOptions options;
     options.level = 0; // of a text: only its movie's inflated form is looked at
     options.warnings = &warnings;
+    options.fullForm = arguments.fullForm;
     const std::string name = file.shownName(true);
     try {
         SwfMovieSafe movie;
@@ -134,6 +136,7 @@ void addExtract(CLI::App& app, Command& chosen) {
     command->add_option("--tag", arguments->tag, "Only the tag that defines this character")->type_name("ID");
     command->add_flag("--unknown", arguments->unknown, "Also the bodies of tags that are kept as bytes");
     command->add_flag("--force", arguments->force, "Overwrite files that are there");
+    addForm(*command, arguments->fullForm, "Form in which the movie is read, classic or full");
     addQuiet(*command, arguments->quiet);
     command->callback([arguments, &chosen] {
         if (arguments->outDir.empty() && !arguments->list)

@@ -141,12 +141,13 @@ void printJson(const File& file, const Signature& signature, const SwfMovieSafe&
     std::printf("\n  ]\n}\n");
 }
 
-int info(const File& file, bool asJson, bool quiet) {
+int info(const File& file, std::optional<bool> fullForm, bool asJson, bool quiet) {
     Console console(quiet);
     SwfWarnings warnings;
     MovieOptions options;
     options.level = 0; // of a text: only its movie's inflated form is looked at
     options.warnings = &warnings;
+    options.fullForm = fullForm;
     const std::string name = file.shownName(true);
     try {
         SwfMovieSafe movie;
@@ -171,15 +172,19 @@ int info(const File& file, bool asJson, bool quiet) {
 void addInfo(CLI::App& app, Command& chosen) {
     struct Arguments {
         Input input;
+        std::optional<bool> fullForm;
         bool json = false, quiet = false;
     };
     CLI::App* command = app.add_subcommand("info", "Show the header of a movie and a table of its tags");
     auto arguments = std::make_shared<Arguments>();
     addInput(*command, arguments->input);
     command->add_flag("--json", arguments->json, "For machines: one JSON object");
+    addForm(*command, arguments->fullForm, "Form in which the movie is read, classic or full");
     addQuiet(*command, arguments->quiet);
     command->callback([arguments, &chosen] {
-        chosen = [file = arguments->input.file(), arguments] { return info(file, arguments->json, arguments->quiet); };
+        chosen = [file = arguments->input.file(), arguments] {
+            return info(file, arguments->fullForm, arguments->json, arguments->quiet);
+        };
     });
 }
 

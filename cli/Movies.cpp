@@ -25,34 +25,18 @@ void warnOfSignature(const Signature& signature, SwfWarnings* warnings) {
     warnings->add(std::move(warning));
 }
 
-Signature parse(std::vector<uint8_t> bytes, SwfMovieSafe& movie, const MovieOptions& options, bool onlyToShow) {
-    Signature signature;
-    signature.bytes = bytes.size();
-    if (bytes.size() >= fixedHeaderSize) {
-        signature.text.assign(bytes.begin(), bytes.begin() + 3);
-        for (size_t i = 4; i < fixedHeaderSize; ++i)
-            signature.fileLength |= uint32_t(bytes[i]) << (8 * (i - 4));
-        warnOfSignature(signature, options.warnings);
-    }
-    SwfLoadOptions load;
-    load.keepRaw = options.keepRaw;
-    load.readLater = onlyToShow;
-    load.warnings = options.warnings;
-    movie.parse(std::move(bytes), load);
-    return signature;
-}
-
-SwfVector<uint8_t> compileFile(const File& file, const MovieOptions& options) {
-    SwfMovie movie;
+SwfVector<uint8_t> compileFile(const File& file, SwfMovie& movie, const MovieOptions& options) {
     compile(readText(file), movie, options);
     return movie.serialise(options.level, options.warnings, options.threads);
 }
 
-std::unique_ptr<xml2swf::OriginalMovie> loadOriginal(const std::string& fileName) {
+// In the form of the text that it is the original of: another one would show each tag as changed.
+std::unique_ptr<xml2swf::OriginalMovie> loadOriginal(const std::string& fileName, std::string_view text) {
     if (fileName.empty())
         return nullptr;
     SwfMovieSafe movie;
     SwfLoadOptions load;
+    load.fullForm = xml2swf::isFullForm(text);
     load.keepRaw = true;
     load.readLater = true;
     try {
@@ -76,7 +60,7 @@ xml2swf::ConversionOptions MovieOptions::conversion() const {
 void compile(const std::string& text, SwfMovie& movie, const MovieOptions& options) {
     xml2swf::MovieTarget target;
     xml2swf::ConversionOptions conversion = options.conversion();
-    const std::unique_ptr<xml2swf::OriginalMovie> original = loadOriginal(options.original);
+    const std::unique_ptr<xml2swf::OriginalMovie> original = loadOriginal(options.original, text);
     conversion.original = original.get();
     conversion.toWrite = true;
     if (!xml2swf::xmlToSwf(text, target, conversion))
@@ -84,21 +68,47 @@ void compile(const std::string& text, SwfMovie& movie, const MovieOptions& optio
     movie = std::move(target.movie);
 }
 
-Signature load(const File& file, SwfMovieSafe& movie, const MovieOptions& options, bool onlyToShow) {
-    if (file.isText()) {
-        const SwfVector<uint8_t> bytes = compileFile(file, options);
-        return parse({bytes.data(), bytes.data() + bytes.size()}, movie, options, onlyToShow);
+MovieFile readMovie(const File& file, const MovieOptions& options) {
+    if (!file.isText())
+        return {readBytes(file), false};
+    SwfMovie compiled;
+    const SwfVector<uint8_t> bytes = compileFile(file, compiled, options);
+    return {{bytes.data(), bytes.data() + bytes.size()}, compiled.fullForm};
+}
+
+Signature load(const File& file, MovieFile content, SwfMovieSafe& movie, const MovieOptions& options, bool onlyToShow) {
+    const std::vector<uint8_t>& bytes = content.bytes;
+    Signature signature;
+    signature.bytes = bytes.size();
+    if (bytes.size() >= fixedHeaderSize) {
+        signature.text.assign(bytes.begin(), bytes.begin() + 3);
+        for (size_t i = 4; i < fixedHeaderSize; ++i)
+            signature.fileLength |= uint32_t(bytes[i]) << (8 * (i - 4));
+        warnOfSignature(signature, options.warnings);
     }
+    SwfLoadOptions load;
+    load.fullForm = options.fullForm.value_or(content.fullForm);
+    load.keepRaw = options.keepRaw;
+    load.readLater = onlyToShow;
+    load.warnings = options.warnings;
     try {
-        return parse(readBytes(file), movie, options, onlyToShow);
+        movie.parse(std::move(content.bytes), load);
     } catch (const SwfException& error) {
+        if (file.isText())
+            throw;
         throw zelk::FileLoadException(file.shownName(true), error.what());
     }
+    return signature;
+}
+
+Signature load(const File& file, SwfMovieSafe& movie, const MovieOptions& options, bool onlyToShow) {
+    return load(file, readMovie(file, options), movie, options, onlyToShow);
 }
 
 void convert(const File& input, const File& output, const MovieOptions& options) {
     if (input.isText() && output.kind == FileKind::swf) {
-        const SwfVector<uint8_t> bytes = compileFile(input, options);
+        SwfMovie movie;
+        const SwfVector<uint8_t> bytes = compileFile(input, movie, options);
         writeBytes(output, {bytes.data(), bytes.size()});
         return;
     }

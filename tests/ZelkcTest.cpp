@@ -105,6 +105,7 @@ TEST_F(ZelkcTest, TellsWrongUseFromDone) {
         {"convert --from pdf movie.bin a.xml", 2, "pdf"},
         {"convert --level 10 good.xml a.swf", 2, "--level"},
         {"convert --out-dir many good.swf", 2, "--to"},
+        {"convert --form half good.swf a.xml", 2, "--form"},
         {"convert --out-dir many --to xml -", 2, "standard input"},
         {"info", 2, "FILE"},
         {"check movie.bin", 2, "movie.bin"},
@@ -134,6 +135,27 @@ TEST_F(ZelkcTest, TellsWrongUseFromDone) {
     EXPECT_EQ(get("a.swf"), goodMovie);
     EXPECT_EQ(get("A.Xml"), get("a.xml"));
     EXPECT_EQ(get("b.out"), get("a.xml"));
+}
+
+TEST_F(ZelkcTest, ReadsAndWritesInTheFormOfTheTextOrTheOneAskedFor) {
+    const auto isFull = [this](const char* name) {
+        return get(name).find("<Movie Form=\"full\"") != std::string::npos;
+    };
+    EXPECT_EQ(run("convert --form full good.swf full.xml").status, 0);
+    EXPECT_TRUE(isFull("full.xml"));
+    EXPECT_EQ(run("convert full.xml kept.zelk").status, 0);
+    EXPECT_EQ(run("convert kept.zelk kept.xml").status, 0);
+    EXPECT_EQ(get("kept.xml"), get("full.xml"));
+    EXPECT_EQ(run("convert --form classic full.xml classic.xml").status, 0);
+    EXPECT_EQ(run("convert good.swf expected.xml").status, 0);
+    EXPECT_EQ(get("classic.xml"), get("expected.xml"));
+    EXPECT_EQ(run("convert --original good.swf full.xml back.swf").status, 0);
+    EXPECT_EQ(get("back.swf"), goodMovie);
+    EXPECT_EQ(run("compare good.swf full.xml").status, 0); // both in the full form
+    put("bad.xml", "<Movie Form=\"half\"/>");
+    const Result bad = run("convert --form full bad.xml out.xml");
+    EXPECT_EQ(bad.status, 1);
+    EXPECT_NE(bad.err.find("attribute Form"), std::string::npos) << bad.err;
 }
 
 TEST_F(ZelkcTest, SaysWhatIsWrongAndLeavesTheTargetAlone) {

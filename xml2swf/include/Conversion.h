@@ -101,6 +101,10 @@ struct XmlStartTag {
 /// with its place, for a text that is not well-formed as far as it is read.
 std::optional<XmlStartTag> movieStartTag(std::string_view text);
 
+/// Whether a text is in the full form; no text without a Movie element is. Throws MovieAttributeError for a form that
+/// there is none of, and as movieStartTag does.
+bool isFullForm(std::string_view text);
+
 /// Throws XmlSyntaxError, with its place, when the text is not well-formed.
 void checkXml(std::string_view text);
 

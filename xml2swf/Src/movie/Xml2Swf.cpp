@@ -301,6 +301,16 @@ std::optional<XmlStartTag> movieStartTag(std::string_view text) {
     });
 }
 
+bool isFullForm(std::string_view text) {
+    return located(text, [&] {
+        XmlDocument document(text, nullptr);
+        XmlReadContext context;
+        context.document = &document;
+        std::optional<XmlElement> root = findRoot(context, "Movie");
+        return root && isFullForm(*root);
+    });
+}
+
 void checkXml(std::string_view text) {
     located(text, [&] { XmlDocument(text, nullptr, libswf::threadsFor(text.size() >= bigText, 0)).validate(); });
 }

@@ -41,20 +41,16 @@ private:
 };
 
 /// Gives a document the name and kind of the file that now holds it.
-class SetDocAttributesCmd : public ICommand {
+class SetDocAttributesCmd : public FinalCommand {
 public:
     SetDocAttributesCmd(Document& document, std::string fileName, FileKind kind)
         : _document(document), _fileName(std::move(fileName)), _kind(kind) {}
     bool Execute() override;
-    bool Unexecute() override;
 
 private:
-    void swap();
-
     Document& _document;
     std::string _fileName;
     FileKind _kind;
-    bool _hasFile = true;
 };
 
 /// Compiles the document's text into a temporary file and plays it. The text is given away.

@@ -1,0 +1,110 @@
+#include "DocumentViewListCommands.h"
+
+#include "TagCheck.h"
+#include "TagClipboard.h"
+#include "TagEdits.h"
+#include "TagText.h"
+
+namespace zelk::guicommand::documentviewlist {
+
+bool BuildTagListCmd::Execute() {
+    if (_text.isCurrent())
+        return true;
+    const std::string_view text = _text.text(); // which the user cannot change meanwhile
+    std::shared_ptr<const TagIndex> tags;
+    ThreadParams params;
+    _session.user.runJob("Listing tags", params, [&tags, text] { tags = std::make_shared<TagIndex>(text); });
+    _text.setTags(std::move(tags));
+    return true;
+}
+
+bool TagListCmd::Execute() {
+    if (_isPrepared) {
+        if (!_text.view().redo())
+            return false;
+    } else {
+        _edit = prepare();
+        if (_edit.changes.empty())
+            return false;
+        _text.view().replaceAll(_edit.changes);
+        _edit.changes = {};
+        checkText();
+        _isPrepared = true;
+    }
+    _shown = _edit.shown;
+    finish();
+    return true;
+}
+
+// The list could not be shown any more, and nobody would know why.
+void TagListCmd::checkText() {
+    try {
+        _text.tags();
+    } catch (...) {
+        _text.view().undo();
+        throw;
+    }
+}
+
+bool TagListCmd::Unexecute() {
+    _shown = _edit.back;
+    return _text.view().undo();
+}
+
+TagListCmd::Edit DeleteCmd::prepare() {
+    const TagIndex& index = text().tags();
+    const std::vector<uint32_t> tags = tagsAt(index, _selection);
+    Edit edit;
+    if (tags.empty())
+        return edit;
+    for (uint32_t tag : tags) {
+        _removed.push_back(loneElement(text(), tag));
+        edit.back.push_back(index.path(tag));
+    }
+    edit.place = edit.back.front();
+    edit.changes = removal(text(), tags);
+    return edit;
+}
+
+void CutCmd::finish() { putOnClipboard(_clipboard, removed()); }
+
+bool CopyCmd::Execute() {
+    std::vector<std::string> elements;
+    for (uint32_t tag : tagsAt(_text.tags(), _selection))
+        elements.push_back(loneElement(_text, tag));
+    return !elements.empty() && putOnClipboard(_clipboard, elements);
+}
+
+TagListCmd::Edit InsertCmd::prepare() {
+    if (_elements.empty() || _position.empty())
+        return {};
+    const TagIndex& index = text().tags();
+    TagPath position(_position.begin(), _position.end() - 1);
+    const uint32_t first = std::min(_position.back(), index.childCount(index.find(position)));
+    Edit edit;
+    edit.changes = {insertionAt(text(), _position, _elements)};
+    position.push_back(first);
+    edit.place = position;
+    for (; position.back() < first + _elements.size(); ++position.back())
+        edit.shown.push_back(position);
+    _elements = {}; // The text's history has them from now on.
+    return edit;
+}
+
+TagListCmd::Edit PasteCmd::prepare() {
+    _elements = tagsOnClipboard(_clipboard);
+    return InsertCmd::prepare();
+}
+
+TagListCmd::Edit EditSingleTagCmd::prepare() {
+    const uint32_t tag = text().tags().find(_position);
+    if (tag == TagIndex::movie)
+        return {};
+    const std::string before = loneElement(text(), tag);
+    const std::optional<std::string> after = _editor.editTag(before, movieVersion(text()));
+    if (!after || *after == before)
+        return {};
+    return {{replacement(text(), tag, trimmed(*after))}, {_position}, {_position}, _position};
+}
+
+} // namespace zelk::guicommand::documentviewlist

@@ -34,7 +34,9 @@ bool CommandState::meets(Needs needs) const {
     case Needs::file: return hasFile;
     case Needs::undo: return canUndo;
     case Needs::redo: return canRedo;
+    case Needs::text: return documents > 0 && !showsList;
     case Needs::selection: return hasSelection;
+    case Needs::selectedText: return hasSelection && !showsList;
     case Needs::severalDocuments: return documents > 1;
     case Needs::neverMet: break;
     }
@@ -49,6 +51,9 @@ CommandActions::CommandActions(QWidget* window) : QObject(window) {
         _submenus.insert(id, menu);
     }
     fill(*submenu(CommandId::theme), themeMenu());
+    for (int id : {CommandId::themeSystem, CommandId::themeLight, CommandId::themeDark, CommandId::movieXml,
+                   CommandId::tagList, CommandId::preview})
+        action(id)->setCheckable(true);
 }
 
 QAction* CommandActions::make(const CommandRow& row, QWidget* window) {
@@ -107,6 +112,8 @@ void CommandActions::fill(QToolBar& bar) {
 void CommandActions::update(const CommandState& state) {
     for (const CommandRow& row : commandTable())
         action(row.id)->setEnabled(state.meets(row.needs));
+    action(CommandId::movieXml)->setChecked(state.documents > 0 && !state.showsList);
+    action(CommandId::tagList)->setChecked(state.showsList);
 }
 
 } // namespace zelk

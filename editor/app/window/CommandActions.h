@@ -16,6 +16,7 @@ namespace zelk {
 struct CommandState {
     int documents = 0;
     bool hasFile = false, canUndo = false, canRedo = false, hasSelection = false;
+    bool showsList = false; ///< and not the text
 
     bool meets(Needs needs) const;
 };

@@ -80,7 +80,9 @@ enum class Needs : uint8_t {
     file, ///< a document that has a file
     undo,
     redo,
-    selection,
+    text,      ///< a document that is shown as text
+    selection, ///< of text, or of tags in the list
+    selectedText,
     severalDocuments,
     neverMet ///< for what this build does not have
 };

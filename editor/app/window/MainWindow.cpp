@@ -2,15 +2,11 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDir>
-#include <QFileInfo>
 #include <QMimeData>
 #include <QScreen>
 #include <QToolBar>
 
-#include "DocumentViewCommands.h"
-#include "DocumentViewTextCommands.h"
-#include "ThemeIcon.h"
+#include "preview/PreviewPane.h"
 
 // A library's resources are linked in only when something asks for them, and not from inside a namespace.
 static void loadIcons() { Q_INIT_RESOURCE(icons); }
@@ -27,34 +23,54 @@ CommandActions* makeActions(QWidget* window) {
 
 } // namespace
 
-using namespace guicommand;
-using namespace guicommand::documentview;
-using namespace guicommand::documentviewtext;
-
 MainWindow::MainWindow(QSettings& settings)
     : _settings(settings), _dialogs(this), _session(_dialogs), _player(settings, _requests),
       _recentSettings(settings, QStringLiteral("RecentList/Recent Document List")), _recentFiles(_recentSettings),
       _actions(makeActions(this)), _tabs(new DocumentTabsView(this)), _statusBar(new StatusBar(this)),
-      _warnings(new WarningsPanel(this)), _search(new SearchController(this)) {
+      _warnings(new WarningsPanel(this)), _preview(new PreviewPane(this)), _search(new SearchController(this)),
+      _documents(_session, _recentFiles, *_tabs), _commands({*this, _settings, _session, _dialogs, _documents, *_tabs,
+                                                             *_actions, *_search, *_warnings, *_preview}) {
+    _session.player = &_player;
+    buildLayout();
+    connectParts();
+    restore();
+    showState();
+}
+
+void MainWindow::buildLayout() {
     setWindowIcon(QIcon(QStringLiteral(":/icons/zelk.svg")));
     setAcceptDrops(true);
-    _session.player = &_player;
     setCentralWidget(_tabs);
     setStatusBar(_statusBar);
     addDockWidget(Qt::BottomDockWidgetArea, _warnings);
+    addDockWidget(Qt::RightDockWidgetArea, _preview);
     _actions->fill(*menuBar());
     QToolBar* bar = addToolBar(tr("Tool Bar"));
     bar->setObjectName(QStringLiteral("toolBar"));
     bar->setIconSize({20, 20});
     _actions->fill(*bar);
-    addHandlers();
+}
+
+void MainWindow::connectParts() {
     connect(_actions, &CommandActions::chosen, this, &MainWindow::run);
     connect(_actions->submenu(CommandId::recentFiles), &QMenu::aboutToShow, this, &MainWindow::fillRecentFiles);
+    connect(&_documents, &OpenDocuments::added, this, [this](DocumentView* view) { watch(*view); });
+    connect(&_documents, &OpenDocuments::changed, this, [this] {
+        showState();
+        showWarnings();
+    });
+    connect(&_documents, &OpenDocuments::saved, this,
+            [this](const QString& fileName) { _statusBar->showMessage(tr("Saved %1").arg(fileName), 5000); });
     connect(_tabs, &DocumentTabsView::stateChanged, this, &MainWindow::showState);
-    connect(_tabs, &QTabWidget::currentChanged, this, &MainWindow::showWarnings);
-    connect(_tabs, &DocumentTabsView::closeAsked, this, [this](DocumentView* view) { closeView(*view); });
+    connect(_tabs, &DocumentTabsView::closeAsked, this, [this](DocumentView* view) { _documents.close(*view); });
     connect(_tabs, &DocumentTabsView::menuAsked, this,
             [this](const QPoint& position) { showContextMenu(tabMenu(), position); });
+    connect(_tabs, &QTabWidget::currentChanged, this, [this] {
+        DocumentView* view = _tabs->current();
+        _search->setTarget(view == nullptr ? nullptr : &view->editor());
+        showWarnings();
+        showPreview();
+    });
     connect(_statusBar, &StatusBar::warningsAsked, this, [this] { run(CommandId::warnings); });
     connect(_warnings, &WarningsPanel::placeChosen, this, [this](uint32_t row, uint32_t column) {
         if (DocumentView* view = _tabs->current())
@@ -62,29 +78,11 @@ MainWindow::MainWindow(QSettings& settings)
     });
     connect(_search, &SearchController::resultShown, this,
             [this](const QString& text) { _statusBar->showMessage(text, 5000); });
-    connect(_tabs, &QTabWidget::currentChanged, this, [this] {
-        DocumentView* view = _tabs->current();
-        _search->setTarget(view == nullptr ? nullptr : &view->editor());
-    });
-    addPreview();
-    restore();
-    showState();
-}
-
-// --- documents -------------------------------------------------------------------------------------------------------
-
-void MainWindow::newDocument() {
-    auto* view = new DocumentView;
-    view->document() = zelk::newDocument(_session.names);
-    LoadFromDocCmd(view->document(), *view).Execute();
-    addView(view);
-}
-
-bool MainWindow::openFiles(const QStringList& fileNames) {
-    bool all = true;
-    for (const QString& name : fileNames)
-        all = openFile(name) && all;
-    return all;
+    // Not by way of the window: the pane is hidden once more when the window is half gone.
+    QAction* preview = _actions->action(CommandId::preview);
+    const auto checkPreview = [pane = _preview, preview] { preview->setChecked(!pane->isHidden()); };
+    connect(_preview, &QDockWidget::visibilityChanged, preview, checkPreview);
+    connect(preview, &QAction::triggered, _preview, checkPreview);
 }
 
 void MainWindow::openLater(const QStringList& fileNames) {
@@ -104,132 +102,47 @@ void MainWindow::receiveFiles(const QStringList& fileNames) {
     openLater(fileNames);
 }
 
-bool MainWindow::openFile(const QString& fileName) {
-    const QString name = QFileInfo(fileName).absoluteFilePath();
-    if (DocumentView* view = viewOf(name)) {
-        _tabs->setCurrentWidget(view);
-        return true;
-    }
-    auto view = std::make_unique<DocumentView>();
-    MacroCommand command{std::make_shared<LoadFromFileCmd>(_session, view->document(), name.toStdString()),
-                         std::make_shared<LoadFromDocCmd>(view->document(), *view)};
-    if (!execute(command, nullptr)) {
-        if (!QFileInfo::exists(name))
-            _recentFiles.remove(name.toStdString());
-        return false;
-    }
-    _recentFiles.add(name.toStdString());
-    DocumentView* untouched = _tabs->count() == 1 && isUntouchedNew(*_tabs->at(0)) ? _tabs->at(0) : nullptr;
-    addView(view.release());
-    if (untouched != nullptr)
-        _tabs->remove(untouched);
-    return true;
-}
-
-bool MainWindow::isUntouchedNew(const DocumentView& view) const {
-    return !view.document().hasFile && !view.document().isModified;
-}
-
-DocumentView* MainWindow::viewOf(const QString& fileName) const {
-    const QFileInfo file(fileName);
-    for (DocumentView* view : _tabs->all()) {
-        if (view->document().hasFile && QFileInfo(view->fileName()) == file)
-            return view;
-    }
-    return nullptr;
-}
-
-void MainWindow::addView(DocumentView* view) {
-    watch(*view);
-    _tabs->add(view);
-    showState();
-    showWarnings();
-}
-
 void MainWindow::watch(DocumentView& view) {
     connect(&view.editor(), &TextEditorView::contextMenuAsked, this,
             [this](const QPoint& position) { showContextMenu(textViewMenu(), position); });
-    watchList(view);
+    connect(&view, &DocumentView::currentTagChanged, this, [this, &view] {
+        if (_tabs->current() == &view)
+            showPreview();
+    });
+    connect(&view.list(), &DocumentViewList::commandAsked, this, &MainWindow::run);
+    connect(&view.list(), &DocumentViewList::executeAsked, this, [this, &view](const guicommand::CommandPtr& command) {
+        view.list().execute(_session, command);
+        showState();
+    });
+    connect(&view.list(), &DocumentViewList::menuAsked, this,
+            [this](const QPoint& position) { showContextMenu(tagListMenu(), position); });
     // The text would take the name of a dropped file as text.
     for (QWidget* widget : view.findChildren<QWidget*>())
         widget->installEventFilter(this);
 }
 
-bool MainWindow::save(DocumentView& view) {
-    if (!view.document().hasFile)
-        return saveAs(view);
-    return saveBy(view, std::make_shared<SaveToFileCmd>(_session, view.document()));
-}
-
-bool MainWindow::saveAs(DocumentView& view) {
-    return saveBy(view, std::make_shared<SaveAsFileCmd>(_session, view.document()));
-}
-
-bool MainWindow::saveBy(DocumentView& view, CommandPtr command) {
-    MacroCommand all{std::make_shared<SaveAsDocCmd>(view.document(), view), std::move(command)};
-    const bool isDone = execute(all, &view);
-    view.document().text = {};
-    if (!isDone)
-        return false;
-    view.setSavePoint();
-    _recentFiles.add(view.document().fileName);
-    Q_EMIT view.stateChanged();
-    showWarnings();
-    _statusBar->showMessage(tr("Saved %1").arg(view.fileName()), 5000);
-    return true;
-}
-
-void MainWindow::play(DocumentView& view) {
-    MacroCommand all{std::make_shared<SaveAsDocCmd>(view.document(), view),
-                     std::make_shared<SwfPlayCmd>(_session, view.document())};
-    execute(all, &view);
-    view.document().text = {};
-    showWarnings();
-}
-
-bool MainWindow::closeView(DocumentView& view) {
-    if (view.document().isModified) {
-        _tabs->setCurrentWidget(&view);
-        const SaveAnswer answer = _dialogs.askToSave(view.document());
-        if (answer == SaveAnswer::cancel || (answer == SaveAnswer::yes && !save(view)))
-            return false;
-    }
-    _tabs->remove(&view);
-    showState();
-    showWarnings();
-    return true;
-}
-
-bool MainWindow::closeViews(const DocumentView* butThis) {
-    for (DocumentView* view : _tabs->all()) {
-        if (view != butThis && !closeView(*view))
-            return false;
-    }
-    return true;
-}
-
-bool MainWindow::execute(ICommand& command, ITextView* view) { return runCommand(_session, command, view); }
-
 // --- what is shown ---------------------------------------------------------------------------------------------------
 
 void MainWindow::showState() {
-    DocumentView* view = _tabs->current();
     CommandState state;
     state.documents = _tabs->count();
     QString title = QStringLiteral("Zelk");
-    if (view != nullptr) {
+    uint32_t row = 0, column = 0;
+    if (DocumentView* view = _tabs->current()) {
         TextEditorView& editor = view->editor();
         state.hasFile = view->document().hasFile;
         state.canUndo = editor.canUndo();
         state.canRedo = editor.canRedo();
-        state.hasSelection = editor.hasSelection();
+        state.showsList = view->showsList();
+        state.hasSelection = state.showsList ? view->list().hasSelection() : editor.hasSelection();
         title = view->title() + QStringLiteral(" - ") + title;
-        _statusBar->showPlace(editor.row(), editor.column());
-    } else {
-        _statusBar->showPlace(0, 0);
+        if (!state.showsList) {
+            row = editor.row();
+            column = editor.column();
+        }
     }
+    _statusBar->showPlace(row, column);
     _actions->update(state);
-    showListState();
     if (windowTitle() != title)
         setWindowTitle(title);
 }
@@ -239,6 +152,15 @@ void MainWindow::showWarnings() {
     const DocumentWarnings& warnings = view == nullptr ? DocumentWarnings() : view->document().warnings;
     _warnings->setWarnings(warnings);
     _statusBar->showWarnings(warnings.size());
+}
+
+void MainWindow::showPreview() {
+    DocumentView* view = _tabs->current();
+    const auto tag = view == nullptr ? std::nullopt : view->listedTag();
+    if (tag)
+        _preview->showTag(view->editor(), {tag->first, tag->second});
+    else
+        _preview->showCaret(view == nullptr ? nullptr : &view->editor());
 }
 
 void MainWindow::showContextMenu(std::span<const MenuItem> items, const QPoint& globalPos) {
@@ -257,7 +179,7 @@ void MainWindow::fillRecentFiles() {
         QAction* entry = menu->addAction(
             QStringLiteral("&%1 %2").arg(number).arg(QString(path).replace(u'&', QStringLiteral("&&"))));
         entry->setObjectName(QString::number(CommandId::firstRecentFile + number - 1));
-        connect(entry, &QAction::triggered, this, [this, path] { openFile(path); });
+        connect(entry, &QAction::triggered, this, [this, path] { openFiles({path}); });
     }
     if (number == 0)
         menu->addAction(_actions->action(CommandId::firstRecentFile));
@@ -266,8 +188,7 @@ void MainWindow::fillRecentFiles() {
 // --- events ----------------------------------------------------------------------------------------------------------
 
 void MainWindow::run(int id) {
-    if (const Handler handler = _handlers.value(id))
-        handler();
+    _commands.run(id);
     showState();
 }
 
@@ -275,7 +196,7 @@ void MainWindow::restore() {
     resize(QSize(1100, 760).boundedTo(screen()->availableSize() - QSize(40, 80)));
     restoreGeometry(_settings.value(QStringLiteral("Window/geometry")).toByteArray());
     restoreState(_settings.value(QStringLiteral("Window/state")).toByteArray());
-    setTheme(_settings.value(QStringLiteral("Window/theme"), CommandId::themeSystem).toInt());
+    _commands.setTheme(_settings.value(QStringLiteral("Window/theme"), CommandId::themeSystem).toInt());
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -284,7 +205,8 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         _requests.addLatest(this, QStringLiteral("close"), [this] { close(); });
         return;
     }
-    if (!closeViews() || !_waitingFiles.isEmpty()) // Those that came while the user was asked have the window then.
+    // Files that came while the user was asked have the window then.
+    if (!_documents.closeAll() || !_waitingFiles.isEmpty())
         return;
     _settings.setValue(QStringLiteral("Window/geometry"), saveGeometry());
     _settings.setValue(QStringLiteral("Window/state"), saveState());

@@ -1,0 +1,125 @@
+#include "OpenDocuments.h"
+
+#include <QFileInfo>
+
+#include "DocumentViewCommands.h"
+#include "DocumentViewTextCommands.h"
+
+namespace zelk {
+
+using namespace guicommand;
+using namespace guicommand::documentview;
+using namespace guicommand::documentviewtext;
+
+namespace {
+
+// As it was made, so that nothing is lost when a file takes its place.
+bool isUntouchedNew(const DocumentView& view) { return !view.document().hasFile && !view.document().isModified; }
+
+} // namespace
+
+void OpenDocuments::addNew() {
+    auto* view = new DocumentView;
+    view->document() = newDocument(_session.names);
+    LoadFromDocCmd(view->document(), *view).Execute();
+    add(view);
+    Q_EMIT changed();
+}
+
+void OpenDocuments::add(DocumentView* view) {
+    Q_EMIT added(view);
+    _tabs.add(view);
+}
+
+bool OpenDocuments::open(const QStringList& fileNames) {
+    bool all = true;
+    for (const QString& name : fileNames)
+        all = openFile(name) && all;
+    return all;
+}
+
+bool OpenDocuments::openFile(const QString& fileName) {
+    const QString name = QFileInfo(fileName).absoluteFilePath();
+    if (DocumentView* view = viewOf(name)) {
+        _tabs.setCurrentWidget(view);
+        return true;
+    }
+    auto view = std::make_unique<DocumentView>();
+    MacroCommand command{std::make_shared<LoadFromFileCmd>(_session, view->document(), name.toStdString()),
+                         std::make_shared<LoadFromDocCmd>(view->document(), *view)};
+    if (!runCommand(_session, command)) {
+        if (!QFileInfo::exists(name))
+            _recentFiles.remove(name.toStdString());
+        return false;
+    }
+    _recentFiles.add(name.toStdString());
+    DocumentView* untouched = _tabs.count() == 1 && isUntouchedNew(*_tabs.at(0)) ? _tabs.at(0) : nullptr;
+    add(view.release());
+    if (untouched != nullptr)
+        _tabs.remove(untouched);
+    Q_EMIT changed();
+    return true;
+}
+
+DocumentView* OpenDocuments::viewOf(const QString& fileName) const {
+    const QFileInfo file(fileName);
+    for (DocumentView* view : _tabs.all()) {
+        if (view->document().hasFile && QFileInfo(view->fileName()) == file)
+            return view;
+    }
+    return nullptr;
+}
+
+bool OpenDocuments::save(DocumentView& view) {
+    if (!view.document().hasFile)
+        return saveAs(view);
+    return saveBy(view, std::make_shared<SaveToFileCmd>(_session, view.document()));
+}
+
+bool OpenDocuments::saveAs(DocumentView& view) {
+    return saveBy(view, std::make_shared<SaveAsFileCmd>(_session, view.document()));
+}
+
+bool OpenDocuments::saveBy(DocumentView& view, CommandPtr command) {
+    MacroCommand all{std::make_shared<SaveAsDocCmd>(view.document(), view), std::move(command)};
+    const bool isDone = runCommand(_session, all, &view);
+    view.document().text = {};
+    if (!isDone)
+        return false;
+    view.setSavePoint();
+    _recentFiles.add(view.document().fileName);
+    Q_EMIT view.stateChanged();
+    Q_EMIT changed();
+    Q_EMIT saved(view.fileName());
+    return true;
+}
+
+void OpenDocuments::play(DocumentView& view) {
+    MacroCommand all{std::make_shared<SaveAsDocCmd>(view.document(), view),
+                     std::make_shared<SwfPlayCmd>(_session, view.document())};
+    runCommand(_session, all, &view);
+    view.document().text = {};
+    Q_EMIT changed();
+}
+
+bool OpenDocuments::close(DocumentView& view) {
+    if (view.document().isModified) {
+        _tabs.setCurrentWidget(&view);
+        const SaveAnswer answer = _session.user.askToSave(view.document());
+        if (answer == SaveAnswer::cancel || (answer == SaveAnswer::yes && !save(view)))
+            return false;
+    }
+    _tabs.remove(&view);
+    Q_EMIT changed();
+    return true;
+}
+
+bool OpenDocuments::closeAll(const DocumentView* butThis) {
+    for (DocumentView* view : _tabs.all()) {
+        if (view != butThis && !close(*view))
+            return false;
+    }
+    return true;
+}
+
+} // namespace zelk

@@ -1,0 +1,47 @@
+// The open documents: how they come into their tabs, are saved, played and closed.
+#pragma once
+
+#include "Command.h"
+#include "DocumentTabsView.h"
+#include "RecentFiles.h"
+
+namespace zelk {
+
+class OpenDocuments : public QObject {
+    Q_OBJECT
+public:
+    /// All outlive it.
+    OpenDocuments(Session& session, IFileHistory& recentFiles, DocumentTabsView& tabs)
+        : _session(session), _recentFiles(recentFiles), _tabs(tabs) {}
+
+    void addNew();
+    /// Opens each file in a tab of its own, or shows the tab that has it. False when one cannot be opened.
+    bool open(const QStringList& fileNames);
+    /// False when it was not saved: the reason is told.
+    bool save(DocumentView& view);
+    bool saveAs(DocumentView& view);
+    void play(DocumentView& view);
+    /// False when the user wants to keep it.
+    bool close(DocumentView& view);
+    /// Stops at the first that the user wants to keep.
+    bool closeAll(const DocumentView* butThis = nullptr);
+
+Q_SIGNALS:
+    /// Before it stands in a tab.
+    void added(DocumentView* view);
+    /// Documents came or went, or their warnings are others.
+    void changed();
+    void saved(const QString& fileName);
+
+private:
+    bool openFile(const QString& fileName);
+    DocumentView* viewOf(const QString& fileName) const;
+    void add(DocumentView* view);
+    bool saveBy(DocumentView& view, guicommand::CommandPtr command);
+
+    Session& _session;
+    IFileHistory& _recentFiles;
+    DocumentTabsView& _tabs;
+};
+
+} // namespace zelk

@@ -1,0 +1,232 @@
+#include "WindowCommands.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QUrl>
+
+#include "DocumentViewListCommands.h"
+#include "DocumentViewTextCommands.h"
+#include "PayloadCommands.h"
+#include "PreviewPane.h"
+#include "Theme.h"
+
+namespace zelk {
+
+using namespace guicommand;
+using namespace guicommand::documentviewlist;
+using namespace guicommand::documentviewtext;
+
+namespace {
+
+// Shows a document's tag list, or says why that cannot be done and goes to the place.
+class ShowListCmd : public FinalCommand {
+public:
+    ShowListCmd(Session& session, DocumentView& view) : _session(session), _view(view) {}
+    bool Execute() override {
+        BuildTagListCmd(_session, _view.tags()).Execute();
+        _view.showList();
+        return true;
+    }
+
+private:
+    Session& _session;
+    DocumentView& _view;
+};
+
+// Editing keys in the filter box mean its text.
+bool runOnField(int id) {
+    auto* field = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+    if (field == nullptr)
+        return false;
+    switch (id) {
+    case CommandId::undo: field->undo(); return true;
+    case CommandId::redo: field->redo(); return true;
+    case CommandId::cut: field->cut(); return true;
+    case CommandId::copy: field->copy(); return true;
+    case CommandId::paste: field->paste(); return true;
+    case CommandId::clear: field->del(); return true;
+    case CommandId::selectAll: field->selectAll(); return true;
+    default: return false;
+    }
+}
+
+void copyToClipboard(const QString& text) { QApplication::clipboard()->setText(text); }
+
+} // namespace
+
+WindowCommands::WindowCommands(const Parts& parts) : _parts(parts) {
+    addProgramCommands();
+    addDocumentCommands();
+    addTextCommands();
+    addListCommands();
+}
+
+void WindowCommands::run(int id) const {
+    if (const auto handler = _handlers.value(id))
+        handler();
+}
+
+void WindowCommands::onCurrent(int id, Work work) {
+    _handlers[id] = [this, work = std::move(work)] {
+        if (DocumentView* view = _parts.tabs.current())
+            work(*view);
+    };
+}
+
+template <typename Command>
+void WindowCommands::executeOnCurrent(int id) {
+    onCurrent(id, [this](DocumentView& view) {
+        Command command(_parts.session, view);
+        runCommand(_parts.session, command, &view);
+    });
+}
+
+// --- commands that need no document ----------------------------------------------------------------------------------
+
+void WindowCommands::addProgramCommands() {
+    _handlers[CommandId::fileNew] = [this] { _parts.documents.addNew(); };
+    _handlers[CommandId::fileOpen] = [this] { openFiles(); };
+    _handlers[CommandId::exit] = [this] { _parts.window.close(); };
+    _handlers[CommandId::closeAll] = [this] { _parts.documents.closeAll(); };
+    _handlers[CommandId::nextDocument] = [this] { _parts.tabs.step(1); };
+    _handlers[CommandId::previousDocument] = [this] { _parts.tabs.step(-1); };
+    _handlers[CommandId::about] = [this] { showAbout(); };
+    _handlers[CommandId::warnings] = [this] { _parts.warnings.open(); };
+    _handlers[CommandId::preview] = [this] { _parts.preview.setVisible(_parts.preview.isHidden()); };
+    for (int id : {CommandId::themeSystem, CommandId::themeLight, CommandId::themeDark})
+        _handlers[id] = [this, id] { setTheme(id); };
+    _handlers[CommandId::find] = [this] { _parts.search.openFind(); };
+    _handlers[CommandId::findNext] = [this] { _parts.search.findNext(); };
+    _handlers[CommandId::findPrevious] = [this] { _parts.search.findPrevious(); };
+    _handlers[CommandId::replace] = [this] { _parts.search.openReplace(); };
+}
+
+void WindowCommands::openFiles() {
+    const DocumentView* view = _parts.tabs.current();
+    const bool hasFolder = view != nullptr && view->document().hasFile;
+    const QString folder = hasFolder ? QFileInfo(view->fileName()).absolutePath() : QString();
+    _parts.documents.open(_parts.dialogs.chooseFilesToOpen(folder));
+}
+
+void WindowCommands::setTheme(int id) {
+    if (id != CommandId::themeLight && id != CommandId::themeDark)
+        id = CommandId::themeSystem;
+    applyTheme(static_cast<Theme>(id - CommandId::themeSystem));
+    for (int each : {CommandId::themeSystem, CommandId::themeLight, CommandId::themeDark})
+        _parts.actions.action(each)->setChecked(each == id);
+    _parts.settings.setValue(QStringLiteral("Window/theme"), id);
+}
+
+void WindowCommands::showAbout() {
+    QMessageBox::about(&_parts.window, tr("About Zelk"),
+                       tr("<h3>Zelk %1</h3><p>Shows a Flash movie as XML and compiles the edited XML back.</p>"
+                          "<p>Free software under the GNU General Public License, version 3 or later.</p>")
+                           .arg(QStringLiteral(ZELK_VERSION)));
+}
+
+// --- commands on the current document --------------------------------------------------------------------------------
+
+void WindowCommands::addDocumentCommands() {
+    onCurrent(CommandId::save, [this](DocumentView& view) { _parts.documents.save(view); });
+    onCurrent(CommandId::saveAs, [this](DocumentView& view) { _parts.documents.saveAs(view); });
+    onCurrent(CommandId::close, [this](DocumentView& view) { _parts.documents.close(view); });
+    onCurrent(CommandId::closeOthers, [this](DocumentView& view) { _parts.documents.closeAll(&view); });
+    onCurrent(CommandId::play, [this](DocumentView& view) { _parts.documents.play(view); });
+    onCurrent(CommandId::showColor, [this](DocumentView& view) { showSelectedColor(view); });
+    onCurrent(CommandId::movieXml, [](DocumentView& view) { view.showText(); });
+    onCurrent(CommandId::tagList, [this](DocumentView& view) { showList(view); });
+    executeOnCurrent<CheckXmlCmd>(CommandId::checkXml);
+    executeOnCurrent<MovieSettingsCmd>(CommandId::movieSettings);
+    executeOnCurrent<GotoLineCmd>(CommandId::gotoLine);
+    executeOnPayload<ExportPayloadCmd>(CommandId::exportPayload);
+    executeOnPayload<ImportPayloadCmd>(CommandId::replacePayload);
+    onCurrent(CommandId::copyFullPath, [](DocumentView& view) { copyToClipboard(view.fileName()); });
+    onCurrent(CommandId::copyFileName,
+              [](DocumentView& view) { copyToClipboard(QFileInfo(view.fileName()).fileName()); });
+    onCurrent(CommandId::openFolder, [](DocumentView& view) {
+        QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(view.fileName()).absolutePath()));
+    });
+}
+
+void WindowCommands::showSelectedColor(DocumentView& view) {
+    ShowColorCmd command(_parts.session, view.editor().selectedText());
+    runCommand(_parts.session, command);
+}
+
+// Of the tag at the caret, or of the current one in the list.
+template <typename Command>
+void WindowCommands::executeOnPayload(int id) {
+    onCurrent(id, [this](DocumentView& view) {
+        _parts.dialogs.setPayloadFolder(view.document());
+        Command command(_parts.session, view, view.place());
+        runCommand(_parts.session, command, &view);
+    });
+}
+
+// --- commands that the text view carries out -------------------------------------------------------------------------
+
+void WindowCommands::addTextCommands() {
+    using Slot = void (TextEditorView::*)();
+    const std::pair<int, Slot> rows[] = {
+        {CommandId::undo, &TextEditorView::undo},
+        {CommandId::redo, &TextEditorView::redo},
+        {CommandId::cut, &TextEditorView::cut},
+        {CommandId::cutAll, &TextEditorView::cutAll},
+        {CommandId::copy, &TextEditorView::copy},
+        {CommandId::copyAll, &TextEditorView::copyAll},
+        {CommandId::paste, &TextEditorView::paste},
+        {CommandId::clear, &TextEditorView::clear},
+        {CommandId::selectAll, &TextEditorView::selectAll},
+        {CommandId::insertColor, &TextEditorView::insertColorAsHex},
+        {CommandId::complete, &TextEditorView::complete},
+        {CommandId::insertTag, &TextEditorView::insertNewTag},
+        {CommandId::insertTagTemplate, &TextEditorView::insertNewTag},
+        {CommandId::insertAction, &TextEditorView::insertNewAction},
+        {CommandId::insertActionTemplate, &TextEditorView::insertNewAction},
+        {CommandId::insertStruct, &TextEditorView::insertNewStruct},
+        {CommandId::insertStructTemplate, &TextEditorView::insertNewStruct},
+        {CommandId::zoomIn, &TextEditorView::zoomIn},
+        {CommandId::zoomOut, &TextEditorView::zoomOut},
+        {CommandId::zoomReset, &TextEditorView::zoomReset},
+        {CommandId::toggleFold, &TextEditorView::toggleFold},
+        {CommandId::foldAll, &TextEditorView::foldAll},
+        {CommandId::unfoldAll, &TextEditorView::unfoldAll},
+    };
+    for (const auto& [id, slot] : rows)
+        onCurrent(id, [slot = slot](DocumentView& view) { (view.editor().*slot)(); });
+}
+
+// --- commands that the tag list carries out while it is shown --------------------------------------------------------
+
+// Those that the text view has too go there while the text is shown; the others bring up the list.
+void WindowCommands::addListCommands() {
+    for (const CommandRow& row : commandTable()) {
+        if (!DocumentViewList::handles(row.id))
+            continue;
+        onCurrent(row.id, [this, id = row.id, onText = _handlers.value(row.id)](DocumentView& view) {
+            if (!view.showsList() && onText)
+                onText();
+            else
+                runOnList(view, id);
+        });
+    }
+}
+
+void WindowCommands::runOnList(DocumentView& view, int id) {
+    if (runOnField(id) || !(view.showsList() || showList(view)))
+        return;
+    BuildTagListCmd build(_parts.session, view.tags());
+    if (runCommand(_parts.session, build, &view))
+        view.list().run(_parts.session, id);
+}
+
+bool WindowCommands::showList(DocumentView& view) {
+    ShowListCmd command(_parts.session, view);
+    return runCommand(_parts.session, command, &view);
+}
+
+} // namespace zelk

@@ -1,0 +1,65 @@
+// What each command of the table does in the window.
+#pragma once
+
+#include <QCoreApplication>
+#include <QHash>
+#include <QSettings>
+
+#include <functional>
+
+#include "CommandActions.h"
+#include "OpenDocuments.h"
+#include "SearchController.h"
+#include "WarningsPanel.h"
+#include "WindowDialogs.h"
+
+namespace zelk {
+
+class PreviewPane;
+
+class WindowCommands {
+    Q_DECLARE_TR_FUNCTIONS(WindowCommands)
+public:
+    /// What the commands work on. All outlive them.
+    struct Parts {
+        QWidget& window;
+        QSettings& settings;
+        Session& session;
+        WindowDialogs& dialogs;
+        OpenDocuments& documents;
+        DocumentTabsView& tabs;
+        CommandActions& actions;
+        SearchController& search;
+        WarningsPanel& warnings;
+        PreviewPane& preview;
+    };
+    explicit WindowCommands(const Parts& parts);
+
+    void run(int id) const;
+    /// One of the theme commands; any other number is the system's.
+    void setTheme(int id);
+
+private:
+    using Work = std::function<void(DocumentView&)>;
+    void addProgramCommands();
+    void addDocumentCommands();
+    void addTextCommands();
+    void addListCommands();
+
+    /// Nothing is done while no document is open.
+    void onCurrent(int id, Work work);
+    template <typename Command>
+    void executeOnCurrent(int id);
+    template <typename Command>
+    void executeOnPayload(int id);
+    void runOnList(DocumentView& view, int id);
+    bool showList(DocumentView& view);
+    void openFiles();
+    void showSelectedColor(DocumentView& view);
+    void showAbout();
+
+    const Parts _parts;
+    QHash<int, std::function<void()>> _handlers;
+};
+
+} // namespace zelk

@@ -237,6 +237,21 @@ static std::optional<XmlElement> findRoot(XmlReadContext& context, std::string_v
     return {};
 }
 
+// Asked before the first piece is read: scripts in it become bytes at once, and these depend on the form.
+static bool isFullForm(XmlReadContext& context) {
+    XmlDocument& document = *context.document;
+    const MovieSpan& movie = document.movie();
+    if (movie.start == MovieSpan::none || movie.tagEnd == movie.end)
+        return false; // none, or an empty one
+    XmlBlock block;
+    block.start = movie.start;
+    block.tagEnd = movie.tagEnd;
+    XmlWindowPtr window = document.parseStartTag(block);
+    XmlElement root(context, window, window->items());
+    root.acceptAll();
+    return isFullForm(root);
+}
+
 static bool compile(XmlDocument& document, std::vector<ElementSpan> spans, IXml2SwfConversionTarget& target,
                     const ConversionOptions& options) {
     ActionBytes bytes;
@@ -246,6 +261,7 @@ static bool compile(XmlDocument& document, std::vector<ElementSpan> spans, IXml2
     context.places = XmlPlaces(document.text());
     context.warnings = options.warnings;
     context.observer = options.observer;
+    context.fullForm = isFullForm(context);
     const ScriptsAsBytes scripts(context);
     std::optional<XmlElement> root = findRoot(context, "Movie");
     if (!root)

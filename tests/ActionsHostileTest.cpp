@@ -46,10 +46,11 @@ Bytes recordOf(uint16_t code, const Bytes& body) {
 }
 
 // What becomes of a tag's body; empty when the tag is dropped.
-Bytes savedBody(uint16_t code, const Bytes& body, bool keepRaw) {
+Bytes savedBody(uint16_t code, const Bytes& body, bool keepRaw, bool fullForm = false) {
     const Bytes record = recordOf(code, body);
     SwfIStream input(record.data(), record.size());
     input.context.version = 8;
+    input.context.fullForm = fullForm;
     input.context.keepRaw = keepRaw;
     SwfTags tags;
     tags.readUntil(input, record.size());
@@ -62,17 +63,19 @@ Bytes savedBody(uint16_t code, const Bytes& body, bool keepRaw) {
 }
 
 // The list of a DoAction that was read whole.
-std::unique_ptr<SwfTagDoAction> readDoAction(const Bytes& body, bool keepRaw) {
+std::unique_ptr<SwfTagDoAction> readDoAction(const Bytes& body, bool keepRaw, bool fullForm = false) {
     SwfIStream input(body.data(), body.size());
     input.context.version = 8;
+    input.context.fullForm = fullForm;
     input.context.keepRaw = keepRaw;
     input.setBodyEnd(body.size());
     return std::make_unique<SwfTagDoAction>(input);
 }
 
 // Whether nothing but single actions of a DoAction is kept as bytes.
-bool isShown(const Bytes& body) {
+bool isShown(const Bytes& body, bool fullForm) {
     SwfIStream input(body.data(), body.size());
+    input.context.fullForm = fullForm;
     input.context.keepRaw = true;
     input.setBodyEnd(body.size());
     try {
@@ -109,25 +112,34 @@ Bytes inTry(const Bytes& inner) {
     return bytes;
 }
 
+Bytes inFullTry(const Bytes& inner) {
+    Bytes bytes = hexBytes("8f 08 00 02 00 00 00 00");
+    append16(bytes, inner.size());
+    append(bytes, "00");
+    bytes.insert(bytes.end(), inner.begin(), inner.end());
+    return bytes;
+}
+
 uint32_t nesting(const SwfActions& list) {
     uint32_t deepest = 0;
     for (const SwfAction* action : list) {
         if (const auto* block = dynamic_cast<const SwfActionBlock*>(action))
             deepest = std::max(deepest, 1 + nesting(block->body));
         else if (const auto* attempt = dynamic_cast<const SwfActionTry*>(action))
-            deepest = std::max(deepest, 1 + nesting(attempt->tryBody));
+            deepest = std::max(deepest, 1 + std::max(nesting(attempt->tryBody), nesting(attempt->finallyBody)));
     }
     return deepest;
 }
 
 TEST(HostileActions, DeepNestingIsCutAndNothingLost) {
-    for (Wrap wrap : {inWith, inFunction, inTry}) {
+    for (Wrap wrap : {inWith, inFunction, inTry, inFullTry}) {
+        const bool fullForm = wrap == inFullTry;
         Bytes body;
         for (int level = 0; level < 5000; ++level)
             body = wrap(body);
         for (bool keepRaw : {false, true}) {
-            EXPECT_EQ(hexDiff(body, savedBody(doAction, body, keepRaw)), "");
-            EXPECT_EQ(nesting(readDoAction(body, keepRaw)->actions), SwfContext::maxDepth);
+            EXPECT_EQ(hexDiff(body, savedBody(doAction, body, keepRaw, fullForm)), "");
+            EXPECT_EQ(nesting(readDoAction(body, keepRaw, fullForm)->actions), SwfContext::maxDepth);
         }
     }
 }
@@ -144,6 +156,7 @@ TEST(HostileActions, SizesThatPassTheirListsCostNoSecondReading) {
         {doAction, "", "8f 08 00 00 00 ff ff 00 00 00 00"},                // Try of 64 KB, Length too small
         {doAction, "", "8f ff 7f 00 00 f7 7f 00 00 00 00"},                // Try of 32 KB, Length to match
         {doAction, "", "8f ff ff 80 00 f7 7f 00 80 00 00 94 02 00 ff ff"}, // two bodies
+        {doAction, "", "8f 08 00 07 ff ff ff ff ff ff 00"},                // three bodies
         {doAction, "", "88 02 00 ff ff"},                                  // a pool of 65,535 constants in no bytes
         {doAction, "", "8b 00 00 61"},                                     // texts without an end
         {doAction, "", "9b 02 00 61 61 61"},
@@ -155,11 +168,13 @@ TEST(HostileActions, SizesThatPassTheirListsCostNoSecondReading) {
         Bytes body = hexBytes(row.start);
         const Bytes records = repeated(row.record, 2'000'000);
         body.insert(body.end(), records.begin(), records.end());
-        EXPECT_EQ(hexDiff(body, savedBody(row.code, body, true)), "");
-        try {
-            savedBody(row.code, body, false); // comes to an end
-        } catch (const SwfException& error) {
-            EXPECT_EQ(error.code(), SwfError::doesNotFit); // bodies that the end of the tag cut
+        for (const bool fullForm : {false, true}) {
+            EXPECT_EQ(hexDiff(body, savedBody(row.code, body, true, fullForm)), "");
+            try {
+                savedBody(row.code, body, false, fullForm); // comes to an end
+            } catch (const SwfException& error) {
+                EXPECT_EQ(error.code(), SwfError::doesNotFit); // bodies that the end of the tag cut
+            }
         }
     }
 }
@@ -168,11 +183,11 @@ TEST(HostileActions, SizesThatPassTheirListsCostNoSecondReading) {
 class RandomActions {
 public:
     Bytes body(uint32_t records) {
-        static constexpr const char* starts[] = {"06",       "9e",          "80",          "16",       "a0",
-                                                 "81 02 00", "83 04 00",    "87 01 00",    "88 05 00", "8a 03 00",
-                                                 "8b 02 00", "8c",          "8d 01 00",    "96 03 00", "96 09 00 06",
-                                                 "99 02 00", "9a 01 00",    "9d 02 00",    "9f 01 00", "9f 03 00 c0",
-                                                 "94 02 00", "9b 05 00 00", "8f 0a 00 80", "8f",       "96 02 00 08"};
+        static constexpr const char* starts[] = {
+            "06",          "9e",          "80",       "16",          "a0",          "81 02 00",    "83 04 00",
+            "87 01 00",    "88 05 00",    "8a 03 00", "8b 02 00",    "8c",          "8d 01 00",    "96 03 00",
+            "96 09 00 06", "99 02 00",    "9a 01 00", "9d 02 00",    "9f 01 00",    "9f 03 00 c0", "94 02 00",
+            "9b 05 00 00", "8f 0a 00 80", "8f",       "96 02 00 08", "8f 08 00 01", "8f 09 00 06"};
         Bytes bytes;
         for (uint32_t i = 0; i < records; ++i) {
             const Bytes start = hexBytes(starts[below(std::size(starts))]);
@@ -192,17 +207,18 @@ private:
 };
 
 // By way of objects, or of bytes wherever they do.
-Bytes bodyThroughXml(uint16_t code, const Bytes& body, bool asBytes) {
+Bytes bodyThroughXml(uint16_t code, const Bytes& body, bool asBytes, bool fullForm) {
     Bytes file = hexBytes("46 57 53 08 00 00 00 00 10 00 00 01 00 00");
     const Bytes record = recordOf(code, body);
     file.insert(file.end(), record.begin(), record.end());
     append16(file, 0);
     SwfMovieSafe movie;
-    movie.parse(file, {.keepRaw = true, .readLater = asBytes});
+    movie.parse(file, {.fullForm = fullForm, .keepRaw = true, .readLater = asBytes});
     xml2swf::MovieTarget target;
     xml2swf::xmlToSwf(xml2swf::swfToXml(movie, {.keepRaw = true}), target, {.toWrite = asBytes});
     SwfContext context;
     context.version = 8;
+    context.fullForm = fullForm;
     SwfOStream output(target.movie.tags.getSize(context));
     output.context = context;
     target.movie.tags.write(output);
@@ -214,11 +230,12 @@ TEST(HostileActions, RandomListsComeBackByteForByte) {
     uint32_t shownAsActions = 0;
     for (int round = 0; round < 4000; ++round) {
         const Bytes body = random.body(1 + random.below(12));
-        ASSERT_EQ(hexDiff(body, savedBody(doAction, body, true)), "") << hexText(body);
+        const bool fullForm = round % 2 != 0;
+        ASSERT_EQ(hexDiff(body, savedBody(doAction, body, true, fullForm)), "") << hexText(body);
         for (const bool asBytes : {false, true})
-            ASSERT_EQ(hexDiff(body, bodyThroughXml(doAction, body, asBytes)), "") << hexText(body);
-        savedBody(doAction, body, false);
-        shownAsActions += isShown(body);
+            ASSERT_EQ(hexDiff(body, bodyThroughXml(doAction, body, asBytes, fullForm)), "") << hexText(body);
+        savedBody(doAction, body, false, fullForm);
+        shownAsActions += isShown(body, fullForm);
     }
     EXPECT_GT(shownAsActions, 500u) << "the bodies are too bad to show anything";
 }

@@ -27,8 +27,8 @@ enum : uint32_t {
 /// constructor from SwfIStream: the record header has been read, its code and Length stand in the stream's context.
 /// `size` is the length of the payload in bytes, nested lists included.
 ///
-/// Departures from the published format, kept on purpose: a record of code 0x80 is read with a Length field and written
-/// without one; a Length over 65,535 is cut to its low 16 bits.
+/// A Length over 65,535 is cut to its low 16 bits. Departure from the published format, kept on purpose in the classic
+/// form: a record of code 0x80 is read with a Length field and written without one.
 class SwfAction : public SwfStruct, public SwfPooled {
 public:
     uint32_t type; ///< action code, 0 to 255, or SwfActionCode::compiled
@@ -47,14 +47,16 @@ public:
     virtual void write(SwfOStream& stream);
 
     /// Bytes of the record header.
-    uint32_t headerSize() const { return type == SwfActionCode::compiled ? 0 : type > 0x80 ? 3 : 1; }
+    uint32_t headerSize(const SwfContext& context) const {
+        return type == SwfActionCode::compiled ? 0 : hasLength(context) ? 3 : 1;
+    }
 
 protected:
     void writeHeader(SwfOStream& stream, uint32_t length) const {
         if (type == SwfActionCode::compiled)
             return;
         stream.writeUI8(static_cast<uint8_t>(type));
-        if (type <= 0x80)
+        if (!hasLength(stream.context))
             return;
         stream.writeUI16(static_cast<uint16_t>(length));
         if (length > UINT16_MAX) [[unlikely]]
@@ -62,6 +64,7 @@ protected:
     }
 
 private:
+    bool hasLength(const SwfContext& context) const { return context.fullForm ? type >= 0x80 : type > 0x80; }
     void warnOfCut(const SwfContext& context, uint32_t length) const;
 };
 
@@ -71,7 +74,8 @@ public:
     /// Bytes of the list as getSize last found them.
     uint32_t byteSize = 0;
 
-    /// Reads up to and including the first End, or to the end of the tag's body.
+    /// Reads up to and including the first End, or to the end of the tag's body. In the full form always to the end of
+    /// the body: players reach what stands behind an End by branches.
     void readUntilEnd(SwfIStream& stream);
     /// Reads the actions that start within the next `length` bytes, but none at or after the end of the tag's body. The
     /// last one may end later, unless the context says keepRaw: then the stream is marked inexact.

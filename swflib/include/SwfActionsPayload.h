@@ -154,13 +154,17 @@ public:
     explicit SwfActionIf(SwfIStream& stream) : SwfActionIf() { read(stream); }
 };
 
-/// GetURL2 (0x9A). Departs from the published format on purpose: there 0x80 loads variables, 0x40 loads into a target
-/// and the method stands in the low two bits. Bits 0x3C and method 3 have no XML form: such records are kept raw under
-/// keepRaw.
+/// GetURL2 (0x9A). The full form has the bits where players read them; the classic form departs from that on purpose,
+/// and has no XML form for reserved bits and method 3: such records are kept raw under keepRaw.
 class SwfActionGetURL2 : public SwfPayloadAction {
 public:
-    static constexpr uint8_t loadVariables = 0x01, loadTarget = 0x02, methodMask = 0xC0, reserved = 0x3C;
-    static constexpr uint32_t methodShift = 6;
+    struct Bits {
+        uint8_t loadVariables, loadTarget;
+        uint32_t methodShift; ///< of two bits
+    };
+    static constexpr Bits bits(bool fullForm) { return fullForm ? Bits{0x80, 0x40, 0} : Bits{0x01, 0x02, 6}; }
+    static constexpr uint8_t reserved = 0x3C, highestMethod = 3;
+    static constexpr uint32_t reservedShift = 2;
 
     uint8_t flags = 0; ///< the method: 0 none, 1 GET, 2 POST
 
@@ -171,14 +175,20 @@ protected:
     void writePayload(SwfOStream& stream) override;
 };
 
-/// GotoFrame2 (0x9F). Departs from the published format on purpose: there 0x01 plays and 0x02 says that a scene bias
-/// follows. The bias is written only when it is not 0.
+/// GotoFrame2 (0x9F). The full form has the bits where players read them; the classic form departs from that on
+/// purpose, and writes the bias only when it is not 0.
 class SwfActionGotoFrame2 : public SwfPayloadAction {
 public:
-    static constexpr uint8_t playFlag = 0x80, sceneBiasFlag = 0x40;
+    struct Bits {
+        uint8_t play, sceneBias; ///< the latter says that a bias follows
+    };
+    static constexpr Bits bits(bool fullForm) { return fullForm ? Bits{0x01, 0x02} : Bits{0x80, 0x40}; }
+    static constexpr uint8_t highestReserved = 0x3F;
 
     bool play = false;
     uint16_t sceneBias = 0;
+    bool hasSceneBias = false; ///< full form: a bias of 0 is written, too
+    uint8_t reserved = 0;      ///< full form: the six bits above
 
     SwfActionGotoFrame2() : SwfPayloadAction(SwfActionCode::GoToFrame2) {}
     explicit SwfActionGotoFrame2(SwfIStream& stream);
@@ -249,14 +259,20 @@ protected:
     void writePayload(SwfOStream& stream) override;
 };
 
-/// Try (0x8F). Departs from the published format on purpose: there the three sizes come first, the flags are bits 0x01,
-/// 0x02 and 0x04, and Length leaves the bodies out; here the register or name comes first, the flags are the top three
-/// bits and Length counts the bodies. Records of the published layout are kept raw under keepRaw, and their bodies then
-/// follow as ordinary actions. Each body holds at most 65,535 bytes (code 2). The constructor from SwfIStream reads up
-/// to the sizes; readAction and the lists read the bodies.
+/// Try (0x8F). In the full form, as players read it, the three sizes come first and Length leaves the bodies out. The
+/// classic form departs from that on purpose: the register or name comes first, the flags are other bits, and Length
+/// counts the bodies; records of the other layout are kept raw under keepRaw, and their bodies then follow as ordinary
+/// actions. Each body holds at most 65,535 bytes (code 2). The constructor from SwfIStream reads the fields; readAction
+/// and the lists read the bodies.
 class SwfActionTry : public SwfPayloadAction {
 public:
-    static constexpr uint8_t catchFlag = 0x80, finallyFlag = 0x40, registerFlag = 0x20;
+    struct Bits {
+        uint8_t catchBlock, finallyBlock, catchInRegister, reserved;
+    };
+    static constexpr Bits bits(bool fullForm) {
+        return fullForm ? Bits{0x01, 0x02, 0x04, 0xF8} : Bits{0x80, 0x40, 0x20, 0x1F};
+    }
+    static constexpr uint32_t reservedShift = 3, highestReserved = 0x1F; ///< in the full form
 
     bool catchInRegister = false; ///< catchRegister holds; else catchName
     SwfString catchName;
@@ -265,12 +281,21 @@ public:
     SwfActions tryBody, catchBody, finallyBody;
     uint16_t trySize = 0, catchSize = 0, finallySize = 0; ///< bytes of the bodies as read; worked out anew on write
 
+    bool hasCatch(bool fullForm) const { return (flags & bits(fullForm).catchBlock) != 0; }
+    bool hasFinally(bool fullForm) const { return (flags & bits(fullForm).finallyBlock) != 0; }
+
     SwfActionTry() : SwfPayloadAction(SwfActionCode::Try) {}
     explicit SwfActionTry(SwfIStream& stream);
     void write(SwfOStream& stream) override;
 
 protected:
     void writePayload(SwfOStream& stream) override;
+
+private:
+    void readNameOrRegister(SwfIStream& stream);
+    void readSizes(SwfIStream& stream);
+    void writeNameOrRegister(SwfOStream& stream);
+    void writeSizes(SwfOStream& stream);
 };
 
 } // namespace libswf

@@ -56,8 +56,9 @@ public:
     void write(SwfOStream& stream) const override;
 };
 
-/// Departs from the published format on purpose: each half has its most significant byte first, the low half stands in
-/// front. 1.0 is 00 00 00 00 3F F0 00 00.
+/// In the full form the high half stands in front, each half little-endian: 1.0 is 00 00 F0 3F 00 00 00 00, as players
+/// read it. The classic form departs from that on purpose: the low half stands in front, each with its most significant
+/// byte first, 00 00 00 00 3F F0 00 00.
 class SwfValueDouble : public SwfValue {
 public:
     double value = 0;

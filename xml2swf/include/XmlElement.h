@@ -136,6 +136,7 @@ public:
     static uint32_t valueOf(XmlNames names, std::string_view text, uint32_t otherwise);
     /// The value behind a name, or a number from 0 to `high`; 0 for any other text.
     uint32_t namedOrNumber(std::string_view name, XmlNames names, uint32_t high);
+    static uint32_t valueOrNumber(XmlNames names, std::string_view text, uint32_t high);
     [[noreturn]] void badValue(std::string_view attribute, std::string_view value) const;
 
     // Children: elements only, comments and text between them are passed over.

@@ -22,7 +22,7 @@ void SwfAction::warnOfCut(const SwfContext& context, uint32_t length) const {
 void SwfActions::measure(SwfOStream& counter) {
     const uint64_t start = counter.written();
     for (SwfAction* action : *this) {
-        counter.count(action->headerSize());
+        counter.count(action->headerSize(counter.context));
         action->measure(counter);
     }
     const uint64_t total = counter.written() - start;

@@ -60,9 +60,9 @@ private:
 };
 
 // Reads one list together with the bodies that its blocks open. Bodies lie between the records of the list, so all
-// records are read one after the other, each once, whatever the sizes claim: a block takes the records of its body out
-// of _items when they end where its size says. Otherwise, under keepRaw, it is turned into bytes and its body stays
-// behind as records of the list around it.
+// records are read one after the other, each once, whatever the sizes claim: a block takes the records of its bodies
+// out of _items when they end where its sizes say. Otherwise, under keepRaw, it is turned into bytes and its bodies
+// stay behind as records of the list around it.
 class ActionReader {
 public:
     enum class Stop : uint8_t { atEndAction, atEnd, afterOne };
@@ -80,7 +80,7 @@ public:
             const bool isEnd = _items.back()->type == SwfActionCode::End;
             if (_open.empty())
                 done = stop == Stop::afterOne || (stop == Stop::atEndAction && isEnd);
-            openBody(end);
+            openBodies(end);
         }
     }
 
@@ -94,11 +94,19 @@ public:
     }
 
 private:
+    struct OpenBody {
+        SwfActions* list = nullptr;
+        uint64_t end = 0;
+        size_t first = 0; // of its records in _items
+    };
     struct OpenBlock {
-        size_t index;     // of the block in _items; its body's records stand behind it
-        uint64_t end;     // of its body
+        size_t index;     // of the block in _items; its bodies' records stand behind it
         uint64_t payload; // where the block's own payload starts
         uint16_t length;  // and its size
+        std::array<OpenBody, 3> bodies = {};
+        uint32_t count = 0, current = 0;
+
+        const OpenBody& body() const { return bodies[current]; }
     };
 
     // False when the list cannot be read on, and is kept as bytes with what holds it.
@@ -115,7 +123,7 @@ private:
             _stream.seek(_stream.limit());
             return false;
         }
-        if (code == 0x80)
+        if (code == 0x80 && !context.fullForm)
             _stream.markInexact("an action of code 128 is written without its length");
 
         const bool marked = (_stream.actionOptions(code) & 1) != 0;
@@ -138,7 +146,8 @@ private:
         const uint8_t code = _stream.context.actionCode;
         const uint16_t length = _stream.context.actionLength;
         const bool keepRaw = _stream.context.keepRaw;
-        const bool nests = isBlock(code) || code == SwfActionCode::Try;
+        const bool bodiesFollow = isBlock(code) || (code == SwfActionCode::Try && _stream.context.fullForm);
+        const bool nests = bodiesFollow || code == SwfActionCode::Try;
         uint64_t end = _payload + length;
         std::string reason;
         try {
@@ -147,12 +156,14 @@ private:
             } else {
                 PayloadScope scope(_stream, end);
                 std::unique_ptr<SwfAction> action = creatorOf(code)(_stream);
-                if (code == SwfActionCode::Try)
+                if (code == SwfActionCode::Try && bodiesFollow)
+                    checkTry(static_cast<SwfActionTry&>(*action));
+                else if (code == SwfActionCode::Try)
                     readTryBodies(static_cast<SwfActionTry&>(*action), scope, end);
                 if (!keepRaw) {
                     // A body lies outside Length. A Try that passes its Length is not read twice.
                     if (!nests || _stream.position() < end)
-                        _stream.seek(isBlock(code) ? _stream.position() : end);
+                        _stream.seek(bodiesFollow ? _stream.position() : end);
                     return action;
                 }
                 if (_stream.inexact() != nullptr)
@@ -172,17 +183,23 @@ private:
         return bytes(code, _payload, end);
     }
 
-    // `end` becomes the true end of a Try whose sizes add up, for its Length is cut to 16 bits.
+    // A body without its flag has no form.
+    void checkTry(const SwfActionTry& action) {
+        const bool catchFits = action.hasCatch(true) || action.catchSize == 0;
+        const bool finallyFits = action.hasFinally(true) || action.finallySize == 0;
+        if (_stream.context.keepRaw && !(catchFits && finallyFits))
+            _stream.markInexact("its flags and sizes disagree");
+    }
+
+    // The classic form. `end` becomes the true end of a Try whose sizes add up, for its Length is cut to 16 bits.
     void readTryBodies(SwfActionTry& action, const PayloadScope& scope, uint64_t& end) {
-        const bool hasCatch = (action.flags & SwfActionTry::catchFlag) != 0;
-        const bool hasFinally = (action.flags & SwfActionTry::finallyFlag) != 0;
+        const bool hasCatch = action.hasCatch(false), hasFinally = action.hasFinally(false);
         _stream.setBodyEnd(scope.outerEnd);
         if (_stream.context.keepRaw) {
             // Settled before the bodies are read, so that a record of another layout costs no second reading.
             const uint64_t bodiesEnd = _stream.position() + action.trySize + action.catchSize + action.finallySize;
-            const uint8_t known = SwfActionTry::catchFlag | SwfActionTry::finallyFlag | SwfActionTry::registerFlag;
-            const bool flagsFit = (action.flags & ~known) == 0 && hasCatch == (action.catchSize != 0) &&
-                                  hasFinally == (action.finallySize != 0);
+            const bool flagsFit = (action.flags & SwfActionTry::bits(false).reserved) == 0 &&
+                                  hasCatch == (action.catchSize != 0) && hasFinally == (action.finallySize != 0);
             if (!flagsFit || bodiesEnd > _stream.limit() || ((bodiesEnd - end) & 0xFFFF) != 0) {
                 _stream.markInexact("its flags and sizes are of another layout");
                 return;
@@ -198,29 +215,46 @@ private:
             action.finallyBody.readSized(_stream, action.finallySize);
     }
 
-    void openBody(uint64_t listEnd) {
-        if (!isBlock(_items.back()->type))
+    void openBodies(uint64_t listEnd) {
+        SwfAction* opener = _items.back().get();
+        OpenBlock opened{_items.size() - 1, _payload, _stream.context.actionLength};
+        uint64_t end = _stream.position();
+        const auto add = [&](SwfActions& list, uint16_t size) {
+            end += size;
+            opened.bodies[opened.count++] = {&list, std::min(end, _stream.limit()), _items.size()};
+        };
+        if (isBlock(opener->type)) {
+            if (auto* block = dynamic_cast<SwfActionBlock*>(opener))
+                add(block->body, block->codeSize);
+        } else if (opener->type == SwfActionCode::Try && _stream.context.fullForm) {
+            if (auto* attempt = dynamic_cast<SwfActionTry*>(opener)) {
+                add(attempt->tryBody, attempt->trySize);
+                add(attempt->catchBody, attempt->catchSize);
+                add(attempt->finallyBody, attempt->finallySize);
+            }
+        }
+        if (opened.count == 0)
             return;
-        const auto* block = dynamic_cast<const SwfActionBlock*>(_items.back().get());
-        if (block == nullptr)
-            return;
-        const uint64_t end = _stream.position() + block->codeSize;
-        const OpenBlock opened{_items.size() - 1, std::min(end, _stream.limit()), _payload,
-                               _stream.context.actionLength};
-        if (_stream.context.keepRaw && end > (_open.empty() ? listEnd : _open.back().end))
+        if (_stream.context.keepRaw && end > (_open.empty() ? listEnd : _open.back().body().end))
             turnIntoBytes(opened, "its body is longer than the list around it");
         else
             _open.push_back(opened);
     }
 
     void closeBodies() {
-        while (!_open.empty() && _stream.position() >= _open.back().end) {
-            const OpenBlock closed = _open.back();
+        while (!_open.empty() && _stream.position() >= _open.back().body().end) {
+            OpenBlock& open = _open.back();
+            const bool passesEnd = _stream.context.keepRaw && _stream.position() > open.body().end;
+            if (!passesEnd && open.current + 1 < open.count) {
+                open.bodies[++open.current].first = _items.size();
+                continue;
+            }
+            const OpenBlock closed = open;
             _open.pop_back();
-            if (_stream.context.keepRaw && _stream.position() > closed.end)
+            if (passesEnd)
                 turnIntoBytes(closed, "the last action passes the end of its body");
-            else
-                moveTail(closed.index + 1, static_cast<SwfActionBlock&>(*_items[closed.index]).body);
+            for (uint32_t i = closed.count; !passesEnd && i-- != 0;)
+                moveTail(closed.bodies[i].first, *closed.bodies[i].list);
         }
     }
 
@@ -233,7 +267,7 @@ private:
 
     void turnIntoBytes(const OpenBlock& block, const char* reason) {
         std::unique_ptr<SwfAction>& item = _items[block.index];
-        warnKeptRaw(item->type, block.payload - item->headerSize(), reason);
+        warnKeptRaw(item->type, block.payload - item->headerSize(_stream.context), reason);
         const uint64_t position = _stream.position();
         item = bytes(item->type, block.payload, block.payload + block.length);
         _stream.seek(position);
@@ -277,8 +311,9 @@ std::unique_ptr<SwfAction> readAction(SwfIStream& stream) {
 }
 
 void SwfActions::readUntilEnd(SwfIStream& stream) {
+    using Stop = ActionReader::Stop;
     ActionReader reader(stream);
-    reader.read(stream.limit(), ActionReader::Stop::atEndAction);
+    reader.read(stream.limit(), stream.context.fullForm ? Stop::atEnd : Stop::atEndAction);
     reader.moveTo(*this);
 }
 

@@ -119,25 +119,37 @@ void SwfActionBranch::writePayload(SwfOStream& stream) { stream.writeSI16(branch
 
 SwfActionGetURL2::SwfActionGetURL2(SwfIStream& stream) : SwfActionGetURL2() {
     flags = stream.readUI8("Flags");
-    if ((flags & reserved) != 0 || (flags & methodMask) == methodMask)
+    if (stream.context.fullForm)
+        return;
+    const uint32_t method = flags >> bits(false).methodShift & highestMethod;
+    if ((flags & reserved) != 0 || method == highestMethod)
         stream.markInexact("its flags have no form here");
 }
 
 void SwfActionGetURL2::writePayload(SwfOStream& stream) { stream.writeUI8(flags); }
 
 SwfActionGotoFrame2::SwfActionGotoFrame2(SwfIStream& stream) : SwfActionGotoFrame2() {
+    const Bits bit = bits(stream.context.fullForm);
     const uint8_t flags = stream.readUI8("Flags");
-    play = (flags & playFlag) != 0;
-    if ((flags & sceneBiasFlag) != 0)
+    play = (flags & bit.play) != 0;
+    hasSceneBias = (flags & bit.sceneBias) != 0;
+    if (hasSceneBias)
         sceneBias = stream.readUI16("SceneBias");
-    const bool biasOfZero = (flags & sceneBiasFlag) != 0 && sceneBias == 0;
-    if ((flags & ~(playFlag | sceneBiasFlag)) != 0 || biasOfZero)
+    if (stream.context.fullForm) {
+        reserved = flags >> 2;
+        return;
+    }
+    const bool biasOfZero = hasSceneBias && sceneBias == 0;
+    if ((flags & ~(bit.play | bit.sceneBias)) != 0 || biasOfZero)
         stream.markInexact("its flags have no form here");
 }
 
 void SwfActionGotoFrame2::writePayload(SwfOStream& stream) {
-    stream.writeUI8(static_cast<uint8_t>((play ? playFlag : 0) | (sceneBias != 0 ? sceneBiasFlag : 0)));
-    if (sceneBias != 0)
+    const Bits bit = bits(stream.context.fullForm);
+    const bool writesBias = sceneBias != 0 || (stream.context.fullForm && hasSceneBias);
+    const uint32_t above = stream.context.fullForm ? uint32_t(reserved) << 2 : 0;
+    stream.writeUI8(static_cast<uint8_t>((play ? bit.play : 0) | (writesBias ? bit.sceneBias : 0) | above));
+    if (writesBias)
         stream.writeUI16(sceneBias);
 }
 
@@ -206,25 +218,51 @@ void SwfActionWith::writePayload(SwfOStream& stream) { writeBody(stream); }
 
 SwfActionTry::SwfActionTry(SwfIStream& stream) : SwfActionTry() {
     flags = stream.readUI8("Flags");
-    catchInRegister = (flags & registerFlag) != 0;
+    catchInRegister = (flags & bits(stream.context.fullForm).catchInRegister) != 0;
+    if (stream.context.fullForm) {
+        readSizes(stream);
+        readNameOrRegister(stream);
+    } else {
+        readNameOrRegister(stream);
+        readSizes(stream);
+    }
+}
+
+void SwfActionTry::readNameOrRegister(SwfIStream& stream) {
     if (catchInRegister)
         catchRegister = stream.readUI8("CatchRegister");
     else
         stream.readString(catchName, "CatchName");
+}
+
+void SwfActionTry::readSizes(SwfIStream& stream) {
     trySize = stream.readUI16("TrySize");
     catchSize = stream.readUI16("CatchSize");
     finallySize = stream.readUI16("FinallySize");
 }
 
-void SwfActionTry::writePayload(SwfOStream& stream) {
-    stream.writeUI8(flags);
+void SwfActionTry::writeNameOrRegister(SwfOStream& stream) {
     if (catchInRegister)
         stream.writeUI8(catchRegister);
     else
         catchName.write(stream, true);
+}
+
+void SwfActionTry::writeSizes(SwfOStream& stream) {
     stream.writeUI16(static_cast<uint16_t>(tryBody.byteSize));
     stream.writeUI16(static_cast<uint16_t>(catchBody.byteSize));
     stream.writeUI16(static_cast<uint16_t>(finallyBody.byteSize));
+}
+
+void SwfActionTry::writePayload(SwfOStream& stream) {
+    stream.writeUI8(flags);
+    if (stream.context.fullForm) {
+        writeSizes(stream);
+        writeNameOrRegister(stream);
+    } else {
+        writeNameOrRegister(stream);
+        writeSizes(stream);
+    }
     tryBody.measureOrWrite(stream);
     catchBody.measureOrWrite(stream);
     finallyBody.measureOrWrite(stream);
@@ -234,7 +272,9 @@ void SwfActionTry::write(SwfOStream& stream) {
     checkCount(tryBody.byteSize, "Try > TrySize");
     checkCount(catchBody.byteSize, "Try > CatchSize");
     checkCount(finallyBody.byteSize, "Try > FinallySize");
-    SwfPayloadAction::write(stream);
+    const uint32_t bodies = tryBody.byteSize + catchBody.byteSize + finallyBody.byteSize;
+    writeHeader(stream, stream.context.fullForm ? size - bodies : size);
+    writePayload(stream);
 }
 
 } // namespace libswf

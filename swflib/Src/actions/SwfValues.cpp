@@ -21,16 +21,19 @@ static uint32_t swapped(uint32_t half) {
 }
 
 SwfValueDouble::SwfValueDouble(SwfIStream& stream) : SwfValueDouble() {
-    const uint32_t low = swapped(stream.readUI32("Double"));
-    const uint32_t high = swapped(stream.readUI32("Double"));
+    const uint32_t first = stream.readUI32("Double");
+    const uint32_t second = stream.readUI32("Double");
+    const uint32_t high = stream.context.fullForm ? first : swapped(second);
+    const uint32_t low = stream.context.fullForm ? second : swapped(first);
     value = std::bit_cast<double>(uint64_t(high) << 32 | low);
 }
 
 void SwfValueDouble::write(SwfOStream& stream) const {
     const uint64_t bits = std::bit_cast<uint64_t>(value);
+    const auto low = static_cast<uint32_t>(bits), high = static_cast<uint32_t>(bits >> 32);
     SwfValue::write(stream);
-    stream.writeUI32(swapped(static_cast<uint32_t>(bits)));
-    stream.writeUI32(swapped(static_cast<uint32_t>(bits >> 32)));
+    stream.writeUI32(stream.context.fullForm ? high : swapped(low));
+    stream.writeUI32(stream.context.fullForm ? low : swapped(high));
 }
 
 static std::unique_ptr<SwfValue> makeValue(SwfIStream& stream) {

@@ -16,15 +16,27 @@ void writeBody(XmlNode& node, const char* name, const SwfActions& body) {
 
 // Bodies that nest deeper than a file's could not be read again.
 template <class Element>
-void readBody(Element& element, const char* name, SwfActions& body) {
+bool readBody(Element& element, const char* name, SwfActions& body) {
     XmlReadContext& context = element.context();
     auto child = element.child(name);
     if (!child)
-        return;
+        return false;
     if (context.actionDepth >= SwfContext::maxDepth)
         throw SwfException(SwfError::doesNotFit, "actions nested more than 256 deep");
     const SwfDepthScope depth(context.actionDepth);
     readActions(*child, body);
+    return true;
+}
+
+// Bits that no one has given a meaning; mostly none is set.
+void writeReserved(XmlNode& node, uint32_t bits) {
+    if (bits != 0)
+        node.attribute("Reserved", bits);
+}
+
+template <class Element>
+uint32_t readReserved(Element& element, uint32_t high) {
+    return static_cast<uint32_t>(element.ranged("Reserved", 0, high));
 }
 
 } // namespace
@@ -106,6 +118,7 @@ static constexpr XmlName functionFlags[] = {
     {"SupressArguments", 0x0008}, {"PreloadSuper", 0x0010},  {"SupressSuper", 0x0020},
     {"PreloadRoot", 0x0040},      {"PreloadParent", 0x0080}, {"PreloadGlobal", 0x0100},
 };
+static constexpr uint32_t reservedShift = 9;
 
 void writeXml(XmlNode& node, const SwfActionDefineFunction2& action) {
     node.attribute("Name", action.functionName);
@@ -114,6 +127,8 @@ void writeXml(XmlNode& node, const SwfActionDefineFunction2& action) {
         XmlNode bits(node, "BitsField");
         for (const XmlName& flag : functionFlags)
             bits.attribute(flag.name, (action.flags & flag.value) != 0);
+        if (node.context().swf.fullForm)
+            writeReserved(bits, action.flags >> reservedShift);
     }
     {
         XmlNode parameters(node, "RegisterParams");
@@ -133,6 +148,8 @@ static void read(Element& element, SwfActionDefineFunction2& action) {
     if (auto bits = element.child("BitsField")) {
         for (const XmlName& flag : functionFlags)
             action.flags = static_cast<uint16_t>(action.flags | (bits->boolean(flag.name) ? flag.value : 0));
+        if (element.context().fullForm)
+            action.flags = static_cast<uint16_t>(action.flags | readReserved(*bits, 0x7F) << reservedShift);
     }
     if (auto parameters = element.child("RegisterParams")) {
         for (Element child : parameters->children()) {
@@ -149,13 +166,18 @@ static void read(Element& element, SwfActionDefineFunction2& action) {
 }
 
 void writeXml(XmlNode& node, const SwfActionTry& action) {
+    const bool full = node.context().swf.fullForm;
     if (action.catchInRegister)
         node.attribute("CatchInRegister", action.catchRegister);
     else
         node.attribute("VarName", action.catchName);
+    if (full)
+        writeReserved(node, action.flags >> SwfActionTry::reservedShift);
     writeBody(node, "TryActions", action.tryBody);
-    writeBody(node, "CatchActions", action.catchBody);
-    writeBody(node, "FinallyActions", action.finallyBody);
+    if (!full || action.hasCatch(full) || !action.catchBody.empty())
+        writeBody(node, "CatchActions", action.catchBody);
+    if (!full || action.hasFinally(full) || !action.finallyBody.empty())
+        writeBody(node, "FinallyActions", action.finallyBody);
 }
 
 template <class Element>
@@ -163,12 +185,17 @@ static void read(Element& element, SwfActionTry& action) {
     action.catchInRegister = element.has("CatchInRegister");
     action.catchRegister = element.ui8("CatchInRegister");
     action.catchName = element.string("VarName");
+    const bool full = element.context().fullForm;
+    const uint32_t reserved = full ? readReserved(element, SwfActionTry::highestReserved) : 0;
     readBody(element, "TryActions", action.tryBody);
-    readBody(element, "CatchActions", action.catchBody);
-    readBody(element, "FinallyActions", action.finallyBody);
-    action.flags = static_cast<uint8_t>((action.catchInRegister ? SwfActionTry::registerFlag : 0) |
-                                        (action.catchBody.empty() ? 0 : SwfActionTry::catchFlag) |
-                                        (action.finallyBody.empty() ? 0 : SwfActionTry::finallyFlag));
+    const bool hasCatch = readBody(element, "CatchActions", action.catchBody);
+    const bool hasFinally = readBody(element, "FinallyActions", action.finallyBody);
+    // In the full form an empty body is a block, too.
+    const SwfActionTry::Bits bit = SwfActionTry::bits(full);
+    action.flags = static_cast<uint8_t>((action.catchInRegister ? bit.catchInRegister : 0) |
+                                        ((full ? hasCatch : !action.catchBody.empty()) ? bit.catchBlock : 0) |
+                                        ((full ? hasFinally : !action.finallyBody.empty()) ? bit.finallyBlock : 0) |
+                                        reserved << SwfActionTry::reservedShift);
 }
 
 void writeXml(XmlNode& node, const SwfActionWith& action) { writeBody(node, "Actions", action.body); }
@@ -202,16 +229,30 @@ static void read(Element& element, SwfActionIf& action) {
 static constexpr XmlName sendMethods[] = {{"None", 0}, {"GET", 1}, {"POST", 2}};
 
 void writeXml(XmlNode& node, const SwfActionGetURL2& action) {
-    node.attribute("LoadVariables", (action.flags & SwfActionGetURL2::loadVariables) != 0);
-    node.attribute("LoadTarget", (action.flags & SwfActionGetURL2::loadTarget) != 0);
-    node.attribute("SendVarsMethod", findName(sendMethods, action.flags >> SwfActionGetURL2::methodShift));
+    const bool full = node.context().swf.fullForm;
+    const SwfActionGetURL2::Bits bit = SwfActionGetURL2::bits(full);
+    const uint32_t method = action.flags >> bit.methodShift & SwfActionGetURL2::highestMethod;
+    node.attribute("LoadVariables", (action.flags & bit.loadVariables) != 0);
+    node.attribute("LoadTarget", (action.flags & bit.loadTarget) != 0);
+    if (full && findName(sendMethods, method).empty())
+        node.attribute("SendVarsMethod", method);
+    else
+        node.attribute("SendVarsMethod", findName(sendMethods, method));
+    if (full)
+        writeReserved(node, (action.flags & SwfActionGetURL2::reserved) >> SwfActionGetURL2::reservedShift);
 }
 
 template <class Element>
 static void read(Element& element, SwfActionGetURL2& action) {
-    uint32_t flags = element.boolean("LoadVariables") ? SwfActionGetURL2::loadVariables : 0;
-    flags |= element.boolean("LoadTarget") ? SwfActionGetURL2::loadTarget : 0;
-    flags |= element.named("SendVarsMethod", sendMethods) << SwfActionGetURL2::methodShift;
+    const bool full = element.context().fullForm;
+    const SwfActionGetURL2::Bits bit = SwfActionGetURL2::bits(full);
+    uint32_t flags = element.boolean("LoadVariables") ? bit.loadVariables : 0;
+    flags |= element.boolean("LoadTarget") ? bit.loadTarget : 0;
+    flags |= (full ? element.namedOrNumber("SendVarsMethod", sendMethods, SwfActionGetURL2::highestMethod)
+                   : element.named("SendVarsMethod", sendMethods))
+             << bit.methodShift;
+    if (full)
+        flags |= readReserved(element, 0x0F) << SwfActionGetURL2::reservedShift;
     action.flags = static_cast<uint8_t>(flags);
 }
 
@@ -240,15 +281,21 @@ static void read(Element& element, SwfActionDefineFunction& action) {
 }
 
 void writeXml(XmlNode& node, const SwfActionGotoFrame2& action) {
+    const bool full = node.context().swf.fullForm;
     node.attribute("Play", action.play);
-    if (action.sceneBias != 0)
+    if (action.sceneBias != 0 || (full && action.hasSceneBias))
         node.attribute("SceneBias", action.sceneBias);
+    if (full)
+        writeReserved(node, action.reserved);
 }
 
 template <class Element>
 static void read(Element& element, SwfActionGotoFrame2& action) {
     action.play = element.boolean("Play");
+    action.hasSceneBias = element.context().fullForm && element.has("SceneBias");
     action.sceneBias = element.ui16("SceneBias");
+    if (element.context().fullForm)
+        action.reserved = static_cast<uint8_t>(readReserved(element, SwfActionGotoFrame2::highestReserved));
 }
 
 void writeXml(XmlNode& node, const SwfActionPush& action) { writeValues(node, action.values); }

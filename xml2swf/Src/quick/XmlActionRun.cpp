@@ -5,7 +5,10 @@ namespace xml2swf {
 using namespace libswf;
 
 ActionRun::ActionRun(XmlReadContext& context, SwfActions& actions)
-    : _bytes(context.actionBytes), _start(_bytes != nullptr ? _bytes->_stream.written() : 0), _actions(actions) {}
+    : _bytes(context.actionBytes), _start(_bytes != nullptr ? _bytes->_stream.written() : 0), _actions(actions) {
+    if (_bytes != nullptr)
+        _bytes->_stream.context.fullForm = _bytes->_counter.context.fullForm = context.fullForm;
+}
 
 ActionRun::~ActionRun() {
     if (_bytes != nullptr)
@@ -26,7 +29,7 @@ bool ActionRun::write(SwfAction& action) {
         action.measure(_bytes->_counter);
         if (action.size > UINT16_MAX)
             return false; // it may have to be cut, which is told when the movie is written
-        const uint32_t size = action.headerSize() + action.size;
+        const uint32_t size = action.headerSize(stream.context) + action.size;
         if (size > stream.capacity() - stream.size())
             finish();
         if (size > stream.capacity() - stream.size())

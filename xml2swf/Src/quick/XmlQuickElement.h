@@ -148,6 +148,9 @@ public:
     uint32_t named(std::string_view name, XmlNames names) {
         return XmlElement::valueOf(names, _text.takeAttribute(name).value_or(std::string_view()), 0);
     }
+    uint32_t namedOrNumber(std::string_view name, XmlNames names, uint32_t high) {
+        return XmlElement::valueOrNumber(names, _text.takeAttribute(name).value_or(std::string_view()), high);
+    }
 
     /// The next child, if it has this name.
     std::optional<XmlQuickElement> child(std::string_view name) {

@@ -148,7 +148,11 @@ uint32_t XmlElement::valueOf(XmlNames names, std::string_view text, uint32_t oth
 }
 
 uint32_t XmlElement::namedOrNumber(std::string_view name, XmlNames names, uint32_t high) {
-    const std::string_view text = attribute(name, {XmlValueForm::Kind::nameOrInteger, 0, high, names}).value_or("");
+    return valueOrNumber(names, attribute(name, {XmlValueForm::Kind::nameOrInteger, 0, high, names}).value_or(""),
+                         high);
+}
+
+uint32_t XmlElement::valueOrNumber(XmlNames names, std::string_view text, uint32_t high) {
     if (const XmlName* found = findValue(names, text))
         return found->value;
     const int64_t number = parseInteger(text).value_or(0);

@@ -50,7 +50,7 @@ Bytes fileOf(uint8_t version, const Bytes& records) {
 }
 
 // The record of the last tag in a list, after checking that every tag takes the bytes that were measured.
-Record writeLast(SwfTags& tags, const CaseFile& file, uint32_t tagsBefore) {
+Record writeLast(SwfTags& tags, const CaseFile& file, uint32_t tagsBefore, SwfWarnings* warnings) {
     SwfContext context;
     context.version = file.version;
     context.fullForm = file.fullForm;
@@ -59,6 +59,7 @@ Record writeLast(SwfTags& tags, const CaseFile& file, uint32_t tagsBefore) {
     const uint32_t total = tags.getSize(context);
     SwfOStream stream(total);
     stream.context = context;
+    stream.context.warnings = warnings;
     tags.write(stream);
     EXPECT_EQ(stream.size(), total) << "the list takes other than the measured size";
 
@@ -85,6 +86,13 @@ Record writeLast(SwfTags& tags, const CaseFile& file, uint32_t tagsBefore) {
         EXPECT_EQ(alone.size(), tag.size + tag.headerSize()) << "the tag takes other than the measured size";
     }
     return last;
+}
+
+std::string allTexts(const SwfWarnings& warnings) {
+    std::string text;
+    for (const SwfWarning& warning : warnings.items())
+        text += warning.text() + "\n";
+    return text;
 }
 
 // Everything around one case's tag.
@@ -141,10 +149,14 @@ public:
         xml2swf::MovieTarget target;
         const std::string text = _start + "\n" + element + std::string(movieEnd);
         EXPECT_TRUE(xml2swf::xmlToSwf(text, target, {.keepRaw = _file.keepRaw, .warnings = warnings}));
-        const Record record = writeLast(target.movie.tags, _file, tagsBefore());
+        const Record record = writeLast(target.movie.tags, _file, tagsBefore(), warnings);
         xml2swf::MovieTarget toWrite;
-        xml2swf::xmlToSwf(text, toWrite, {.keepRaw = _file.keepRaw, .toWrite = true});
-        EXPECT_TRUE(writeLast(toWrite.movie.tags, _file, tagsBefore()) == record);
+        SwfWarnings bytesWarnings;
+        xml2swf::xmlToSwf(text, toWrite, {.keepRaw = _file.keepRaw, .warnings = &bytesWarnings, .toWrite = true});
+        EXPECT_TRUE(writeLast(toWrite.movie.tags, _file, tagsBefore(), &bytesWarnings) == record);
+        if (warnings != nullptr) {
+            EXPECT_EQ(allTexts(bytesWarnings), allTexts(*warnings));
+        }
         return record;
     }
 
@@ -208,13 +220,6 @@ std::string thrownBy(Act act) {
     return {};
 }
 
-std::string allTexts(const SwfWarnings& warnings) {
-    std::string text;
-    for (const SwfWarning& warning : warnings.items())
-        text += warning.text() + "\n";
-    return text;
-}
-
 class CaseTest : public testing::TestWithParam<std::filesystem::path> {
 protected:
     void check(const char* what, const Record& record, const Bytes& expected) {
@@ -233,7 +238,7 @@ protected:
         ASSERT_EQ(movie.tags.count(), bench->tagsBefore() + 1) << "the tag is dropped: " << allTexts(warnings);
         const bool keptWhole = movie.tags.at(bench->tagsBefore())->isUnknown();
         showBody(movie, warnings); // first: writing recomputes derived fields
-        check("body saved again", writeLast(movie.tags.tags(), file, bench->tagsBefore()), file.saved());
+        check("body saved again", writeLast(movie.tags.tags(), file, bench->tagsBefore(), &warnings), file.saved());
         if (!file.resaved && !keptWhole) {
             EXPECT_EQ(bench->readAlone(*file.body, file.keepRaw).second, 0u) << "bytes of the body are not read";
         }
@@ -302,7 +307,7 @@ protected:
         EXPECT_EQ(dropped.tags.count(), bench->tagsBefore());
         bench->loadBody(kept, *file.body, true, nullptr);
         ASSERT_EQ(kept.tags.count(), bench->tagsBefore() + 1);
-        check("kept raw", writeLast(kept.tags.tags(), file, bench->tagsBefore()), *file.body);
+        check("kept raw", writeLast(kept.tags.tags(), file, bench->tagsBefore(), nullptr), *file.body);
     }
 
     void failToWrite() {

@@ -20,7 +20,7 @@ struct Outcome {
 Outcome checkText(const File& file, const MovieOptions& options) {
     SwfMovie movie;
     compile(readText(file), movie, options);
-    return {movie.tags.count(), movie.serialise(options.level).size()};
+    return {movie.tags.count(), movie.serialise(options.level, options.warnings).size()};
 }
 
 Outcome checkMovie(const File& file, const MovieOptions& options) {

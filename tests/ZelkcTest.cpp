@@ -263,6 +263,8 @@ TEST_F(ZelkcTest, ShowsTwentyWarningsAndCountsTheRest) {
     const Result all = run("check odd.xml");
     EXPECT_EQ(all.status, 0);
     EXPECT_EQ(std::count(all.err.begin(), all.err.end(), '\n'), 25);
+    put("cut.xml", "<Movie><DefineShape><a/><b/><c/><d><Line DX=\"70000\"/></d></DefineShape></Movie>");
+    EXPECT_NE(run("check cut.xml").err.find("an edge has deltas of 65,536"), std::string::npos) << "in writing";
 }
 
 TEST_F(ZelkcTest, ConvertsManyFiles) {

@@ -213,9 +213,10 @@ private:
         _bits.put(endBits, 0);
         _bits.finish();
         if (cutEdges != 0)
-            addWarning(_context, SwfWarning::Kind::cut,
-                       std::to_string(cutEdges) +
-                           " edges have deltas of 65,536 twips or more: the width is cut and the shape cannot be read");
+            addWarning(
+                _context, SwfWarning::Kind::cut,
+                (cutEdges == 1 ? "an edge has" : std::to_string(cutEdges) + " edges have") +
+                    std::string(" deltas of 65,536 twips or more: the width is cut and the shape cannot be read"));
     }
 
     void writeIndex(uint32_t index, uint32_t n, const char* what) {

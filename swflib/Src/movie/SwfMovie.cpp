@@ -71,22 +71,46 @@ SwfVector<uint8_t> serialiseMovie(SwfMovieHeader& header, SwfTags& tags, const S
     return fileOf(stream, header.isCompressed, level, threads);
 }
 
-bool isLzma(const SwfIStream& stream) {
-    return stream.size() > 3 && std::memcmp(stream.data(), "ZWS", 3) == 0 && stream.data()[3] >= 13;
+uint32_t littleAt(const uint8_t* bytes) {
+    return bytes[0] | uint32_t(bytes[1]) << 8 | uint32_t(bytes[2]) << 16 | uint32_t(bytes[3]) << 24;
+}
+
+// Whether the lengths in the header are those of an LZMA movie, whole or cut short.
+bool hasLzmaLengths(const SwfIStream& stream, uint32_t fileLength) {
+    constexpr uint32_t lengthOffset = 8, headerSize = 17;
+    if (stream.size() < lengthOffset + sizeof(uint32_t))
+        return false;
+    const uint64_t end = uint64_t(headerSize) + littleAt(stream.data() + lengthOffset);
+    const uint64_t mostEnd = uint64_t(fileLength) + fileLength / 64 + 64; // what packs badly grows by little
+    return end == stream.size() || (end > stream.size() && end <= mostEnd);
+}
+
+// Inflates an LZMA movie. False for a file that is none, whatever its signature says.
+bool inflateLzma(SwfIStream& stream, uint32_t fileLength) {
+    if (stream.size() < 3 || std::memcmp(stream.data(), "ZWS", 3) != 0)
+        return false;
+    const bool isLzma = hasLzmaLengths(stream, fileLength);
+    try {
+        stream.decompressLzma(fileLength);
+        return true;
+    } catch (const SwfException&) {
+        if (isLzma)
+            throw;
+        return false;
+    }
 }
 
 // Reads the header and leaves the stream at the first tag.
 void readHeader(SwfIStream& stream, SwfMovieHeader& header) {
-    const bool lzma = isLzma(stream);
-    header.isCompressed = stream.readUI8("signature") == 'C' || lzma;
+    header.isCompressed = stream.readUI8("signature") == 'C';
     stream.skip(2);
     header.version = stream.readUI8("version");
     const uint32_t fileLength = stream.readUI32("file length");
     stream.context.version = header.version;
-    if (lzma)
-        stream.decompressLzma(fileLength);
-    else if (header.isCompressed)
+    if (header.isCompressed)
         stream.decompress(fileLength);
+    else
+        header.isCompressed = inflateLzma(stream, fileLength);
     header.frameSize.read(stream);
     header.frameRate = fixed8ToFloat(stream.readUI16("frame rate"));
     header.frameCount = stream.readUI16("frame count");

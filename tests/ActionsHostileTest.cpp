@@ -10,6 +10,7 @@
 #include "SwfActionsPayload.h"
 #include "SwfTagDoAction.h"
 #include "SwfTags.h"
+#include "SwfWarnings.h"
 
 using namespace libswf;
 
@@ -277,10 +278,12 @@ TEST(HostileActions, ATryOver64KBIsReadAgain) {
     }
 }
 
-// The code thrown in writing the list, 0 for none; `written` takes the bytes.
-uint32_t failureToWrite(SwfActions& list, Bytes& written) {
+// The code thrown in writing the list, 0 for none; `written` takes the bytes, `warned` the last warning.
+uint32_t failureToWrite(SwfActions& list, Bytes& written, std::string& warned) {
     SwfContext context;
     SwfOStream stream(list.getSize(context));
+    SwfWarnings warnings;
+    stream.context.warnings = &warnings;
     try {
         list.write(stream);
     } catch (const SwfException& error) {
@@ -288,6 +291,7 @@ uint32_t failureToWrite(SwfActions& list, Bytes& written) {
         return error.code();
     }
     written.assign(stream.begin(), stream.end());
+    warned = warnings.empty() ? "" : warnings.items().back().reason;
     return 0;
 }
 
@@ -299,11 +303,13 @@ void fill(SwfActions& list, uint32_t count) {
 TEST(ActionLimits, CountsAndSizesOver16Bits) {
     for (uint32_t count : {65535u, 65536u}) {
         const uint32_t failure = count > 65535 ? SwfError::doesNotFit : 0;
+        const bool isCut = count > 65535;
         Bytes written;
+        std::string warned;
         auto failureOf = [&](std::unique_ptr<SwfAction> action) {
             SwfActions list;
             list.add(std::move(action));
-            return failureToWrite(list, written);
+            return failureToWrite(list, written, warned);
         };
         auto pool = std::make_unique<SwfActionConstantPool>();
         auto parameters = std::make_unique<SwfActionDefineFunction>();
@@ -323,9 +329,12 @@ TEST(ActionLimits, CountsAndSizesOver16Bits) {
         EXPECT_EQ(failureOf(std::move(function)), failure);
         EXPECT_EQ(failureOf(std::move(attempt)), failure);
         EXPECT_EQ(failureOf(std::move(with)), 0u);
-        EXPECT_EQ(hexText(std::span(written).first(5)), count > 65535 ? "94 02 00 00 00" : "94 02 00 ff ff");
+        EXPECT_EQ(hexText(std::span(written).first(5)), isCut ? "94 02 00 00 00" : "94 02 00 ff ff");
+        EXPECT_EQ(warned, isCut ? "With: 65536 bytes of body do not fit the 16 bits of their size" : "");
         EXPECT_EQ(failureOf(std::move(function2)), 0u);
-        EXPECT_EQ(hexText(std::span(written).subspan(4, 2)), count > 65535 ? "00 00" : "ff ff");
+        EXPECT_EQ(hexText(std::span(written).subspan(4, 2)), isCut ? "00 00" : "ff ff");
+        EXPECT_EQ(warned, isCut ? "DefineFunction2: 65536 parameters do not fit the 16 bits of their number"
+                                : "DefineFunction2: 131078 bytes do not fit the 16 bits of its Length");
     }
 }
 

@@ -95,9 +95,14 @@ TEST(MovieHeader, BothWays) {
 }
 
 TEST(MovieHeader, WhateverIsNotCompressedIsRead) {
-    for (const char* signature : {"46 57 53", "00 00 00", "5a 57 53", "46 43 43"})
-        EXPECT_EQ(Loaded(hexFile(signature + std::string(" 08 00000000") + stage + "4000 0000")).count(), 1u)
-            << signature;
+    // The signature of an LZMA movie makes none.
+    for (const char* start : {"465753 08", "000000 08", "464343 08", "5a5753 08", "5a5753 0d", "5a5753 ff"}) {
+        for (const char* length : {"00000000", "12000000", "ff000000"}) {
+            Loaded loaded(hexFile(std::string(start) + length + stage + "4000 0000"));
+            EXPECT_EQ(loaded.count(), 1u) << start << length;
+            EXPECT_FALSE(loaded.movie.isCompressed) << start << length;
+        }
+    }
     for (const char* cut :
          {"", "46", "46 57 53 08 000000", "46 57 53 08 00000000", "46 57 53 08 00000000 10 00 00 01 00"})
         EXPECT_EQ(failureOf(hexFile(cut)), 3u) << cut;
@@ -302,6 +307,17 @@ TEST(TagFraming, KeepsHeadersAndPlaces) {
     }
 }
 
+TEST(TagFraming, TheFactoryKeepsLongHeaders) {
+    for (const auto& [tagSize, isLong] : {std::pair(63u, false), std::pair(64u, true), std::pair(5u, true)}) {
+        const Bytes body(64);
+        SwfIStream stream(body.data(), body.size());
+        stream.context.tagType = 500;
+        stream.context.tagSize = tagSize;
+        stream.context.tagLongHeader = isLong && tagSize < 63;
+        EXPECT_EQ(readTag(stream)->longHeader, isLong) << tagSize;
+    }
+}
+
 TEST(TagFraming, ListsEndWithTheirSprite) {
     const struct {
         const char* what;
@@ -328,8 +344,8 @@ TEST(TagFraming, NamesWhatIsDropped) {
     const std::string records = "4000 cb09 01000000 c109 01 4000 0000 0000 aabb";
     Loaded plain(fileOf(records)), raw(fileOf(records), true);
     ASSERT_EQ(plain.warnings.total(), 2u);
-    EXPECT_EQ(plain.warnings.items()[0].text(), "dropped: tag 1.0 (DefineSprite) at offset 0x16: offset 0x1c: "
-                                                "DefineSprite > SpriteId: the body is shorter than 4 bytes (code 3)");
+    EXPECT_EQ(plain.warnings.items()[0].text(), "dropped: tag 1.0 (DefineSprite) at offset 0x16: SpriteId: "
+                                                "the body is shorter than 4 bytes, at offset 0x1c (code 3)");
     EXPECT_EQ(plain.warnings.items()[1].kind, SwfWarning::Kind::ignored);
     ASSERT_EQ(raw.warnings.total(), 2u);
     EXPECT_EQ(raw.warnings.items()[0].kind, SwfWarning::Kind::keptRaw);

@@ -38,9 +38,9 @@ public:
     SwfAction(const SwfAction&) = delete;
     SwfAction& operator=(const SwfAction&) = delete;
 
-    /// Bytes of the payload, also kept in `size`.
-    uint32_t getSize(SwfContext& context);
-    /// The same on a counter that others share.
+    /// Bytes of the payload, also kept in `size`: what `measure` counts.
+    virtual uint32_t getSize(SwfContext& context);
+    /// The same on a counter that others share, as lists measure.
     virtual void measure(SwfOStream& counter);
     /// Header and payload, with the size that was measured. Throws SwfException code 2, with nothing written, for what
     /// the record cannot hold.
@@ -60,12 +60,12 @@ protected:
             return;
         stream.writeUI16(static_cast<uint16_t>(length));
         if (length > UINT16_MAX) [[unlikely]]
-            warnOfCut(stream.context, length);
+            warnOfCut(stream.context, length, "bytes", "its Length");
     }
+    void warnOfCut(const SwfContext& context, uint32_t value, const char* what, const char* field) const;
 
 private:
     bool hasLength(const SwfContext& context) const { return context.fullForm ? type >= 0x80 : type > 0x80; }
-    void warnOfCut(const SwfContext& context, uint32_t length) const;
 };
 
 /// An ordered, owning list of actions. Nothing adds a terminating End: it is an action like any other.
@@ -120,10 +120,13 @@ public:
 };
 
 /// The factory: reads the next action, nested lists included. The work is linear in the bytes read, whatever they hold.
-/// - An action whose Length passes the end of the tag's body throws SwfException code 3.
-/// - One that its class cannot give back is kept as SwfActionUnknown, with a warning, when the context says keepRaw.
-///   Without keepRaw the classes read what they can, and the next action stands where Length says. A text without its
-///   NUL inside Length ends there in either case.
+/// - One that its class cannot give back is kept as SwfActionUnknown, with a warning, when the context says keepRaw;
+/// one
+///   whose Length passes the end of the tag's body marks the stream inexact and ends the reading.
+/// - Without keepRaw the classes read their fields whatever Length says: texts end with the tag's body at the latest,
+/// and
+///   the last action may pass it. The next action stands where Length says. Actions that together read the body more
+///   than 16 times over in this way throw SwfException code 3.
 /// - Lists nested deeper than SwfContext::maxDepth are kept raw in either case.
 std::unique_ptr<SwfAction> readAction(SwfIStream& stream);
 

@@ -16,6 +16,8 @@ public:
 
 protected:
     virtual void writePayload(SwfOStream& stream) = 0;
+    /// The low 16 bits of a count or size, with a warning when there are more.
+    void writeCut(SwfOStream& stream, uint32_t value, const char* what, const char* field) const;
 };
 
 /// GotoFrame (0x81).

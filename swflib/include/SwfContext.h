@@ -14,6 +14,8 @@ struct SwfTagState {
     uint32_t tagSize = 0;       ///< length of its body in bytes
     bool tagLongHeader = false; ///< reading: the header was long although the length is below 63
 
+    uint64_t readAgain = 0; ///< reading: bytes that actions took from behind their Length
+
     bool alpha = false;            ///< colours are RGBA, colour transforms carry alpha terms
     bool extendedCounts = false;   ///< a style count of 255 or more may use the 0xFF escape
     bool newStylesAllowed = false; ///< a style change may carry new style arrays

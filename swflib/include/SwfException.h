@@ -23,10 +23,13 @@ constexpr uint32_t writing = 4100;
 class SwfException : public std::exception {
 public:
     SwfException(uint32_t code, std::string text);
+    /// At a byte of the movie, in the body of a tag; of none when its name is empty.
+    SwfException(uint32_t code, uint64_t offset, std::string tag, std::string text);
 
     uint32_t code() const { return _code; }
-    const std::string& text() const { return _text; }
     const char* what() const noexcept override { return _what.c_str(); }
+    /// The same for one who has named the tag: "<where>: <text>, at offset 0x2 (code N)".
+    std::string reasonInTag() const;
 
     /// Puts an outer place in front ("tag 3 (DefineSprite)"), as the exception passes through it.
     void addPlace(const std::string& place);
@@ -37,9 +40,11 @@ public:
 
 private:
     void compose();
+    std::string composed(const std::string& text) const;
 
     uint32_t _code;
     std::string _place;
+    std::string _offset, _tag; // empty when there is none
     std::string _text;
     std::string _what;
     std::vector<uint32_t> _tagPath;

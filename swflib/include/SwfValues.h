@@ -40,7 +40,7 @@ public:
     SwfValue& operator=(const SwfValue&) = delete;
 
     /// Bytes of the type byte and the data, also kept in `size`.
-    uint32_t getSize(SwfContext& context);
+    virtual uint32_t getSize(SwfContext& context);
     virtual void write(SwfOStream& stream) const { stream.writeUI8(valueType); }
 
 protected:
@@ -115,8 +115,8 @@ private:
     SwfValue* _few[3];
 };
 
-/// Reads a type byte and its data. An unknown type, or a value that passes the stream's limit, throws SwfException code
-/// 3; under keepRaw it gives null and marks the stream inexact.
+/// Reads a type byte and its data. An unknown type throws SwfException code 3. Under keepRaw it gives null and marks
+/// the stream inexact, and so does a value that passes the stream's limit.
 std::unique_ptr<SwfValue> readValue(SwfIStream& stream);
 
 } // namespace libswf

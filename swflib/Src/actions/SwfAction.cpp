@@ -14,9 +14,9 @@ void SwfAction::measure(SwfOStream&) { size = 0; }
 
 void SwfAction::write(SwfOStream& stream) { writeHeader(stream, 0); }
 
-void SwfAction::warnOfCut(const SwfContext& context, uint32_t length) const {
+void SwfAction::warnOfCut(const SwfContext& context, uint32_t value, const char* what, const char* field) const {
     addWarning(context, SwfWarning::Kind::cut,
-               actionName(type) + ": " + std::to_string(length) + " bytes do not fit the 16 bits of its length");
+               actionName(type) + ": " + std::to_string(value) + " " + what + " do not fit the 16 bits of " + field);
 }
 
 void SwfActions::measure(SwfOStream& counter) {

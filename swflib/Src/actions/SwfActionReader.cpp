@@ -34,13 +34,14 @@ bool isBlock(uint32_t code) {
            code == SwfActionCode::With;
 }
 
-// Ends strings and counted items at the end of one payload and notes what in it is inexact.
+// Notes what in one payload is inexact. Under keepRaw its strings and counted items end where it does.
 class PayloadScope {
 public:
     PayloadScope(SwfIStream& stream, uint64_t end)
         : outerEnd(stream.bodyEnd()), _stream(stream), _outerInexact(stream.inexact()),
           _outerDepth(stream.context.actionDepth) {
-        stream.setBodyEnd(std::min(outerEnd, end));
+        if (stream.context.keepRaw)
+            stream.setBodyEnd(std::min(outerEnd, end));
         stream.setInexact(nullptr);
     }
     ~PayloadScope() {
@@ -67,7 +68,8 @@ class ActionReader {
 public:
     enum class Stop : uint8_t { atEndAction, atEnd, afterOne };
 
-    explicit ActionReader(SwfIStream& stream) : _stream(stream) {}
+    explicit ActionReader(SwfIStream& stream)
+        : _stream(stream), _mostReadAgain(16 * std::max<uint64_t>(stream.context.tagSize, stream.bodyLeft())) {}
 
     void read(uint64_t end, Stop stop) {
         bool done = false;
@@ -118,8 +120,8 @@ private:
         context.actionCode = code;
         context.actionLength = length;
         _payload = _stream.position();
-        if (_payload + length > _stream.limit()) {
-            refuse(_stream, (actionName(code) + " > Length").c_str(), "an action passes the end of its list");
+        if (context.keepRaw && _payload + length > _stream.limit()) {
+            _stream.markInexact("an action passes the end of its tag");
             _stream.seek(_stream.limit());
             return false;
         }
@@ -161,10 +163,11 @@ private:
                 else if (code == SwfActionCode::Try)
                     readTryBodies(static_cast<SwfActionTry&>(*action), scope, end);
                 if (!keepRaw) {
-                    // A body lies outside Length. A Try that passes its Length is not read twice.
-                    if (!nests || _stream.position() < end)
-                        _stream.seek(bodiesFollow ? _stream.position() : end);
-                    return action;
+                    if (!nests)
+                        goBack(end);
+                    else if (!bodiesFollow && _stream.position() < end)
+                        _stream.seek(end); // a Try that passes its Length is not read twice
+                    return action;         // bodies that follow lie outside Length
                 }
                 if (_stream.inexact() != nullptr)
                     reason = _stream.inexact();
@@ -174,13 +177,24 @@ private:
                     return action;
             }
         } catch (SwfException& error) {
-            error.addPlace(actionName(code));
-            if (!keepRaw)
+            if (!keepRaw) {
+                error.addPlace(actionName(code));
                 throw;
-            reason = error.what();
+            }
+            reason = error.reasonInTag();
         }
         warnKeptRaw(code, recordStart, reason);
         return bytes(code, _payload, end);
+    }
+
+    // The next action stands where Length says, also when fields were read from behind there. Bounded, since each byte
+    // is then read by more than one action.
+    void goBack(uint64_t end) {
+        SwfContext& context = _stream.context;
+        context.readAgain += _stream.position() > end ? _stream.position() - end : 0;
+        if (context.readAgain > _mostReadAgain)
+            _stream.fail("Length", "the actions overlap");
+        _stream.seek(end);
     }
 
     // A body without its flag has no form.
@@ -293,6 +307,7 @@ private:
     }
 
     SwfIStream& _stream;
+    const uint64_t _mostReadAgain; // bytes, of all actions of the tag
     std::vector<std::unique_ptr<SwfAction>> _items;
     std::vector<OpenBlock> _open;
     uint64_t _payload = 0;  // where the payload of the record just read starts

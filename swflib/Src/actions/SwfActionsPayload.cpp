@@ -6,7 +6,7 @@ namespace libswf {
 
 namespace {
 
-// Bounds counts from the file: no item starts at or after the end of the payload.
+// Bounds counts from the file: no item starts at or after the end of the payload, or without keepRaw of the tag's body.
 bool startsItem(SwfIStream& stream, const char* field) {
     if (stream.bodyLeft() != 0)
         return true;
@@ -33,6 +33,12 @@ void SwfPayloadAction::measure(SwfOStream& counter) {
 void SwfPayloadAction::write(SwfOStream& stream) {
     writeHeader(stream, size);
     writePayload(stream);
+}
+
+void SwfPayloadAction::writeCut(SwfOStream& stream, uint32_t value, const char* what, const char* field) const {
+    stream.writeUI16(static_cast<uint16_t>(value));
+    if (value > UINT16_MAX && !stream.isCounter())
+        warnOfCut(stream.context, value, what, field);
 }
 
 SwfActionGotoFrame::SwfActionGotoFrame(SwfIStream& stream) : SwfActionGotoFrame() { frame = stream.readUI16("Frame"); }
@@ -161,7 +167,7 @@ void SwfActionBlock::write(SwfOStream& stream) {
 }
 
 void SwfActionBlock::writeBody(SwfOStream& stream) {
-    stream.writeUI16(static_cast<uint16_t>(body.byteSize));
+    writeCut(stream, body.byteSize, "bytes of body", "their size");
     body.measureOrWrite(stream);
 }
 
@@ -202,7 +208,7 @@ SwfActionDefineFunction2::SwfActionDefineFunction2(SwfIStream& stream) : SwfActi
 
 void SwfActionDefineFunction2::writePayload(SwfOStream& stream) {
     functionName.write(stream, true);
-    stream.writeUI16(static_cast<uint16_t>(parameters.size()));
+    writeCut(stream, parameters.size(), "parameters", "their number");
     stream.writeUI8(registerCount);
     stream.writeUI16(flags);
     for (const SwfRegisterParam& parameter : parameters) {

@@ -54,14 +54,14 @@ static std::unique_ptr<SwfValue> makeValue(SwfIStream& stream) {
 
 std::unique_ptr<SwfValue> readValue(SwfIStream& stream) {
     auto value = makeValue(stream);
-    if (value == nullptr)
-        return nullptr;
+    if (value == nullptr || !stream.context.keepRaw)
+        return value;
     const uint64_t end = stream.position();
     const bool textIsCut =
         value->valueType == SwfValueType::String && end == stream.limit() && stream.data()[end - 1] != 0;
     if (!textIsCut && end <= stream.limit())
         return value;
-    refuse(stream, "Value", "the value is longer than its action");
+    stream.markInexact("the value is longer than its action");
     return nullptr;
 }
 

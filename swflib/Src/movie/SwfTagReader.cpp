@@ -62,6 +62,12 @@ void warn(const SwfIStream& stream, const SwfTagHeader& header, SwfWarning::Kind
     stream.context.warnings->add(std::move(warning));
 }
 
+// A header is written as long as it was read.
+void setHeader(SwfTag& tag, const SwfContext& context, uint32_t size) {
+    tag.size = size;
+    tag.longHeader = tag.longHeader || context.tagLongHeader || context.tagSize > 63;
+}
+
 // Why the tag just read cannot give its body back; empty when it can.
 std::string loss(const SwfIStream& stream, uint64_t bodyEnd) {
     if (stream.inexact() != nullptr)
@@ -110,6 +116,8 @@ public:
                 reason = loss(_stream, _bodyEnd);
             if (reason.empty())
                 return finish(std::move(tag));
+        } catch (const SwfException& error) {
+            reason = error.reasonInTag();
         } catch (const std::exception& error) {
             reason = error.what();
         }
@@ -120,14 +128,12 @@ public:
         warn(_stream, _header, SwfWarning::Kind::keptRaw, reason);
         _stream.seek(_header.body);
         tag = std::make_unique<SwfTagUnknown>(_stream, _header.code, true);
-        tag->size = static_cast<uint32_t>(_bodyEnd - std::min(_bodyEnd, _header.body));
+        setHeader(*tag, _stream.context, static_cast<uint32_t>(_bodyEnd - std::min(_bodyEnd, _header.body)));
         return finish(std::move(tag));
     }
 
 private:
     std::unique_ptr<SwfTag> finish(std::unique_ptr<SwfTag> tag) {
-        if (!tag->longHeader)
-            tag->longHeader = (_header.isLong && _header.length < 63) || _header.length > 63;
         if (_stream.buffer() != nullptr)
             tag->source = recordOf(_stream, _header, _bodyEnd);
         return tag;
@@ -157,7 +163,7 @@ std::unique_ptr<SwfTag> readTag(SwfIStream& stream) {
         tag = std::make_unique<SwfTagUnknown>(stream, code, stream.context.keepRaw);
     else
         tag = std::make_unique<SwfTag>(code);
-    tag->size = length;
+    setHeader(*tag, stream.context, length);
     return tag;
 }
 

@@ -1,5 +1,7 @@
 #include "SwfException.h"
 
+#include <cstdio>
+
 #include "SwfVector.h"
 
 namespace libswf {
@@ -7,6 +9,14 @@ namespace libswf {
 void assertionFailed(const char* expression) { throw SwfAssertionFailure(expression); }
 
 SwfException::SwfException(uint32_t code, std::string text) : _code(code), _text(std::move(text)) { compose(); }
+
+SwfException::SwfException(uint32_t code, uint64_t offset, std::string tag, std::string text)
+    : _code(code), _tag(std::move(tag)), _text(std::move(text)) {
+    char hex[32];
+    std::snprintf(hex, sizeof hex, "offset 0x%llx", static_cast<unsigned long long>(offset));
+    _offset = hex;
+    compose();
+}
 
 void SwfException::addPlace(const std::string& place) {
     _place = _place.empty() ? place : place + " > " + _place;
@@ -19,8 +29,15 @@ void SwfException::addTag(uint32_t position, const std::string& name) {
 }
 
 void SwfException::compose() {
-    _what = (_place.empty() ? _text : _place + ": " + _text) + " (code " + std::to_string(_code) + ")";
+    const std::string inTag = _tag.empty() ? _text : _tag + " > " + _text;
+    _what = composed(_offset.empty() ? inTag : _offset + ": " + inTag);
 }
+
+std::string SwfException::composed(const std::string& text) const {
+    return (_place.empty() ? text : _place + ": " + text) + " (code " + std::to_string(_code) + ")";
+}
+
+std::string SwfException::reasonInTag() const { return composed(_offset.empty() ? _text : _text + ", at " + _offset); }
 
 static const char* fileProblem(uint32_t code) {
     switch (code) {

@@ -3,8 +3,6 @@
 #endif
 #include <zlib.h>
 
-#include <cstdio>
-
 #include "SwfStream.h"
 #include "SwfStructs.h"
 #include "SwfTag.h"
@@ -22,14 +20,9 @@ SwfIStream::SwfIStream(std::shared_ptr<const uint8_t> buffer, size_t length) : S
 }
 
 void SwfIStream::fail(const char* field, const char* problem) const {
-    char offset[32];
-    std::snprintf(offset, sizeof offset, "offset 0x%llx: ", static_cast<unsigned long long>(_position));
-    std::string text = offset;
-    if (_bodyEnd != noEnd)
-        text += tagName(context.tagType) + " > ";
-    if (field != nullptr)
-        text += std::string(field) + ": ";
-    throw SwfException(SwfError::badData, text + problem);
+    const std::string place = field == nullptr ? std::string() : std::string(field) + ": ";
+    throw SwfException(SwfError::badData, _position, _bodyEnd == noEnd ? std::string() : tagName(context.tagType),
+                       place + problem);
 }
 
 uint32_t SwfIStream::readEncodedU32(const char* field) {

@@ -117,8 +117,14 @@ std::vector<uint8_t> textOfNoBits(size_t records) {
 }
 
 TEST(Fonts, TextsMayHaveManyGlyphsUpToALimit) {
-    EXPECT_EQ(readBody<SwfTagDefineText2>(textOfNoBits(257), 8).records.size(), 257u);
-    EXPECT_THROW(readBody<SwfTagDefineText2>(textOfNoBits(240000), 8), SwfException);
+    // 255 r entries in 2 r + 7 bytes: 65,536 and 8 per byte are passed by r = 275.
+    EXPECT_EQ(readBody<SwfTagDefineText2>(textOfNoBits(274), 8).records.size(), 274u);
+    EXPECT_THROW(readBody<SwfTagDefineText2>(textOfNoBits(275), 8), SwfException);
+
+    SwfTagDefineText text; // of the smallest glyphs that are written
+    for (int i = 0; i < 2000; ++i)
+        text.records.append({}).glyphs.resize(255);
+    EXPECT_EQ(readBody<SwfTagDefineText>(bodyOf(text, 8), 8).records.size(), 2000u);
 }
 
 TEST(Fonts, CountsAboveTheirFieldsAreRefused) {

@@ -60,6 +60,8 @@ TEST(Shapes, LongStyleCounts) {
         addFills(shape3, row.count);
         for (uint32_t i = 0; i < row.count; ++i)
             morph.fillStyles.items.add(std::make_unique<SwfMorphSolidFillStyle>());
+        SwfContext context;
+        EXPECT_EQ(shape.fillStyles.getSize(context), (row.count < 255 ? 1 : 3) + row.count * 4);
         if (row.count > 254)
             EXPECT_EQ(refusalOf(shape).find("ShapeId 77: "), 0u);
         else
@@ -87,6 +89,13 @@ TEST(Shapes, TheFirstVersionReads255StylesThatItCannotWrite) {
     EXPECT_NE(refusalOf(shape), "written");
 }
 
+TEST(Shapes, TheFourthVersionAloneHasTheSecondKindOfLines) {
+    const std::vector<uint8_t> body(30);
+    SwfIStream stream(body.data(), body.size());
+    const SwfTagDefineShape4 shape(stream);
+    EXPECT_FALSE(stream.context.lineStyle2Mode);
+}
+
 TEST(Shapes, EdgesTooWideAreCutWithAWarning) {
     for (const bool isPacked : {false, true}) {
         SwfTagDefineShape shape;
@@ -107,7 +116,7 @@ TEST(Shapes, EdgesTooWideAreCutWithAWarning) {
         ASSERT_EQ(warnings.total(), 1u);
         EXPECT_EQ(warnings.items()[0].kind, SwfWarning::Kind::cut);
         EXPECT_NE(warnings.items()[0].text().find("DefineShape"), std::string::npos);
-        EXPECT_NE(warnings.items()[0].reason.find("2 edges"), std::string::npos);
+        EXPECT_NE(warnings.items()[0].reason.find("2 edges have"), std::string::npos);
     }
 }
 

@@ -396,6 +396,30 @@ TEST(SwfToXml, WritesTheRoot) {
     }
 }
 
+TEST(SwfToXml, LeavesOutFillsThatNoFileHas) {
+    auto shape = std::make_shared<SwfTagDefineShape>();
+    for (const uint32_t type : {0x11u, 0x12u})
+        shape->fillStyles.items.add(std::make_unique<SwfGradientFillStyle>(type));
+    for (const uint32_t type : {0x44u, 0x43u})
+        shape->fillStyles.items.add(std::make_unique<SwfBitmapFillStyle>(type));
+    SwfMovieSafe movie;
+    movie.tags.append(shape);
+    const std::string text = swfToXml(movie, {});
+    const size_t gradient = text.find("<GradientFillStyle Type=\"Radial\">"),
+                 bitmap = text.find("<BitmapFillStyle Type=\"NonSmoothedClipped\"");
+    EXPECT_LT(gradient, bitmap);
+    EXPECT_EQ(text.rfind("FillStyle Type"), bitmap + 7) << text;
+    EXPECT_EQ(text.rfind("<GradientFillStyle"), gradient) << text;
+}
+
+TEST(XmlToSwf, TablesMakeALayout) {
+    for (const std::string child : {"AdvanceTable", "BoundsTable", "KerningTable", "CodesTable"}) {
+        const Compiled compiled("<Movie><DefineFont3><" + child + "/></DefineFont3></Movie>");
+        const auto& font = dynamic_cast<SwfTagDefineFont3&>(compiled.target.movie.tags.at(0));
+        EXPECT_EQ(font.hasLayout, child != "CodesTable") << child;
+    }
+}
+
 TEST(Conversion, ReportsProgress) {
     struct Reporter : IProgressReporter {
         std::vector<double> fractions;

@@ -11,6 +11,8 @@ struct SwfGlyphEntry {
     int32_t advance = 0;
 };
 
+using SwfGlyphEntries = SwfVector<SwfGlyphEntry>;
+
 /// Glyphs that share font, colour and position. Bit 7 of the flags is the record's type and is written as 1 whatever it
 /// is here: records of type 0, found in very old movies only, are read as records of type 1.
 class SwfTextRecord : public SwfStruct {
@@ -23,7 +25,7 @@ public:
     SwfColor color;                   ///< with colorBit
     int16_t xOffset = 0, yOffset = 0; ///< twips, with their bits
     uint16_t height = 0;              ///< twips, with fontBit
-    SwfVector<SwfGlyphEntry> glyphs;  ///< at most 255: more throw SwfException code 2 on write
+    SwfGlyphEntries glyphs;           ///< at most 255: more throw SwfException code 2 on write
 
     SwfTextRecord() = default;
     explicit SwfTextRecord(SwfIStream& stream);
@@ -33,8 +35,8 @@ public:
 using SwfTextRecords = SwfVector<SwfTextRecord>;
 
 /// DefineText (11). The widths of glyph indices and advances are recomputed on every write; an advance takes the bits
-/// of its absolute value and one for the sign. Entries of no width may not number more than 16 per byte of the body
-/// (code 3 on reading), so that a few bytes cannot grow without bound.
+/// of its absolute value and one for the sign. There may be 65,536 entries and 8 more for each byte of the body (code 3
+/// on reading), so that entries of no width cannot grow without bound; no text that is written comes near.
 class SwfTagDefineText : public SwfDefinitionTag {
 public:
     SwfRect bounds;

@@ -10,6 +10,9 @@
 
 namespace libswf {
 
+/// A shared hold on a tag, which may outlive its list.
+using SwfTagWrapper = std::shared_ptr<SwfTag>;
+
 /// An ordered list of tags, each owned through a shared pointer, with a map from character id to the defining tag.
 class SwfTags : public SwfStruct {
 public:
@@ -19,15 +22,15 @@ public:
     SwfTags(SwfTags&&) noexcept = default;
     SwfTags& operator=(SwfTags&&) noexcept = default;
 
-    void append(std::shared_ptr<SwfTag> tag);
+    void append(SwfTagWrapper tag);
     uint32_t count() const { return static_cast<uint32_t>(_tags.size()); }
     /// Asserts "index < _tags.size()".
     SwfTag& at(uint32_t index) const;
-    const std::shared_ptr<SwfTag>& sharedAt(uint32_t index) const;
+    const SwfTagWrapper& sharedAt(uint32_t index) const;
     /// The last tag that defines this character; null when there is none.
     SwfTag* definition(uint16_t characterId) const;
     uint32_t showFrames() const;
-    const std::vector<std::shared_ptr<SwfTag>>& items() const { return _tags; }
+    const std::vector<SwfTagWrapper>& items() const { return _tags; }
 
     /// Bytes of all records and the closing End; also prepares and measures every tag.
     uint32_t getSize(SwfContext& context);
@@ -49,19 +52,19 @@ public:
 private:
     uint32_t setSize(uint64_t total);
 
-    std::vector<std::shared_ptr<SwfTag>> _tags;
+    std::vector<SwfTagWrapper> _tags;
     std::unordered_map<uint16_t, SwfTag*> _definitions;
 };
 
 /// The tag list of a movie that is read tolerantly: tags may outlive the list.
 class SwfTagsSafe : public SwfStruct {
 public:
-    void append(std::shared_ptr<SwfTag> tag);
+    void append(SwfTagWrapper tag);
     uint32_t count() const { return _tags.count(); }
     /// Both assert "tagIndex < _tags.size()".
     SwfTag* at(uint32_t tagIndex) const;
-    std::shared_ptr<SwfTag> sharedAt(uint32_t tagIndex) const;
-    std::shared_ptr<SwfTag> definition(uint16_t characterId) const;
+    SwfTagWrapper sharedAt(uint32_t tagIndex) const;
+    SwfTagWrapper definition(uint16_t characterId) const;
     /// Position of the tag that defines a character; count() when there is none.
     uint32_t definitionIndex(uint16_t characterId) const;
 
@@ -75,7 +78,7 @@ public:
 
 private:
     SwfTags _tags;
-    std::unordered_map<uint16_t, std::shared_ptr<SwfTag>> _definitions;
+    std::unordered_map<uint16_t, SwfTagWrapper> _definitions;
     std::unordered_map<uint16_t, uint32_t> _indices;
 };
 

@@ -38,8 +38,8 @@ public:
 class ISwf2XmlConversionTarget {
 public:
     virtual ~ISwf2XmlConversionTarget() = default;
-    /// The text of the Movie element, without a declaration.
-    virtual void elementText(std::string text) = 0;
+    /// Declaration and Movie element: what an XML file holds.
+    virtual void documentText(std::string text) = 0;
 };
 
 class OriginalMovie;

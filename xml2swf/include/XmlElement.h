@@ -91,7 +91,7 @@ public:
     size_t offset() const { return _window->offsetOf(_node->text.data()); }
     XmlReadContext& context() const { return *_context; }
 
-    // Attributes. A value that is not a number or outside the field's range throws XmlValueError.
+    // Attributes, each asked for once. A value that is not a number or outside the field's range throws XmlValueError.
     bool has(std::string_view name);
     /// The value as it stands; `form` says what the reader takes it for.
     std::optional<std::string_view> attribute(std::string_view name, const XmlValueForm& form = {}) {
@@ -99,8 +99,15 @@ public:
         const XmlAttribute* found = find(name);
         return found == nullptr ? std::optional<std::string_view>() : found->value;
     }
+    /// The value, without asking for it.
+    std::optional<std::string_view> peek(std::string_view name) const {
+        const XmlAttribute* found = firstOf(name);
+        return found == nullptr ? std::optional<std::string_view>() : found->value;
+    }
     /// The value of the first attribute, whatever its name. It is written as `name`.
     std::optional<std::string_view> firstAttribute(std::string_view name, const XmlValueForm& form);
+    /// Its name, where there is one.
+    std::string_view firstName() const { return _attributes[0].name; }
     /// A text; one with a NUL in it (written as a reference) is a bad value.
     libswf::SwfString string(std::string_view name);
     template <std::integral Int>
@@ -206,19 +213,24 @@ public:
     /// The element's actions, if they were made bytes of; null when they are children.
     const libswf::SwfBytes* script() const { return _window->script(_node); }
 
-    /// The text: all CDATA sections joined, or the plain text when there are none.
+    /// The text: all CDATA sections joined, or the plain text when there are none. One with a NUL in it is a bad value.
     std::string content();
     /// The bytes of a child that holds base64; none when the child is missing.
     libswf::SwfBytes payload(std::string_view childName);
     libswf::SwfBytes base64();
 
 private:
-    // Attributes mostly come in the order in which they are asked for.
+    // Attributes mostly come in the order in which they are asked for. The first of two of one name counts: what stands
+    // next is it when all before it were asked for.
     const XmlAttribute* find(std::string_view name) {
-        if (_next < _node->attributeCount && _attributes[_next].name == name)
+        if (_next < _node->attributeCount && _attributes[_next].name == name && allUsedBefore(_next))
             return take(_next);
         return findElsewhere(name);
     }
+    bool allUsedBefore(uint32_t index) const {
+        return index < maxAttributes && (~_usedAttributes & ((uint64_t(1) << index) - 1)) == 0;
+    }
+    const XmlAttribute* firstOf(std::string_view name) const;
     const XmlAttribute* findElsewhere(std::string_view name);
     const XmlAttribute* take(uint32_t index) {
         if (index < maxAttributes)

@@ -42,7 +42,8 @@ public:
     XmlPlace place;
 };
 
-/// An attribute that is not a number where one is expected, or out of its field's range.
+/// An attribute that is not a number where one is expected, or out of its field's range, or an element's text (no
+/// attribute) that no field can hold.
 class XmlValueError : public boost::bad_lexical_cast {
 public:
     XmlValueError(std::string_view element, std::string_view attribute, std::string_view value, size_t offset);

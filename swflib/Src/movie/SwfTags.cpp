@@ -12,7 +12,7 @@ namespace libswf {
 
 static constexpr uint32_t endSize = 2;
 
-void SwfTags::append(std::shared_ptr<SwfTag> tag) {
+void SwfTags::append(SwfTagWrapper tag) {
     if (tag->isDefinition())
         _definitions[tag->definitionId()] = tag.get();
     _tags.push_back(std::move(tag));
@@ -20,7 +20,7 @@ void SwfTags::append(std::shared_ptr<SwfTag> tag) {
 
 SwfTag& SwfTags::at(uint32_t index) const { return *sharedAt(index); }
 
-const std::shared_ptr<SwfTag>& SwfTags::sharedAt(uint32_t index) const {
+const SwfTagWrapper& SwfTags::sharedAt(uint32_t index) const {
     swfAssert(index < _tags.size(), "index < _tags.size()");
     return _tags[index];
 }
@@ -37,7 +37,7 @@ uint32_t SwfTags::showFrames() const {
 
 namespace {
 
-using Tags = std::vector<std::shared_ptr<SwfTag>>;
+using Tags = std::vector<SwfTagWrapper>;
 
 struct Range {
     size_t first = 0, end = 0;
@@ -177,7 +177,7 @@ void SwfTags::readUntil(SwfIStream& stream, uint64_t end) {
     readTagList(stream, end, [&](std::unique_ptr<SwfTag> tag) { append(std::move(tag)); });
 }
 
-void SwfTagsSafe::append(std::shared_ptr<SwfTag> tag) {
+void SwfTagsSafe::append(SwfTagWrapper tag) {
     if (tag->isDefinition()) {
         _definitions[tag->definitionId()] = tag;
         _indices[tag->definitionId()] = _tags.count();
@@ -187,12 +187,12 @@ void SwfTagsSafe::append(std::shared_ptr<SwfTag> tag) {
 
 SwfTag* SwfTagsSafe::at(uint32_t tagIndex) const { return sharedAt(tagIndex).get(); }
 
-std::shared_ptr<SwfTag> SwfTagsSafe::sharedAt(uint32_t tagIndex) const {
+SwfTagWrapper SwfTagsSafe::sharedAt(uint32_t tagIndex) const {
     swfAssert(tagIndex < _tags.count(), "tagIndex < _tags.size()");
     return _tags.items()[tagIndex];
 }
 
-std::shared_ptr<SwfTag> SwfTagsSafe::definition(uint16_t characterId) const {
+SwfTagWrapper SwfTagsSafe::definition(uint16_t characterId) const {
     const auto found = _definitions.find(characterId);
     return found == _definitions.end() ? nullptr : found->second;
 }

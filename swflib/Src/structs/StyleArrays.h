@@ -18,13 +18,14 @@ inline uint32_t readStyleCount(SwfIStream& stream, const char* field, bool exten
     return count;
 }
 
+/// On a counter 3 bytes from 255 styles on, also where the tag cannot hold as many: writing refuses them.
 inline void writeStyleCount(SwfOStream& stream, const char* what, uint32_t count, bool extended) {
     if (count < longStyleCount) {
         stream.writeUI8(static_cast<uint8_t>(count));
         return;
     }
     const uint32_t most = extended ? 0xFFFF : longStyleCount - 1;
-    if (count > most)
+    if (count > most && !stream.isCounter())
         throw SwfException(SwfError::doesNotFit,
                            std::to_string(count) + " " + what + ", this tag holds at most " + std::to_string(most));
     stream.writeUI8(longStyleCount);

@@ -13,7 +13,25 @@ static void setFlags(SwfContext& context, uint16_t code) {
     context.cutIndices = false;
 }
 
+namespace {
+
+// The kind of line styles that is read is a tag's own: gives it back as it was before.
+class LineStyleScope {
+public:
+    explicit LineStyleScope(SwfContext& context) : _context(context), _before(context.lineStyle2Mode) {}
+    ~LineStyleScope() { _context.lineStyle2Mode = _before; }
+    LineStyleScope(const LineStyleScope&) = delete;
+    LineStyleScope& operator=(const LineStyleScope&) = delete;
+
+private:
+    SwfContext& _context;
+    const bool _before;
+};
+
+} // namespace
+
 void SwfShapeTag::read(SwfIStream& stream) {
+    const LineStyleScope scope(stream.context);
     setFlags(stream.context, type);
     characterId = stream.readUI16("ShapeId");
     bounds.read(stream);

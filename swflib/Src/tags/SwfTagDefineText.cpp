@@ -50,11 +50,10 @@ void SwfTextRecord::write(SwfOStream& stream) const {
 }
 
 void SwfTagDefineText::read(SwfIStream& stream) {
-    // Entries may take less than a byte, down to no bits at all, and each is a line of XML: texts of more than this are
-    // not written by hand or tool.
-    constexpr uint64_t alwaysAllowed = 65536;
+    // Entries may take no bits at all, and each is a line of XML. As they are written here they take 3 bits at least.
+    constexpr uint64_t alwaysAllowed = 65536, perByte = 8;
     stream.context.alpha = hasAlpha();
-    const uint64_t mostEntries = alwaysAllowed + stream.bodyLeft();
+    const uint64_t mostEntries = alwaysAllowed + perByte * stream.bodyLeft();
     characterId = stream.readUI16("CharacterId");
     bounds.read(stream);
     matrix.read(stream);

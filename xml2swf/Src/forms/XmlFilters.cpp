@@ -8,7 +8,7 @@ using namespace libswf;
 
 namespace {
 
-// One part of a filter's flag byte. A part that is only read stands in old files and is not shown.
+// One part of a filter's flag byte. A part that is not written is read where a text has it.
 struct FlagBits {
     std::string_view name;
     uint8_t shift;

@@ -124,10 +124,13 @@ void readXml(XmlElement& element, SwfTagDefineFont2& tag) {
         } else if (child.is("CodesTable")) {
             readCodeTable(child, tag.codes);
         } else if (child.is("AdvanceTable")) {
+            tag.hasLayout = true;
             readCodeTable(child, tag.advances);
         } else if (child.is("BoundsTable")) {
+            tag.hasLayout = true;
             readBounds(child, tag.bounds);
         } else if (child.is("KerningTable")) {
+            tag.hasLayout = true;
             readKerning(child, tag.kerning);
         } else {
             child.skip();

@@ -38,7 +38,7 @@ static uint16_t readFirstId(XmlElement& element) {
         return 0;
     const auto id = parseInteger(*text);
     if (!id || *id < 0 || *id > UINT16_MAX)
-        element.badValue("ShapeId", *text);
+        element.badValue(element.firstName(), *text);
     return static_cast<uint16_t>(*id);
 }
 

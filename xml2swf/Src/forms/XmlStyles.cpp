@@ -80,7 +80,7 @@ static void writeXml(XmlNode& node, const SwfSolidFillStyle& style) { node.attri
 static void readXml(XmlElement& element, SwfSolidFillStyle& style) { style.color = element.color("Color"); }
 
 static void writeXml(XmlNode& node, const SwfGradientFillStyle& style) {
-    node.attribute("Type", nameOf(gradientTypes, style.type, "FillStyleType"));
+    node.attribute("Type", findName(gradientTypes, style.type));
     writeChild(node, "Matrix", style.matrix);
     if (style.isFocal())
         writeChild(node, "GradientRecords", style.focal);
@@ -104,7 +104,7 @@ static void readXml(XmlElement& element, SwfGradientFillStyle& style) {
 }
 
 static void writeXml(XmlNode& node, const SwfBitmapFillStyle& style) {
-    node.attribute("Type", nameOf(bitmapFillTypes, style.type, "FillStyleType"));
+    node.attribute("Type", findName(bitmapFillTypes, style.type));
     node.attribute("BitmapId", style.bitmapId);
     writeChild(node, "Matrix", style.matrix);
 }
@@ -116,13 +116,17 @@ static void readXml(XmlElement& element, SwfBitmapFillStyle& style) {
         readXml(*matrix, style.matrix);
 }
 
+// A gradient or bitmap of a type that no file has is left out.
 static void writeFillStyle(XmlNode& parent, const SwfFillStyle& style) {
-    if (const auto* solid = dynamic_cast<const SwfSolidFillStyle*>(&style))
+    if (const auto* solid = dynamic_cast<const SwfSolidFillStyle*>(&style)) {
         writeChild(parent, "SolidFillStyle", *solid);
-    else if (const auto* gradient = dynamic_cast<const SwfGradientFillStyle*>(&style))
-        writeChild(parent, "GradientFillStyle", *gradient);
-    else if (const auto* bitmap = dynamic_cast<const SwfBitmapFillStyle*>(&style))
-        writeChild(parent, "BitmapFillStyle", *bitmap);
+    } else if (const auto* gradient = dynamic_cast<const SwfGradientFillStyle*>(&style)) {
+        if (!findName(gradientTypes, style.type).empty())
+            writeChild(parent, "GradientFillStyle", *gradient);
+    } else if (const auto* bitmap = dynamic_cast<const SwfBitmapFillStyle*>(&style)) {
+        if (!findName(bitmapFillTypes, style.type).empty())
+            writeChild(parent, "BitmapFillStyle", *bitmap);
+    }
 }
 
 template <class Style>

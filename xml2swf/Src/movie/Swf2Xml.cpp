@@ -198,7 +198,7 @@ std::string swfToXml(SwfMovieSafe& movie, const ConversionOptions& options) {
 }
 
 void swfToXml(SwfMovieSafe& movie, ISwf2XmlConversionTarget& target, const ConversionOptions& options) {
-    target.elementText(swfToXml(movie, options));
+    target.documentText(swfToXmlDocument(movie, options));
 }
 
 std::string swfToXmlDocument(SwfMovieSafe& movie, const ConversionOptions& options) {

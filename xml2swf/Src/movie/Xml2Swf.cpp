@@ -222,7 +222,7 @@ static std::string_view movieText(std::string_view text, size_t nameOffset) {
 static std::unique_ptr<TagKeeper> makeKeeper(const OriginalMovie& original, std::string_view text, XmlElement& root,
                                              std::vector<ElementSpan> spans) {
     // The layout of many tags depends on version and form.
-    const auto version = root.attribute("SwfVersion");
+    const auto version = root.peek("SwfVersion"); // it is asked for below
     if (!version || parseInteger(*version) != original.version() || root.context().fullForm != original.fullForm())
         return nullptr;
     return std::make_unique<TagKeeper>(original, text, std::move(spans));

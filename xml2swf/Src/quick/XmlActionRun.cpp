@@ -28,7 +28,7 @@ bool ActionRun::write(SwfAction& action) {
     try {
         action.measure(_bytes->_counter);
         if (action.size > UINT16_MAX)
-            return false; // it may have to be cut, which is told when the movie is written
+            return false; // one of its fields may have to be cut: that is told when the movie is written
         const uint32_t size = action.headerSize(stream.context) + action.size;
         if (size > stream.capacity() - stream.size())
             finish();

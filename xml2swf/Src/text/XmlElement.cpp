@@ -43,22 +43,19 @@ std::string_view nameOf(XmlNames names, uint32_t value, const char* field) {
 }
 
 const XmlAttribute* XmlElement::findElsewhere(std::string_view name) {
-    // Only a first match may be taken from the middle, since the first of two attributes of one name wins; readers ask
-    // once per name, so looking on from the last hit finds the first.
-    for (uint32_t i = _next; i < _node->attributeCount; ++i) {
-        if (_attributes[i].name == name)
-            return take(i);
-    }
-    for (uint32_t i = 0; i < std::min(_next, _node->attributeCount); ++i) {
-        if (_attributes[i].name == name)
-            return take(i);
-    }
-    return nullptr;
+    const XmlAttribute* found = firstOf(name);
+    return found == nullptr ? nullptr : take(static_cast<uint32_t>(found - _attributes));
+}
+
+const XmlAttribute* XmlElement::firstOf(std::string_view name) const {
+    const XmlAttribute* end = _attributes + _node->attributeCount;
+    const XmlAttribute* found =
+        std::find_if(_attributes, end, [&](const XmlAttribute& attribute) { return attribute.name == name; });
+    return found == end ? nullptr : found;
 }
 
 bool XmlElement::has(std::string_view name) {
-    const bool found = std::any_of(_attributes, _attributes + _node->attributeCount,
-                                   [&](const XmlAttribute& attribute) { return attribute.name == name; });
+    const bool found = firstOf(name) != nullptr;
     if (_context->observer != nullptr)
         _context->observer->askedForPresence(*this, name);
     return found;
@@ -320,8 +317,10 @@ void XmlElement::warnOfUnreadAttributes() {
             continue;
         if (_context->observer != nullptr)
             _context->observer->skippedAttribute(*this, _attributes[i].name);
+        const bool isFirst = firstOf(_attributes[i].name) == &_attributes[i];
         _context->warn(SwfWarning::Kind::skipped, name(), _window->offsetOf(_attributes[i].name.data()),
-                       "the attribute " + std::string(_attributes[i].name) + " is not known here");
+                       "the attribute " + std::string(_attributes[i].name) +
+                           (isFirst ? " is not known here" : " stands here more than once"));
     }
 }
 
@@ -342,7 +341,10 @@ static std::string contentOf(const XmlWindow& window, const XmlItem* element) {
 std::string XmlElement::content() {
     if (_context->observer != nullptr)
         _context->observer->askedForContent(*this, XmlContent::text);
-    return joinedContent();
+    std::string text = joinedContent();
+    if (text.find('\0') != text.npos)
+        badValue({}, text);
+    return text;
 }
 
 std::string XmlElement::joinedContent() {

@@ -44,7 +44,8 @@ XmlValueError::XmlValueError(std::string_view element_, std::string_view attribu
 }
 
 std::string XmlValueError::description() const {
-    return element + ": attribute " + attribute + ": \"" + value + "\" is not a value that fits";
+    const std::string what = attribute.empty() ? "text" : "attribute " + attribute;
+    return element + ": " + what + ": \"" + value + "\" is not a value that fits";
 }
 
 MovieAttributeError::MovieAttributeError(std::string_view attribute_, size_t offset)

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "ConversionTargets.h"
 #include "Exceptions.h"
 #include "ProjectFile.h"
 #include "SwfException.h"
@@ -91,7 +92,8 @@ void loadMovie(LoadParams& params) {
     options.warnings = &warnings;
     options.tagTexts = &texts;
     Document& document = params.document;
-    document.text = swfToXmlDocument(movie, options);
+    Swf2XmlConversionTarget target(document);
+    swfToXml(movie, target, options);
     document.original = std::make_shared<OriginalMovie>(movie, document.text, texts);
     document.warnings = placedWarnings(warnings, document.text, std::move(texts));
 }
@@ -211,7 +213,7 @@ SwfVector<uint8_t> compileDocument(CompileParams& params, const std::string& fil
     options.warnings = &warnings;
     options.original = params.original.get();
     options.toWrite = true;
-    MovieTarget target;
+    Xml2SwfConvertionTarget target;
     try {
         if (!xmlToSwf(params.text, target, options))
             throw FileSaveException(fileName, "The document has no Movie element.");

@@ -36,7 +36,7 @@ size_t behindComments(std::string_view text, size_t at) {
     }
 }
 
-// As most of the text has it.
+// As the first line has it.
 std::string_view lineEndOf(std::string_view text) {
     const size_t end = text.find_first_of("\r\n");
     if (end == text.npos || text[end] == '\n')

@@ -37,7 +37,7 @@ TEST(Completion, OffersWhatMayStandThere) {
         {"<|", "element : Movie"},
         {"<?xml version=\"1.0\"?>\n<M|", "element M: Movie"},
         {"<Movie/>\n<|", ""},
-        {"<Movie SwfVersion=\"8\" |>", "attribute : Width Height FrameRate IsCompressed MaxX MaxY MinX MinY"},
+        {"<Movie SwfVersion=\"8\" |>", "attribute : Form Width Height FrameRate IsCompressed MaxX MaxY MinX MinY"},
         {"<DefineShape><|", "element : Bounds FillStyles LineStyles Edges /DefineShape"},
         {"<DefineShape><Bounds/><FillStyles></FillStyles><|", "element : LineStyles Edges /DefineShape"},
         {"<Movie><DefineShape ShapeId=\"1\"><FillStyles>\n<So|",

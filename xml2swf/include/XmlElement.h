@@ -144,7 +144,10 @@ public:
     /// The value behind a name, or a number from 0 to `high`; 0 for any other text.
     uint32_t namedOrNumber(std::string_view name, XmlNames names, uint32_t high);
     static uint32_t valueOrNumber(XmlNames names, std::string_view text, uint32_t high);
-    [[noreturn]] void badValue(std::string_view attribute, std::string_view value) const;
+    /// Throws for a text that is not of this form.
+    [[noreturn]] void badValue(std::string_view attribute, std::string_view value, const XmlValueForm& form) const;
+    /// Throws XmlValueError with a reason of its own.
+    [[noreturn]] void refuse(std::string_view attribute, std::string reason) const;
 
     // Children: elements only, comments and text between them are passed over.
     std::optional<XmlElement> child(std::string_view name);

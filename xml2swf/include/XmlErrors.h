@@ -42,15 +42,16 @@ public:
     XmlPlace place;
 };
 
-/// An attribute that is not a number where one is expected, or out of its field's range, or an element's text (no
-/// attribute) that no field can hold.
+/// An attribute whose text is not of its field's form, or out of its range, or an element's text (no attribute) that no
+/// field can hold.
 class XmlValueError : public boost::bad_lexical_cast {
 public:
-    XmlValueError(std::string_view element, std::string_view attribute, std::string_view value, size_t offset);
-    /// "DefineShape: attribute ShapeId: "abc" is not a number in its range".
+    XmlValueError(std::string_view element, std::string_view attribute, std::string reason, size_t offset);
+    /// "DefineShape: attribute ShapeId: "abc" is not a value that fits (ShapeId: 0 to 65535)".
     std::string description() const;
 
-    std::string element, attribute, value;
+    std::string element, attribute;
+    std::string reason; ///< `"abc" is not a value that fits (ShapeId: 0 to 65535)`
     XmlPlace place;
 };
 
@@ -64,8 +65,9 @@ public:
 /// A bad attribute of the root. what() is "Incorrect value of attribute Width" and the like.
 class MovieAttributeError : public std::runtime_error {
 public:
-    MovieAttributeError(std::string_view attribute, size_t offset);
+    MovieAttributeError(std::string_view attribute, std::string fitting, size_t offset);
     std::string attribute;
+    std::string fitting; ///< "Width: 0 to 53687091"
     XmlPlace place;
 };
 

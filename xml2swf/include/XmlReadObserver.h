@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace xml2swf {
@@ -26,6 +27,8 @@ struct XmlValueForm {
 
     static XmlValueForm integer(int64_t low, int64_t high) { return {Kind::integer, low, high, {}}; }
     bool isInteger() const { return kind == Kind::integer || kind == Kind::nameOrInteger; }
+    /// What fits into an attribute, for the user: "Id: 0 to 65535".
+    std::string fitting(std::string_view attribute) const;
 };
 
 /// What an element holds besides elements.

@@ -33,12 +33,13 @@ static void readShape(XmlElement& element, SwfShapeTag& tag) {
 
 // The id is the first attribute, whatever its name.
 static uint16_t readFirstId(XmlElement& element) {
-    const auto text = element.firstAttribute("ShapeId", XmlValueForm::integer(0, UINT16_MAX));
+    const XmlValueForm form = XmlValueForm::integer(0, UINT16_MAX);
+    const auto text = element.firstAttribute("ShapeId", form);
     if (!text)
         return 0;
     const auto id = parseInteger(*text);
     if (!id || *id < 0 || *id > UINT16_MAX)
-        element.badValue(element.firstName(), *text);
+        element.badValue(element.firstName(), *text, form);
     return static_cast<uint16_t>(*id);
 }
 

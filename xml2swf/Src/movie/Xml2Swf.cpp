@@ -24,12 +24,13 @@ struct RootDefaults {
 };
 
 int64_t rootInteger(XmlElement& root, const char* name, int64_t missing, int64_t high) {
-    const auto text = root.attribute(name, XmlValueForm::integer(0, high));
+    const XmlValueForm form = XmlValueForm::integer(0, high);
+    const auto text = root.attribute(name, form);
     if (!text)
         return missing;
     const auto value = parseInteger(*text);
     if (!value || *value < 0 || *value > high)
-        throw MovieAttributeError(name, root.offset());
+        throw MovieAttributeError(name, form.fitting(name), root.offset());
     return *value;
 }
 
@@ -37,7 +38,7 @@ bool isFullForm(XmlElement& root) {
     static constexpr XmlName forms[] = {{classicForm, 0}, {fullForm, 1}};
     const auto form = root.attribute("Form", {XmlValueForm::Kind::name, 0, 0, forms}).value_or(classicForm);
     if (form != classicForm && form != fullForm)
-        throw MovieAttributeError("Form", root.offset());
+        throw MovieAttributeError("Form", "Form: classic or full", root.offset());
     return form == fullForm;
 }
 

@@ -26,6 +26,19 @@ void XmlReadContext::warn(SwfWarning::Kind kind, std::string_view element, size_
     warnings->add(std::move(warning));
 }
 
+std::string XmlValueForm::fitting(std::string_view attribute) const {
+    std::string text(attribute);
+    switch (kind) {
+    case Kind::integer:
+        if (low == INT64_MIN && high == INT64_MAX)
+            return text + ": a whole number";
+        return text + ": " + std::to_string(low) + " to " + std::to_string(high);
+    case Kind::real: return text + ": a number";
+    case Kind::color: return text + ": red, green, blue and alpha as hexadecimal digits, like ff8000ff";
+    default: return text + ": a text"; // Every text is taken; what it says may mean nothing.
+    }
+}
+
 std::string_view findName(XmlNames names, uint32_t value) {
     for (const XmlName& entry : names) {
         if (entry.value == value)
@@ -69,8 +82,12 @@ std::optional<std::string_view> XmlElement::firstAttribute(std::string_view name
     return _attributes[0].value;
 }
 
-void XmlElement::badValue(std::string_view attribute, std::string_view value) const {
-    throw XmlValueError(name(), attribute, value, offset());
+void XmlElement::badValue(std::string_view attribute, std::string_view value, const XmlValueForm& form) const {
+    refuse(attribute, "\"" + std::string(value) + "\" is not a value that fits (" + form.fitting(attribute) + ")");
+}
+
+void XmlElement::refuse(std::string_view attribute, std::string reason) const {
+    throw XmlValueError(name(), attribute, std::move(reason), offset());
 }
 
 int64_t XmlElement::missingInteger(std::string_view name, int64_t low, int64_t high) const {
@@ -81,8 +98,9 @@ int64_t XmlElement::missingInteger(std::string_view name, int64_t low, int64_t h
 int64_t XmlElement::inRange(std::string_view name, std::string_view text, int64_t low, int64_t high) {
     int64_t value = 0;
     if (!readInteger(text, value) || value < low || value > high) [[unlikely]] {
-        tell(name, XmlValueForm::integer(low, high));
-        badValue(name, text);
+        const XmlValueForm form = XmlValueForm::integer(low, high);
+        tell(name, form);
+        badValue(name, text, form);
     }
     return value;
 }
@@ -90,7 +108,7 @@ int64_t XmlElement::inRange(std::string_view name, std::string_view text, int64_
 libswf::SwfString XmlElement::string(std::string_view name) {
     const std::string_view text = attribute(name).value_or("");
     if (text.find('\0') != text.npos)
-        badValue(name, text);
+        refuse(name, "a text cannot hold a NUL");
     return libswf::SwfString(text);
 }
 
@@ -106,26 +124,29 @@ bool XmlElement::lowBit(std::string_view name) {
 }
 
 float XmlElement::real(std::string_view name) {
-    const auto text = attribute(name, {XmlValueForm::Kind::real});
+    const XmlValueForm form{XmlValueForm::Kind::real};
+    const auto text = attribute(name, form);
     const auto value = text ? parseFloat(*text) : 0.0f;
     if (!value)
-        badValue(name, *text);
+        badValue(name, *text, form);
     return *value;
 }
 
 double XmlElement::realDouble(std::string_view name) {
-    const auto text = attribute(name, {XmlValueForm::Kind::real});
+    const XmlValueForm form{XmlValueForm::Kind::real};
+    const auto text = attribute(name, form);
     const auto value = text ? parseDouble(*text) : 0.0;
     if (!value)
-        badValue(name, *text);
+        badValue(name, *text, form);
     return *value;
 }
 
 libswf::SwfColor XmlElement::color(std::string_view name) {
-    const auto text = attribute(name, {XmlValueForm::Kind::color});
+    const XmlValueForm form{XmlValueForm::Kind::color};
+    const auto text = attribute(name, form);
     const auto value = text ? parseHex(*text) : 0u;
     if (!value)
-        badValue(name, *text);
+        badValue(name, *text, form);
     return libswf::SwfColor::fromPacked(*value);
 }
 
@@ -343,7 +364,7 @@ std::string XmlElement::content() {
         _context->observer->askedForContent(*this, XmlContent::text);
     std::string text = joinedContent();
     if (text.find('\0') != text.npos)
-        badValue({}, text);
+        refuse({}, "\"" + text + "\" has a NUL in it, which ends a text");
     return text;
 }
 

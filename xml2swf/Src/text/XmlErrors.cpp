@@ -37,19 +37,19 @@ XmlPlace XmlPlaces::at(size_t offset) {
     return place;
 }
 
-XmlValueError::XmlValueError(std::string_view element_, std::string_view attribute_, std::string_view value_,
-                             size_t offset)
-    : element(element_), attribute(attribute_), value(value_) {
+XmlValueError::XmlValueError(std::string_view element_, std::string_view attribute_, std::string reason_, size_t offset)
+    : element(element_), attribute(attribute_), reason(std::move(reason_)) {
     place.offset = offset;
 }
 
 std::string XmlValueError::description() const {
     const std::string what = attribute.empty() ? "text" : "attribute " + attribute;
-    return element + ": " + what + ": \"" + value + "\" is not a value that fits";
+    return element + ": " + what + ": " + reason;
 }
 
-MovieAttributeError::MovieAttributeError(std::string_view attribute_, size_t offset)
-    : std::runtime_error("Incorrect value of attribute " + std::string(attribute_)), attribute(attribute_) {
+MovieAttributeError::MovieAttributeError(std::string_view attribute_, std::string fitting_, size_t offset)
+    : std::runtime_error("Incorrect value of attribute " + std::string(attribute_)), attribute(attribute_),
+      fitting(std::move(fitting_)) {
     place.offset = offset;
 }
 

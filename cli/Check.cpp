@@ -19,7 +19,7 @@ struct Outcome {
 
 Outcome checkText(const File& file, const MovieOptions& options) {
     SwfMovie movie;
-    compile(readText(file), movie, options);
+    compile(file, readText(file), movie, options);
     return {movie.tags.count(), movie.serialise(options.level, options.warnings).size()};
 }
 

@@ -154,8 +154,7 @@ int compare(const File& a, const File& b, const Arguments& arguments) {
             printJson(a, b, comparison, arguments.all);
         else
             printText(comparison, arguments.all);
-        if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
-            throw SwfFileException(SwfError::writing, "standard output");
+        flushStandardOutput();
         return comparison.same() ? ExitStatus::done : ExitStatus::differ;
     } catch (...) {
         console.failure(a.shownName(true) + ", " + b.shownName(true));

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <new>
+#include <stdexcept>
 
 #ifdef _WIN32
 #include <windows.h>
@@ -11,8 +12,10 @@
 #endif
 
 #include "Files.h"
+#include "Messages.h"
 #include "Movies.h"
 #include "SwfException.h"
+#include "SwfVector.h"
 
 namespace zelkc {
 
@@ -35,12 +38,17 @@ bool isTerminal() {
     return terminal;
 }
 
-Lines placed(Lines lines, const xml2swf::XmlPlace& place) {
-    if (place.row != 0) {
-        lines.push_back("Row: " + std::to_string(place.row));
-        lines.push_back("Col: " + std::to_string(place.column));
+Lines placed(Lines lines, uint32_t row, uint32_t column) {
+    if (row != 0) {
+        lines.push_back("Row: " + std::to_string(row));
+        lines.push_back("Col: " + std::to_string(column));
     }
     return lines;
+}
+
+Lines badXml(const std::string& start, const char* description, uint32_t row, uint32_t column) {
+    return placed({start + "The XML has incorrect format.", std::string("Error description: ") + description}, row,
+                  column);
 }
 
 } // namespace
@@ -62,24 +70,33 @@ std::vector<std::string> describeFailure(const std::string& file) {
     const std::string start = file + ": ";
     try {
         throw;
+    } catch (const zelk::FileXmlException& error) {
+        return badXml(error.fileName() + ": ", error.what(), error.row, error.column);
+    } catch (const zelk::XmlException& error) {
+        return badXml(start, error.what(), error.row, error.column);
     } catch (const xml2swf::XmlSyntaxError& error) {
-        return placed({start + "The XML has incorrect format.", std::string("Error description: ") + error.what()},
-                      error.place);
+        return badXml(start, error.what(), error.place.row, error.place.column);
     } catch (const xml2swf::XmlValueError& error) {
-        return placed({start + error.description()}, error.place);
+        return placed({start + error.description()}, error.place.row, error.place.column);
     } catch (const xml2swf::MovieAttributeError& error) {
-        return placed({start + error.what()}, error.place);
+        return placed({start + error.what(), error.fitting}, error.place.row, error.place.column);
     } catch (const xml2swf::Base64Error& error) {
-        return placed({start + error.what()}, error.place);
+        return placed({start + error.what()}, error.place.row, error.place.column);
     } catch (const zelk::FileLoadException& error) {
         return {"Unable to open " + error.fileName(), error.what()};
     } catch (const zelk::FileSaveException& error) {
-        return {error.what()}; // names its file
+        return {error.fileName() + ": " + error.what()};
     } catch (const libswf::SwfFileException& error) {
-        return {error.what()}; // names its file
+        return {error.fileName() + ": " + error.problem()};
     } catch (const libswf::SwfException& error) {
         return {start + error.what()};
+    } catch (const zelk::NotMovieException& error) {
+        return {start + error.what()};
     } catch (const InputError& error) {
+        return {start + error.what()};
+    } catch (const libswf::SwfAssertionFailure& error) {
+        return {start + zelk::brokenInvariant(error)};
+    } catch (const std::out_of_range& error) { // a count that the records do not bear out
         return {start + error.what()};
     } catch (const std::bad_alloc&) {
         return {start + "There is not enough memory."};

@@ -100,10 +100,7 @@ void onAllCores(size_t mostThreads, const Work& work) {
 } // namespace
 
 int convertMany(const ManyFiles& files, const MovieOptions& options, bool quiet) {
-    std::error_code failure;
-    fs::create_directories(libswf::pathOf(files.folder), failure);
-    if (failure)
-        throw zelk::FileLoadException(files.folder, failure.message());
+    makeFolder(files.folder);
     const std::vector<Task> tasks = planTasks(files);
     Console console(quiet);
     std::atomic<size_t> next = 0, done = 0, failed = 0;

@@ -105,7 +105,7 @@ int extract(const File& file, const Arguments& arguments) {
         load(file, movie, options);
         console.warnings(name, warnings);
         if (!arguments.list)
-            std::filesystem::create_directories(pathOf(arguments.outDir));
+            makeFolder(arguments.outDir);
         Extraction extraction(arguments, name, console);
         zelk::forEachPayload(movie.tags.tags(), [&](const auto&... payload) { extraction.take(payload...); });
         if (extraction.found == 0 && arguments.tag)
@@ -113,8 +113,7 @@ int extract(const File& file, const Arguments& arguments) {
         if (!arguments.list)
             std::printf("%s: %zu of %zu payloads extracted\n", name.c_str(), extraction.found - extraction.failed,
                         extraction.found);
-        if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
-            throw SwfFileException(SwfError::writing, "standard output");
+        flushStandardOutput();
         return extraction.failed == 0 ? ExitStatus::done : ExitStatus::badInput;
     } catch (...) {
         console.failure(name);

@@ -1,5 +1,6 @@
 #include "Files.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 
@@ -28,7 +29,7 @@ std::vector<uint8_t> readStandardInput(const File& file, uint64_t most) {
         bytes.resize(size + got);
     }
     if (std::ferror(stdin) != 0)
-        throw zelk::FileLoadException(file.shownName(true), "it cannot be read");
+        throw zelk::FileLoadException(file.shownName(true), libswf::withReason("cannot be read", errno));
     if (bytes.size() > most) {
         if (file.kind == FileKind::xml)
             refuseText(file.shownName(true));
@@ -37,12 +38,30 @@ std::vector<uint8_t> readStandardInput(const File& file, uint64_t most) {
     return bytes;
 }
 
-void writeStandardOutput(const File& file, const void* data, size_t size) {
-    if (std::fwrite(data, 1, size, stdout) != size || std::fflush(stdout) != 0)
-        throw SwfFileException(libswf::SwfError::writing, file.shownName(false));
+[[noreturn]] void failStandardOutput() {
+    throw zelk::FileSaveException("standard output", libswf::withReason("cannot be written", errno));
+}
+
+void writeStandardOutput(const void* data, size_t size) {
+    errno = 0;
+    if (std::fwrite(data, 1, size, stdout) != size)
+        failStandardOutput();
+    flushStandardOutput();
 }
 
 } // namespace
+
+void flushStandardOutput() {
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
+        failStandardOutput();
+}
+
+void makeFolder(const std::string& name) {
+    std::error_code failure;
+    std::filesystem::create_directories(libswf::pathOf(name), failure);
+    if (failure)
+        throw zelk::FileSaveException(name, "the folder cannot be made: " + failure.message());
+}
 
 std::string File::shownName(bool asInput) const {
     if (!isStandard())
@@ -58,7 +77,7 @@ auto readNamed(const File& file, Read read) {
     try {
         return read(file.name);
     } catch (const SwfFileException& error) {
-        throw zelk::FileLoadException(file.name, error.what());
+        throw zelk::FileLoadException(file.name, error.problem());
     }
 }
 
@@ -84,7 +103,7 @@ std::string readText(const File& file) {
 
 void writeBytes(const File& file, std::span<const uint8_t> bytes) {
     if (file.isStandard())
-        writeStandardOutput(file, bytes.data(), bytes.size());
+        writeStandardOutput(bytes.data(), bytes.size());
     else
         libswf::writeFile(file.name, bytes);
 }
@@ -95,7 +114,7 @@ void writeText(const File& file, std::string_view text) {
     else if (file.kind == FileKind::project)
         zelk::writeProject(file.name, text);
     else if (file.isStandard())
-        writeStandardOutput(file, text.data(), text.size());
+        writeStandardOutput(text.data(), text.size());
     else
         libswf::writeTextFile(file.name, text);
 }

@@ -38,9 +38,13 @@ public:
 std::vector<uint8_t> readBytes(const File& file);
 std::string readText(const File& file);
 
-/// An existing file stays as it was when writing fails. Throw SwfFileException or, for a project,
-/// zelk::FileSaveException.
+/// An existing file stays as it was when writing fails. Throw SwfFileException or, for a project and for standard
+/// output, zelk::FileSaveException.
 void writeBytes(const File& file, std::span<const uint8_t> bytes);
 void writeText(const File& file, std::string_view text);
+/// Says whether all that was printed arrived: throws zelk::FileSaveException when it did not.
+void flushStandardOutput();
+/// With those around it; one that is there already is fine. Throws zelk::FileSaveException.
+void makeFolder(const std::string& name);
 
 } // namespace zelkc

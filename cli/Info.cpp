@@ -156,8 +156,7 @@ int info(const File& file, std::optional<bool> fullForm, bool asJson, bool quiet
             printJson(file, signature, movie, warnings);
         else
             printTable(file, signature, movie);
-        if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0)
-            throw SwfFileException(SwfError::writing, "standard output");
+        flushStandardOutput();
         console.warnings(name, warnings);
         return ExitStatus::done;
     } catch (...) {

@@ -26,7 +26,7 @@ void warnOfSignature(const Signature& signature, SwfWarnings* warnings) {
 }
 
 SwfVector<uint8_t> compileFile(const File& file, SwfMovie& movie, const MovieOptions& options) {
-    compile(readText(file), movie, options);
+    compile(file, readText(file), movie, options);
     return movie.serialise(options.level, options.warnings, options.threads);
 }
 
@@ -41,6 +41,8 @@ std::unique_ptr<xml2swf::OriginalMovie> loadOriginal(const std::string& fileName
     load.readLater = true;
     try {
         movie.load(fileName, load);
+    } catch (const SwfFileException& error) {
+        throw zelk::FileLoadException(fileName, error.problem());
     } catch (const SwfException& error) {
         throw zelk::FileLoadException(fileName, error.what());
     }
@@ -57,14 +59,18 @@ xml2swf::ConversionOptions MovieOptions::conversion() const {
     return result;
 }
 
-void compile(const std::string& text, SwfMovie& movie, const MovieOptions& options) {
+void compile(const File& file, const std::string& text, SwfMovie& movie, const MovieOptions& options) {
     xml2swf::MovieTarget target;
     xml2swf::ConversionOptions conversion = options.conversion();
     const std::unique_ptr<xml2swf::OriginalMovie> original = loadOriginal(options.original, text);
     conversion.original = original.get();
     conversion.toWrite = true;
-    if (!xml2swf::xmlToSwf(text, target, conversion))
-        throw InputError("The document has no Movie element.");
+    try {
+        if (!xml2swf::xmlToSwf(text, target, conversion))
+            throw zelk::NotMovieException::noMovie();
+    } catch (const xml2swf::XmlSyntaxError& error) {
+        throw zelk::FileXmlException(file.shownName(true), {error.what(), error.place.row, error.place.column});
+    }
     movie = std::move(target.movie);
 }
 

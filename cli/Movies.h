@@ -18,8 +18,9 @@ struct MovieOptions {
     xml2swf::ConversionOptions conversion() const;
 };
 
-/// Compiles a text. Throws InputError for one without a movie and the errors of xmlToSwf.
-void compile(const std::string& text, libswf::SwfMovie& movie, const MovieOptions& options);
+/// Compiles the text of a file. Throws zelk::FileXmlException when it is not well-formed, zelk::NotMovieException when
+/// it has no Movie element, and the other errors of xmlToSwf.
+void compile(const File& file, const std::string& text, libswf::SwfMovie& movie, const MovieOptions& options);
 
 /// The first bytes of a movie file, which SwfMovieHeader does not keep.
 struct Signature {

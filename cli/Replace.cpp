@@ -68,7 +68,7 @@ int replace(const File& input, const File& output, const Arguments& arguments) {
             writeText(output, text);
         } else {
             SwfMovie movie;
-            compile(text, movie, options);
+            compile(input, text, movie, options);
             const SwfVector<uint8_t> bytes = movie.serialise(options.level, options.warnings, options.threads);
             writeBytes(output, {bytes.data(), bytes.size()});
         }

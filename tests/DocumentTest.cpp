@@ -19,6 +19,7 @@
 #include "Exceptions.h"
 #include "ProjectFile.h"
 #include "SwfUtils.h"
+#include "TagIndex.h"
 
 namespace {
 
@@ -173,16 +174,28 @@ TEST_F(DocumentTest, UntouchedTagsKeepTheirBytes) {
 TEST_F(DocumentTest, FailuresAreReportedAndLoseNothing) {
     struct Case {
         const char* name;
-        const char* text;
+        std::string text;
         Message message;
         uint32_t row;
+        std::string reason = {}; ///< part of it
     };
+    std::string frames, colors;
+    for (int i = 0; i < 65536; ++i)
+        frames += "<ShowFrame/>";
+    for (int i = 0; i < 16; ++i)
+        colors += "<GradientRecord Ratio=\"1\" Color=\"1\"/>";
+    const std::string gradient = "<FillStyles><GradientFillStyle Type=\"Linear\"><Matrix/><GradientRecords>" + colors +
+                                 "</GradientRecords></GradientFillStyle></FillStyles>";
+    const std::string shape = "<Movie>\n<ShowFrame/>\n<DefineShape ShapeId=\"1\"><Bounds/>" + gradient +
+                              "<LineStyles/><Edges/></DefineShape></Movie>";
+    const std::string noEntry = ": cannot be opened for writing: " + std::generic_category().message(ENOENT);
     const Case saves[] = {
         {"a.swf", "<Movie><ShowFrame></Movie>", message(MessageCode::badXml, "Error description: "), 1},
-        {"a.swf", "<Film/>", {"Unable to save this file.", "Message"}, 0},
-        {"a.doc", movieText, {"Unable to save this file.", "Message"}, 0},
-        {"none/a.xml", movieText, {"Unable to save this file.", "Message"}, 0},
-        {"none/a.zelk", movieText, {"Unable to save this file.", "Message"}, 0},
+        {"a.doc", movieText, {"Unable to save this file.", "Message"}, 0, path("a.doc") + ": The name ends in "},
+        {"none/a.xml", movieText, {"Unable to save this file.", "Message"}, 0, path("none/a.xml") + noEntry},
+#ifdef ZELK_HAVE_MINIZIP
+        {"none/a.zelk", movieText, {"Unable to save this file.", "Message"}, 0, path("none/a.zelk") + noEntry},
+#endif
         {"a.swf",
          "<Movie SwfVersion=\"7\" Width=\"1\" Height=\"1\" FrameRate=\"1\">\n<DefineBinaryData "
          "DefineBinaryDataId=\"1\">"
@@ -192,11 +205,28 @@ TEST_F(DocumentTest, FailuresAreReportedAndLoseNothing) {
         {"a.swf",
          "<Movie SwfVersion=\"7\" Width=\"x\" Height=\"1\" FrameRate=\"1\"/>",
          {"Incorrect value of attribute Width", "Warning"},
-         1},
+         1,
+         "Width: 0 to 53687091"},
         {"a.swf",
-         "<Movie SwfVersion=\"7\" Width=\"1\" Height=\"1\" FrameRate=\"1\"><RemoveObject Id=\"x\"/></Movie>",
-         {"Unexpected Error", "Message"},
-         1},
+         "<Movie\nFrameRate=\"fast\"/>",
+         {"Incorrect value of attribute FrameRate", "Warning"},
+         1,
+         "(FrameRate: a number)"},
+        {"a.swf",
+         "<Movie>\n<RemoveObject Depth=\"65536\"/></Movie>",
+         {"Incorrect value of attribute Depth", "Warning"},
+         2,
+         "RemoveObject: attribute Depth: \"65536\" is not a value that fits (Depth: 0 to 65535)"},
+        {"a.swf",
+         "<Movie>\n\n" + frames + "</Movie>",
+         {"A tag cannot be read or written.", "Warning"},
+         1,
+         "The movie has more than 65535 frames."},
+        {"a.swf",
+         shape,
+         {"A tag cannot be read or written.", "Warning"},
+         3,
+         "tag 1 (DefineShape): A gradient has more than 15 colors."},
     };
     libswf::writeTextFile(path("a.swf"), "old");
     for (const Case& c : saves) {
@@ -211,6 +241,7 @@ TEST_F(DocumentTest, FailuresAreReportedAndLoseNothing) {
         ASSERT_EQ(user.failures.size(), 1u) << c.text;
         EXPECT_EQ(user.failures[0].message.caption, c.message.caption);
         EXPECT_EQ(user.failures[0].message.text.substr(0, c.message.text.size()), c.message.text);
+        EXPECT_NE(user.failures[0].reason.find(c.reason), std::string::npos) << user.failures[0].reason;
         EXPECT_EQ(view.atRow, c.row == 0 ? 99 : c.row) << c.text;
         EXPECT_EQ(libswf::readTextFile(path("a.swf")), "old");
         EXPECT_EQ(filesInFolder(), 1u) << "nothing half-written stays";
@@ -223,7 +254,49 @@ TEST_F(DocumentTest, FailuresAreReportedAndLoseNothing) {
         EXPECT_EQ(document.text, "before");
         ASSERT_EQ(user.failures.size(), 1u) << name;
         EXPECT_EQ(user.failures[0].message, (Message{"Unable to open " + path(name), "Message"}));
+        EXPECT_EQ(user.failures[0].reason.find(path(name)), std::string::npos) << "said once";
+        EXPECT_NE(user.failures[0].reason, "");
     }
+}
+
+// What is wrong, and by which message it is told, is the same for whoever looks.
+TEST_F(DocumentTest, AWellFormedTextThatIsNoMovieIsToldAsThat) {
+    const auto told = [this](ICommand& command, const std::string& what) {
+        user.failures.clear();
+        view.atRow = 99;
+        EXPECT_FALSE(runCommand(session, command, &view)) << what;
+        ASSERT_EQ(user.failures.size(), 1u) << what;
+        EXPECT_EQ(user.failures[0].message, (Message{"The document has no Movie element.", "The XML is no movie."}))
+            << what;
+        EXPECT_EQ(view.atRow, 1u) << what;
+    };
+    for (const char* text : {"<Film/>", "", "<A><Movie/></A>"}) {
+        view.content = text;
+        Document document;
+        document.fileName = path("a.swf");
+        document.text = text;
+        CheckXmlCmd check(session, view);
+        MovieSettingsCmd settings(session, view);
+        SaveToFileCmd save(session, document);
+        told(check, "check");
+        told(settings, "settings");
+        told(save, "save");
+        EXPECT_THROW(TagIndex{view.content}, NotMovieException) << "list";
+    }
+    constexpr const char* text = "<Movie>\n<ShowFrame/><DefineSprite>\n <Foo/></DefineSprite></Movie>";
+    const Message noTag = {"Foo is no tag.", "The XML is no movie."};
+    view.content = text;
+    CheckXmlCmd check(session, view);
+    EXPECT_FALSE(runCommand(session, check, &view));
+    EXPECT_EQ(user.failures.back().message, noTag);
+    EXPECT_EQ(view.atRow, 3u);
+    user.failures.clear();
+    Document document;
+    ASSERT_TRUE(save(document, text, "a.swf")) << "the rest is written";
+    ASSERT_EQ(user.failures.size(), 1u);
+    EXPECT_EQ(user.failures[0].message, noTag);
+    EXPECT_EQ(user.failures[0].row, 3u);
+    EXPECT_FALSE(document.isModified);
 }
 
 TEST_F(DocumentTest, ABrokenTextOpensAndItsCheckGoesToTheError) {
@@ -237,11 +310,9 @@ TEST_F(DocumentTest, ABrokenTextOpensAndItsCheckGoesToTheError) {
     ASSERT_EQ(user.failures.size(), 1u);
     EXPECT_EQ(user.failures[0].message.caption, "The XML has incorrect format.");
     EXPECT_EQ(view.atRow, 3u);
-    for (const char* text : {movieText, ""}) {
-        view.content = text;
-        EXPECT_TRUE(runCommand(session, check, &view)) << text;
-    }
-    EXPECT_EQ(user.messages, std::vector<Message>(2, {"The XML is correct.", "The XML is correct."}));
+    view.content = movieText;
+    EXPECT_TRUE(runCommand(session, check, &view));
+    EXPECT_EQ(user.messages, std::vector<Message>(1, {"The XML is correct.", "The XML is correct."}));
 }
 
 TEST_F(DocumentTest, ACancelledJobChangesNothing) {
@@ -326,13 +397,15 @@ TEST_F(DocumentTest, MovieSettingsChangeTheirAttributesOnly) {
     }
     EXPECT_TRUE(user.failures.empty());
 
-    const std::pair<MovieSettings, const char*> wrong[] = {
-        {{"256", "550", "400", "12", true}, "Incorrect value of attribute SwfVersion"},
-        {{"7", "-1", "400", "12", true}, "Incorrect value of attribute Width"},
-        {{"7", "550", "\"<", "12", true}, "Incorrect value of attribute Height"},
-        {{"7", "550", "400", "", true}, "Unexpected Error"},
+    const std::tuple<MovieSettings, const char*, const char*> wrong[] = {
+        {{"256", "550", "400", "12", true}, "Incorrect value of attribute SwfVersion", "SwfVersion: 0 to 255"},
+        {{"7", "-1", "400", "12", true}, "Incorrect value of attribute Width", "Width: 0 to 53687091"},
+        {{"7", "550", "\"<", "12", true}, "Incorrect value of attribute Height", "Height: 0 to 53687091"},
+        {{"7", "550", "400", "", true},
+         "Incorrect value of attribute FrameRate",
+         "Movie: attribute FrameRate: \"\" is not a value that fits (FrameRate: a number)"},
     };
-    for (const auto& [answer, text] : wrong) {
+    for (const auto& [answer, text, reason] : wrong) {
         user.failures.clear();
         user.shownSettings.clear();
         user.settingsAnswers = {answer}; // and then he thinks better of it
@@ -341,7 +414,8 @@ TEST_F(DocumentTest, MovieSettingsChangeTheirAttributesOnly) {
         EXPECT_FALSE(runCommand(session, command, &view));
         EXPECT_EQ(view.content, "<Movie/>");
         ASSERT_EQ(user.failures.size(), 1u);
-        EXPECT_EQ(user.failures[0].message, (Message{text, text[0] == 'U' ? "Message" : "Warning"}));
+        EXPECT_EQ(user.failures[0].message, (Message{text, "Warning"}));
+        EXPECT_EQ(user.failures[0].reason, reason);
         ASSERT_EQ(user.shownSettings.size(), 2u);
         EXPECT_EQ(user.shownSettings[1], answer) << "what was typed is there again";
     }
@@ -355,9 +429,10 @@ TEST_F(DocumentTest, WithoutAPlayerTheUserIsTold) {
     ShowColorCmd none(session, "");
     EXPECT_FALSE(runCommand(session, none));
     EXPECT_TRUE(user.failures.empty());
-    for (const auto& [color, text] : std::map<std::string, std::string>{{"ff0000ff", "Please install a Flash Player."},
-                                                                        {"\"<&", "Unexpected Error"},
-                                                                        {"123456789", "Unexpected Error"}}) {
+    for (const auto& [color, text] :
+         std::map<std::string, std::string>{{"ff0000ff", "Please install a Flash Player."},
+                                            {"\"<&", "Incorrect value of attribute Color"},
+                                            {"123456789", "Incorrect value of attribute Color"}}) {
         user.failures.clear();
         ShowColorCmd command(session, color);
         EXPECT_FALSE(runCommand(session, command));

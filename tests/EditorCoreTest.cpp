@@ -94,6 +94,9 @@ TEST(Messages, EveryCodeHasItsTexts) {
         {9, {"a.swf", "The XML has incorrect format."}},
         {0, {"Unexpected Error", "Message"}},
         {10, {"Unexpected Error", "Message"}},
+        {11, {"a.swf", "The XML is no movie."}},
+        {12, {"Incorrect value of attribute a.swf", "Warning"}},
+        {13, {"A tag cannot be read or written.", "Warning"}},
         {4097, {"Unexpected Error", "Message"}},
     };
     for (const auto& [code, expected] : table)

@@ -344,8 +344,8 @@ TEST(TagFraming, NamesWhatIsDropped) {
     const std::string records = "4000 cb09 01000000 c109 01 4000 0000 0000 aabb";
     Loaded plain(fileOf(records)), raw(fileOf(records), true);
     ASSERT_EQ(plain.warnings.total(), 2u);
-    EXPECT_EQ(plain.warnings.items()[0].text(), "dropped: tag 1.0 (DefineSprite) at offset 0x16: SpriteId: "
-                                                "the body is shorter than 4 bytes, at offset 0x1c (code 3)");
+    EXPECT_EQ(plain.warnings.items()[0].text(), "dropped: tag 1.0 (DefineSprite) at offset 0x1c: SpriteId: "
+                                                "the body is shorter than 4 bytes (code 3)");
     EXPECT_EQ(plain.warnings.items()[1].kind, SwfWarning::Kind::ignored);
     ASSERT_EQ(raw.warnings.total(), 2u);
     EXPECT_EQ(raw.warnings.items()[0].kind, SwfWarning::Kind::keptRaw);
@@ -463,6 +463,37 @@ uint32_t fileFailure(const std::string& name, Act act) {
     }
 }
 
+template <class Act>
+std::string problemOf(Act act) {
+    try {
+        act();
+        return {};
+    } catch (const SwfFileException& error) {
+        EXPECT_EQ(std::string(error.what()).find(error.fileName()), 0u) << "named once, in front";
+        return error.problem();
+    }
+}
+
+// In the system's own words.
+TEST(Files, AFailureTellsTheReason) {
+    const Folder folder;
+    const auto expected = [](const char* what, int error) {
+        return what + (": " + std::generic_category().message(error));
+    };
+    EXPECT_EQ(problemOf([&] { readFile(folder.file("none")); }), expected("cannot be opened for reading", ENOENT));
+    EXPECT_EQ(problemOf([&] { readFile(folder.path.string()); }), expected("cannot be read", EISDIR));
+    EXPECT_EQ(problemOf([&] { writeFile(folder.file("none/file"), Bytes{1}); }),
+              expected("cannot be opened for writing", ENOENT));
+    EXPECT_EQ(problemOf([&] { writeFile(folder.path.string(), Bytes{1}); }),
+              expected("cannot be opened for writing", EISDIR));
+#ifdef __linux__
+    EXPECT_EQ(problemOf([&] { readFile(folder.file(std::string(300, 'x').c_str())); }),
+              expected("cannot be opened for reading", ENAMETOOLONG));
+    EXPECT_EQ(problemOf([&] { writeFile("/proc/zelk", Bytes{1}); }), expected("cannot be opened for writing", ENOENT));
+    EXPECT_EQ(problemOf([&] { writeFile("/dev/full", Bytes{1}); }), expected("cannot be opened for writing", EACCES));
+#endif
+}
+
 TEST(Files, ReadAndWrite) {
     const Folder folder;
     const std::string file = folder.file("b\xC3\xA4r.swf");
@@ -535,10 +566,10 @@ TEST(Files, AFailedSaveLeavesTheOldFile) {
     limit.rlim_cur = 4096;
     const auto handler = signal(SIGXFSZ, SIG_IGN);
     setrlimit(RLIMIT_FSIZE, &limit);
-    const uint32_t code = fileFailure(file, [&] { writeFile(file, Bytes(100000)); });
+    const std::string problem = problemOf([&] { writeFile(file, Bytes(100000)); });
     setrlimit(RLIMIT_FSIZE, &old);
     signal(SIGXFSZ, handler);
-    EXPECT_EQ(code, 4100u);
+    EXPECT_EQ(problem, "cannot be written: " + std::generic_category().message(EFBIG));
     EXPECT_EQ(readFile(file), (Bytes{1, 2, 3}));
     EXPECT_EQ(folder.count(), 1);
 }

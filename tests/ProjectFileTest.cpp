@@ -291,7 +291,8 @@ TEST_F(ProjectFileTest, AFailedSaveLeavesTheOldProject) {
             ADD_FAILURE() << name;
         } catch (const zelk::FileSaveException& error) {
             EXPECT_EQ(error.fileName(), name);
-            EXPECT_NE(error.description().find(name), std::string::npos);
+            EXPECT_EQ(error.description().find(name), std::string::npos) << "who shows it says the name";
+            EXPECT_NE(error.description().find(": "), std::string::npos) << "the system's reason";
         }
     };
     onFullDisk(4096, [&] { expectFailure(file()); });

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,8 +29,10 @@ public:
 
     uint32_t code() const { return _code; }
     const char* what() const noexcept override { return _what.c_str(); }
-    /// The same for one who has named the tag: "<where>: <text>, at offset 0x2 (code N)".
+    /// The same for one who names the tag and the byte himself.
     std::string reasonInTag() const;
+    /// The byte of the movie that it is about.
+    std::optional<uint64_t> offset() const { return _offset; }
 
     /// Puts an outer place in front ("tag 3 (DefineSprite)"), as the exception passes through it.
     void addPlace(const std::string& place);
@@ -44,7 +47,8 @@ private:
 
     uint32_t _code;
     std::string _place;
-    std::string _offset, _tag; // empty when there is none
+    std::optional<uint64_t> _offset;
+    std::string _tag; // empty when there is none
     std::string _text;
     std::string _what;
     std::vector<uint32_t> _tagPath;
@@ -53,11 +57,14 @@ private:
 /// A file that cannot be read or written (codes 4097 to 4100).
 class SwfFileException : public SwfException {
 public:
-    SwfFileException(uint32_t code, std::string fileName);
+    /// `reason` is the system's, or ours where the system has none; may be empty.
+    SwfFileException(uint32_t code, std::string fileName, const std::string& reason = {});
     const std::string& fileName() const { return _fileName; }
+    /// What happened, without the name: "cannot be opened for writing: Read-only file system".
+    const std::string& problem() const { return _problem; }
 
 private:
-    std::string _fileName;
+    std::string _fileName, _problem;
 };
 
 } // namespace libswf

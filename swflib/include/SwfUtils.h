@@ -23,6 +23,10 @@ void writeFile(const std::string& fileName, std::span<const uint8_t> bytes);
 /// The same for text, which may be empty.
 void writeTextFile(const std::string& fileName, std::string_view text);
 
+/// `what` with the system's words for an error number (errno) behind it: "cannot be written: No space left on device".
+/// Only `what` for 0.
+std::string withReason(std::string what, int error);
+
 /// Asks the system to back a big block of fresh memory with big pages, so that filling it takes fewer page faults. Only
 /// advice: of a small block, or where there is none, it does nothing.
 void adviseBigPages(const void* block, size_t bytes);

@@ -83,7 +83,12 @@ TEST_F(TagListWindowTest, TheViewsSwitchAndKeepThePlace) {
     choose(CommandId::movieXml);
     EXPECT_EQ(editor().column(), 30u) << "a caret in the tag stays";
     type("<");
-    answers.addButton(QMessageBox::Ok, QStringLiteral("Error description: "));
+    answers.add([](QWidget& box) {
+        const int title =
+            QFontMetrics(QApplication::font()).horizontalAdvance(QStringLiteral("The XML has incorrect format."));
+        EXPECT_GT(box.width(), title + 100) << "the title is not cut";
+        QTest::keyClick(&box, Qt::Key_Return);
+    });
     choose(CommandId::tagList);
     EXPECT_FALSE(view().showsList());
     EXPECT_FALSE(window->actions().action(CommandId::tagList)->isChecked());
@@ -147,7 +152,7 @@ TEST_F(TagListWindowTest, TheTagEditorChecksBeforeItTakesOver) {
         EXPECT_EQ(dynamic_cast<TagEditorDlg&>(dialog).editor().text(), "<SetBackgroundColor Color=\"336699ff\" />");
         typeTag(dialog, "<!-- -->\n<SetBackgroundColor Color=\"red\" />");
     });
-    answers.addButton(QMessageBox::Ok, QStringLiteral("Unexpected Error"));
+    answers.addButton(QMessageBox::Ok, QStringLiteral("Incorrect value of attribute Color"));
     answers.add([&](QWidget& dialog) {
         EXPECT_EQ(dynamic_cast<TagEditorDlg&>(dialog).editor().row(), 2u) << "the caret is at the place";
         typeTag(dialog, "<SetBackgroundColor Color=\"ff0000ff\" />");
@@ -257,8 +262,8 @@ TEST_F(TagListWindowTest, ErrorsOfSavingAreShownAtTheirTag) {
         const char *old, *now, *message, *tag;
     };
     const Case cases[] = {
-        {"Depth=\"1\"", "Depth=\"x\"", "Unexpected Error", "RemoveObject2"},
-        {"336699ff", "none", "Unexpected Error", "SetBackgroundColor"},
+        {"Depth=\"1\"", "Depth=\"x\"", "Incorrect value of attribute Depth", "RemoveObject2"},
+        {"336699ff", "none", "Incorrect value of attribute Color", "SetBackgroundColor"},
         {"<FrameLabel", "<DefineBinaryData CharacterId=\"1\"><Data>%</Data></DefineBinaryData><FrameLabel",
          "Incorrect Base64 data", "DefineBinaryData"},
     };

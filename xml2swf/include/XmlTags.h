@@ -20,6 +20,10 @@ void writeTagList(XmlNode& parent, const libswf::SwfTags& tags);
 
 /// The elements of all tags.
 const XmlNameGroup& tagElements();
+/// Whether an element of this name becomes a tag.
+bool isTagElement(std::string_view name);
+/// What is wrong with a child of a tag list that is none.
+constexpr std::string_view noTagReason = "it is no tag";
 /// Builds the tag of an element; null, with a warning, for a name that is no tag's.
 std::shared_ptr<libswf::SwfTag> readTag(XmlElement& element);
 /// Appends the tags of all child elements.

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QMessageBox>
 
 #include "MovieSettingsDlg.h"
@@ -35,11 +36,24 @@ constexpr Filter filters[] = {{FileKind::swf, "Swf  File (*.swf)", "*.swf"},
                               {FileKind::project, "Zelk File (*.zelk)", "*.zelk"},
                               {FileKind::xml, "Xml File (*.xml)", "*.xml"}};
 
+// A box is as wide as its text, and its title is cut when that is short. The window system draws the title in a font of
+// its own and puts buttons beside it.
+void makeRoomForTitle(QMessageBox& box) {
+    constexpr int buttons = 160;
+    QFont font = box.font();
+    font.setBold(true);
+    const int width = QFontMetrics(font).horizontalAdvance(box.windowTitle()) + buttons;
+    auto* grid = qobject_cast<QGridLayout*>(box.layout());
+    if (grid != nullptr)
+        grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
+}
+
 void showBox(QWidget* parent, QMessageBox::Icon icon, const Message& message, const QString& more) {
     QMessageBox box(icon, QString::fromStdString(message.caption), QString::fromStdString(message.text),
                     QMessageBox::Ok, parent);
     box.setTextFormat(Qt::PlainText);
     box.setInformativeText(more);
+    makeRoomForTitle(box);
     box.exec();
 }
 

@@ -21,6 +21,8 @@ public:
     virtual int columnCount() const = 0;
     virtual QString title(int column) const = 0;
     virtual QString text(uint32_t key, int column) const = 0;
+    /// Whether it is shown as one that counts for nothing.
+    virtual bool isLeftOut(uint32_t key) const = 0;
     /// What stands in a tooltip; empty for none.
     virtual QString toolTip(uint32_t key) const = 0;
 };

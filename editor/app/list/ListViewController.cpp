@@ -6,7 +6,9 @@
 #include <algorithm>
 
 #include "ByteSearch.h"
+#include "Exceptions.h"
 #include "TagText.h"
+#include "XmlTags.h"
 
 namespace zelk {
 
@@ -151,8 +153,17 @@ QString ListViewController::text(uint32_t key, int column) const {
     return shortened(text.trimmed().replace(u'\n', u' '), longestText);
 }
 
+bool ListViewController::isLeftOut(uint32_t key) const {
+    const std::string_view tag = startTag(key);
+    return !tag.empty() && !xml2swf::isTagElement(elementName(tag));
+}
+
 QString ListViewController::toolTip(uint32_t key) const {
-    QStringList lines = {text(key, 0)};
+    QStringList lines;
+    if (isLeftOut(key))
+        lines.append(QString::fromStdString(NotMovieException::noTag(elementName(startTag(key)), 1, 1).description()));
+    else
+        lines.append(text(key, 0));
     for (const TagAttribute& attribute : attributesOf(startTag(key)))
         lines.append(
             QStringLiteral("%1=\"%2\"")

@@ -35,6 +35,7 @@ public:
     int columnCount() const override { return 2; }
     QString title(int column) const override;
     QString text(uint32_t key, int column) const override;
+    bool isLeftOut(uint32_t key) const override;
     QString toolTip(uint32_t key) const override;
 
 private:

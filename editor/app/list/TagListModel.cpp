@@ -1,5 +1,6 @@
 #include "TagListModel.h"
 
+#include <QFont>
 #include <QMimeData>
 
 namespace zelk {
@@ -40,6 +41,14 @@ QVariant TagListModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case Qt::DisplayRole: return _rows.text(keyOf(index), index.column());
     case Qt::ToolTipRole: return _rows.toolTip(keyOf(index));
+    case Qt::FontRole: {
+        if (!_rows.isLeftOut(keyOf(index)))
+            return {};
+        QFont font;
+        font.setItalic(true);
+        font.setStrikeOut(true);
+        return font;
+    }
     default: return {};
     }
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "ImageCodec.h"
+#include "Messages.h"
 #include "PreviewWorker.h"
 #include "SingleTag.h"
 #include "SwfTagDefineEditText.h"
@@ -39,10 +40,9 @@ TagPreview::TagPreview(const PreviewRequest& request)
         build();
     } catch (const PreviewDropped&) {
         throw;
-    } catch (const std::bad_alloc&) {
-        _problem = tr("There is not enough memory.");
-    } catch (const std::exception& error) {
-        _problem = QString::fromUtf8(error.what());
+    } catch (...) {
+        const Failure failure = describeFailure();
+        _problem = QString::fromStdString(failure.reason.empty() ? failure.message.text : failure.reason);
     }
     _request = nullptr;
     _definitions.clear();

@@ -21,6 +21,9 @@ void saveText(Session& session, Document& document, const std::string& fileName)
     session.writtenFiles.insert(fileName);
     document.warnings = std::move(params.warnings);
     document.isModified = false;
+    // The file is written, and the text goes on holding what is not in it.
+    if (params.leftOut)
+        reportFailure(session, params.leftOut);
 }
 
 } // namespace
@@ -60,7 +63,7 @@ bool SwfPlayCmd::Execute() {
     params.original = _document.original;
     libswf::SwfVector<uint8_t> movie;
     _session.user.runJob("Compiling " + _document.fileName, params,
-                         [&] { movie = compileDocument(params, _document.fileName); });
+                         [&] { movie = compileDocument(params); });
     _document.warnings = std::move(params.warnings);
     playMovie(_session, movie, 0, 0);
     return true;

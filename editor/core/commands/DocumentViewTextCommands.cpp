@@ -1,6 +1,6 @@
 #include "DocumentViewTextCommands.h"
 
-#include "Conversion.h"
+#include "TagCheck.h"
 
 namespace zelk::guicommand::documentviewtext {
 
@@ -19,7 +19,7 @@ bool SaveAsDocCmd::Execute() {
 bool CheckXmlCmd::Execute() {
     ThreadParams params;
     const std::string_view text = _view.text(); // The user cannot change it while the job runs.
-    _session.user.runJob("Checking", params, [text] { xml2swf::checkXml(text); });
+    _session.user.runJob("Checking", params, [text] { checkMovieText(text); });
     _session.user.inform(xmlIsCorrect());
     return true;
 }

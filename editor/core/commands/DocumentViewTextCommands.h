@@ -28,7 +28,7 @@ private:
     ITextView& _view;
 };
 
-/// Says whether the text is well-formed. Throws XmlException when it is not.
+/// Says whether the text is well-formed and a movie's. Throws as checkMovieText does when it is not.
 class CheckXmlCmd : public FinalCommand {
 public:
     CheckXmlCmd(Session& session, ITextView& view) : _session(session), _view(view) {}

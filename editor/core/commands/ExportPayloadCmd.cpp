@@ -46,7 +46,7 @@ bool ExportPayloadCmd::Execute() {
     try {
         libswf::writeFile(*fileName, params.payload.bytes);
     } catch (const libswf::SwfFileException& error) {
-        throw FileSaveException(*fileName, error.what());
+        throw FileSaveException(*fileName, error.problem());
     }
     if (!params.payload.note.empty())
         _session.user.inform(payloadNote(params.payload.note));

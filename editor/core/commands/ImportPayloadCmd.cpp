@@ -32,6 +32,8 @@ struct ImportParams : ThreadParams {
     void read(const ImportTarget& target, const std::string& fileName) {
         try {
             result = importPayload(target.payload->tag(), target.payload->context(), libswf::readFile(fileName));
+        } catch (const libswf::SwfFileException& error) {
+            throw FileLoadException(fileName, error.problem());
         } catch (const libswf::SwfException& error) {
             throw FileLoadException(fileName, error.what());
         }

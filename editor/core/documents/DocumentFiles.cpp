@@ -5,6 +5,7 @@
 
 #include "ConversionTargets.h"
 #include "Exceptions.h"
+#include "Messages.h"
 #include "ProjectFile.h"
 #include "SwfException.h"
 #include "SwfUtils.h"
@@ -121,7 +122,7 @@ void saveByKind(SaveParams& params, FileKind kind) {
     switch (kind) {
     case FileKind::xml: writeTextFile(params.fileName, params.text); break;
     case FileKind::swf: {
-        const SwfVector<uint8_t> bytes = compileDocument(params, params.fileName);
+        const SwfVector<uint8_t> bytes = compileDocument(params);
         params.progress.checkCancelled();
         if (params.keepsBackup)
             keepBackup(params.fileName);
@@ -129,16 +130,6 @@ void saveByKind(SaveParams& params, FileKind kind) {
         break;
     }
     case FileKind::project: writeProject(params.fileName, params.text); break;
-    }
-}
-
-// Whether the compiler makes a tag of an element, or leaves it out.
-bool isTagName(std::string_view name) {
-    try {
-        makeTag(name);
-        return true;
-    } catch (const std::runtime_error&) {
-        return false;
     }
 }
 
@@ -150,7 +141,7 @@ uint32_t tagOfError(const TagIndex& index, std::string_view text, const std::vec
         uint32_t row = 0, count = 0;
         for (; row < index.childCount(tag); ++row) {
             const size_t start = index.start(index.child(tag, row));
-            count += !tagsOnly || isTagName(elementName(text.substr(start)));
+            count += !tagsOnly || isTagElement(elementName(text.substr(start)));
             if (count > position)
                 break;
         }
@@ -162,19 +153,42 @@ uint32_t tagOfError(const TagIndex& index, std::string_view text, const std::vec
 }
 
 // Says where the tag of an error stands in the text.
-[[noreturn]] void throwPlaced(const SwfException& error, std::string_view text, bool tagsOnly) {
+[[noreturn]] void throwPlaced(const std::string& reason, const std::vector<uint32_t>& tagPath, std::string_view text,
+                              bool tagsOnly) {
     const TagIndex index(text);
-    const uint32_t tag = tagOfError(index, text, error.tagPath(), tagsOnly);
+    const uint32_t tag = tagOfError(index, text, tagPath, tagsOnly);
     XmlPlace place{tag == TagIndex::movie ? index.movieSpan().start : index.start(tag)};
     place.locate(text);
-    throw TagException(error.what(), place.row, place.column);
+    throw TagException(reason, place.row, place.column);
+}
+
+// An invariant that the text broke comes without a place: that is the first tag which breaks one by itself.
+[[noreturn]] void throwPlaced(const std::exception& error, const SwfMovie& movie, std::string_view text) {
+    for (uint32_t i = 0; i < movie.tags.count(); ++i) {
+        SwfMovie alone;
+        alone.version = movie.version;
+        alone.fullForm = movie.fullForm;
+        alone.tags.append(movie.tags.sharedAt(i));
+        try {
+            alone.serialise(0);
+        } catch (const std::logic_error&) {
+            const std::string tag = "tag " + std::to_string(i) + " (" + tagName(movie.tags.sharedAt(i)->type) + "): ";
+            throwPlaced(tag + brokenInvariant(error), {i}, text, true);
+        } catch (const SwfException&) { // It needs other tags.
+        }
+    }
+    throwPlaced(brokenInvariant(error), {}, text, true);
 }
 
 SwfVector<uint8_t> serialise(SwfMovie& movie, SwfWarnings& warnings, std::string_view text) {
     try {
         return movie.serialise(bestCompression, &warnings);
     } catch (const SwfException& error) {
-        throwPlaced(error, text, true);
+        throwPlaced(error.what(), error.tagPath(), text, true);
+    } catch (const SwfAssertionFailure& error) {
+        throwPlaced(error, movie, text);
+    } catch (const std::out_of_range& error) {
+        throwPlaced(error, movie, text);
     }
 }
 
@@ -189,6 +203,8 @@ void loadDocument(LoadParams& params) {
     params.document.hasFile = true;
     try {
         loadByKind(params);
+    } catch (const SwfFileException& error) {
+        throw FileLoadException(error.fileName(), error.problem());
     } catch (const SwfException& error) {
         throw FileLoadException(params.fileName, error.what());
     }
@@ -201,11 +217,11 @@ void saveDocument(SaveParams& params) {
     try {
         saveByKind(params, *kind);
     } catch (const SwfFileException& error) {
-        throw FileSaveException(params.fileName, error.what());
+        throw FileSaveException(error.fileName(), error.problem()); // The backup may be what fails.
     }
 }
 
-SwfVector<uint8_t> compileDocument(CompileParams& params, const std::string& fileName) {
+SwfVector<uint8_t> compileDocument(CompileParams& params) {
     SwfWarnings warnings;
     ConversionOptions options;
     options.keepRaw = true;
@@ -216,16 +232,20 @@ SwfVector<uint8_t> compileDocument(CompileParams& params, const std::string& fil
     Xml2SwfConvertionTarget target;
     try {
         if (!xmlToSwf(params.text, target, options))
-            throw FileSaveException(fileName, "The document has no Movie element.");
+            throw NotMovieException::noMovie();
     } catch (const XmlSyntaxError& error) {
         throw XmlException(error.what(), error.place.row, error.place.column);
     } catch (const SwfException& error) {
-        throwPlaced(error, params.text, false);
+        throwPlaced(error.what(), error.tagPath(), params.text, false);
     }
     params.progress.checkCancelled();
     SwfVector<uint8_t> bytes = serialise(target.movie, warnings, params.text);
-    for (const SwfWarning& warning : warnings.items())
+    for (const SwfWarning& warning : warnings.items()) {
         params.warnings.push_back(documentWarning(warning));
+        if (params.leftOut == nullptr && warning.reason == noTagReason)
+            params.leftOut =
+                std::make_exception_ptr(NotMovieException::noTag(warning.tagName, warning.row, warning.column));
+    }
     addTotal(params.warnings, warnings.total());
     return bytes;
 }

@@ -19,6 +19,8 @@ struct CompileParams : ThreadParams {
     std::string text;                                       ///< in
     std::shared_ptr<const xml2swf::OriginalMovie> original; ///< in, may be null
     DocumentWarnings warnings;                              ///< out
+    /// Out: tells of the first element that became no tag, as NotMovieException. Null when all did.
+    std::exception_ptr leftOut;
 };
 
 struct SaveParams : CompileParams {
@@ -27,11 +29,11 @@ struct SaveParams : CompileParams {
 };
 
 /// [worker thread] Writes by the kind of the file name. What stood there stays when anything fails. Throws
-/// FileSaveException, XmlException, TagException and the errors of xmlToSwf but SwfException.
+/// FileSaveException, and for a movie what compileDocument does.
 void saveDocument(SaveParams& params);
 
-/// [worker thread] The movie file's bytes. Throws like saveDocument, but FileSaveException only for a text without a
-/// movie.
-libswf::SwfVector<uint8_t> compileDocument(CompileParams& params, const std::string& fileName);
+/// [worker thread] The movie file's bytes. Throws XmlException, NotMovieException for a text without a Movie element,
+/// TagException and the errors of xmlToSwf but SwfException.
+libswf::SwfVector<uint8_t> compileDocument(CompileParams& params);
 
 } // namespace zelk

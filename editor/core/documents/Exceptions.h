@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <exception>
 #include <string>
+#include <string_view>
 
 namespace zelk {
 
@@ -17,7 +18,7 @@ private:
     std::string _description;
 };
 
-/// A file operation failed. File names are UTF-8.
+/// A file operation failed. File names are UTF-8; the description does not say them again.
 class FileException : public ZelkException {
 public:
     FileException(std::string fileName, std::string description)
@@ -57,6 +58,19 @@ public:
 
 private:
     std::string _fileName;
+};
+
+/// A text is well-formed XML, but no movie or tag: "The document has no Movie element.", "Foo is no tag.". Row and
+/// column count from 1.
+class NotMovieException : public ZelkException {
+public:
+    NotMovieException(std::string description, uint32_t row, uint32_t column)
+        : ZelkException(std::move(description)), row(row), column(column) {}
+    static NotMovieException noMovie() { return {"The document has no Movie element.", 1, 1}; }
+    static NotMovieException noTag(std::string_view element, uint32_t row, uint32_t column) {
+        return {std::string(element) + " is no tag.", row, column};
+    }
+    const uint32_t row, column;
 };
 
 /// There is nothing to play movies with.

@@ -2,10 +2,12 @@
 
 #include <exception>
 #include <new>
+#include <stdexcept>
 
 #include "Conversion.h"
 #include "Exceptions.h"
 #include "SwfException.h"
+#include "SwfVector.h"
 
 namespace zelk {
 
@@ -16,7 +18,7 @@ struct Row {
     const char* caption;
 };
 
-// In the order of the codes, from 1. The last row serves every other code.
+// In the order of the codes, from 1.
 constexpr Row rows[] = {
     {"Unable to play .swf file.", "Message"},
     {"Please install a Flash Player.", "Flash Player is not installed."},
@@ -28,13 +30,25 @@ constexpr Row rows[] = {
     {"Unable to open ", "Message"},
     {"", "The XML has incorrect format."},
     {"Unexpected Error", "Message"},
+    {"", "The XML is no movie."},
+    {"Incorrect value of attribute ", "Warning"},
+    {"A tag cannot be read or written.", "Warning"},
 };
 
-Failure placed(Failure failure, const xml2swf::XmlPlace& place) {
-    failure.row = place.row;
-    failure.column = place.column;
-    return failure;
+bool takesDetail(MessageCode code) {
+    return code == MessageCode::cannotOpen || code == MessageCode::badXml || code == MessageCode::notMovie ||
+           code == MessageCode::badValue;
 }
+
+struct Invariant {
+    std::string_view assertion, words;
+};
+
+// Those that a text can break.
+constexpr Invariant invariants[] = {
+    {"frameCount <= 0xFFFF", "The movie has more than 65535 frames."},
+    {"Size <= 0x0F", "A gradient has more than 15 colors."},
+};
 
 Failure badXml(std::string_view description, uint32_t row, uint32_t column) {
     std::string details = "Error description: ";
@@ -43,25 +57,37 @@ Failure badXml(std::string_view description, uint32_t row, uint32_t column) {
     return {message(MessageCode::badXml, details), {}, row, column};
 }
 
-Failure unexpected(std::string reason) { return {message(MessageCode::unexpected), std::move(reason)}; }
-
-MessageCode codeOfAttribute(std::string_view attribute) {
-    if (attribute == "SwfVersion")
-        return MessageCode::badVersion;
-    if (attribute == "Width")
-        return MessageCode::badWidth;
-    return attribute == "Height" ? MessageCode::badHeight : MessageCode::unexpected;
+Failure badValue(const std::string& attribute, std::string reason, const xml2swf::XmlPlace& place) {
+    const MessageCode code = attribute == "SwfVersion" ? MessageCode::badVersion
+                             : attribute == "Width"    ? MessageCode::badWidth
+                             : attribute == "Height"   ? MessageCode::badHeight
+                                                       : MessageCode::badValue;
+    return {message(code, attribute), std::move(reason), place.row, place.column};
 }
+
+Failure badTag(std::string reason, uint32_t row = 0, uint32_t column = 0) {
+    return {message(MessageCode::badTag), std::move(reason), row, column};
+}
+
+// Where nobody said yet what was to become of the file.
+Failure badFile(const libswf::SwfFileException& error) {
+    if (error.code() == libswf::SwfError::openForReading || error.code() == libswf::SwfError::reading)
+        return {message(MessageCode::cannotOpen, error.fileName()), error.problem()};
+    return {message(MessageCode::cannotSave), error.fileName() + ": " + error.problem()};
+}
+
+Failure unexpected(std::string reason) { return {message(MessageCode::unexpected), std::move(reason)}; }
 
 } // namespace
 
 Message message(MessageCode code, std::string_view detail) {
     const size_t index = static_cast<size_t>(code) - 1; // of code 0 the largest number
-    const Row& row = rows[std::min(index, std::size(rows) - 1)];
-    std::string text = row.text;
-    if (code == MessageCode::cannotOpen || code == MessageCode::badXml)
+    if (index >= std::size(rows))
+        return message(MessageCode::unexpected);
+    std::string text = rows[index].text;
+    if (takesDetail(code))
         text.append(detail);
-    return {std::move(text), row.caption};
+    return {std::move(text), rows[index].caption};
 }
 
 Message xmlIsCorrect() { return {"The XML is correct.", "The XML is correct."}; }
@@ -79,6 +105,14 @@ Message saveQuestion() {
             "Message"};
 }
 
+std::string brokenInvariant(const std::exception& failure) {
+    for (const Invariant& invariant : invariants) {
+        if (invariant.assertion == failure.what())
+            return std::string(invariant.words);
+    }
+    return failure.what();
+}
+
 Failure describeFailure() {
     try {
         throw;
@@ -86,24 +120,34 @@ Failure describeFailure() {
         return {message(MessageCode::cannotOpen, error.fileName()), error.description()};
     } catch (const FileSaveException& error) {
         return {message(MessageCode::cannotSave), error.fileName() + ": " + error.description()};
+    } catch (const libswf::SwfFileException& error) {
+        return badFile(error);
+    } catch (const FileXmlException& error) {
+        Failure failure = badXml(error.description(), error.row, error.column);
+        failure.reason = error.fileName();
+        return failure;
     } catch (const XmlException& error) {
         return badXml(error.description(), error.row, error.column);
     } catch (const xml2swf::XmlSyntaxError& error) {
         return badXml(error.what(), error.place.row, error.place.column);
+    } catch (const NotMovieException& error) {
+        return {message(MessageCode::notMovie, error.description()), {}, error.row, error.column};
     } catch (const xml2swf::Base64Error& error) {
-        return placed({message(MessageCode::badBase64), {}}, error.place);
+        return {message(MessageCode::badBase64), {}, error.place.row, error.place.column};
     } catch (const xml2swf::MovieAttributeError& error) {
-        const MessageCode code = codeOfAttribute(error.attribute);
-        return placed({message(code), code == MessageCode::unexpected ? error.what() : ""}, error.place);
+        return badValue(error.attribute, error.fitting, error.place);
     } catch (const xml2swf::XmlValueError& error) {
-        return placed(unexpected(error.description()), error.place);
+        return badValue(error.attribute, error.description(), error.place);
+    } catch (const TagException& error) {
+        return badTag(error.description(), error.row, error.column);
+    } catch (const libswf::SwfException& error) {
+        return badTag(error.what());
+    } catch (const libswf::SwfAssertionFailure& error) {
+        return badTag(brokenInvariant(error));
+    } catch (const std::out_of_range& error) {
+        return badTag(error.what());
     } catch (const NoPlayerException& error) {
         return {message(MessageCode::noPlayer), error.description()};
-    } catch (const TagException& error) {
-        Failure failure = unexpected(error.description());
-        failure.row = error.row;
-        failure.column = error.column;
-        return failure;
     } catch (const PlayerException& error) {
         return {message(MessageCode::cannotPlay), error.description()};
     } catch (const std::bad_alloc&) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <string>
 #include <string_view>
 
@@ -15,9 +16,12 @@ enum class MessageCode : uint32_t {
     badWidth = 5,
     badHeight = 6,
     badBase64 = 7,
-    cannotOpen = 8, ///< its detail is the file name
-    badXml = 9,     ///< its detail is the whole text
-    unexpected = 10 ///< and every other number
+    cannotOpen = 8,  ///< its detail is the file name
+    badXml = 9,      ///< for a text that is not well-formed; its detail is the whole text
+    unexpected = 10, ///< and every number that is not here
+    notMovie = 11,   ///< for a well-formed text that is no movie or tag; its detail is the whole text
+    badValue = 12,   ///< its detail is the attribute
+    badTag = 13      ///< a tag cannot be written, or its data not be read
 };
 
 struct Message {
@@ -43,5 +47,8 @@ struct Failure {
 
 /// The exception being handled.
 Failure describeFailure();
+
+/// The same words for an invariant that a text broke.
+std::string brokenInvariant(const std::exception& failure);
 
 } // namespace zelk

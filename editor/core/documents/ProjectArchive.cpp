@@ -2,6 +2,7 @@
 
 #include "Exceptions.h"
 #include "FileKind.h"
+#include "SwfUtils.h"
 
 #ifdef ZELK_HAVE_MINIZIP
 
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstring>
 #include <ctime>
 #include <new>
@@ -176,9 +178,10 @@ void ArchiveReader::findText() {
 void ArchiveReader::extract(std::ostream& to) {
     const auto chunk = std::make_unique<Chunk>();
     int got = 0;
+    errno = 0;
     while ((got = unzReadCurrentFile(_state->zip, chunk->data(), chunk->size())) > 0) {
         if (!to.write(chunk->data(), got))
-            refuse("the text cannot be extracted");
+            refuse(libswf::withReason("the text cannot be extracted", errno));
     }
     const bool isWhole = unzeof(_state->zip) == 1; // the checksum of a shorter one is not looked at
     if (unzCloseCurrentFile(_state->zip) != UNZ_OK || got < 0 || !isWhole)
@@ -205,7 +208,7 @@ std::vector<uint8_t> archiveOf(const char* entry, std::string_view content, cons
         done = zipClose(zip, nullptr) == ZIP_OK && done;
     }
     if (!done)
-        throw FileSaveException(name, name + ": the archive cannot be made");
+        throw FileSaveException(name, "the archive cannot be made");
     return std::move(file.bytes);
 }
 
@@ -230,7 +233,7 @@ void ArchiveReader::findText() {}
 void ArchiveReader::extract(std::ostream&) {}
 
 std::vector<uint8_t> archiveOf(const char*, std::string_view, const std::string& name) {
-    throw FileSaveException(name, name + ": this build writes no project files (\".zelk\")");
+    throw FileSaveException(name, "this build writes no project files (\".zelk\")");
 }
 
 } // namespace zelk

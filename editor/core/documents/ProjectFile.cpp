@@ -8,6 +8,7 @@
 #include "SwfException.h"
 #include "SwfUtils.h"
 
+#include <cerrno>
 #include <fstream>
 #include <sstream>
 
@@ -26,10 +27,11 @@ std::filesystem::path extractInto(ScratchFolder& folder, const std::string& file
     const std::filesystem::path path = folder.newFile(scratchNameOf(archive));
     try {
         std::ofstream file(path, std::ios::binary);
+        errno = 0;
         archive.extract(file);
         file.close();
         if (!file)
-            throw FileLoadException(fileName, "the temporary folder takes no more");
+            throw FileLoadException(fileName, libswf::withReason("the temporary folder takes no more", errno));
         return path;
     } catch (...) {
         folder.removeFiles();
@@ -52,9 +54,10 @@ std::string readProject(const std::string& fileName) {
         folder.remove();
         return text;
     } catch (const libswf::SwfFileException& error) {
-        throw FileLoadException(fileName, error.what());
+        throw FileLoadException(error.fileName(), error.problem()); // It may be the extracted file that fails.
     } catch (const std::filesystem::filesystem_error& error) {
-        throw FileLoadException(fileName, error.what());
+        throw FileLoadException(fileName,
+                                "the temporary folder " + utf8(error.path1()) + ": " + error.code().message());
     }
 }
 
@@ -63,7 +66,7 @@ void writeProject(const std::string& fileName, std::string_view text) {
     try {
         libswf::writeFile(fileName, archive);
     } catch (const libswf::SwfFileException& error) {
-        throw FileSaveException(fileName, error.what());
+        throw FileSaveException(fileName, error.problem());
     }
 }
 
@@ -77,7 +80,7 @@ std::string textOfProject(std::span<const uint8_t> bytes, const std::string& nam
 
 std::vector<uint8_t> projectOfText(std::string_view text, const std::string& name) {
     if (text.size() > maxTextSize)
-        throw FileSaveException(name, name + ": an XML text of more than 1 GiB is not saved as a project");
+        throw FileSaveException(name, "an XML text of more than 1 GiB is not saved as a project");
     return archiveOf("data.xml", text, name);
 }
 

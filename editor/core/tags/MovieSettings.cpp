@@ -17,7 +17,7 @@ constexpr int64_t twipsPerPixel = 20;
 XmlStartTag startTagOf(std::string_view text) {
     const auto tag = movieStartTag(text);
     if (!tag)
-        throw ZelkException("The document has no Movie element.");
+        throw NotMovieException::noMovie();
     return *tag;
 }
 

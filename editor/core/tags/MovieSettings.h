@@ -22,7 +22,7 @@ struct TextChange {
 /// "[ SWF version: 7 Width: 550 Height: 400 Frame rate: 12 Compressed: Yes ]".
 std::string headerLine(const MovieSettings& settings);
 
-/// Throws XmlSyntaxError, and ZelkException for a text without a Movie element.
+/// Throws XmlSyntaxError, and NotMovieException for a text without a Movie element.
 MovieSettings movieSettings(std::string_view text);
 
 /// Changes the attributes whose values are not those of the settings and leaves everything else as it stands. A stage

@@ -4,6 +4,7 @@
 #include "Exceptions.h"
 #include "SingleTag.h"
 #include "TagText.h"
+#include "XmlTags.h"
 
 namespace zelk {
 
@@ -24,14 +25,26 @@ struct VersionTarget : MovieTarget {
 void checkTag(std::string_view text, uint8_t version, libswf::SwfWarnings& warnings) {
     const std::vector<std::string> elements = splitElements(text);
     if (elements.size() > 1)
-        throw XmlException("exactly one element has to stand here", 1, 1);
+        throw NotMovieException("Exactly one element has to stand here.", 1, 1);
     auto tag = compileTag(text, version, &warnings);
     if (tag == nullptr)
-        throw XmlException(std::string(elementName(elements[0])) + " is no tag", 1, 1);
+        throw NotMovieException::noTag(elementName(elements[0]), 1, 1);
     MovieTarget target; // What does not fit shows when the tag is written.
     target.movie.version = version;
     target.append(std::move(tag));
     target.movie.serialise(noCompression, &warnings);
+}
+
+void checkMovieText(std::string_view text) {
+    const TagIndex index(text);
+    for (uint32_t tag = 0; tag < index.count(); ++tag) {
+        const std::string_view name = elementName(text.substr(index.start(tag)));
+        if (isTagElement(name)) [[likely]]
+            continue;
+        XmlPlace place{index.start(tag)};
+        place.locate(text);
+        throw NotMovieException::noTag(name, place.row, place.column);
+    }
 }
 
 uint8_t movieVersion(TaggedText& text) {

@@ -11,6 +11,8 @@ std::vector<std::string> tagsOnClipboard(IClipboard& clipboard) {
         return splitElements(tags ? *tags : clipboard.plainText());
     } catch (const XmlException&) {
         return {};
+    } catch (const NotMovieException&) {
+        return {};
     }
 }
 

@@ -15,7 +15,7 @@ TagIndex::TagIndex(std::string_view text) {
         const XmlTagSpans found = findTagSpans(text);
         _movie = found.movie;
         if (_movie.start == MovieSpan::none)
-            throw XmlException("There is no Movie element.", 1, 1);
+            throw NotMovieException::noMovie();
         add(text, found.spans);
     } catch (const XmlSyntaxError& error) {
         throw XmlException(error.what(), error.place.row, error.place.column);

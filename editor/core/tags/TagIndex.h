@@ -20,7 +20,8 @@ public:
     static constexpr uint32_t movie = UINT32_MAX;
 
     TagIndex() = default;
-    /// Goes over the whole text. Throws XmlException when it is not well-formed or has no Movie element.
+    /// Goes over the whole text. Throws XmlException when it is not well-formed, NotMovieException when it has no
+    /// Movie element.
     explicit TagIndex(std::string_view text);
 
     uint32_t count() const { return static_cast<uint32_t>(_tags.size()); }

@@ -8,6 +8,7 @@
 #include "Conversion.h"
 #include "Exceptions.h"
 #include "SingleTag.h"
+#include "TagText.h"
 #include "XmlErrors.h"
 #include "XmlTagSpans.h"
 
@@ -103,6 +104,12 @@ PayloadElements elementsOf(std::string_view text, const Spans& spans, size_t ind
 // The only place that knows how tags are found in a text.
 Spans spansOf(std::string_view text) { return findTagSpans(text).spans; }
 
+[[noreturn]] void throwNoTag(const PayloadElements& elements) {
+    XmlPlace place{elements.start()};
+    place.locate(elements.text);
+    throw NotMovieException::noTag(elementName(elements.element), place.row, place.column);
+}
+
 std::shared_ptr<SwfTag> compiled(const PayloadElements& elements, std::string_view element) {
     const auto locate = [&](XmlPlace& place) {
         place.offset += static_cast<size_t>(element.data() - elements.text.data());
@@ -145,7 +152,7 @@ std::optional<PayloadElements> payloadElementsOf(std::string_view text, uint16_t
 TagPayload::TagPayload(const PayloadElements& elements) {
     _tag = compiled(elements, elements.element);
     if (_tag == nullptr)
-        throw ZelkException("The element is no tag.");
+        throwNoTag(elements);
     if (!elements.jpegTables.empty())
         _tables = compiled(elements, elements.jpegTables);
     for (std::string_view block : elements.streamBlocks)

@@ -32,7 +32,7 @@ std::optional<PayloadElements> payloadElementsOf(std::string_view text, uint16_t
 /// The compiled form of such elements.
 class TagPayload {
 public:
-    /// Throws as compileTag does, with places in the whole text, and ZelkException for an element that is no tag.
+    /// Throws as compileTag does, with places in the whole text, and NotMovieException for an element that is no tag.
     explicit TagPayload(const PayloadElements& elements);
 
     const libswf::SwfTag& tag() const { return *_tag; }

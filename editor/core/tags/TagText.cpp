@@ -52,7 +52,7 @@ bool appendReferred(std::string& out, std::string_view name) {
     return true;
 }
 
-XmlException misplaced(std::string_view text, size_t offset, const char* what) {
+NotMovieException misplaced(std::string_view text, size_t offset, const char* what) {
     XmlPlace place{offset};
     place.locate(text);
     return {what, place.row, place.column};
@@ -62,7 +62,7 @@ XmlException misplaced(std::string_view text, size_t offset, const char* what) {
 void checkBetween(std::string_view text, size_t at, size_t end) {
     while ((at = text.find_first_not_of(blanks, at)) < end) {
         if (!text.substr(at).starts_with("<!--"))
-            throw misplaced(text, at, "only elements may stand here");
+            throw misplaced(text, at, "Only elements may stand here.");
         at = markupEnd(text, at);
     }
 }
@@ -134,12 +134,12 @@ std::vector<std::string> splitElements(std::string_view text) {
         at = end;
         const std::string_view element = text.substr(start, end - start);
         if (elementName(element) == "Movie")
-            throw misplaced(text, start, "a movie is no tag");
+            throw misplaced(text, start, "Movie is no tag.");
         elements.push_back(reindented(element, lineIndent(text, start), {}, "\n"));
     }
     checkBetween(text, at, text.size());
     if (elements.empty())
-        throw XmlException("an element has to stand here", 1, 1);
+        throw NotMovieException("An element has to stand here.", 1, 1);
     return elements;
 }
 

@@ -23,7 +23,7 @@ std::vector<TagAttribute> attributesOf(std::string_view startTag);
 /// Text whose references to characters are replaced by these. An unknown one stays.
 std::string decoded(std::string_view value);
 /// The elements of a text that holds one or more and nothing else but blanks and comments, each with the indentation of
-/// its own line taken away. Throws XmlException, with its place in `text`, for any other text.
+/// its own line taken away. Throws XmlException or NotMovieException, with its place in `text`, for any other text.
 std::vector<std::string> splitElements(std::string_view text);
 
 /// Without the blanks around it.

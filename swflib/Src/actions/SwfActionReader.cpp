@@ -151,6 +151,7 @@ private:
         const bool bodiesFollow = isBlock(code) || (code == SwfActionCode::Try && _stream.context.fullForm);
         const bool nests = bodiesFollow || code == SwfActionCode::Try;
         uint64_t end = _payload + length;
+        uint64_t offset = recordStart;
         std::string reason;
         try {
             if (nests && _stream.context.actionDepth + _open.size() >= SwfContext::maxDepth) {
@@ -181,9 +182,10 @@ private:
                 error.addPlace(actionName(code));
                 throw;
             }
+            offset = error.offset().value_or(offset);
             reason = error.reasonInTag();
         }
-        warnKeptRaw(code, recordStart, reason);
+        warnKeptRaw(code, offset, reason);
         return bytes(code, _payload, end);
     }
 
@@ -292,7 +294,7 @@ private:
         return std::make_unique<SwfActionUnknown>(code, _stream.readPayload(end - start, "data"));
     }
 
-    void warnKeptRaw(uint32_t code, uint64_t start, const std::string& reason) {
+    void warnKeptRaw(uint32_t code, uint64_t offset, const std::string& reason) {
         const SwfContext& context = _stream.context;
         if (context.warnings == nullptr)
             return;
@@ -301,7 +303,7 @@ private:
         warning.tagCode = context.tagType;
         warning.tagName = tagName(context.tagType) + " > " + actionName(code);
         warning.path = tagPathText(_stream.tagPath);
-        warning.offset = start;
+        warning.offset = offset;
         warning.reason = reason;
         context.warnings->add(std::move(warning));
     }

@@ -49,7 +49,8 @@ bool keptAsBytes(SwfIStream& stream, uint16_t code) {
            (code == SwfTagCode::DefineSprite && stream.context.spriteDepth >= SwfContext::maxDepth);
 }
 
-void warn(const SwfIStream& stream, const SwfTagHeader& header, SwfWarning::Kind kind, const std::string& reason) {
+void warn(const SwfIStream& stream, const SwfTagHeader& header, SwfWarning::Kind kind, uint64_t offset,
+          const std::string& reason) {
     if (stream.context.warnings == nullptr)
         return;
     SwfWarning warning;
@@ -57,7 +58,7 @@ void warn(const SwfIStream& stream, const SwfTagHeader& header, SwfWarning::Kind
     warning.tagCode = header.code;
     warning.tagName = tagName(header.code);
     warning.path = tagPathText(stream.tagPath);
-    warning.offset = header.start;
+    warning.offset = offset;
     warning.reason = reason;
     stream.context.warnings->add(std::move(warning));
 }
@@ -108,6 +109,7 @@ public:
     /// Null when the tag is dropped.
     std::unique_ptr<SwfTag> read() {
         const bool keepRaw = _stream.context.keepRaw;
+        uint64_t offset = _header.start;
         std::string reason;
         std::unique_ptr<SwfTag> tag;
         try {
@@ -117,15 +119,16 @@ public:
             if (reason.empty())
                 return finish(std::move(tag));
         } catch (const SwfException& error) {
+            offset = error.offset().value_or(offset);
             reason = error.reasonInTag();
         } catch (const std::exception& error) {
             reason = error.what();
         }
         if (!keepRaw) {
-            warn(_stream, _header, SwfWarning::Kind::dropped, reason);
+            warn(_stream, _header, SwfWarning::Kind::dropped, offset, reason);
             return nullptr;
         }
-        warn(_stream, _header, SwfWarning::Kind::keptRaw, reason);
+        warn(_stream, _header, SwfWarning::Kind::keptRaw, offset, reason);
         _stream.seek(_header.body);
         tag = std::make_unique<SwfTagUnknown>(_stream, _header.code, true);
         setHeader(*tag, _stream.context, static_cast<uint32_t>(_bodyEnd - std::min(_bodyEnd, _header.body)));

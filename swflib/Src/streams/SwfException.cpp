@@ -11,10 +11,7 @@ void assertionFailed(const char* expression) { throw SwfAssertionFailure(express
 SwfException::SwfException(uint32_t code, std::string text) : _code(code), _text(std::move(text)) { compose(); }
 
 SwfException::SwfException(uint32_t code, uint64_t offset, std::string tag, std::string text)
-    : _code(code), _tag(std::move(tag)), _text(std::move(text)) {
-    char hex[32];
-    std::snprintf(hex, sizeof hex, "offset 0x%llx", static_cast<unsigned long long>(offset));
-    _offset = hex;
+    : _code(code), _offset(offset), _tag(std::move(tag)), _text(std::move(text)) {
     compose();
 }
 
@@ -30,14 +27,20 @@ void SwfException::addTag(uint32_t position, const std::string& name) {
 
 void SwfException::compose() {
     const std::string inTag = _tag.empty() ? _text : _tag + " > " + _text;
-    _what = composed(_offset.empty() ? inTag : _offset + ": " + inTag);
+    if (!_offset) {
+        _what = composed(inTag);
+        return;
+    }
+    char place[32];
+    std::snprintf(place, sizeof place, "offset 0x%llx: ", static_cast<unsigned long long>(*_offset));
+    _what = composed(place + inTag);
 }
 
 std::string SwfException::composed(const std::string& text) const {
     return (_place.empty() ? text : _place + ": " + text) + " (code " + std::to_string(_code) + ")";
 }
 
-std::string SwfException::reasonInTag() const { return composed(_offset.empty() ? _text : _text + ", at " + _offset); }
+std::string SwfException::reasonInTag() const { return composed(_text); }
 
 static const char* fileProblem(uint32_t code) {
     switch (code) {
@@ -48,7 +51,12 @@ static const char* fileProblem(uint32_t code) {
     }
 }
 
-SwfFileException::SwfFileException(uint32_t code, std::string fileName)
-    : SwfException(code, fileName + ": " + fileProblem(code)), _fileName(std::move(fileName)) {}
+static std::string fileProblem(uint32_t code, const std::string& reason) {
+    return reason.empty() ? fileProblem(code) : fileProblem(code) + (": " + reason);
+}
+
+SwfFileException::SwfFileException(uint32_t code, std::string fileName, const std::string& reason)
+    : SwfException(code, fileName + ": " + fileProblem(code, reason)), _fileName(std::move(fileName)),
+      _problem(fileProblem(code, reason)) {}
 
 } // namespace libswf

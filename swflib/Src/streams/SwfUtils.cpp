@@ -1,8 +1,10 @@
 #include "SwfUtils.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <memory>
 #include <random>
+#include <system_error>
 
 #ifdef _WIN32
 #include <fcntl.h>
@@ -69,13 +71,29 @@ void copyPermissions(const fs::path& from, const fs::path& to) {
 
 #endif
 
+// The system's words for what the last call ran into; none when it did not say.
+std::string systemReason(int error) { return error == 0 ? std::string() : std::generic_category().message(error); }
+
+std::string reasonOf(const std::error_code& failure) { return failure ? failure.message() : std::string(); }
+
 // A name that is not UTF-8 is that of no file where names are text.
 fs::path pathOrFailure(const std::string& fileName, uint32_t failure) {
     try {
         return pathOf(fileName);
     } catch (const fs::filesystem_error&) {
-        throw SwfFileException(failure, fileName);
+        throw SwfFileException(failure, fileName, "its name is not UTF-8");
     }
+}
+
+// Why a file that is there cannot be replaced; none when it can.
+int refusalToReplace(const fs::path& target) {
+    std::error_code ignored;
+    const fs::file_status status = fs::status(target, ignored);
+    if (!fs::exists(status))
+        return 0;
+    if (fs::is_directory(status))
+        return EISDIR;
+    return fs::is_regular_file(status) && !isProtected(target) ? 0 : EACCES;
 }
 
 // A name beside the target that no other save uses.
@@ -94,24 +112,33 @@ void writeBeside(const std::string& fileName, const void* data, size_t size) {
         if (!resolved.empty())
             target = resolved;
     }
-    if (fs::exists(target, ignored) && (!fs::is_regular_file(target, ignored) || isProtected(target)))
-        throw SwfFileException(SwfError::openForWriting, fileName);
+    if (const int refusal = refusalToReplace(target))
+        throw SwfFileException(SwfError::openForWriting, fileName, systemReason(refusal));
     const fs::path scratch = scratchName(target);
+    errno = 0;
     File file = createFile(scratch);
     if (file == nullptr)
-        throw SwfFileException(SwfError::openForWriting, fileName);
+        throw SwfFileException(SwfError::openForWriting, fileName, systemReason(errno));
     // A new name has nothing to lose, so it need not wait for the disk.
     const bool replaces = fs::exists(target, ignored);
+    errno = 0;
     bool done = fwrite(data, 1, size, file.get()) == size && (!replaces || flushToDisk(file.get()));
-    done = fclose(file.release()) == 0 && done;
-    std::error_code failure;
+    int error = done ? 0 : errno;
+    if (fclose(file.release()) != 0) {
+        error = done ? errno : error; // The first reason counts.
+        done = false;
+    }
+    std::string reason = systemReason(error);
     if (done) {
+        std::error_code failure;
         copyPermissions(target, scratch);
         fs::rename(scratch, target, failure);
+        done = !failure;
+        reason = reasonOf(failure);
     }
-    if (!done || failure) {
+    if (!done) {
         fs::remove(scratch, ignored);
-        throw SwfFileException(SwfError::writing, fileName);
+        throw SwfFileException(SwfError::writing, fileName, reason);
     }
 }
 
@@ -128,18 +155,23 @@ static Bytes readWhole(const std::string& fileName) {
     std::error_code failure;
     const fs::file_status status = fs::status(path, failure);
     if (!fs::exists(status))
-        throw SwfFileException(SwfError::openForReading, fileName);
+        throw SwfFileException(SwfError::openForReading, fileName, failure ? reasonOf(failure) : systemReason(ENOENT));
     if (!fs::is_regular_file(status))
-        throw SwfFileException(SwfError::reading, fileName);
+        throw SwfFileException(SwfError::reading, fileName,
+                               fs::is_directory(status) ? systemReason(EISDIR) : "it is no file with a content");
+    errno = 0;
     File file = openFile(path);
     if (file == nullptr)
-        throw SwfFileException(SwfError::openForReading, fileName);
+        throw SwfFileException(SwfError::openForReading, fileName, systemReason(errno));
     const uintmax_t size = fs::file_size(path, failure);
-    if (failure || size > UINT32_MAX)
-        throw SwfFileException(SwfError::reading, fileName);
+    if (failure)
+        throw SwfFileException(SwfError::reading, fileName, reasonOf(failure));
+    if (size > UINT32_MAX)
+        throw SwfFileException(SwfError::reading, fileName, "it has more than 4 GB");
     Bytes bytes(static_cast<size_t>(size), 0);
+    errno = 0;
     if (fread(bytes.data(), 1, bytes.size(), file.get()) != bytes.size() || fclose(file.release()) != 0)
-        throw SwfFileException(SwfError::reading, fileName);
+        throw SwfFileException(SwfError::reading, fileName, systemReason(errno));
     return bytes;
 }
 
@@ -156,6 +188,8 @@ void writeFile(const std::string& fileName, std::span<const uint8_t> bytes) {
 void writeTextFile(const std::string& fileName, std::string_view text) {
     writeBeside(fileName, text.data(), text.size());
 }
+
+std::string withReason(std::string what, int error) { return error == 0 ? what : what + ": " + systemReason(error); }
 
 void adviseBigPages(const void* block, size_t bytes) {
 #ifdef MADV_HUGEPAGE

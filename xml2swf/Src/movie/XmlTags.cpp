@@ -156,6 +156,8 @@ std::shared_ptr<SwfTag> makeTag(std::string_view elementName) {
     return form->make();
 }
 
+bool isTagElement(std::string_view name) { return formByName(name) != nullptr; }
+
 const XmlNameGroup& tagElements() {
     static constexpr std::string_view names[] = {
 #define SWF_TAG(code, name) #name,
@@ -174,7 +176,7 @@ std::shared_ptr<SwfTag> readTag(XmlElement& element) {
     }
     const TagForm* form = formByName(element.name());
     if (form == nullptr) {
-        element.skip();
+        element.skip(noTagReason);
         return nullptr;
     }
     std::shared_ptr<SwfTag> tag = form->make();

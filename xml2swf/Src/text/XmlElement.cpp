@@ -364,7 +364,7 @@ std::string XmlElement::content() {
         _context->observer->askedForContent(*this, XmlContent::text);
     std::string text = joinedContent();
     if (text.find('\0') != text.npos)
-        refuse({}, "\"" + text + "\" has a NUL in it, which ends a text");
+        refuse({}, "a text cannot hold a NUL");
     return text;
 }
 

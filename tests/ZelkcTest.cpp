@@ -247,7 +247,7 @@ TEST_F(ZelkcTest, KeepsOrDropsUnreadableTags) {
     put("bad.swf", movieOf(record(39, "x") + showFrame));
     const Result kept = run("convert bad.swf kept.xml");
     EXPECT_EQ(kept.status, 0);
-    EXPECT_EQ(kept.err.find("warning: bad.swf: kept raw: tag 0 (DefineSprite) at offset 0x1b: DefineSprite > "), 0u)
+    EXPECT_EQ(kept.err.find("warning: bad.swf: kept raw: tag 0 (DefineSprite) at offset 0x1b: SpriteId: "), 0u)
         << kept.err;
     EXPECT_NE(get("kept.xml").find("<Unknown TagType=\"39\""), std::string::npos);
     const Result dropped = run("convert --drop-unreadable bad.swf dropped.xml");

@@ -36,6 +36,8 @@ public:
     requires(!std::same_as<Int, bool>) void attribute(std::string_view name, Int value) {
         plainAttribute(name, formatInteger(value).view());
     }
+    /// A value that stands as it is in the text: what has to be escaped is.
+    void escapedAttribute(std::string_view name, std::string_view value) { plainAttribute(name, value); }
     /// 0xRRGGBBAA in lower-case hexadecimal without prefix or leading zeros.
     void attribute(std::string_view name, const libswf::SwfColor& color);
 
@@ -106,6 +108,11 @@ public:
     /// short, 200 characters in all.
     void leaf(std::string_view name, std::initializer_list<IntegerAttribute> attributes);
 
+    /// Where children are written without a node of their own: behind the text, for this depth.
+    XmlText& content() {
+        _hasContent = true;
+        return out();
+    }
     /// Children that were written elsewhere, for this depth.
     void append(std::string_view children) {
         _hasContent |= !children.empty();

@@ -1,4 +1,5 @@
 // Tags that name, share or carry assets, as XML.
+#include "XmlAbc.h"
 #include "XmlTagForms.h"
 
 namespace xml2swf {
@@ -70,7 +71,10 @@ void readXml(XmlElement& element, SwfTagDefineScalingGrid& tag) {
 void writeXml(XmlNode& node, const SwfTagDoABC& tag) {
     node.attribute("Flags", tag.flags);
     node.attribute("Name", tag.name);
-    writePayload(node, "DoABCData", tag.abcData.span());
+    if (node.context().swf.fullForm)
+        writeAbc(node, tag, tag.abcData, "DoABCData");
+    else
+        writePayload(node, "DoABCData", tag.abcData.span());
 }
 
 void readXml(XmlElement& element, SwfTagDoABC& tag) {

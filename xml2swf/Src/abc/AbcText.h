@@ -1,0 +1,142 @@
+// Strings of blocks of ActionScript 3 as text, and finding things by their text.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace xml2swf {
+
+/// What a text stands in, which decides what has to be escaped with "\" in it.
+enum class AbcTextPlace : uint8_t {
+    value,  ///< alone: only "\" and what cannot stand in XML
+    inside, ///< between brackets of a name: brackets and marks too
+    name    ///< the last part of a name: ":" too
+};
+
+/// Appends bytes as text: control characters as \n, \r, \t or \x1f, bytes that are no UTF-8 as \xff.
+void appendAbcText(std::string& out, std::string_view bytes, AbcTextPlace place);
+/// The bytes of a text; nothing for one with an escape that means nothing.
+std::optional<std::string> abcBytes(std::string_view text);
+
+/// Appends text as it stands in an attribute's value.
+void appendAttributeText(std::string& out, std::string_view text);
+
+/// Texts that stay where they are as long as it lives.
+class AbcArena {
+public:
+    std::string_view keep(std::string_view text) {
+        if (text.size() > _left)
+            makeRoom(text.size());
+        char* place = _next;
+        if (!text.empty())
+            std::memcpy(place, text.data(), text.size());
+        _next += text.size();
+        _left -= text.size();
+        return {place, text.size()};
+    }
+    /// Takes over the texts of another one.
+    void join(AbcArena&& other) {
+        for (auto& block : other._blocks)
+            _blocks.push_back(std::move(block));
+        other = AbcArena();
+    }
+
+private:
+    void makeRoom(size_t size) {
+        constexpr size_t blockSize = 64 * 1024;
+        const size_t room = size > blockSize / 4 ? size : blockSize;
+        _blocks.emplace_back(new char[room]);
+        _next = _blocks.back().get();
+        _left = room;
+    }
+
+    std::vector<std::unique_ptr<char[]>> _blocks;
+    char* _next = nullptr;
+    size_t _left = 0;
+};
+
+/// Numbers by text. Texts are not copied.
+class AbcTextTable {
+public:
+    static constexpr uint32_t none = UINT32_MAX;
+
+    uint32_t find(std::string_view text) const {
+        if (_slots.empty())
+            return none;
+        const uint32_t hash = hashOf(text);
+        for (size_t at = hash & _mask;; at = (at + 1) & _mask) {
+            const Slot& slot = _slots[at];
+            if (slot.value == none || (slot.hash == hash && slot.text == text))
+                return slot.value;
+        }
+    }
+    /// False when the text is there already: its number stays.
+    bool add(std::string_view text, uint32_t value) {
+        if (2 * (_count + 1) > _slots.size())
+            grow(_count + 1);
+        Slot& slot = place(text, hashOf(text));
+        if (slot.value != none)
+            return false;
+        slot.text = text;
+        slot.value = value;
+        ++_count;
+        return true;
+    }
+    void reserve(size_t count) {
+        if (2 * count > _slots.size())
+            grow(count);
+    }
+
+private:
+    struct Slot {
+        std::string_view text;
+        uint32_t hash = 0;
+        uint32_t value = none;
+    };
+
+    static uint32_t hashOf(std::string_view text) {
+        constexpr uint64_t factor = 0x9E3779B97F4A7C15;
+        uint64_t hash = text.size() * factor;
+        const char* at = text.data();
+        size_t left = text.size();
+        for (; left > 8; left -= 8, at += 8) {
+            uint64_t word;
+            std::memcpy(&word, at, 8);
+            hash = (hash ^ word) * factor;
+            hash ^= hash >> 32;
+        }
+        uint64_t word = 0;
+        std::memcpy(&word, at, left);
+        hash = (hash ^ word) * factor;
+        return static_cast<uint32_t>(hash >> 32);
+    }
+    Slot& place(std::string_view text, uint32_t hash) {
+        size_t at = hash & _mask;
+        while (_slots[at].value != none && (_slots[at].hash != hash || _slots[at].text != text))
+            at = (at + 1) & _mask;
+        _slots[at].hash = hash;
+        return _slots[at];
+    }
+    void grow(size_t count) {
+        size_t size = 64;
+        while (size < 3 * count)
+            size *= 2;
+        std::vector<Slot> old(size);
+        old.swap(_slots);
+        _mask = size - 1;
+        for (const Slot& slot : old) {
+            if (slot.value != none)
+                place(slot.text, slot.hash) = slot;
+        }
+    }
+
+    std::vector<Slot> _slots;
+    size_t _mask = 0, _count = 0;
+};
+
+} // namespace xml2swf

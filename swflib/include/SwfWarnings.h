@@ -17,7 +17,8 @@ struct SwfWarning {
         keptRaw, ///< a tag or action is carried as bytes instead of fields
         skipped, ///< an XML element or attribute that nothing reads
         cut,     ///< a value that loses bits on its way into the file
-        ignored  ///< bytes of the file that belong to nothing
+        ignored, ///< bytes of the file that belong to nothing
+        tooSmall ///< a limit that its code exceeds
     };
     static constexpr uint64_t noOffset = UINT64_MAX;
 

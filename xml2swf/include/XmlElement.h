@@ -171,6 +171,9 @@ public:
         /// Those from a place in the first piece on, without those that `quick` reads.
         ChildIterator(XmlReadContext& context, XmlBlock& parent, size_t firstPiece, size_t start,
                       XmlQuickReader& quick);
+        /// Those in some of its pieces, without those that `quick` reads.
+        ChildIterator(XmlReadContext& context, XmlBlock& parent, size_t firstPiece, size_t piecesEnd,
+                      XmlQuickReader* quick);
 
         XmlElement operator*() const { return {*_context, _window, _node, _child}; }
         ChildIterator& operator++();
@@ -207,6 +210,8 @@ public:
     /// All but those that `quick` reads before their turn comes.
     Children children(XmlQuickReader& quick);
     Children children(const XmlNameGroup& names, XmlQuickReader& quick);
+    /// The pieces of a big element's content; null for a small element.
+    XmlBlock* pieces() const { return _block; }
     /// The children of a big element in pieces, for a caller who handles all of them; null for a small element.
     XmlBlock* takePieces() {
         _allChildren |= _block != nullptr;

@@ -47,11 +47,14 @@ public:
 class XmlValueError : public boost::bad_lexical_cast {
 public:
     XmlValueError(std::string_view element, std::string_view attribute, std::string reason, size_t offset);
+    /// An element that cannot stand where it does, or not as it is.
+    XmlValueError(std::string_view element, std::string reason, size_t offset);
     /// "DefineShape: attribute ShapeId: "abc" is not a value that fits (ShapeId: 0 to 65535)".
     std::string description() const;
 
     std::string element, attribute;
     std::string reason; ///< `"abc" is not a value that fits (ShapeId: 0 to 65535)`
+    bool isElement = false; ///< neither an attribute nor the text is wrong
     XmlPlace place;
 };
 

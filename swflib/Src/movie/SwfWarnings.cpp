@@ -12,6 +12,7 @@ static const char* kindText(SwfWarning::Kind kind) {
     case SwfWarning::Kind::keptRaw: return "kept raw";
     case SwfWarning::Kind::skipped: return "skipped";
     case SwfWarning::Kind::cut: return "cut";
+    case SwfWarning::Kind::tooSmall: return "too small";
     default: return "ignored";
     }
 }

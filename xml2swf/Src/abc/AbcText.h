@@ -1,6 +1,7 @@
 // Strings of blocks of ActionScript 3 as text, and finding things by their text.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -86,6 +87,14 @@ public:
         slot.value = value;
         ++_count;
         return true;
+    }
+    void clear() {
+        constexpr size_t kept = 1024; // more would take longer to clear than to make again
+        if (_slots.size() > kept)
+            _slots.clear();
+        else if (_count != 0)
+            std::fill(_slots.begin(), _slots.end(), Slot());
+        _count = 0;
     }
     void reserve(size_t count) {
         if (2 * count > _slots.size())

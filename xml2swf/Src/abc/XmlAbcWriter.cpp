@@ -1,4 +1,5 @@
 // Blocks of ActionScript 3 to XML.
+#include "AbcConstantsReader.h"
 #include "AbcMemberWriter.h"
 #include "SwfException.h"
 #include "SwfInOrder.h"
@@ -142,15 +143,12 @@ void writeSets(XmlNode& constants, const AbcSource& source) {
     }
 }
 
-constexpr XmlName poolNames[] = {{"Int", 0},       {"UInt", 1},         {"Double", 2},   {"String", 3},
-                                 {"Namespace", 4}, {"NamespaceSet", 5}, {"Multiname", 6}};
-
 // Behind the code, where nobody reading it meets them.
 void writeConstants(XmlNode& abc, const AbcSource& source) {
     const AbcNames& names = source.names;
     XmlNode constants(abc, "Constants");
     std::string empty;
-    for (const XmlName& pool : poolNames) {
+    for (const XmlName& pool : abcPoolNames) {
         if ((source.block.countedEmpty >> pool.value & 1) != 0)
             empty.append(empty.empty() ? "" : " ").append(pool.name);
     }

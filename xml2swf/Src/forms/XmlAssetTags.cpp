@@ -80,7 +80,7 @@ void writeXml(XmlNode& node, const SwfTagDoABC& tag) {
 void readXml(XmlElement& element, SwfTagDoABC& tag) {
     tag.flags = element.ui32("Flags");
     tag.name = element.string("Name");
-    tag.abcData = element.payload("DoABCData");
+    tag.abcData = readAbc(element, "DoABCData");
 }
 
 void writeXml(XmlNode& node, const SwfTagDefineBinaryData& tag) {

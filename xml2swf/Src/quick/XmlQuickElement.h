@@ -23,6 +23,7 @@ public:
         : _text(text.data()), _at(text.data() + start), _end(text.data() + end) {}
 
     size_t position() const { return static_cast<size_t>(_at - _text); }
+    size_t offsetOf(const char* place) const { return static_cast<size_t>(place - _text); }
     bool isUsual() const { return _isUsual; }
     void giveUp() {
         _isUsual = false;
@@ -75,7 +76,25 @@ public:
         }
         return std::string_view(value, static_cast<size_t>(_at++ - value));
     }
-    /// That value, which may hold references by name; empty when there is none.
+    /// That value, which may hold references by name: these are resolved in `room`.
+    std::optional<std::string_view> takeValue(std::string_view name, std::string& room) {
+        const char* value = valueOf(name);
+        if (value == nullptr)
+            return {};
+        const char* stop = findFirst<QuoteOrReference>(value, _end);
+        if (stop != _end && *stop == '"') [[likely]] {
+            _at = stop + 1;
+            return std::string_view(value, static_cast<size_t>(stop - value));
+        }
+        room.clear();
+        stop = appendResolved(value, _end, room);
+        if (stop == nullptr)
+            giveUp();
+        else
+            _at = stop + 1;
+        return room;
+    }
+    /// That value as a string; empty when there is none.
     libswf::SwfString takeText(std::string_view name) {
         const char* value = valueOf(name);
         if (value == nullptr)
@@ -114,12 +133,17 @@ public:
     ~XmlQuickElement() { close(); }
 
     std::string_view name() const { return _name; }
+    /// Byte of the name in the text.
+    size_t offset() const { return _text.offsetOf(_name.data()); }
     XmlNameWords nameWords() const { return _text.wordsOf(_name); }
     bool is(std::string_view name) const { return _name == name; }
     XmlReadContext& context() const { return _context; }
 
     bool has(std::string_view name) const { return _text.valueOf(name) != nullptr; }
     libswf::SwfString string(std::string_view name) { return _text.takeText(name); }
+    std::optional<std::string_view> attribute(std::string_view name, std::string& room) {
+        return _text.takeValue(name, room);
+    }
     template <std::integral Int>
     Int integer(std::string_view name) {
         return static_cast<Int>(ranged(name, std::numeric_limits<Int>::min(), std::numeric_limits<Int>::max()));
@@ -185,6 +209,7 @@ public:
     /// The children that are left.
     Children children() { return {ChildIterator(this)}; }
     Children children(const XmlNameGroup&) { return children(); }
+    Children children(std::string_view) { return children(); }
 
 private:
     enum class State : uint8_t { inStartTag, inContent, closed };

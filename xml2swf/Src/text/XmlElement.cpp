@@ -197,6 +197,12 @@ XmlElement::ChildIterator::ChildIterator(XmlReadContext& context, XmlBlock& pare
     findElement();
 }
 
+XmlElement::ChildIterator::ChildIterator(XmlReadContext& context, XmlBlock& parent, size_t firstPiece, size_t piecesEnd,
+                                         XmlQuickReader* quick)
+    : _context(&context), _parent(&parent), _nextPiece(firstPiece), _piecesEnd(piecesEnd), _quick(quick) {
+    findElement();
+}
+
 void XmlElement::ChildIterator::findElement() {
     for (;;) {
         for (; _node != _last; _node = _window->after(_node)) {

@@ -42,7 +42,14 @@ XmlValueError::XmlValueError(std::string_view element_, std::string_view attribu
     place.offset = offset;
 }
 
+XmlValueError::XmlValueError(std::string_view element_, std::string reason_, size_t offset)
+    : XmlValueError(element_, {}, std::move(reason_), offset) {
+    isElement = true;
+}
+
 std::string XmlValueError::description() const {
+    if (isElement)
+        return element + ": " + reason;
     const std::string what = attribute.empty() ? "text" : "attribute " + attribute;
     return element + ": " + what + ": " + reason;
 }

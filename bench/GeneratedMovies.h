@@ -13,6 +13,9 @@ enum class Content { shapes, actions, payload, mixed };
 std::vector<uint8_t> generateMovie(Content content, size_t bytes);
 /// One shape with this many edges.
 std::vector<uint8_t> generateShape(size_t edges);
+/// A block of ActionScript 3 of about so many bytes, and a movie that holds it.
+std::vector<uint8_t> generateAbc(size_t bytes);
+std::vector<uint8_t> generateAbcMovie(size_t bytes);
 /// The same movie with a zlib body.
 std::vector<uint8_t> compressMovie(const std::vector<uint8_t>& movie);
 

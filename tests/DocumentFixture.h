@@ -20,7 +20,8 @@ public:
     std::vector<MovieSettings> shownSettings;
     std::vector<Failure> failures;
     std::vector<Message> messages;
-    bool cancelsJobs = false;
+    bool cancelsJobs = false, replacesChanged = false;
+    int replaceQuestions = 0;
 
     std::optional<std::string> chooseFileToSave(const std::string& name) override {
         proposal = name;
@@ -29,6 +30,10 @@ public:
         return answer;
     }
     SaveAnswer askToSave(const Document&) override { return SaveAnswer::cancel; }
+    bool askToReplaceChanged(const Document&) override {
+        ++replaceQuestions;
+        return replacesChanged;
+    }
     std::optional<uint32_t> askForRow(uint32_t, uint32_t) override { return rowAnswer; }
     std::optional<MovieSettings> askForMovieSettings(const MovieSettings& current) override {
         shownSettings.push_back(current);

@@ -63,6 +63,7 @@ QStringList WindowDialogs::chooseFilesToOpen(const QString& folder) {
     QStringList names = {nameFilter("Compatible Files (*.swf;*.zelk;*.xml)", "*.swf *.zelk *.xml")};
     for (const Filter& filter : filters)
         names.append(filter.name());
+    names.append(QObject::tr("All Files (*)")); // backups among them
     return QFileDialog::getOpenFileNames(_parent, QObject::tr("Open"), folder, names.join(QStringLiteral(";;")),
                                          nullptr, hidePatterns);
 }
@@ -143,6 +144,19 @@ SaveAnswer WindowDialogs::askToSave(const Document& document) {
     case QMessageBox::No: return SaveAnswer::no;
     default: return SaveAnswer::cancel;
     }
+}
+
+bool WindowDialogs::askToReplaceChanged(const Document& document) {
+    QMessageBox box(QMessageBox::Warning, QObject::tr("Save"),
+                    QObject::tr("Another program changed the file since it was opened. Saving replaces that version; a "
+                                "backup of it stays beside the file."),
+                    QMessageBox::NoButton, _parent);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(QString::fromStdString(document.fileName));
+    const QPushButton* save = box.addButton(QObject::tr("&Save"), QMessageBox::AcceptRole);
+    box.setDefaultButton(box.addButton(QMessageBox::Cancel));
+    box.exec();
+    return box.clickedButton() == save;
 }
 
 std::optional<uint32_t> WindowDialogs::askForRow(uint32_t current, uint32_t rows) {

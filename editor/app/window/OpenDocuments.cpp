@@ -71,7 +71,7 @@ DocumentView* OpenDocuments::viewOf(const QString& fileName) const {
 }
 
 bool OpenDocuments::save(DocumentView& view) {
-    if (!view.document().hasFile)
+    if (!hasFileOfItsKind(view.document()))
         return saveAs(view);
     return saveBy(view, std::make_shared<SaveToFileCmd>(_session, view.document()));
 }

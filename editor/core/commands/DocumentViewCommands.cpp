@@ -8,6 +8,10 @@ namespace zelk::guicommand::documentview {
 
 namespace {
 
+void runSave(Session& session, SaveParams& params) {
+    session.user.runJob("Saving " + params.fileName, params, [&params] { saveDocument(params); });
+}
+
 // What both save commands do. Gives the text away. Throws what saveDocument throws, and JobCancelled; the document
 // keeps its state then.
 void saveText(Session& session, Document& document, const std::string& fileName) {
@@ -16,9 +20,26 @@ void saveText(Session& session, Document& document, const std::string& fileName)
     params.text = std::move(document.text);
     document.text.clear();
     params.original = document.original;
-    params.keepsBackup = !session.writtenFiles.contains(fileName);
-    session.user.runJob("Saving " + fileName, params, [&params] { saveDocument(params); });
-    session.writtenFiles.insert(fileName);
+    const bool isOwnFile = document.hasFile && fileName == document.fileName;
+    if (isOwnFile)
+        params.expected = document.fileStamp;
+    if (const auto written = session.writtenFiles.find(fileName))
+        params.known.push_back(*written);
+    // A text is not converted: the version that it came from lives on in it.
+    if (isOwnFile && document.textStamp && fileKind(fileName) != FileKind::swf)
+        params.known.push_back(*document.textStamp);
+    try {
+        runSave(session, params);
+    } catch (const FileChangedException&) {
+        if (!session.user.askToReplaceChanged(document))
+            throw JobCancelled();
+        params.expected.reset();
+        params.failure = nullptr;
+        params.warnings.clear();
+        runSave(session, params);
+    }
+    session.writtenFiles.add(fileName, params.written);
+    document.fileStamp = document.textStamp = params.written;
     document.warnings = std::move(params.warnings);
     document.isModified = false;
     // The file is written, and the text goes on holding what is not in it.
@@ -42,7 +63,7 @@ bool SaveToFileCmd::Execute() {
 }
 
 bool SaveAsFileCmd::Execute() {
-    const std::optional<std::string> fileName = _session.user.chooseFileToSave(_document.fileName);
+    const std::optional<std::string> fileName = _session.user.chooseFileToSave(proposedName(_document));
     if (!fileName)
         return false;
     saveText(_session, _document, *fileName);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "FileKind.h"
+#include "FileStamp.h"
 #include "OriginalMovie.h"
 #include "SwfWarnings.h"
 
@@ -26,10 +27,19 @@ struct Document {
     bool hasFile = false;
     std::string text;
     bool isModified = false;
+    /// What the user knows the file to hold: a save over anything else asks first. None while there is no file.
+    std::optional<FileStamp> fileStamp;
+    /// What the file held when the text was read from it or saved to it.
+    std::optional<FileStamp> textStamp;
     /// The movie that the text came from: what is not touched is written with its bytes. Null when there is none.
     std::shared_ptr<const xml2swf::OriginalMovie> original;
     DocumentWarnings warnings; ///< of the last conversion
 };
+
+/// Whether a save goes to the document's file: a movie that came from "a.swf.bak" must not become a text there.
+bool hasFileOfItsKind(const Document& document);
+/// The name to save a document under that has no such file.
+std::string proposedName(const Document& document);
 
 /// The next made-up name: "Untitled.swf" once, then "Untitled-1.swf" and so on. Never gives a name twice.
 class UntitledNames {

@@ -1,8 +1,10 @@
 #include "DocumentFiles.h"
 
 #include <algorithm>
+#include <fstream>
 #include <unordered_map>
 
+#include "Backup.h"
 #include "ConversionTargets.h"
 #include "Exceptions.h"
 #include "Messages.h"
@@ -21,6 +23,11 @@ using namespace xml2swf;
 namespace {
 
 constexpr int bestCompression = 9;
+
+template <class Bytes>
+std::string_view textOf(const Bytes& bytes) {
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
 
 // The place in the text of every tag that a warning names by its path.
 class TagPlaces {
@@ -76,14 +83,21 @@ DocumentWarnings placedWarnings(const SwfWarnings& warnings, std::string_view te
     return result;
 }
 
+SwfLoadOptions toBeShown() {
+    SwfLoadOptions options;
+    options.keepRaw = true;
+    options.readLater = true;
+    return options;
+}
+
 void loadMovie(LoadParams& params) {
     SwfWarnings warnings;
     SwfMovieSafe movie;
-    SwfLoadOptions load;
-    load.keepRaw = true;
-    load.readLater = true;
+    SwfLoadOptions load = toBeShown();
     load.warnings = &warnings;
-    movie.load(params.fileName, load);
+    std::vector<uint8_t> file = readFile(params.fileName);
+    params.document.fileStamp->setContent(textOf(file));
+    movie.parse(std::move(file), load);
     params.progress.checkCancelled();
 
     std::vector<TagText> texts;
@@ -99,38 +113,67 @@ void loadMovie(LoadParams& params) {
     document.warnings = placedWarnings(warnings, document.text, std::move(texts));
 }
 
+void loadText(LoadParams& params) {
+    std::string file = readTextFile(params.fileName);
+    params.document.fileStamp->setContent(file);
+    params.document.text = documentText(std::move(file));
+}
+
+void loadProject(LoadParams& params) {
+    if (const auto stamp = stampOf(params.fileName))
+        params.document.fileStamp = stamp;
+    params.document.text = readProject(params.fileName);
+}
+
 void loadByKind(LoadParams& params) {
     const Document& document = params.document;
+    params.document.fileStamp = stateOf(params.fileName);
     switch (document.kind) {
-    case FileKind::xml: params.document.text = documentText(readTextFile(params.fileName)); break;
+    case FileKind::xml: loadText(params); break;
     case FileKind::swf: loadMovie(params); break;
-    case FileKind::project: params.document.text = readProject(params.fileName); break;
+    case FileKind::project: loadProject(params); break;
     }
+    params.document.textStamp = document.fileStamp;
     if (document.text.size() > maxTextSize)
         throw FileLoadException(params.fileName, "Its text has more than 1 GiB.");
 }
 
-// The movie that is replaced is the user's only copy of what a conversion may have lost.
-void keepBackup(const std::string& fileName) {
-    std::error_code ignored;
-    if (std::filesystem::file_size(pathOf(fileName), ignored) == 0 || ignored)
-        return; // Nothing is replaced.
-    writeFile(fileName + ".bak", readFile(fileName));
+// A file that is gone is written anew.
+void checkUnchanged(const SaveParams& params) {
+    if (params.expected && changeSince(*params.expected, params.fileName) == FileChange::changed)
+        throw FileChangedException(params.fileName);
+}
+
+// The last steps of every save. Compiling took its time: the file is looked at once more.
+void replaceFile(SaveParams& params, std::string_view content) {
+    params.progress.checkCancelled();
+    checkUnchanged(params);
+    backUp(params.fileName, params.known);
+    writeTextFile(params.fileName, content);
+    params.written = stateOf(params.fileName);
+    params.written.setContent(content);
 }
 
 void saveByKind(SaveParams& params, FileKind kind) {
+    checkUnchanged(params);
     switch (kind) {
-    case FileKind::xml: writeTextFile(params.fileName, params.text); break;
-    case FileKind::swf: {
-        const SwfVector<uint8_t> bytes = compileDocument(params);
-        params.progress.checkCancelled();
-        if (params.keepsBackup)
-            keepBackup(params.fileName);
-        writeFile(params.fileName, {bytes.data(), bytes.size()});
-        break;
+    case FileKind::xml: replaceFile(params, params.text); break;
+    case FileKind::swf: replaceFile(params, textOf(compileDocument(params))); break;
+    case FileKind::project: replaceFile(params, textOf(projectOfText(params.text, params.fileName))); break;
     }
-    case FileKind::project: writeProject(params.fileName, params.text); break;
+}
+
+// The content tells; what says nothing (an empty text, a damaged movie) is what its name says.
+std::optional<FileKind> kindOfFile(const std::string& fileName) {
+    char start[kindBytes] = {};
+    std::error_code ignored;
+    if (std::filesystem::is_regular_file(pathOf(fileName), ignored)) {
+        std::ifstream file(pathOf(fileName), std::ios::binary);
+        file.read(start, sizeof start);
+        if (const auto kind = kindOfContent({start, static_cast<size_t>(file.gcount())}))
+            return kind;
     }
+    return fileKind(fileName);
 }
 
 // The element at these positions. With `tagsOnly` they count only elements that are tags.
@@ -195,9 +238,10 @@ SwfVector<uint8_t> serialise(SwfMovie& movie, SwfWarnings& warnings, std::string
 } // namespace
 
 void loadDocument(LoadParams& params) {
-    const std::optional<FileKind> kind = fileKind(params.fileName);
+    const std::optional<FileKind> kind = kindOfFile(params.fileName);
     if (!kind)
-        throw FileLoadException(params.fileName, "Its name ends in none of .swf, .zelk and .xml.");
+        throw FileLoadException(params.fileName, "It holds no movie, no XML and no project, and its name ends in none "
+                                                 "of .swf, .zelk and .xml.");
     params.document.fileName = params.fileName;
     params.document.kind = *kind;
     params.document.hasFile = true;

@@ -41,6 +41,13 @@ public:
     using FileException::FileException;
 };
 
+/// The file holds something else than what it is known to hold; nothing was written.
+class FileChangedException : public FileSaveException {
+public:
+    explicit FileChangedException(std::string fileName)
+        : FileSaveException(std::move(fileName), "Another program changed the file.") {}
+};
+
 /// A text is not well-formed XML. Row and column count from 1; 0 for an unknown place.
 class XmlException : public ZelkException {
 public:

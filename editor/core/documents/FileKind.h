@@ -20,6 +20,10 @@ std::optional<FileKind> fileKind(std::string_view fileName);
 /// The same for an extension alone, without its dot.
 std::optional<FileKind> kindOfExtension(std::string_view extension);
 
+/// What the first bytes of a file say, of which kindBytes are enough; none when they say nothing.
+std::optional<FileKind> kindOfContent(std::string_view start);
+constexpr size_t kindBytes = 64;
+
 /// The extension without its dot.
 std::string_view extensionOf(FileKind kind);
 

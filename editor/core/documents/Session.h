@@ -4,7 +4,6 @@
 #include <exception>
 #include <functional>
 #include <optional>
-#include <set>
 #include <span>
 #include <string>
 #include <vector>
@@ -13,6 +12,7 @@
 #include "Job.h"
 #include "Messages.h"
 #include "MovieSettings.h"
+#include "WrittenFiles.h"
 
 namespace zelk {
 
@@ -32,6 +32,8 @@ public:
         return std::nullopt;
     }
     virtual SaveAnswer askToSave(const Document& document) = 0;
+    /// Whether a save shall replace what another program made of the document's file. A backup keeps that.
+    virtual bool askToReplaceChanged(const Document& /*document*/) { return false; }
     /// A row from 1 to `rows`.
     virtual std::optional<uint32_t> askForRow(uint32_t current, uint32_t rows) = 0;
     virtual std::optional<MovieSettings> askForMovieSettings(const MovieSettings& current) = 0;
@@ -127,8 +129,8 @@ struct Session {
     IUserInterface& user;
     IPlayer* player = nullptr; ///< null when there is none
     UntitledNames names;
-    std::set<std::string> writtenFiles; ///< files whose content comes from this run: they need no backup
-    TemporaryMovies temporaryMovies;    ///< what is played
+    WrittenFiles writtenFiles;
+    TemporaryMovies temporaryMovies; ///< what is played
 };
 
 } // namespace zelk

@@ -57,6 +57,15 @@ bool LoadFromFileCmd::Execute() {
     return true;
 }
 
+bool RecoverCmd::Execute() {
+    LoadParams params;
+    _session.user.runJob("Recovering " + _kept.fileName, params, [this, &params] { _copies.load(_kept.id, params); });
+    _document = std::move(params.document);
+    if (!_document.hasFile)
+        _document.fileName = _session.names.next(); // Its own name may be that of a new document.
+    return true;
+}
+
 bool SaveToFileCmd::Execute() {
     saveText(_session, _document, _document.fileName);
     return true;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Command.h"
+#include "RecoverySession.h"
 
 namespace zelk::guicommand::documentview {
 
@@ -16,6 +17,20 @@ private:
     Session& _session;
     Document& _document;
     std::string _fileName;
+};
+
+/// Fills a document from the copy that a run left which ended without closing it.
+class RecoverCmd : public FinalCommand {
+public:
+    RecoverCmd(Session& session, const RecoverySession& copies, const KeptDocument& kept, Document& document)
+        : _session(session), _copies(copies), _kept(kept), _document(document) {}
+    bool Execute() override;
+
+private:
+    Session& _session;
+    const RecoverySession& _copies;
+    const KeptDocument& _kept;
+    Document& _document;
 };
 
 /// Writes the document's text to its own file. The text is given away.

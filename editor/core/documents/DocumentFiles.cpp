@@ -254,6 +254,22 @@ void loadDocument(LoadParams& params) {
     }
 }
 
+std::shared_ptr<const OriginalMovie> originalMovie(std::vector<uint8_t> file, bool isCompressed, bool fullForm,
+                                                   JobProgress& progress) {
+    SwfMovieSafe movie;
+    SwfLoadOptions load = toBeShown();
+    load.fullForm = fullForm;
+    movie.parse(std::move(file), load);
+    movie.isCompressed = isCompressed;
+    std::vector<TagText> texts;
+    ConversionOptions options;
+    options.keepRaw = true;
+    options.progress = &progress;
+    options.tagTexts = &texts;
+    const std::string text = swfToXmlDocument(movie, options);
+    return std::make_shared<OriginalMovie>(movie, text, texts);
+}
+
 void saveDocument(SaveParams& params) {
     const std::optional<FileKind> kind = fileKind(params.fileName);
     if (!kind)

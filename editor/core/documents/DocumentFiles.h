@@ -15,6 +15,11 @@ struct LoadParams : ThreadParams {
 /// Throws FileLoadException.
 void loadDocument(LoadParams& params);
 
+/// [worker thread] What a text keeps of the movie that it came from, learned anew from that movie's inflated file.
+/// `isCompressed` and `fullForm` are what they were when the text was made. Throws SwfException, JobCancelled.
+std::shared_ptr<const xml2swf::OriginalMovie> originalMovie(std::vector<uint8_t> file, bool isCompressed, bool fullForm,
+                                                            JobProgress& progress);
+
 struct CompileParams : ThreadParams {
     std::string text;                                       ///< in
     std::shared_ptr<const xml2swf::OriginalMovie> original; ///< in, may be null

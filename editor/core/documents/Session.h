@@ -34,6 +34,8 @@ public:
     virtual SaveAnswer askToSave(const Document& document) = 0;
     /// Whether a save shall replace what another program made of the document's file. A backup keeps that.
     virtual bool askToReplaceChanged(const Document& /*document*/) { return false; }
+    /// Whether the unsaved changes shall go, for what another program made of the document's file.
+    virtual bool askToReload(const Document& /*document*/) { return false; }
     /// A row from 1 to `rows`.
     virtual std::optional<uint32_t> askForRow(uint32_t current, uint32_t rows) = 0;
     virtual std::optional<MovieSettings> askForMovieSettings(const MovieSettings& current) = 0;

@@ -1,10 +1,12 @@
 #include "DocumentView.h"
 
+#include <QApplication>
 #include <QFileInfo>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
 #include "Exceptions.h"
+#include "NoticeBar.h"
 
 namespace zelk {
 
@@ -13,14 +15,12 @@ DocumentView::DocumentView(QWidget* parent)
       _views(new QStackedWidget(this)) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
     layout->addWidget(_views);
     _views->addWidget(_editor);
     _views->addWidget(_list);
     setFocusProxy(_editor);
-    connect(_editor, &TextEditorView::modificationChanged, this, [this](bool isModified) {
-        _document.isModified = isModified;
-        Q_EMIT stateChanged();
-    });
+    connect(_editor, &TextEditorView::modificationChanged, this, &DocumentView::showModified);
     connect(_editor, &TextEditorView::placeChanged, this, &DocumentView::stateChanged);
     // Commands that know nothing of the list change the text behind it.
     connect(_editor, &TextControl::edited, this, [this] {
@@ -36,7 +36,50 @@ QString DocumentView::title() const {
     return QFileInfo(fileName()).fileName() + (_document.isModified ? QStringLiteral("*") : QString());
 }
 
-void DocumentView::setText(std::string bytes) { _editor->setText(std::move(bytes)); }
+void DocumentView::showModified() {
+    _document.isModified = _editor->isModified() || _isApart;
+    Q_EMIT stateChanged();
+}
+
+void DocumentView::setApart(bool isApart) {
+    if (std::exchange(_isApart, isApart) != isApart)
+        showModified();
+}
+
+void DocumentView::setSavePoint() {
+    _isApart = false;
+    _editor->setSavePoint();
+    showModified();
+}
+
+NoticeBar* DocumentView::addNotice(const QString& name) {
+    dropNotice(name);
+    auto* bar = new NoticeBar(this);
+    bar->setObjectName(name);
+    static_cast<QVBoxLayout*>(layout())->insertWidget(0, bar);
+    return bar;
+}
+
+NoticeBar* DocumentView::notice(const QString& name) const {
+    return findChild<NoticeBar*>(name, Qt::FindDirectChildrenOnly);
+}
+
+void DocumentView::dropNotice(const QString& name) {
+    NoticeBar* bar = notice(name);
+    if (bar == nullptr)
+        return;
+    const QWidget* focus = QApplication::focusWidget();
+    if (focus != nullptr && bar->isAncestorOf(focus))
+        setFocus();
+    bar->hide();
+    bar->setObjectName({}); // One of its buttons may be what was pressed: it goes later.
+    bar->deleteLater();
+}
+
+void DocumentView::setText(std::string bytes) {
+    _isApart = false;
+    _editor->setText(std::move(bytes));
+}
 
 void DocumentView::gotoPlace(uint32_t row, uint32_t column) {
     _editor->gotoPlace(row, column);

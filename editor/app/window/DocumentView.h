@@ -10,6 +10,8 @@ class QStackedWidget;
 
 namespace zelk {
 
+class NoticeBar;
+
 class DocumentView : public QWidget, public IEditableText {
     Q_OBJECT
 public:
@@ -34,6 +36,16 @@ public:
 
     /// Full path, or the made-up name.
     QString fileName() const { return QString::fromStdString(_document.fileName); }
+    /// The file does not hold what the text was when it was last read or saved: it counts as modified, whatever undo
+    /// says, until it is saved.
+    void setApart(bool isApart);
+
+    /// A bar above the text. Names tell bars apart.
+    NoticeBar* addNotice(const QString& name);
+    /// Null when there is none.
+    NoticeBar* notice(const QString& name) const;
+    void dropNotice(const QString& name);
+
     /// The name without its folder, with "*" behind it when it is modified.
     QString title() const;
 
@@ -42,7 +54,7 @@ public:
     void replace(size_t start, size_t end, std::string_view bytes) override {
         _editor->replaceBytes(start, end, bytes);
     }
-    void setSavePoint() override { _editor->setSavePoint(); }
+    void setSavePoint() override;
     /// In the tag list, selects the tag there; the text comes up when there is none.
     void gotoPlace(uint32_t row, uint32_t column) override;
     uint32_t row() const override { return _editor->row(); }
@@ -61,12 +73,14 @@ Q_SIGNALS:
 private:
     uint32_t tagAtCaret();
     void showView(QWidget* view);
+    void showModified();
 
     Document _document;
     TextEditorView* _editor;
     TaggedText _tags{*this};
     DocumentViewList* _list;
     QStackedWidget* _views;
+    bool _isApart = false;
 };
 
 } // namespace zelk

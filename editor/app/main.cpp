@@ -4,6 +4,7 @@
 
 #include "MainWindow.h"
 #include "SingleInstance.h"
+#include "StateFolder.h"
 
 namespace {
 
@@ -41,10 +42,15 @@ int main(int argc, char** argv) {
         return 0;
 
     QSettings settings(QStringLiteral("Orvane"), QStringLiteral("Zelk"));
-    zelk::MainWindow window(settings);
+    zelk::MainWindow window(settings, zelk::stateFolder());
     QObject::connect(&instance, &zelk::SingleInstance::filesReceived, &window, &zelk::MainWindow::receiveFiles);
     window.newDocument();
     window.show();
+    window.requests().add(&window, [&] {
+        window.keeper().offerRecovery();
+        if (!parser.isSet(alone))
+            window.keeper().reopenSession();
+    });
     window.openLater(files);
     return QApplication::exec();
 }

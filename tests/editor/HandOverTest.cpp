@@ -15,7 +15,6 @@ namespace {
 
 using namespace zelk;
 
-constexpr int patience = 60'000; // ms
 constexpr const char* movie = R"(<Movie SwfVersion="8" Width="550" Height="400" FrameRate="12">
     <DefineBinaryData Id="1" Reserved="0"><data>AAEC</data></DefineBinaryData>
     <ShowFrame />
@@ -34,20 +33,6 @@ protected:
 
     void join() {
         QObject::connect(first.get(), &SingleInstance::filesReceived, window.get(), &MainWindow::receiveFiles);
-    }
-    // Lets events come from a loop, like that of the program, until something holds.
-    static bool runUntil(const std::function<bool()>& holds) {
-        QEventLoop loop;
-        QTimer timer;
-        QElapsedTimer clock;
-        clock.start();
-        QObject::connect(&timer, &QTimer::timeout, [&] {
-            if (holds() || clock.elapsed() > patience)
-                loop.quit();
-        });
-        timer.start(2);
-        loop.exec();
-        return holds();
     }
     // Does something in that loop, and returns when it is done and nothing waits any more.
     void inLoop(const std::function<void()>& work) {

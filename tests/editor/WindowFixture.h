@@ -84,17 +84,33 @@ private:
 
 class WindowTest : public testing::Test {
 protected:
+    static constexpr int patience = 60'000; // ms
+
     WindowTest() : settings(folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat) {
         settings.setValue(QStringLiteral("Player/kind"), QStringLiteral("none"));
         open();
     }
 
-    void open() {
-        window = std::make_unique<MainWindow>(settings);
+    void open(const QString& stateFolder = {}) {
+        window = std::make_unique<MainWindow>(settings, stateFolder);
         window->newDocument();
         window->show();
         QApplication::setActiveWindow(window.get());
         QApplication::processEvents();
+    }
+    // Lets events come from a loop, like that of the program, until something holds.
+    static bool runUntil(const std::function<bool()>& holds) {
+        QEventLoop loop;
+        QTimer timer;
+        QElapsedTimer clock;
+        clock.start();
+        QObject::connect(&timer, &QTimer::timeout, [&] {
+            if (holds() || clock.elapsed() > patience)
+                loop.quit();
+        });
+        timer.start(2);
+        loop.exec();
+        return holds();
     }
     std::string path(const std::string& name) const {
         return folder.filePath(QString::fromStdString(name)).toStdString();

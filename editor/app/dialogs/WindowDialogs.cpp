@@ -159,6 +159,18 @@ bool WindowDialogs::askToReplaceChanged(const Document& document) {
     return box.clickedButton() == save;
 }
 
+bool WindowDialogs::askToReload(const Document& document) {
+    QMessageBox box(QMessageBox::Warning, QObject::tr("Reload"),
+                    QObject::tr("What was changed in the document and not saved is lost then."), QMessageBox::NoButton,
+                    _parent);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(QString::fromStdString(document.fileName));
+    const QPushButton* reload = box.addButton(QObject::tr("&Reload"), QMessageBox::DestructiveRole);
+    box.setDefaultButton(box.addButton(QMessageBox::Cancel));
+    box.exec();
+    return box.clickedButton() == reload;
+}
+
 std::optional<uint32_t> WindowDialogs::askForRow(uint32_t current, uint32_t rows) {
     GotoLineDlg dialog(current, rows, _parent);
     return dialog.exec() == QDialog::Accepted ? std::optional(dialog.line()) : std::nullopt;

@@ -24,6 +24,7 @@ public:
     std::optional<std::string> chooseFileToImport(const std::vector<std::string>& kinds) override;
     SaveAnswer askToSave(const Document& document) override;
     bool askToReplaceChanged(const Document& document) override;
+    bool askToReload(const Document& document) override;
     std::optional<uint32_t> askForRow(uint32_t current, uint32_t rows) override;
     std::optional<MovieSettings> askForMovieSettings(const MovieSettings& current) override;
     void report(const Failure& failure) override;

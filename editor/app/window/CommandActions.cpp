@@ -52,7 +52,7 @@ CommandActions::CommandActions(QWidget* window) : QObject(window) {
     }
     fill(*submenu(CommandId::theme), themeMenu());
     for (int id : {CommandId::themeSystem, CommandId::themeLight, CommandId::themeDark, CommandId::movieXml,
-                   CommandId::tagList, CommandId::preview})
+                   CommandId::tagList, CommandId::preview, CommandId::reopenSession})
         action(id)->setCheckable(true);
 }
 

@@ -17,6 +17,8 @@ constexpr CommandRow rows[] = {
     {play, "P&lay...\tCtrl+Enter", "Playing swf file in new window\nPlay", "play", Needs::document, "Ctrl+Return"},
     {recentFiles, "Recent &Files", "", "", Needs::nothing, ""},
     {firstRecentFile, "(empty)", "", "", Needs::neverMet, ""},
+    {reopenSession, "Reopen Files at S&tart", "Open the files of the last session at each start\nReopen Files", "",
+     Needs::nothing, ""},
     {CommandId::exit, "E&xit\tAlt+F4", "Quit the application; prompts to save Xml\nExit", "", Needs::nothing, ""},
     {undo, "&Undo\tCtrl+Z", "Undo text\nUndo", "undo", Needs::undo, "Alt+Backspace"},
     {redo, "&Redo\tCtrl+Shift+Z", "Redo text\nRedo", "redo", Needs::redo, ""},
@@ -79,8 +81,8 @@ constexpr CommandRow rows[] = {
 
 constexpr MenuItem line = {separator};
 
-constexpr MenuItem fileItems[] = {{fileNew}, {fileOpen}, {save},        {saveAs}, line,
-                                  {play},    line,       {recentFiles}, line,     {CommandId::exit}};
+constexpr MenuItem fileItems[] = {{fileNew},     {fileOpen},      {save}, {saveAs},         line, {play}, line,
+                                  {recentFiles}, {reopenSession}, line,   {CommandId::exit}};
 constexpr MenuItem editItems[] = {{undo}, {redo},     {cut},          {copy},    {paste}, line,
                                   {find}, {findNext}, {findPrevious}, {replace}, line,    {gotoLine}};
 constexpr MenuItem viewItems[] = {{movieXml},   {tagList}, line,        {zoomIn}, {zoomOut},  {zoomReset}, line,

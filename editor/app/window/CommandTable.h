@@ -71,6 +71,7 @@ constexpr int exportPayload = 60020;
 constexpr int replacePayload = 60021;
 constexpr int complete = 60025;
 constexpr int preview = 60030;
+constexpr int reopenSession = 60040;
 } // namespace CommandId
 
 /// What has to be there for a command to be chosen.

@@ -23,16 +23,20 @@ CommandActions* makeActions(QWidget* window) {
 
 } // namespace
 
-MainWindow::MainWindow(QSettings& settings)
+MainWindow::MainWindow(QSettings& settings, const QString& stateFolder)
     : _settings(settings), _dialogs(this), _session(_dialogs), _player(settings, _requests),
       _recentSettings(settings, QStringLiteral("RecentList/Recent Document List")), _recentFiles(_recentSettings),
       _actions(makeActions(this)), _tabs(new DocumentTabsView(this)), _statusBar(new StatusBar(this)),
       _warnings(new WarningsPanel(this)), _preview(new PreviewPane(this)), _search(new SearchController(this)),
-      _documents(_session, _recentFiles, *_tabs), _commands({*this, _settings, _session, _dialogs, _documents, *_tabs,
-                                                             *_actions, *_search, *_warnings, *_preview}) {
+      _documents(_session, _recentFiles, *_tabs),
+      _commands({*this, _settings, _session, _dialogs, _documents, *_tabs, *_actions, *_search, *_warnings, *_preview}),
+      _keeper(
+          {*this, _settings, _session, _documents, *_tabs, _requests, *_actions->action(CommandId::reopenSession)}) {
     _session.player = &_player;
     buildLayout();
     connectParts();
+    if (!stateFolder.isEmpty())
+        _keeper.keepIn(stateFolder);
     restore();
     showState();
 }
@@ -205,12 +209,22 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         _requests.addLatest(this, QStringLiteral("close"), [this] { close(); });
         return;
     }
+    _keeper.willClose();
     // Files that came while the user was asked have the window then.
-    if (!_documents.closeAll() || !_waitingFiles.isEmpty())
+    const bool ends = _documents.closeAll() && _waitingFiles.isEmpty();
+    _keeper.hasEnded(ends);
+    if (!ends)
         return;
     _settings.setValue(QStringLiteral("Window/geometry"), saveGeometry());
     _settings.setValue(QStringLiteral("Window/state"), saveState());
     event->accept();
+}
+
+// Not every file system tells of changes: the user may come back from the program that made them.
+void MainWindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        _keeper.look();
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

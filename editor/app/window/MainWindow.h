@@ -6,6 +6,7 @@
 #include <QSettings>
 
 #include "CommandActions.h"
+#include "DocumentKeeper.h"
 #include "OpenDocuments.h"
 #include "PlayerProcess.h"
 #include "RequestQueue.h"
@@ -23,8 +24,9 @@ class PreviewPane;
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
-    /// The settings outlive the window.
-    explicit MainWindow(QSettings& settings);
+    /// The settings outlive the window. What is kept for the next start goes to the state folder (DocumentKeeper); an
+    /// empty name is none.
+    explicit MainWindow(QSettings& settings, const QString& stateFolder = {});
 
     /// Opens each file in a tab of its own, or shows the tab that has it. False when one cannot be opened.
     bool openFiles(const QStringList& fileNames) { return _documents.open(fileNames); }
@@ -34,6 +36,7 @@ public:
     /// Files of another start: opens them later and comes to the front now.
     void receiveFiles(const QStringList& fileNames);
 
+    DocumentKeeper& keeper() { return _keeper; }
     RequestQueue& requests() { return _requests; }
     CommandActions& actions() { return *_actions; }
     DocumentTabsView& tabs() { return *_tabs; }
@@ -44,6 +47,7 @@ protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void buildLayout();
@@ -74,6 +78,7 @@ private:
     SearchController* _search;
     OpenDocuments _documents;
     WindowCommands _commands;
+    DocumentKeeper _keeper;
 };
 
 } // namespace zelk

@@ -53,12 +53,45 @@ bool OpenDocuments::openFile(const QString& fileName) {
         return false;
     }
     _recentFiles.add(name.toStdString());
+    addInPlaceOfUntouched(view.release());
+    return true;
+}
+
+void OpenDocuments::addInPlaceOfUntouched(DocumentView* view) {
     DocumentView* untouched = _tabs.count() == 1 && isUntouchedNew(*_tabs.at(0)) ? _tabs.at(0) : nullptr;
-    add(view.release());
+    add(view);
     if (untouched != nullptr)
         _tabs.remove(untouched);
     Q_EMIT changed();
-    return true;
+}
+
+DocumentView* OpenDocuments::recover(const RecoverySession& session, const KeptDocument& kept) {
+    auto view = std::make_unique<DocumentView>();
+    MacroCommand command{std::make_shared<RecoverCmd>(_session, session, kept, view->document()),
+                         std::make_shared<LoadFromDocCmd>(view->document(), *view)};
+    if (!runCommand(_session, command))
+        return nullptr;
+    view->setApart(true);
+    view->editor().gotoOffset(std::min<size_t>(kept.caret, view->text().size()));
+    DocumentView* recovered = view.get();
+    addInPlaceOfUntouched(view.release());
+    return recovered;
+}
+
+void OpenDocuments::reload(DocumentView& view) {
+    if (view.document().isModified && !_session.user.askToReload(view.document()))
+        return;
+    Document fresh;
+    LoadFromFileCmd load(_session, fresh, view.document().fileName);
+    if (!runCommand(_session, load))
+        return;
+    const uint32_t row = view.editor().row(), column = view.editor().column();
+    view.document() = std::move(fresh);
+    LoadFromDocCmd(view.document(), view).Execute();
+    view.editor().gotoPlace(row, column);
+    Q_EMIT view.stateChanged();
+    Q_EMIT agreed(&view);
+    Q_EMIT changed();
 }
 
 DocumentView* OpenDocuments::viewOf(const QString& fileName) const {
@@ -87,6 +120,7 @@ bool OpenDocuments::saveBy(DocumentView& view, CommandPtr command) {
     if (!isDone)
         return false;
     view.setSavePoint();
+    Q_EMIT agreed(&view);
     _recentFiles.add(view.document().fileName);
     Q_EMIT view.stateChanged();
     Q_EMIT changed();

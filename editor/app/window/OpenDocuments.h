@@ -4,6 +4,7 @@
 #include "Command.h"
 #include "DocumentTabsView.h"
 #include "RecentFiles.h"
+#include "RecoverySession.h"
 
 namespace zelk {
 
@@ -21,6 +22,12 @@ public:
     bool save(DocumentView& view);
     bool saveAs(DocumentView& view);
     void play(DocumentView& view);
+    /// In place of what is there, with the caret in its row; asks first when that has unsaved changes.
+    void reload(DocumentView& view);
+    /// Opens what a run that ended kept of a document, as modified. Null when it cannot be read.
+    DocumentView* recover(const RecoverySession& session, const KeptDocument& kept);
+    /// Null when the file is not open.
+    DocumentView* viewOf(const QString& fileName) const;
     /// False when the user wants to keep it.
     bool close(DocumentView& view);
     /// Stops at the first that the user wants to keep.
@@ -32,11 +39,13 @@ Q_SIGNALS:
     /// Documents came or went, or their warnings are others.
     void changed();
     void saved(const QString& fileName);
+    /// The document's file holds its text: it was saved or read anew.
+    void agreed(DocumentView* view);
 
 private:
     bool openFile(const QString& fileName);
-    DocumentView* viewOf(const QString& fileName) const;
     void add(DocumentView* view);
+    void addInPlaceOfUntouched(DocumentView* view);
     bool saveBy(DocumentView& view, guicommand::CommandPtr command);
 
     Session& _session;

@@ -7,7 +7,7 @@
 #include <tuple>
 
 #include "XmlErrors.h"
-#include "xml2swf/Src/quick/XmlMarks.h"
+#include "xml2swf/Src/bytes/XmlMarks.h"
 #include "xml2swf/Src/text/XmlScan.h"
 
 using namespace xml2swf;

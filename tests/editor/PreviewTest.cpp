@@ -10,11 +10,11 @@
 #include <map>
 
 #include "CommandTable.h"
+#include "DocumentTags.h"
 #include "MainWindow.h"
+#include "PreviewPane.h"
 #include "SwfUtils.h"
-#include "preview/DocumentTags.h"
-#include "preview/PreviewPane.h"
-#include "preview/TagPreview.h"
+#include "TagPreview.h"
 
 namespace {
 

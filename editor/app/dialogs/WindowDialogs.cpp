@@ -6,9 +6,9 @@
 #include <QGridLayout>
 #include <QMessageBox>
 
+#include "GotoLineDlg.h"
 #include "MovieSettingsDlg.h"
 #include "ProgressBarDialog.h"
-#include "text/GotoLineDlg.h"
 
 namespace zelk {
 

@@ -3,8 +3,8 @@
 
 #include <QWidget>
 
-#include "list/DocumentViewList.h"
-#include "text/TextEditorView.h"
+#include "DocumentViewList.h"
+#include "TextEditorView.h"
 
 class QStackedWidget;
 

@@ -6,7 +6,7 @@
 #include <QScreen>
 #include <QToolBar>
 
-#include "preview/PreviewPane.h"
+#include "PreviewPane.h"
 
 // A library's resources are linked in only when something asks for them, and not from inside a namespace.
 static void loadIcons() { Q_INIT_RESOURCE(icons); }

@@ -168,7 +168,7 @@ void AbcCodeWriter::writeCases(XmlText& out, const SwfAbcInstruction& instructio
 
 // An exception goes by the label of its handler, with a number behind it when several have the same.
 std::string_view AbcCodeWriter::catchName(uint32_t exception) {
-    _catchName = "L";
+    _catchName.assign(1, 'L');
     _catchName += formatInteger(_map.labelAt(_body->exceptions[exception].target)).view();
     if (_catchCopies[exception] > 1)
         _catchName.append("#").append(formatInteger(_catchCopies[exception]).view());

@@ -176,7 +176,7 @@ std::unique_ptr<ReadBlock> readBlock(XmlWriteContext& context, const SwfTag& tag
         warning.tagCode = tag.type;
         warning.tagName = tagName(tag.type);
         warning.path = tagPathText(context.tagPath);
-        warning.reason = "its code is shown as bytes: " + error.text();
+        warning.reason = "its code is shown as bytes: " + error.reasonInTag();
         context.warnings->add(std::move(warning));
         return nullptr;
     }

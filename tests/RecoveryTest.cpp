@@ -139,7 +139,7 @@ TEST_F(RecoveryTest, UneditedTagsKeepTheirBytes) {
                 params.text = document.text;
                 params.text.insert(params.text.rfind("</Movie>"), edit);
                 params.original = document.original;
-                const auto bytes = compileDocument(params, movie);
+                const auto bytes = compileDocument(params);
                 return std::vector<uint8_t>(bytes.data(), bytes.data() + bytes.size());
             };
             EXPECT_EQ(compiled(recovered.document), compiled(loaded.document)) << movie << " " << edit;

@@ -201,7 +201,7 @@ void RecoverySession::keep(const KeptDocument& document, std::string_view text,
         libswf::writeTextFile(utf8(folder / textName), text);
         libswf::writeTextFile(utf8(folder / infoName), infoText(kept, original));
     } catch (const libswf::SwfFileException& error) {
-        throw FileSaveException(document.fileName, error.what());
+        throw FileSaveException(document.fileName, error.problem());
     } catch (const fs::filesystem_error& error) {
         throw FileSaveException(document.fileName, error.code().message());
     }
@@ -262,7 +262,7 @@ std::string RecoverySession::text(uint32_t id) const {
     try {
         return libswf::readTextFile(name);
     } catch (const libswf::SwfFileException& error) {
-        throw FileLoadException(name, error.what());
+        throw FileLoadException(name, error.problem());
     }
 }
 

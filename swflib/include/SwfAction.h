@@ -120,13 +120,11 @@ public:
 };
 
 /// The factory: reads the next action, nested lists included. The work is linear in the bytes read, whatever they hold.
-/// - One that its class cannot give back is kept as SwfActionUnknown, with a warning, when the context says keepRaw;
-/// one
-///   whose Length passes the end of the tag's body marks the stream inexact and ends the reading.
+/// - One that its class cannot give back is kept as SwfActionUnknown, with a warning, when the context says keepRaw.
+///   One whose Length passes the end of the tag's body then marks the stream inexact and ends the reading.
 /// - Without keepRaw the classes read their fields whatever Length says: texts end with the tag's body at the latest,
-/// and
-///   the last action may pass it. The next action stands where Length says. Actions that together read the body more
-///   than 16 times over in this way throw SwfException code 3.
+///   and the last action may pass it. The next action stands where Length says. Actions that together read more than
+///   the body again in this way (and more than 1 KB) throw SwfException code 3.
 /// - Lists nested deeper than SwfContext::maxDepth are kept raw in either case.
 std::unique_ptr<SwfAction> readAction(SwfIStream& stream);
 

@@ -69,7 +69,7 @@ public:
     enum class Stop : uint8_t { atEndAction, atEnd, afterOne };
 
     explicit ActionReader(SwfIStream& stream)
-        : _stream(stream), _mostReadAgain(16 * std::max<uint64_t>(stream.context.tagSize, stream.bodyLeft())) {}
+        : _stream(stream), _mostReadAgain(std::max<uint64_t>({1024, stream.context.tagSize, stream.bodyLeft()})) {}
 
     void read(uint64_t end, Stop stop) {
         bool done = false;

@@ -8,6 +8,8 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "CaseFlags.h"
+
 namespace {
 
 std::string_view trimmed(std::string_view text) {
@@ -60,6 +62,21 @@ bool readValue(CaseFile& file, std::string_view keyword, std::string_view value)
     return true;
 }
 
+// "<a/>*3" stands for three elements.
+std::string repeatedElements(std::string_view text) {
+    std::string result;
+    for (size_t star; (star = text.find(">*")) != text.npos;) {
+        const size_t end = std::min(text.find_first_not_of("0123456789", star + 2), text.size());
+        const size_t start = text.rfind('<', star);
+        const uint32_t times = number(text.substr(star + 2, end - star - 2), 1 << 16);
+        result += text.substr(0, start);
+        for (uint32_t i = 0; i < times; ++i)
+            result += text.substr(start, star + 1 - start);
+        text.remove_prefix(end);
+    }
+    return result + std::string(text);
+}
+
 bool readSection(CaseFile& file, std::string_view keyword, const std::string& content) {
     if (keyword == "before")
         file.before = hexBytes(content);
@@ -69,10 +86,12 @@ bool readSection(CaseFile& file, std::string_view keyword, const std::string& co
         file.rewritten = hexBytes(content);
     else if (keyword == "resaved")
         file.resaved = hexBytes(content);
+    else if (keyword == "written")
+        file.rewritten = file.resaved = hexBytes(content);
     else if (keyword == "xml")
-        file.xml = content;
+        file.xml = repeatedElements(content);
     else if (keyword == "accepts")
-        file.accepts.push_back(content);
+        file.accepts.push_back(repeatedElements(content));
     else
         return false;
     return true;
@@ -127,10 +146,10 @@ Bytes hexBytes(std::string_view text) {
     return bytes;
 }
 
-CaseFile parseCase(const std::filesystem::path& path) {
+static CaseFile parseCase(const std::filesystem::path& path, const std::string& text) {
     CaseFile file;
     file.path = path;
-    std::ifstream in(path, std::ios::binary);
+    std::istringstream in(text);
     size_t row = 0, sectionRow = 0;
     std::string keyword, content, line;
     auto endSection = [&] {
@@ -168,6 +187,17 @@ CaseFile parseCase(const std::filesystem::path& path) {
         throw std::runtime_error(path.string() + ":" + std::to_string(row) + ": " + error.what());
     }
     return file;
+}
+
+std::vector<CaseFile> parseCases(const std::filesystem::path& path) {
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    std::vector<CaseFile> files;
+    for (const FlagCase& flagCase : casesOfFlags(text.str())) {
+        files.push_back(parseCase(path, flagCase.text));
+        files.back().flags = flagCase.flags;
+    }
+    return files;
 }
 
 std::vector<std::filesystem::path> findCases(const std::filesystem::path& folder) {

@@ -14,6 +14,7 @@ struct CaseFile {
     enum class Fails { never, read, write, xml };
 
     std::filesystem::path path;
+    uint32_t flags = 0; ///< the one that this case shows
     uint16_t tag = 0;
     uint8_t version = 8;
     bool fullForm = false;
@@ -33,8 +34,8 @@ struct CaseFile {
     const Bytes& saved() const { return resaved ? *resaved : *body; }
 };
 
-/// Throws std::runtime_error "<file>:<line>: ...".
-CaseFile parseCase(const std::filesystem::path& path);
+/// The cases in a file: one, or one for each flag that it asks for. Throws std::runtime_error "<file>:<line>: ...".
+std::vector<CaseFile> parseCases(const std::filesystem::path& path);
 
 /// Every case file under `folder`, sorted.
 std::vector<std::filesystem::path> findCases(const std::filesystem::path& folder);

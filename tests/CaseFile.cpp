@@ -53,6 +53,8 @@ bool readValue(CaseFile& file, std::string_view keyword, std::string_view value)
         file.keepRaw = true;
     else if (keyword == "padded")
         file.padded = true;
+    else if (keyword == "kept")
+        file.kept = value;
     else if (keyword == "warns")
         file.warns.emplace_back(value);
     else if (keyword == "fails")

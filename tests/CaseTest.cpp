@@ -263,6 +263,22 @@ protected:
         }
     }
 
+    // Where nothing may be lost the tag is bytes, which come back through XML.
+    void keepWhole() {
+        SwfWarnings warnings;
+        SwfMovieSafe movie;
+        bench->loadBody(movie, *file.body, true, &warnings);
+        ASSERT_EQ(movie.tags.count(), bench->tagsBefore() + 1);
+        const std::string text = bench->elementText(movie, &warnings, true);
+        EXPECT_TRUE(text.starts_with("<Unknown TagType=\"" + std::to_string(file.tag) + "\"")) << text;
+        EXPECT_NE(allTexts(warnings).find(*file.kept), std::string::npos) << allTexts(warnings);
+        for (const Record& record :
+             {writeLast(movie.tags.tags(), file, bench->tagsBefore(), nullptr), bench->compile(text, nullptr)}) {
+            EXPECT_EQ(record.code, file.tag);
+            EXPECT_EQ(hexDiff(*file.body, record.body), "") << "kept whole";
+        }
+    }
+
     void readXml() {
         SwfWarnings warnings;
         check("xml compiled", bench->compile(*file.xml, &warnings), file.compiled());
@@ -366,9 +382,12 @@ void CaseTest::hold(const CaseFile& each) {
     case CaseFile::Fails::never: break;
     }
     if (file.body) {
-        readBody();
+        if (!file.kept || !file.keepRaw) // else bytes alone can be kept
+            readBody();
         truncate();
     }
+    if (file.kept)
+        keepWhole();
     if (file.xml)
         readXml();
     checkWarnings();

@@ -306,6 +306,61 @@ TEST_F(WindowTest, RecentFilesAndWindowStateOutliveTheWindow) {
     EXPECT_EQ(window->recentFiles().files(), std::vector<std::string>{path("a & b.xml")});
 }
 
+// Chooses a kind of file as by the mouse, and a name.
+void enterName(QWidget& dialog, int kind, const QString& name) {
+    auto* box = dialog.findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
+    box->setCurrentIndex(kind);
+    Q_EMIT box->activated(kind);
+    auto* field = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    field->setText(name);
+    QTest::keyClick(field, Qt::Key_Return);
+}
+
+TEST_F(WindowTest, NamesInSaveAsGetTheSuffixOfTheirKind) {
+    const QString folderName = folder.path() + u'/';
+    const struct {
+        int kind;
+        const char *typed, *saved;
+    } cases[] = {{0, "new1", "new1.swf"},      {2, "new1", "new1.xml"},     {0, "movie.v2", "movie.v2.swf"},
+                 {2, "dot.", "dot.xml"},       {0, "text.xml", "text.xml"}, {2, "a.SWF", "a.SWF"},
+                 {2, ".hidden", ".hidden.xml"}};
+    for (const auto& c : cases) {
+        answers.add([&](QWidget& dialog) { enterName(dialog, c.kind, folderName + QString::fromUtf8(c.typed)); });
+        window->actions().action(CommandId::saveAs)->trigger();
+        EXPECT_EQ(window->tabs().current()->document().fileName, path(c.saved)) << c.typed;
+        EXPECT_TRUE(fs::exists(path(c.saved)));
+    }
+    const std::string last = window->tabs().current()->document().fileName;
+    for (auto answer : {QMessageBox::No, QMessageBox::Yes}) {
+        answers.add([&](QWidget& dialog) { enterName(dialog, 0, folderName + QStringLiteral("new1")); });
+        answers.addButton(answer, QStringLiteral("new1.swf already exists."));
+        if (answer == QMessageBox::No)
+            answers.add([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }); // It asks again.
+        window->actions().action(CommandId::saveAs)->trigger();
+        EXPECT_EQ(window->tabs().current()->document().fileName, answer == QMessageBox::No ? last : path("new1.swf"));
+    }
+}
+
+TEST_F(WindowTest, KindsOfFileStandInTheDialogsByTheirNames) {
+    const QStringList kinds = {QStringLiteral("Swf  File (*.swf)"), QStringLiteral("Zelk File (*.zelk)"),
+                               QStringLiteral("Xml File (*.xml)")};
+    const auto expect = [this](const QStringList& expected) {
+        answers.add([expected](QWidget& dialog) {
+            const auto* box = dialog.findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
+            QStringList shown;
+            for (int i = 0; i < box->count(); ++i)
+                shown.append(box->itemText(i));
+            EXPECT_EQ(shown, expected);
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+        });
+    };
+    expect(kinds);
+    window->actions().action(CommandId::saveAs)->trigger();
+    expect(QStringList(QStringLiteral("Compatible Files (*.swf;*.zelk;*.xml)")) + kinds
+           << QStringLiteral("All Files (*)"));
+    window->actions().action(CommandId::fileOpen)->trigger();
+}
+
 TEST_F(WindowTest, AJobShowsItsProgressAndStopsWhenAsked) {
     ThreadParams params;
     ProgressBarDialog dialog(window.get(), QStringLiteral("Working"), params);

@@ -1,11 +1,13 @@
 #include "WindowDialogs.h"
 
-#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QMessageBox>
 
+#include <algorithm>
+
+#include "FileDialog.h"
 #include "GotoLineDlg.h"
 #include "MovieSettingsDlg.h"
 #include "ProgressBarDialog.h"
@@ -16,25 +18,14 @@ namespace {
 
 QString text(const char* utf8) { return QString::fromUtf8(utf8); }
 
-// What is shown, and what Qt reads: it hides the last parentheses, in which it wants blanks between patterns.
-QString nameFilter(const char* shown, const char* patterns) {
-    return QStringLiteral("%1 (%2)").arg(text(shown), text(patterns));
+// The kinds of document, in the order of the dialogs. The two blanks of the first are meant.
+constexpr FileKind kinds[] = {FileKind::swf, FileKind::project, FileKind::xml};
+
+QList<FileDialog::Kind> shownKinds() {
+    return {{text("Swf  File (*.swf)"), text("*.swf")},
+            {text("Zelk File (*.zelk)"), text("*.zelk")},
+            {text("Xml File (*.xml)"), text("*.xml")}};
 }
-
-constexpr auto hidePatterns = QFileDialog::HideNameFilterDetails;
-
-struct Filter {
-    FileKind kind;
-    const char* shown; // The two blanks of the first are meant.
-    const char* pattern;
-
-    QString name() const { return nameFilter(shown, pattern); }
-};
-
-// In the order of the dialogs.
-constexpr Filter filters[] = {{FileKind::swf, "Swf  File (*.swf)", "*.swf"},
-                              {FileKind::project, "Zelk File (*.zelk)", "*.zelk"},
-                              {FileKind::xml, "Xml File (*.xml)", "*.xml"}};
 
 // A box is as wide as its text, and its title is cut when that is short. The window system draws the title in a font of
 // its own and puts buttons beside it.
@@ -60,46 +51,31 @@ void showBox(QWidget* parent, QMessageBox::Icon icon, const Message& message, co
 } // namespace
 
 QStringList WindowDialogs::chooseFilesToOpen(const QString& folder) {
-    QStringList names = {nameFilter("Compatible Files (*.swf;*.zelk;*.xml)", "*.swf *.zelk *.xml")};
-    for (const Filter& filter : filters)
-        names.append(filter.name());
-    names.append(QObject::tr("All Files (*)")); // backups among them
-    return QFileDialog::getOpenFileNames(_parent, QObject::tr("Open"), folder, names.join(QStringLiteral(";;")),
-                                         nullptr, hidePatterns);
+    QList<FileDialog::Kind> all = shownKinds();
+    all.prepend({text("Compatible Files (*.swf;*.zelk;*.xml)"), text("*.swf *.zelk *.xml")});
+    all.append({QObject::tr("All Files (*)"), text("*")}); // backups among them
+    FileDialog dialog(_parent, QObject::tr("Open"), all);
+    dialog.setFileMode(QFileDialog::ExistingFiles);
+    if (!folder.isEmpty())
+        dialog.setDirectory(folder);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles() : QStringList();
 }
 
 std::optional<std::string> WindowDialogs::chooseFileToSave(const std::string& proposal) {
-    QFileDialog dialog(_parent, QObject::tr("Save As"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setOption(hidePatterns);
-    QStringList names;
-    for (const Filter& filter : filters)
-        names.append(filter.name());
-    dialog.setNameFilters(names);
-    const auto showSuffix = [&dialog] {
-        for (const Filter& filter : filters) {
-            if (dialog.selectedNameFilter() == filter.name())
-                dialog.setDefaultSuffix(QString::fromLatin1(extensionOf(filter.kind)));
-        }
-    };
-    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, showSuffix);
-    for (const Filter& filter : filters) {
-        if (filter.kind == fileKind(proposal))
-            dialog.selectNameFilter(filter.name());
-    }
-    showSuffix();
+    FileDialog dialog(_parent, QObject::tr("Save As"), shownKinds());
+    const auto kind = std::ranges::find(kinds, fileKind(proposal));
+    dialog.selectKind(kind == std::end(kinds) ? 0 : kind - kinds);
     const QFileInfo proposed(QString::fromStdString(proposal));
     if (proposed.isAbsolute())
         dialog.setDirectory(proposed.absolutePath());
     dialog.selectFile(proposed.fileName());
-    while (dialog.exec() == QDialog::Accepted) {
-        const std::string name = dialog.selectedFiles().value(0).toStdString();
-        if (fileKind(name))
-            return name;
-        report({message(MessageCode::cannotSave),
-                QObject::tr("The name has to end in .swf, .zelk or .xml.").toStdString()});
-    }
-    return std::nullopt;
+    const auto name = dialog.askWhereToSave([](const QString& typed, qsizetype kind) {
+        if (fileKind(typed.toStdString()))
+            return typed;
+        const QString extension = QString::fromLatin1(extensionOf(kinds[kind]));
+        return typed.endsWith(u'.') ? typed + extension : typed + u'.' + extension;
+    });
+    return name ? std::optional(name->toStdString()) : std::nullopt;
 }
 
 void WindowDialogs::setPayloadFolder(const Document& document) {
@@ -109,13 +85,20 @@ void WindowDialogs::setPayloadFolder(const Document& document) {
 
 std::optional<std::string> WindowDialogs::chooseFileToExport(const std::string& proposal) {
     const QString suffix = QFileInfo(QString::fromStdString(proposal)).suffix();
-    const QString name = QFileDialog::getSaveFileName(
-        _parent, QObject::tr("Export Payload"), QDir(_payloadFolder).filePath(QString::fromStdString(proposal)),
-        QObject::tr("%1 File (*.%2);;All Files (*)").arg(suffix.toUpper(), suffix));
-    if (name.isEmpty())
+    FileDialog dialog(_parent, QObject::tr("Export Payload"),
+                      {{QObject::tr("%1 File (*.%2)").arg(suffix.toUpper(), suffix), QStringLiteral("*.") + suffix},
+                       {QObject::tr("All Files (*)"), QStringLiteral("*")}});
+    if (!_payloadFolder.isEmpty())
+        dialog.setDirectory(_payloadFolder);
+    dialog.selectFile(QString::fromStdString(proposal));
+    const auto name = dialog.askWhereToSave([&suffix](const QString& typed, qsizetype kind) {
+        const bool isWhole = kind != 0 || !QFileInfo(typed).suffix().isEmpty();
+        return isWhole ? typed : typed + u'.' + suffix;
+    });
+    if (!name)
         return std::nullopt;
-    _payloadFolder = QFileInfo(name).absolutePath();
-    return name.toStdString();
+    _payloadFolder = QFileInfo(*name).absolutePath();
+    return name->toStdString();
 }
 
 std::optional<std::string> WindowDialogs::chooseFileToImport(const std::vector<std::string>& kinds) {

@@ -142,6 +142,14 @@ TEST(RecentFiles, LimitsAndOrder) {
                        {"Document16", "old"}};
     FilesRecentList list(settings);
     EXPECT_EQ(list.files(), (std::vector<std::string>{"a", "c"}));
+    std::string cyrillic;
+    for (int i = 0; i < 259; ++i)
+        cyrillic += "\u044B";
+    list.add(cyrillic);
+    list.add(cyrillic + "\u044B");
+    EXPECT_EQ(list.files(), (std::vector<std::string>{cyrillic, "a", "c"}));
+    EXPECT_EQ(FilesRecentList(settings).files(), list.files());
+    list.remove(cyrillic);
     list.add("c");
     list.add(std::string(260, 'd'));
     list.add(std::string(259, 'e'));

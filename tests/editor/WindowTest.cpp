@@ -62,6 +62,7 @@ TEST_F(WindowTest, AMovieIsOpenedEditedCheckedAndSavedByKeys) {
     EXPECT_EQ(window->tabs().count(), 3);
     EXPECT_TRUE(window->openFiles({QString::fromStdString(path("saved.xml"))}));
     EXPECT_EQ(window->tabs().count(), 3) << "a file is opened once";
+    EXPECT_EQ(window->recentFiles().files().front(), path("saved.xml"));
     EXPECT_EQ(window->tabs().currentIndex(), 0);
 }
 

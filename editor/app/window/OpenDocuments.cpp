@@ -41,6 +41,7 @@ bool OpenDocuments::open(const QStringList& fileNames) {
 bool OpenDocuments::openFile(const QString& fileName) {
     const QString name = QFileInfo(fileName).absoluteFilePath();
     if (DocumentView* view = viewOf(name)) {
+        _recentFiles.add(view->document().fileName);
         _tabs.setCurrentWidget(view);
         return true;
     }

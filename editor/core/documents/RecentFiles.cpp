@@ -9,6 +9,12 @@ namespace {
 
 constexpr const char* countKey = "DocumentCount";
 
+// UTF-8: bytes that begin no character are not counted.
+bool isTooLong(std::string_view name) {
+    const auto begins = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; };
+    return static_cast<size_t>(std::ranges::count_if(name, begins)) > FilesRecentList::longestName;
+}
+
 std::string entryKey(size_t number) { return "Document" + std::to_string(number); }
 
 uint32_t limitFrom(const std::optional<std::string>& text) {
@@ -24,13 +30,13 @@ FilesRecentList::FilesRecentList(ISettings& settings)
     : _settings(settings), _limit(limitFrom(settings.value(countKey))) {
     for (size_t i = 1; i <= _limit; ++i) {
         const std::optional<std::string> name = settings.value(entryKey(i));
-        if (name && !name->empty() && name->size() <= longestName)
+        if (name && !name->empty() && !isTooLong(*name))
             _files.push_back(*name);
     }
 }
 
 void FilesRecentList::add(const std::string& fileName) {
-    if (fileName.size() > longestName)
+    if (isTooLong(fileName))
         return;
     std::erase(_files, fileName);
     _files.insert(_files.begin(), fileName);

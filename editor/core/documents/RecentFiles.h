@@ -31,7 +31,7 @@ public:
 class FilesRecentList : public IFileHistory {
 public:
     static constexpr uint32_t fewest = 2, most = 16; ///< bounds of "DocumentCount"
-    static constexpr size_t longestName = 259;       ///< in bytes; longer ones are not kept
+    static constexpr size_t longestName = 259;       ///< in characters; longer ones are not kept
 
     explicit FilesRecentList(ISettings& settings);
 

@@ -5,6 +5,10 @@
 #include <QWebEngineUrlRequestJob>
 #include <QWebEngineUrlScheme>
 
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
+
 namespace zelk {
 
 namespace {
@@ -29,6 +33,18 @@ void setEngineFlags() {
     const char variable[] = "QTWEBENGINE_CHROMIUM_FLAGS";
     if (!qEnvironmentVariableIsSet(variable) && hasDisplay(qEnvironmentVariable("QT_QPA_PLATFORM")))
         qputenv(variable, "--ignore-gpu-blocklist");
+}
+
+QString engineRefusal() {
+#ifdef Q_OS_UNIX
+    const bool hasSandbox =
+        !qEnvironmentVariableIsSet("QTWEBENGINE_DISABLE_SANDBOX") &&
+        !qEnvironmentVariable("QTWEBENGINE_CHROMIUM_FLAGS").contains(QStringLiteral("--no-sandbox"));
+    if (hasSandbox && geteuid() == 0)
+        return QObject::tr("The player does not run as root, for whom its engine has no sandbox. Start Zelk as another "
+                           "user, or set QTWEBENGINE_DISABLE_SANDBOX=1 to play without one.");
+#endif
+    return {};
 }
 
 void PlayerSchemeHandler::requestStarted(QWebEngineUrlRequestJob* job) {

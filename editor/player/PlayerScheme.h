@@ -13,6 +13,8 @@ void registerPlayerScheme();
 /// Lets the engine draw by OpenGL where there is a display, whatever it thinks of the driver: without, a movie loses
 /// its filters and bitmaps. Leaves what the user has set for QTWEBENGINE_CHROMIUM_FLAGS.
 void setEngineFlags();
+/// Why the engine would end the program instead of starting; empty when nothing is known against it.
+QString engineRefusal();
 
 class PlayerSchemeHandler : public QWebEngineUrlSchemeHandler {
     Q_OBJECT

@@ -67,6 +67,9 @@ int main(int argc, char** argv) {
     if (package.isEmpty())
         return fail(zelk::PlayerStatus::noPlayer, QObject::tr("The files of Ruffle are not installed."));
 
+    if (const QString refusal = zelk::engineRefusal(); !refusal.isEmpty())
+        return fail(zelk::PlayerStatus::cannotPlay, refusal);
+
     applySavedTheme();
     zelk::PlayerWindow window(QFileInfo(arguments.movie).absoluteFilePath(), package, arguments.size);
     QObject::connect(&window, &zelk::PlayerWindow::failed, &window, [&window](const QString& reason) {

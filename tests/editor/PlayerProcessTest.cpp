@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include "Exceptions.h"
+#include "Messages.h"
 #include "PlayerProcess.h"
 #include "RequestQueue.h"
 
@@ -54,6 +55,53 @@ TEST(PlayerCommand, TheSettingsChooseThePlayer) {
     EXPECT_THROW(play(command, QStringLiteral("/none/such %1")), NoPlayerException);
     play(command, QStringLiteral("cp %1 \"%2\"").arg(QStringLiteral("%1"), copy));
     EXPECT_TRUE(QTest::qWaitFor([&] { return QFileInfo(copy).size() == 7; }, 30'000));
+}
+
+// What a player that cannot play writes and returns, and what the user is told of it.
+TEST(PlayerCommand, TheReasonComesFromThePlayer) {
+    const struct {
+        const char* script;
+        MessageCode code;
+        const char* reason;
+    } cases[] = {
+        {"echo 'No movie.'; exit 3", MessageCode::cannotPlay, "No movie."},
+        {"echo 'No package.'; exit 4", MessageCode::noPlayer, "No package."},
+        {"echo 'a library is missing' >&2; exit 127", MessageCode::noPlayer, "a library is missing"},
+        {"echo '[7:7:1125/2:ERROR:a.cc(90)] As root.' >&2; exit 1", MessageCode::cannotPlay, "As root."},
+        {"printf 'first\n[7:FATAL] No GPU.\n#0 0x7f\n\n' >&2; kill -ABRT $$", MessageCode::cannotPlay,
+         "The player broke down. No GPU."},
+        {"kill -SEGV $$", MessageCode::cannotPlay, "The player broke down."},
+        {"seq 2000 >&2; echo last >&2; exit 1", MessageCode::cannotPlay, "last"},
+    };
+    const QTemporaryDir folder;
+    const QString program = folder.filePath(QStringLiteral("player"));
+    QSettings settings(folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
+    RequestQueue requests;
+    PlayerProcess player(settings, requests, program);
+    const auto play = [&](const char* script) {
+        QFile file(program);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(QByteArray("#!/bin/sh\n") + script + "\n");
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        file.close();
+        std::optional<std::exception_ptr> result;
+        player.play("movie.swf", 0, 0, [&result](const std::exception_ptr& failure) { result = failure; });
+        EXPECT_TRUE(QTest::qWaitFor([&result] { return result.has_value(); }, 30'000));
+        return result.value_or(nullptr);
+    };
+    EXPECT_THROW(player.play("movie.swf", 0, 0, {}), NoPlayerException) << "there is no such program yet";
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.script);
+        const std::exception_ptr failure = play(c.script);
+        ASSERT_TRUE(failure);
+        try {
+            std::rethrow_exception(failure);
+        } catch (...) {
+            EXPECT_EQ(describeFailure().message, message(c.code));
+            EXPECT_EQ(describeFailure().reason, c.reason);
+        }
+    }
+    EXPECT_FALSE(play("echo 'only a warning' >&2; exit 0"));
 }
 
 } // namespace

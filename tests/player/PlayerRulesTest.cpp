@@ -8,6 +8,10 @@
 #include "PlayerFiles.h"
 #include "PlayerScheme.h"
 
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
+
 namespace {
 
 using namespace zelk;
@@ -89,5 +93,26 @@ TEST(PlayerEngine, FlagsDependOnTheDisplay) {
     qputenv("DISPLAY", display);
     qputenv(variable, flags);
 }
+
+#ifdef Q_OS_UNIX
+TEST(PlayerEngine, RootNeedsToGoWithoutASandbox) {
+    const struct {
+        const char *sandbox, *flags; // null when it is not set
+        bool isRefused;              // to root
+    } cases[] = {
+        {nullptr, nullptr, true}, {"1", nullptr, false}, {nullptr, "--a --no-sandbox", false}, {nullptr, "--a", true}};
+    const QByteArray sandbox = qgetenv("QTWEBENGINE_DISABLE_SANDBOX"), flags = qgetenv("QTWEBENGINE_CHROMIUM_FLAGS");
+    const auto set = [](const char* name, const char* value) {
+        value == nullptr ? qunsetenv(name) : qputenv(name, value);
+    };
+    for (const auto& c : cases) {
+        set("QTWEBENGINE_DISABLE_SANDBOX", c.sandbox);
+        set("QTWEBENGINE_CHROMIUM_FLAGS", c.flags);
+        EXPECT_EQ(!engineRefusal().isEmpty(), c.isRefused && geteuid() == 0) << (c.flags == nullptr ? "" : c.flags);
+    }
+    set("QTWEBENGINE_DISABLE_SANDBOX", sandbox.isNull() ? nullptr : sandbox.constData());
+    set("QTWEBENGINE_CHROMIUM_FLAGS", flags.isNull() ? nullptr : flags.constData());
+}
+#endif
 
 } // namespace

@@ -4,6 +4,10 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <cstdio>
 
 #include "Exceptions.h"
 #include "PlayerStatus.h"
@@ -13,21 +17,45 @@ namespace zelk {
 
 namespace {
 
-// What the process that has ended failed with, if it did.
-std::exception_ptr failureOf(QProcess& process) {
-    const std::string reason = QString::fromUtf8(process.readAllStandardOutput().left(1000)).trimmed().toStdString();
+constexpr int notLoaded = 127;             // exit status of a program that lacks a library
+constexpr qsizetype mostComplaints = 4096; // bytes of standard error that are kept
+
+// The last line that says something: behind it may stand where in the code the engine broke down, before its text which
+// process and when.
+QString lastComplaint(const QByteArray& complaints) {
+    static const QRegularExpression origin(QStringLiteral("^\\[[^\\]]*\\]\\s*"));
+    const QStringList lines = QString::fromUtf8(complaints).split(u'\n');
+    const auto saysSomething = [](const QString& line) { return !line.trimmed().isEmpty() && !line.startsWith(u'#'); };
+    const auto found = std::find_if(lines.rbegin(), lines.rend(), saysSomething);
+    return found == lines.rend() ? QString() : QString(*found).remove(origin).trimmed();
+}
+
+template <class Exception>
+std::exception_ptr failure(const QString& reason) {
+    return std::make_exception_ptr(Exception(reason.toStdString()));
+}
+
+// What the process that has ended failed with, if it did. `complaint` is what it wrote about it on standard error.
+std::exception_ptr failureOf(QProcess& process, const QString& complaint) {
     if (process.error() == QProcess::FailedToStart)
-        return std::make_exception_ptr(NoPlayerException(process.errorString().toStdString()));
+        return failure<NoPlayerException>(process.errorString());
     if (process.exitStatus() == QProcess::CrashExit)
-        return std::make_exception_ptr(PlayerException(PlayerProcess::tr("The player broke down.").toStdString()));
+        return failure<PlayerException>(PlayerProcess::tr("The player broke down. %1").arg(complaint).trimmed());
+    const QString reason = QString::fromUtf8(process.readAllStandardOutput().left(1000)).trimmed();
     switch (process.exitCode()) {
     case PlayerStatus::closed: return nullptr;
-    case PlayerStatus::noPlayer: return std::make_exception_ptr(NoPlayerException(reason));
-    default: return std::make_exception_ptr(PlayerException(reason));
+    case PlayerStatus::noPlayer: return failure<NoPlayerException>(reason);
+    case PlayerStatus::cannotPlay: return failure<PlayerException>(reason);
+    case notLoaded: return failure<NoPlayerException>(complaint);
+    default: return failure<PlayerException>(complaint);
     }
 }
 
 } // namespace
+
+QString PlayerProcess::besideTheEditor() {
+    return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("zelk-player"));
+}
 
 PlayerProcess::~PlayerProcess() {
     for (auto* process : findChildren<QProcess*>()) {
@@ -62,15 +90,22 @@ void PlayerProcess::startCommand(const QString& command, const QString& movie) {
 }
 
 void PlayerProcess::startOwn(const QString& movie, int width, int height, const Ended& ended) {
-    const QString program = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("zelk-player"));
-    if (!QFileInfo(program).isExecutable())
+    if (!QFileInfo(_program).isExecutable())
         throw NoPlayerException(tr("This Zelk was built without a player.").toStdString());
     auto* process = new QProcess(this);
-    process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    const auto end = [this, process, ended] {
+    // Its complaints go where the editor's own go; the last one may be the reason for its end.
+    const auto complaints = std::make_shared<QByteArray>();
+    const auto readComplaints = [process, complaints] {
+        const QByteArray read = process->readAllStandardError();
+        std::fwrite(read.data(), 1, static_cast<size_t>(read.size()), stderr);
+        *complaints = (*complaints + read).right(mostComplaints);
+    };
+    connect(process, &QProcess::readyReadStandardError, this, readComplaints);
+    const auto end = [this, process, ended, complaints, readComplaints] {
+        readComplaints();
         process->disconnect();
         process->deleteLater();
-        _requests.add(this, [ended, failure = failureOf(*process)] { ended(failure); });
+        _requests.add(this, [ended, failure = failureOf(*process, lastComplaint(*complaints))] { ended(failure); });
     };
     connect(process, &QProcess::finished, this, end);
     connect(process, &QProcess::errorOccurred, this, [end](QProcess::ProcessError error) {
@@ -79,7 +114,7 @@ void PlayerProcess::startOwn(const QString& movie, int width, int height, const 
     });
     QStringList arguments = {QStringLiteral("--width"), QString::number(width), QStringLiteral("--height"),
                              QString::number(height),   QStringLiteral("--"),   movie};
-    process->start(program, arguments, QIODevice::ReadOnly);
+    process->start(_program, arguments, QIODevice::ReadOnly);
 }
 
 QStringList playerCommand(const QString& command, const QString& movie) {

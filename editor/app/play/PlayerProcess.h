@@ -15,19 +15,22 @@ class RequestQueue;
 class PlayerProcess : public QObject, public IPlayer {
     Q_OBJECT
 public:
-    /// The settings and the queue outlive it.
-    PlayerProcess(QSettings& settings, RequestQueue& requests) : _settings(settings), _requests(requests) {}
+    /// The settings and the queue outlive it. `program` is the player that belongs to the editor.
+    PlayerProcess(QSettings& settings, RequestQueue& requests, QString program = besideTheEditor())
+        : _settings(settings), _requests(requests), _program(std::move(program)) {}
     /// Ends the players of the editor.
     ~PlayerProcess() override;
 
     void play(const std::string& fileName, int width, int height, Ended ended) override;
 
 private:
+    static QString besideTheEditor();
     void startOwn(const QString& movie, int width, int height, const Ended& ended);
     void startCommand(const QString& command, const QString& movie);
 
     QSettings& _settings;
     RequestQueue& _requests; // through which it tells how a player ended
+    const QString _program;
 };
 
 /// The program and its arguments. "%1" stands for the movie, which comes last when the command does not name it; quotes

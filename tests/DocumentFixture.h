@@ -20,7 +20,9 @@ public:
     std::vector<MovieSettings> shownSettings;
     std::vector<Failure> failures;
     std::vector<Message> messages;
-    bool cancelsJobs = false, replacesChanged = false;
+    bool cancelsJobs = false, cancelsLate = false; ///< before they begin, after they have ended
+    bool replacesChanged = false;
+    int position = 0; ///< of the last job's progress at its end
     int replaceQuestions = 0;
 
     std::optional<std::string> chooseFileToSave(const std::string& name) override {
@@ -44,13 +46,16 @@ public:
     }
     void report(const Failure& failure) override { failures.push_back(failure); }
     void inform(const Message& message) override { messages.push_back(message); }
-    void runJob(const std::string&, ThreadParams& params, std::function<void()> work) override {
+    void runJob(const std::string&, ThreadParams& params, JobWork work) override {
         if (cancelsJobs)
             params.progress.cancel();
-        Worker worker(params, std::move(work));
+        Worker worker(params, work);
         while (!worker.hasEnded())
             std::this_thread::yield();
         worker.finish();
+        position = params.progress.position();
+        if (cancelsLate)
+            params.progress.cancel();
     }
     std::string proposal;
 };

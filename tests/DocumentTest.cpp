@@ -240,6 +240,28 @@ TEST_F(DocumentTest, ACancelledJobChangesNothing) {
     EXPECT_TRUE(user.failures.empty());
 }
 
+TEST_F(DocumentTest, ACheckReportsProgressAndSaysNothingOnceItIsCancelled) {
+    std::string lines;
+    for (int i = 0; i < 4000; ++i)
+        lines += "<ShowFrame />\n";
+    CheckXmlCmd check(session, view);
+    view.content = "<Movie>" + lines + "</Movie>";
+    EXPECT_TRUE(runCommand(session, check, &view));
+    EXPECT_GE(user.position, 50);
+    EXPECT_EQ(user.messages.size(), 1u);
+    const std::string texts[] = {view.content, "<Movie>" + lines + "<b></Movie>", "<Movie><b></Movie>", ""};
+    for (const std::string& text : texts) {
+        view.content = text;
+        for (bool isLate : {false, true}) {
+            user.cancelsLate = isLate && text.find("<b>") == text.npos; // An error that was found is told.
+            user.cancelsJobs = !user.cancelsLate;
+            EXPECT_FALSE(runCommand(session, check, &view));
+        }
+    }
+    EXPECT_EQ(user.messages.size(), 1u);
+    EXPECT_TRUE(user.failures.empty());
+}
+
 TEST_F(DocumentTest, SaveAsRenamesOnlyWhenItWorks) {
     Document document = newDocument(session.names);
     const std::string text = document.text;

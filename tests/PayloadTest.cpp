@@ -84,7 +84,7 @@ public:
     std::optional<zelk::MovieSettings> askForMovieSettings(const zelk::MovieSettings&) override { return std::nullopt; }
     void report(const zelk::Failure& failure) override { failures.push_back(failure); }
     void inform(const zelk::Message& message) override { messages.push_back(message); }
-    void runJob(const std::string&, zelk::ThreadParams&, std::function<void()> work) override { work(); }
+    void runJob(const std::string&, zelk::ThreadParams& params, zelk::JobWork work) override { work(params); }
 };
 
 TEST(PayloadInText, IsThatOfTheTagAtThePlace) {

@@ -103,7 +103,7 @@ public:
     std::optional<MovieSettings> askForMovieSettings(const MovieSettings&) override { return {}; }
     void report(const Failure& failure) override { failures.push_back(failure); }
     void inform(const Message&) override {}
-    void runJob(const std::string&, ThreadParams&, std::function<void()> work) override { work(); }
+    void runJob(const std::string&, ThreadParams& params, JobWork work) override { work(params); }
 };
 
 class TagListTest : public testing::Test {

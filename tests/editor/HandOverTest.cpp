@@ -216,19 +216,20 @@ TEST_F(HandOverTest, NothingOpensWhileAMenuIsOpen) {
 
 TEST_F(HandOverTest, NothingOpensOrClosesDuringAJob) {
     libswf::writeTextFile(path("handed.xml"), "<Movie/>");
-    std::atomic<bool> mayEnd = false;
-    ThreadParams params;
+    struct WaitParams : ThreadParams {
+        std::atomic<bool> mayEnd = false;
+    } params;
     QTimer::singleShot(30, window.get(), [&] { // before the dialog of the job appears, and on until after
         start({QStringLiteral("handed.xml")});
         EXPECT_FALSE(window->close());
         runUntil([clock = QDeadlineTimer(400)] { return clock.hasExpired(); });
         EXPECT_EQ(window->tabs().count(), 1);
         EXPECT_TRUE(window->isVisible());
-        mayEnd = true;
+        params.mayEnd = true;
     });
     inLoop([&] {
-        ProgressBarDialog(window.get(), QStringLiteral("Working"), params).run([&mayEnd] {
-            while (!mayEnd)
+        ProgressBarDialog(window.get(), QStringLiteral("Working"), params).run([](ThreadParams& all) {
+            while (!static_cast<WaitParams&>(all).mayEnd)
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
         });
         EXPECT_TRUE(window->isVisible());

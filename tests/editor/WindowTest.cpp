@@ -375,7 +375,7 @@ TEST_F(WindowTest, AJobShowsItsProgressAndStopsWhenAsked) {
         EXPECT_TRUE(dialog.isVisible()) << "it stays until the work has ended";
     });
     timer.start(20);
-    EXPECT_THROW(dialog.run([&params] {
+    EXPECT_THROW(dialog.run([](ThreadParams& params) {
         for (;;) {
             params.progress.report(0.5);
             std::this_thread::sleep_for(std::chrono::milliseconds(1));

@@ -8,6 +8,8 @@
 
 namespace xml2swf {
 
+class IProgressReporter;
+
 /// A range of the text: from an element's "<" to behind its last ">".
 struct ElementSpan {
     size_t start, end;
@@ -31,7 +33,7 @@ struct XmlTagSpans {
 };
 
 /// Goes over the whole text. Throws XmlSyntaxError, with its place, when it is not well-formed.
-XmlTagSpans findTagSpans(std::string_view text);
+XmlTagSpans findTagSpans(std::string_view text, IProgressReporter* progress = nullptr);
 
 /// Position behind the markup that begins with the "<" at `start`: a tag, a comment, a CDATA section or the like. The
 /// text's end when it does not end.

@@ -29,8 +29,8 @@ ProgressBarDialog::ProgressBarDialog(QWidget* parent, const QString& title, Thre
     connect(_cancel, &QPushButton::clicked, this, &ProgressBarDialog::reject);
 }
 
-void ProgressBarDialog::run(std::function<void()> work) {
-    Worker worker(_params, std::move(work));
+void ProgressBarDialog::run(JobWork work) {
+    Worker worker(_params, work);
     waitAMoment(worker);
     if (!worker.hasEnded()) {
         QTimer timer;

@@ -19,7 +19,7 @@ public:
 
     /// Runs the work on a thread of its own and returns when it has ended. The dialog appears when that takes longer
     /// than a moment. Throws what the work threw.
-    void run(std::function<void()> work);
+    void run(JobWork work);
 
     /// Asks the job to stop; the dialog stays until it has.
     void reject() override;

@@ -173,8 +173,8 @@ void WindowDialogs::report(const Failure& failure) {
 
 void WindowDialogs::inform(const Message& message) { showBox(_parent, QMessageBox::Information, message, {}); }
 
-void WindowDialogs::runJob(const std::string& title, ThreadParams& params, std::function<void()> work) {
-    ProgressBarDialog(_parent, QString::fromStdString(title), params).run(std::move(work));
+void WindowDialogs::runJob(const std::string& title, ThreadParams& params, JobWork work) {
+    ProgressBarDialog(_parent, QString::fromStdString(title), params).run(work);
 }
 
 } // namespace zelk

@@ -29,7 +29,7 @@ public:
     std::optional<MovieSettings> askForMovieSettings(const MovieSettings& current) override;
     void report(const Failure& failure) override;
     void inform(const Message& message) override;
-    void runJob(const std::string& title, ThreadParams& params, std::function<void()> work) override;
+    void runJob(const std::string& title, ThreadParams& params, JobWork work) override;
 
 private:
     QPointer<QWidget> _parent;

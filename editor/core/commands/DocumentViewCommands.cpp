@@ -9,7 +9,7 @@ namespace zelk::guicommand::documentview {
 namespace {
 
 void runSave(Session& session, SaveParams& params) {
-    session.user.runJob("Saving " + params.fileName, params, [&params] { saveDocument(params); });
+    runJob<saveDocument>(session.user, "Saving " + params.fileName, params);
 }
 
 // What both save commands do. Gives the text away. Throws what saveDocument throws, and JobCancelled; the document
@@ -47,19 +47,34 @@ void saveText(Session& session, Document& document, const std::string& fileName)
         reportFailure(session, params.leftOut);
 }
 
+struct RecoverParams : LoadParams {
+    const RecoverySession* copies = nullptr; ///< in
+    uint32_t id = 0;                         ///< in, of one of them
+};
+
+void recover(RecoverParams& params) { params.copies->load(params.id, params); }
+
+struct PlayParams : CompileParams {
+    libswf::SwfVector<uint8_t> movie; ///< out
+};
+
+void compile(PlayParams& params) { params.movie = compileDocument(params); }
+
 } // namespace
 
 bool LoadFromFileCmd::Execute() {
     LoadParams params;
     params.fileName = _fileName;
-    _session.user.runJob("Opening " + _fileName, params, [&params] { loadDocument(params); });
+    runJob<loadDocument>(_session.user, "Opening " + _fileName, params);
     _document = std::move(params.document);
     return true;
 }
 
 bool RecoverCmd::Execute() {
-    LoadParams params;
-    _session.user.runJob("Recovering " + _kept.fileName, params, [this, &params] { _copies.load(_kept.id, params); });
+    RecoverParams params;
+    params.copies = &_copies;
+    params.id = _kept.id;
+    runJob<recover>(_session.user, "Recovering " + _kept.fileName, params);
     _document = std::move(params.document);
     if (!_document.hasFile)
         _document.fileName = _session.names.next(); // Its own name may be that of a new document.
@@ -87,15 +102,13 @@ bool SetDocAttributesCmd::Execute() {
 }
 
 bool SwfPlayCmd::Execute() {
-    CompileParams params;
+    PlayParams params;
     params.text = std::move(_document.text);
     _document.text.clear();
     params.original = _document.original;
-    libswf::SwfVector<uint8_t> movie;
-    _session.user.runJob("Compiling " + _document.fileName, params,
-                         [&] { movie = compileDocument(params); });
+    runJob<compile>(_session.user, "Compiling " + _document.fileName, params);
     _document.warnings = std::move(params.warnings);
-    playMovie(_session, movie, 0, 0);
+    playMovie(_session, params.movie, 0, 0);
     return true;
 }
 

@@ -7,14 +7,24 @@
 
 namespace zelk::guicommand::documentviewlist {
 
+namespace {
+
+struct TagListParams : ThreadParams {
+    std::string_view text;                ///< in; the user cannot change it while the job runs
+    std::shared_ptr<const TagIndex> tags; ///< out
+};
+
+void buildList(TagListParams& params) { params.tags = std::make_shared<TagIndex>(params.text, &params.progress); }
+
+} // namespace
+
 bool BuildTagListCmd::Execute() {
     if (_text.isCurrent())
         return true;
-    const std::string_view text = _text.text(); // which the user cannot change meanwhile
-    std::shared_ptr<const TagIndex> tags;
-    ThreadParams params;
-    _session.user.runJob("Listing tags", params, [&tags, text] { tags = std::make_shared<TagIndex>(text); });
-    _text.setTags(std::move(tags));
+    TagListParams params;
+    params.text = _text.text();
+    runJob<buildList>(_session.user, "Listing tags", params);
+    _text.setTags(std::move(params.tags));
     return true;
 }
 

@@ -4,6 +4,16 @@
 
 namespace zelk::guicommand::documentviewtext {
 
+namespace {
+
+struct CheckParams : ThreadParams {
+    std::string_view text; ///< in; the user cannot change it while the job runs
+};
+
+void check(CheckParams& params) { checkMovieText(params.text, &params.progress); }
+
+} // namespace
+
 bool LoadFromDocCmd::Execute() {
     _view.setText(std::move(_document.text));
     _document.text = {};
@@ -17,9 +27,10 @@ bool SaveAsDocCmd::Execute() {
 }
 
 bool CheckXmlCmd::Execute() {
-    ThreadParams params;
-    const std::string_view text = _view.text(); // The user cannot change it while the job runs.
-    _session.user.runJob("Checking", params, [text] { checkMovieText(text); });
+    CheckParams params;
+    params.text = _view.text();
+    runJob<check>(_session.user, "Checking", params);
+    params.progress.checkCancelled(); // Nobody wants to know any more, even if it was done by then.
     _session.user.inform(xmlIsCorrect());
     return true;
 }

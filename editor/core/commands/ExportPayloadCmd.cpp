@@ -9,14 +9,15 @@ namespace zelk::guicommand::documentviewtext {
 namespace {
 
 struct ExportParams : ThreadParams {
-    Payload payload;
-    std::string proposal; ///< empty when there is nothing to export
-    std::string refusal;
+    std::string_view text; ///< in; the user cannot change it while the job runs
+    size_t offset = 0;     ///< in
+    Payload payload;       ///< out
+    std::string proposal;  ///< out; empty when there is nothing to export
+    std::string refusal;   ///< out
 };
 
-// [worker thread]
-void readPayload(std::string_view text, size_t offset, ExportParams& params) {
-    const std::optional<PayloadElements> elements = payloadElementsAt(text, offset);
+void readPayload(ExportParams& params) {
+    const std::optional<PayloadElements> elements = payloadElementsAt(params.text, params.offset);
     if (!elements) {
         params.refusal = "there is no tag at this place";
         return;
@@ -34,8 +35,9 @@ void readPayload(std::string_view text, size_t offset, ExportParams& params) {
 
 bool ExportPayloadCmd::Execute() {
     ExportParams params;
-    _session.user.runJob("Exporting", params,
-                         [&params, text = _view.text(), this] { readPayload(text, _offset, params); });
+    params.text = _view.text();
+    params.offset = _offset;
+    runJob<readPayload>(_session.user, "Exporting", params);
     if (params.proposal.empty()) {
         _session.user.inform(payloadNote(params.refusal));
         return false;

@@ -9,44 +9,49 @@ namespace zelk::guicommand::documentviewtext {
 
 namespace {
 
-struct ImportTarget : ThreadParams {
-    std::optional<PayloadElements> elements;
-    std::optional<TagPayload> payload;
-    std::vector<std::string> kinds; ///< of file that it takes
-
-    // [worker thread]
-    void find(std::string_view text, size_t offset) {
-        elements = payloadElementsAt(text, offset);
-        if (!elements)
-            return;
-        payload.emplace(*elements);
-        kinds = importKinds(payload->tag());
-    }
+struct TargetParams : ThreadParams {
+    std::string_view text;                   ///< in; the user cannot change it while the job runs
+    size_t offset = 0;                       ///< in
+    std::optional<PayloadElements> elements; ///< out
+    std::optional<TagPayload> payload;       ///< out
+    std::vector<std::string> kinds;          ///< out, of file that it takes
 };
+
+void findTarget(TargetParams& params) {
+    params.elements = payloadElementsAt(params.text, params.offset);
+    if (!params.elements)
+        return;
+    params.payload.emplace(*params.elements);
+    params.kinds = importKinds(params.payload->tag());
+}
 
 struct ImportParams : ThreadParams {
-    ImportedPayload result;
-    std::string element;
-
-    // [worker thread]
-    void read(const ImportTarget& target, const std::string& fileName) {
-        try {
-            result = importPayload(target.payload->tag(), target.payload->context(), libswf::readFile(fileName));
-        } catch (const libswf::SwfFileException& error) {
-            throw FileLoadException(fileName, error.problem());
-        } catch (const libswf::SwfException& error) {
-            throw FileLoadException(fileName, error.what());
-        }
-        if (result.tag != nullptr)
-            element = tagElement(result.tag, target.elements->version);
-    }
+    const TargetParams* target = nullptr; ///< in
+    std::string fileName;                 ///< in
+    ImportedPayload result;               ///< out
+    std::string element;                  ///< out
 };
+
+void readPayload(ImportParams& params) {
+    const TagPayload& payload = *params.target->payload;
+    try {
+        params.result = importPayload(payload.tag(), payload.context(), libswf::readFile(params.fileName));
+    } catch (const libswf::SwfFileException& error) {
+        throw FileLoadException(params.fileName, error.problem());
+    } catch (const libswf::SwfException& error) {
+        throw FileLoadException(params.fileName, error.what());
+    }
+    if (params.result.tag != nullptr)
+        params.element = tagElement(params.result.tag, params.target->elements->version);
+}
 
 } // namespace
 
 bool ImportPayloadCmd::Execute() {
-    ImportTarget target;
-    _session.user.runJob("Importing", target, [&target, text = _view.text(), this] { target.find(text, _offset); });
+    TargetParams target;
+    target.text = _view.text();
+    target.offset = _offset;
+    runJob<findTarget>(_session.user, "Importing", target);
     if (target.kinds.empty()) {
         _session.user.inform(payloadNote(target.payload ? "the data of " + libswf::tagName(target.payload->tag().type) +
                                                               " cannot be replaced by a file"
@@ -57,7 +62,9 @@ bool ImportPayloadCmd::Execute() {
     if (!fileName)
         return false;
     ImportParams params;
-    _session.user.runJob("Importing", params, [&] { params.read(target, *fileName); });
+    params.target = &target;
+    params.fileName = *fileName;
+    runJob<readPayload>(_session.user, "Importing", params);
     if (!params.result.note.empty())
         _session.user.inform(payloadNote(params.result.note));
     if (params.result.tag == nullptr)

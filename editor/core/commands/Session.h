@@ -43,8 +43,14 @@ public:
     virtual void report(const Failure& failure) = 0;
     virtual void inform(const Message& message) = 0;
     /// Runs the work on a thread of its own, shows its progress, returns when it has ended. Throws what it threw.
-    virtual void runJob(const std::string& title, ThreadParams& params, std::function<void()> work) = 0;
+    virtual void runJob(const std::string& title, ThreadParams& params, JobWork work) = 0;
 };
+
+/// The same for a function that takes the job's own kind of params: `runJob<loadDocument>(user, title, params)`.
+template <auto work, class Params>
+void runJob(IUserInterface& user, const std::string& title, Params& params) {
+    user.runJob(title, params, [](ThreadParams& all) { work(static_cast<Params&>(all)); });
+}
 
 /// The text of a document where it is edited.
 class ITextView {

@@ -26,10 +26,10 @@ std::string estimateText(int position, int64_t millisecondsToFirstReport) {
     return std::to_string((JobProgress::range - position) * millisecondsToFirstReport / 1000) + " sec";
 }
 
-Worker::Worker(ThreadParams& params, std::function<void()> work)
-    : _params(params), _thread([this, work = std::move(work)] {
+Worker::Worker(ThreadParams& params, JobWork work)
+    : _params(params), _thread([this, work] {
           try {
-              work();
+              work(_params);
           } catch (...) {
               _params.failure = std::current_exception();
           }
@@ -38,8 +38,10 @@ Worker::Worker(ThreadParams& params, std::function<void()> work)
 
 void Worker::finish() {
     _thread.join();
-    if (_params.failure)
-        std::rethrow_exception(_params.failure);
+    if (!_params.failure)
+        return;
+    _params.progress.checkCancelled();
+    std::rethrow_exception(_params.failure);
 }
 
 } // namespace zelk

@@ -4,7 +4,6 @@
 #include <atomic>
 #include <chrono>
 #include <exception>
-#include <functional>
 #include <string>
 #include <thread>
 
@@ -44,22 +43,27 @@ private:
 /// "%d sec" for the time that is left, from the time to the first report; empty at position 0.
 std::string estimateText(int position, int64_t millisecondsToFirstReport);
 
-/// Inputs and outputs of one job. The worker writes its results before it ends; the other thread reads them after that.
+/// Inputs and outputs of one job, and all that its two threads share. The worker writes its results before it ends; the
+/// other thread reads them after that.
 struct ThreadParams {
     JobProgress progress;
     std::exception_ptr failure;
 };
 
+/// [worker thread] The work on params of its own kind. A function and no closure: there is nothing else that it could
+/// reach.
+using JobWork = void (*)(ThreadParams& params);
+
 /// Runs a job's work on its own thread.
 class Worker {
 public:
-    Worker(ThreadParams& params, std::function<void()> work);
+    Worker(ThreadParams& params, JobWork work);
     /// Waits for the work to end.
     ~Worker() = default;
 
     /// Never waits.
     bool hasEnded() const { return _hasEnded; }
-    /// Joins the thread and rethrows what the work threw.
+    /// Joins the thread and rethrows what the work threw; JobCancelled when it was cancelled, whatever it failed with.
     void finish();
 
 private:

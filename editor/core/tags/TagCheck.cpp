@@ -35,8 +35,8 @@ void checkTag(std::string_view text, uint8_t version, libswf::SwfWarnings& warni
     target.movie.serialise(noCompression, &warnings);
 }
 
-void checkMovieText(std::string_view text) {
-    const TagIndex index(text);
+void checkMovieText(std::string_view text, IProgressReporter* progress) {
+    const TagIndex index(text, progress);
     for (uint32_t tag = 0; tag < index.count(); ++tag) {
         const std::string_view name = elementName(text.substr(index.start(tag)));
         if (isTagElement(name)) [[likely]]

@@ -13,7 +13,7 @@ void checkTag(std::string_view text, uint8_t version, libswf::SwfWarnings& warni
 
 /// [any thread] Throws XmlException for a text that is not well-formed, NotMovieException for one without a Movie
 /// element or with an element among its tags that is none.
-void checkMovieText(std::string_view text);
+void checkMovieText(std::string_view text, xml2swf::IProgressReporter* progress = nullptr);
 
 /// The SWF version for which the movie's tags are compiled.
 uint8_t movieVersion(TaggedText& text);

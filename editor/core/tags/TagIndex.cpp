@@ -10,9 +10,9 @@ namespace zelk {
 
 using namespace xml2swf;
 
-TagIndex::TagIndex(std::string_view text) {
+TagIndex::TagIndex(std::string_view text, IProgressReporter* progress) {
     try {
-        const XmlTagSpans found = findTagSpans(text);
+        const XmlTagSpans found = findTagSpans(text, progress);
         _movie = found.movie;
         if (_movie.start == MovieSpan::none)
             throw NotMovieException::noMovie();

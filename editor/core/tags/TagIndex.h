@@ -22,7 +22,7 @@ public:
     TagIndex() = default;
     /// Goes over the whole text. Throws XmlException when it is not well-formed, NotMovieException when it has no
     /// Movie element.
-    explicit TagIndex(std::string_view text);
+    explicit TagIndex(std::string_view text, xml2swf::IProgressReporter* progress = nullptr);
 
     uint32_t count() const { return static_cast<uint32_t>(_tags.size()); }
     size_t start(uint32_t tag) const { return _tags[tag].start; }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "Conversion.h"
 #include "XmlErrors.h"
 
 namespace xml2swf {
@@ -67,10 +68,12 @@ void XmlDocument::giveBack(XmlWindow* window) {
 
 void XmlWindowPtr::release() { _window->_owner->giveBack(_window); }
 
-void XmlDocument::validate() { validate(top(), true); }
+void XmlDocument::validate(IProgressReporter* progress) { validate(top(), true, progress); }
 
-void XmlDocument::validate(XmlBlock& element, bool topLevel) {
+void XmlDocument::validate(XmlBlock& element, bool topLevel, IProgressReporter* progress) {
     for (XmlPiece& piece : element.pieces) {
+        if (progress != nullptr)
+            progress->report(static_cast<double>(piece.start) / static_cast<double>(_text.size()));
         if (piece.block == XmlPiece::small) {
             if (!piece.parsed)
                 parseContent(piece, topLevel, piece.start);
@@ -79,7 +82,7 @@ void XmlDocument::validate(XmlBlock& element, bool topLevel) {
         XmlBlock& child = block(piece.block);
         parseStartTag(child);
         if (child.children != 0)
-            validate(child, false);
+            validate(child, false, progress);
         else if (!onlySection(child))
             parseElement(child);
     }

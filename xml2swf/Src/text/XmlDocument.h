@@ -11,6 +11,8 @@
 
 namespace xml2swf {
 
+class IProgressReporter;
+
 /// A text and its parsed windows. Small texts are parsed as a whole; of big ones only what is being read stands in
 /// memory in parsed form. The text must outlive the document.
 class XmlDocument {
@@ -45,7 +47,7 @@ public:
     std::optional<std::string_view> onlySection(const XmlBlock& block) const;
 
     /// Parses what was not parsed yet. Throws XmlSyntaxError.
-    void validate();
+    void validate(IProgressReporter* progress = nullptr);
 
 private:
     friend class XmlWindowPtr;
@@ -53,7 +55,7 @@ private:
     XmlWindowPtr parse(size_t start, size_t end, XmlWindow::Form form);
     std::unique_ptr<XmlWindow> takeWindow();
     void giveBack(XmlWindow* window);
-    void validate(XmlBlock& block, bool topLevel);
+    void validate(XmlBlock& block, bool topLevel, IProgressReporter* progress);
 
     std::string_view _text;
     std::shared_ptr<XmlStructure> _structure;

@@ -7,11 +7,11 @@
 
 namespace xml2swf {
 
-XmlTagSpans findTagSpans(std::string_view text) {
+XmlTagSpans findTagSpans(std::string_view text, IProgressReporter* progress) {
     XmlTagSpans result;
     try {
         XmlDocument document(text, &result.spans);
-        document.validate();
+        document.validate(progress);
         result.movie = document.movie();
     } catch (XmlSyntaxError& error) {
         error.place.locate(text);

@@ -6,6 +6,7 @@
 #include "MovieSettings.h"
 
 class QCheckBox;
+class QComboBox;
 class QLineEdit;
 
 namespace zelk {
@@ -21,6 +22,7 @@ private:
 
     QLineEdit *_version, *_width, *_height, *_frameRate;
     QCheckBox* _compressed;
+    QComboBox* _form;
 };
 
 } // namespace zelk

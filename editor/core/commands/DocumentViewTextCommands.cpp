@@ -1,5 +1,7 @@
 #include "DocumentViewTextCommands.h"
 
+#include "DocumentFiles.h"
+
 #include "TagCheck.h"
 
 namespace zelk::guicommand::documentviewtext {
@@ -11,6 +13,17 @@ struct CheckParams : ThreadParams {
 };
 
 void check(CheckParams& params) { checkMovieText(params.text, &params.progress); }
+
+void showInForm(Session& session, Document& document, ITextView& view, std::string text, bool fullForm) {
+    ChangeFormParams params;
+    params.text = std::move(text);
+    params.original = document.original;
+    params.fullForm = fullForm;
+    runJob<changeForm>(session.user, "Changing the form of " + document.fileName, params);
+    view.replace(0, view.text().size(), params.text);
+    document.original = std::move(params.original);
+    document.warnings = std::move(params.warnings);
+}
 
 } // namespace
 
@@ -44,13 +57,28 @@ bool MovieSettingsCmd::Execute() {
             return false;
         settings = *answer;
         try {
-            const TextChange change = changeMovieSettings(_view.text(), settings);
-            _view.replace(change.start, change.end, change.text);
+            apply(before, settings);
             return true;
         } catch (...) {
             _session.user.report(describeFailure()); // and he is asked again, with what he typed
         }
     }
+}
+
+void MovieSettingsCmd::apply(const MovieSettings& before, const MovieSettings& settings) {
+    const TextChange change = changeMovieSettings(_view.text(), settings);
+    if (settings.fullForm == before.fullForm) {
+        _view.replace(change.start, change.end, change.text);
+        return;
+    }
+    std::string text(_view.text());
+    text.replace(change.start, change.end - change.start, change.text);
+    showInForm(_session, _document, _view, std::move(text), settings.fullForm);
+}
+
+bool ChangeFormCmd::Execute() {
+    showInForm(_session, _document, _view, std::string(_view.text()), _fullForm);
+    return true;
 }
 
 bool GotoLineCmd::Execute() {

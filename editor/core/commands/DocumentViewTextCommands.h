@@ -42,12 +42,30 @@ private:
 /// Asks for the settings of the movie and changes its Movie element, as one step of undo.
 class MovieSettingsCmd : public FinalCommand {
 public:
-    MovieSettingsCmd(Session& session, ITextView& view) : _session(session), _view(view) {}
+    MovieSettingsCmd(Session& session, Document& document, ITextView& view)
+        : _session(session), _document(document), _view(view) {}
+    bool Execute() override;
+
+private:
+    void apply(const MovieSettings& before, const MovieSettings& settings);
+
+    Session& _session;
+    Document& _document;
+    ITextView& _view;
+};
+
+/// Shows the document in the full or the classic form, as one step of undo. Throws as changeForm does.
+class ChangeFormCmd : public FinalCommand {
+public:
+    ChangeFormCmd(Session& session, Document& document, ITextView& view, bool fullForm)
+        : _session(session), _document(document), _view(view), _fullForm(fullForm) {}
     bool Execute() override;
 
 private:
     Session& _session;
+    Document& _document;
     ITextView& _view;
+    bool _fullForm;
 };
 
 /// Asks for a row and goes there.

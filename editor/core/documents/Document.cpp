@@ -24,10 +24,11 @@ std::string proposedName(const Document& document) {
     return name.substr(0, dot) + '.' + std::string(extensionOf(document.kind));
 }
 
-Document newDocument(UntitledNames& names) {
+Document newDocument(UntitledNames& names, bool fullForm) {
     Document document;
     document.fileName = names.next();
     libswf::SwfMovieSafe movie;
+    movie.fullForm = fullForm;
     document.text = xml2swf::swfToXmlDocument(movie, {});
     return document;
 }

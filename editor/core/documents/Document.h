@@ -50,7 +50,7 @@ private:
     uint32_t _count = 0;
 };
 
-/// A new movie under a made-up name.
-Document newDocument(UntitledNames& names);
+/// A new movie under a made-up name, in the full or the classic form.
+Document newDocument(UntitledNames& names, bool fullForm = false);
 
 } // namespace zelk

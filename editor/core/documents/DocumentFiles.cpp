@@ -83,8 +83,9 @@ DocumentWarnings placedWarnings(const SwfWarnings& warnings, std::string_view te
     return result;
 }
 
-SwfLoadOptions toBeShown() {
+SwfLoadOptions toBeShown(bool fullForm) {
     SwfLoadOptions options;
+    options.fullForm = fullForm;
     options.keepRaw = true;
     options.readLater = true;
     return options;
@@ -93,7 +94,7 @@ SwfLoadOptions toBeShown() {
 void loadMovie(LoadParams& params) {
     SwfWarnings warnings;
     SwfMovieSafe movie;
-    SwfLoadOptions load = toBeShown();
+    SwfLoadOptions load = toBeShown(params.fullForm);
     load.warnings = &warnings;
     std::vector<uint8_t> file = readFile(params.fileName);
     params.document.fileStamp->setContent(textOf(file));
@@ -174,6 +175,17 @@ std::optional<FileKind> kindOfFile(const std::string& fileName) {
             return kind;
     }
     return fileKind(fileName);
+}
+
+std::shared_ptr<const OriginalMovie> inForm(std::shared_ptr<const OriginalMovie> original, bool fullForm,
+                                            JobProgress& progress) {
+    if (original == nullptr || original->fullForm() == fullForm)
+        return original;
+    const std::span<const uint8_t> whole = original->wholeFile().span();
+    std::vector<uint8_t> file(whole.begin(), whole.end());
+    const bool isCompressed = file.front() != 'F';
+    file.front() = 'F'; // It is inflated already.
+    return originalMovie(std::move(file), isCompressed, fullForm, progress);
 }
 
 // The element at these positions. With `tagsOnly` they count only elements that are tags.
@@ -257,9 +269,7 @@ void loadDocument(LoadParams& params) {
 std::shared_ptr<const OriginalMovie> originalMovie(std::vector<uint8_t> file, bool isCompressed, bool fullForm,
                                                    JobProgress& progress) {
     SwfMovieSafe movie;
-    SwfLoadOptions load = toBeShown();
-    load.fullForm = fullForm;
-    movie.parse(std::move(file), load);
+    movie.parse(std::move(file), toBeShown(fullForm));
     movie.isCompressed = isCompressed;
     std::vector<TagText> texts;
     ConversionOptions options;
@@ -281,16 +291,39 @@ void saveDocument(SaveParams& params) {
     }
 }
 
+void changeForm(ChangeFormParams& params) {
+    const SwfVector<uint8_t> compiled = compileDocument(params);
+    SwfWarnings warnings;
+    SwfLoadOptions load = toBeShown(params.fullForm);
+    load.warnings = &warnings;
+    SwfMovieSafe movie;
+    movie.parse({compiled.begin(), compiled.end()}, load);
+    params.progress.checkCancelled();
+    std::vector<TagText> texts;
+    ConversionOptions options;
+    options.keepRaw = true;
+    options.progress = &params.progress;
+    options.warnings = &warnings;
+    options.tagTexts = &texts;
+    params.text = swfToXmlDocument(movie, options);
+    params.original = inForm(params.original, params.fullForm, params.progress);
+    params.warnings = placedWarnings(warnings, params.text, std::move(texts));
+}
+
 SwfVector<uint8_t> compileDocument(CompileParams& params) {
     SwfWarnings warnings;
     ConversionOptions options;
     options.keepRaw = true;
     options.progress = &params.progress;
     options.warnings = &warnings;
-    options.original = params.original.get();
     options.toWrite = true;
     Xml2SwfConvertionTarget target;
+    std::shared_ptr<const OriginalMovie> original;
     try {
+        // Undo, or the user's hand, may have changed the form since.
+        if (params.original != nullptr)
+            original = inForm(params.original, isFullForm(params.text), params.progress);
+        options.original = original.get();
         if (!xmlToSwf(params.text, target, options))
             throw NotMovieException::noMovie();
     } catch (const XmlSyntaxError& error) {

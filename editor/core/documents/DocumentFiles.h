@@ -7,7 +7,8 @@
 namespace zelk {
 
 struct LoadParams : ThreadParams {
-    std::string fileName; ///< in
+    std::string fileName;  ///< in
+    bool fullForm = false; ///< in: the form in which a movie is shown; a text has one of its own
     Document document;    ///< out
 };
 
@@ -27,6 +28,15 @@ struct CompileParams : ThreadParams {
     /// Out: tells of the first element that became no tag, as NotMovieException. Null when all did.
     std::exception_ptr leftOut;
 };
+
+struct ChangeFormParams : CompileParams {
+    bool fullForm = false; ///< in: the form that is asked for
+};
+
+/// [worker thread] Compiles the text and shows the movie in another form: `text`, `original` and `warnings` become those
+/// of that form. Comments and formatting of the text go. Throws like compileDocument, and SwfException for a movie that
+/// has no text.
+void changeForm(ChangeFormParams& params);
 
 struct SaveParams : CompileParams {
     std::string fileName;              ///< in

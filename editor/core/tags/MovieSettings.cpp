@@ -57,6 +57,7 @@ MovieSettings settingsOf(std::string_view startTag) {
     MovieSettings settings;
     for (const Field& field : fields)
         settings.*field.value = attributeText(startTag, field.attribute).value_or(field.missing);
+    settings.fullForm = attributeText(startTag, "Form") == fullForm;
     std::string relevant = "<Movie/>"; // The other attributes may be wrong.
     for (const char* name : {"SwfVersion", "IsCompressed"}) {
         if (const auto value = attributeText(startTag, name))

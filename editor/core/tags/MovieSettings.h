@@ -10,6 +10,7 @@ namespace zelk {
 struct MovieSettings {
     std::string version, width, height, frameRate; ///< width and height in pixels
     bool isCompressed = true;
+    bool fullForm = false; ///< anything but "full" is shown as the classic form
     bool operator==(const MovieSettings&) const = default;
 };
 
@@ -25,7 +26,7 @@ std::string headerLine(const MovieSettings& settings);
 /// Throws XmlSyntaxError, and NotMovieException for a text without a Movie element.
 MovieSettings movieSettings(std::string_view text);
 
-/// Changes the attributes whose values are not those of the settings and leaves everything else as it stands. A stage
+/// All but the form, which more than the Movie element depends on. Changes the attributes whose values are not those of the settings and leaves everything else as it stands. A stage
 /// that the text gives in twips keeps its origin. Throws like movieSettings, and for a value that does not compile
 /// MovieAttributeError or XmlValueError, whose place means nothing.
 TextChange changeMovieSettings(std::string_view text, const MovieSettings& settings);

@@ -190,7 +190,7 @@ TEST_F(DocumentTest, AWellFormedTextThatIsNoMovieIsToldAsThat) {
         document.fileName = path("a.swf");
         document.text = text;
         CheckXmlCmd check(session, view);
-        MovieSettingsCmd settings(session, view);
+        MovieSettingsCmd settings(session, document, view);
         SaveToFileCmd save(session, document);
         told(check, "check");
         told(settings, "settings");
@@ -299,7 +299,54 @@ TEST_F(DocumentTest, WarningsOfAMovieAreAtTheirTags) {
     EXPECT_NE(line.find("<Unknown"), std::string::npos) << document.text;
 }
 
+TEST_F(DocumentTest, AFormIsChangedAndTheOriginalKept) {
+    using namespace std::string_literals;
+    const std::string movie = "FWS\x08\x28\0\0\0"
+                              "\x80\0\0\0\0\0\0\0\0" // a stage in more bits than it takes
+                              "\0\x0C\x01\0"
+                              "\x0D\x03\x96\x09\0\x06\0\0\xF0\x3F\0\0\0\0\0" // DoAction: Push 1.0, End
+                              "\x40\0\0\0"s;
+    libswf::writeTextFile(path("a.swf"), movie);
+    for (bool isFull : {false, true}) {
+        session.fullForm = isFull;
+        Document document;
+        ASSERT_TRUE(load(document, "a.swf"));
+        view.content = document.text;
+        const auto isShown = [this](bool inFull) {
+            return (view.content.find("<Movie Form=\"full\"") != std::string::npos) == inFull &&
+                   (view.content.find("<Double Value=\"1\"") != std::string::npos) == inFull;
+        };
+        EXPECT_TRUE(isShown(isFull)) << view.content;
+        const std::string before = view.content;
+        ChangeFormCmd change(session, document, view, !isFull);
+        ASSERT_TRUE(runCommand(session, change, &view));
+        EXPECT_TRUE(isShown(!isFull)) << view.content;
+        for (const std::string& text : {view.content, before}) { // as it is, and taken back
+            CompileParams params;
+            params.text = text;
+            params.original = document.original;
+            const libswf::SwfVector<uint8_t> bytes = compileDocument(params);
+            EXPECT_EQ(std::string(bytes.begin(), bytes.end()), movie);
+        }
+        MovieSettings settings = movieSettings(view.content);
+        EXPECT_EQ(settings.fullForm, !isFull);
+        settings.fullForm = isFull;
+        settings.frameRate = "24";
+        user.settingsAnswers = {settings};
+        MovieSettingsCmd command(session, document, view);
+        EXPECT_TRUE(runCommand(session, command, &view));
+        EXPECT_TRUE(isShown(isFull)) << view.content;
+        EXPECT_EQ(movieSettings(view.content), settings);
+    }
+    Document document;
+    view.content = "<Movie><ShowFrame Id='";
+    ChangeFormCmd change(session, document, view, true);
+    EXPECT_FALSE(runCommand(session, change, &view));
+    EXPECT_EQ(view.content, "<Movie><ShowFrame Id='");
+}
+
 TEST_F(DocumentTest, MovieSettingsChangeTheirAttributesOnly) {
+    Document document;
     const struct {
         const char* text;
         MovieSettings shown, answer;
@@ -326,7 +373,7 @@ TEST_F(DocumentTest, MovieSettingsChangeTheirAttributesOnly) {
         user.shownSettings.clear();
         user.settingsAnswers = {row.answer};
         view.content = row.text;
-        MovieSettingsCmd command(session, view);
+        MovieSettingsCmd command(session, document, view);
         EXPECT_TRUE(runCommand(session, command, &view)) << row.text;
         EXPECT_EQ(user.shownSettings, std::vector<MovieSettings>{row.shown}) << row.text;
         EXPECT_EQ(view.content, row.expected);
@@ -346,7 +393,7 @@ TEST_F(DocumentTest, MovieSettingsChangeTheirAttributesOnly) {
         user.shownSettings.clear();
         user.settingsAnswers = {answer}; // and then he thinks better of it
         view.content = "<Movie/>";
-        MovieSettingsCmd command(session, view);
+        MovieSettingsCmd command(session, document, view);
         EXPECT_FALSE(runCommand(session, command, &view));
         EXPECT_EQ(view.content, "<Movie/>");
         ASSERT_EQ(user.failures.size(), 1u);
@@ -356,7 +403,7 @@ TEST_F(DocumentTest, MovieSettingsChangeTheirAttributesOnly) {
         EXPECT_EQ(user.shownSettings[1], answer) << "what was typed is there again";
     }
     view.content = "<Movie></A>";
-    MovieSettingsCmd command(session, view);
+    MovieSettingsCmd command(session, document, view);
     EXPECT_FALSE(runCommand(session, command, &view));
     EXPECT_EQ(user.failures.back().message.caption, "The XML has incorrect format.");
 }

@@ -52,7 +52,7 @@ CommandActions::CommandActions(QWidget* window) : QObject(window) {
     }
     fill(*submenu(CommandId::theme), themeMenu());
     for (int id : {CommandId::themeSystem, CommandId::themeLight, CommandId::themeDark, CommandId::movieXml,
-                   CommandId::tagList, CommandId::preview, CommandId::reopenSession})
+                   CommandId::tagList, CommandId::preview, CommandId::reopenSession, CommandId::openInFullForm})
         action(id)->setCheckable(true);
 }
 

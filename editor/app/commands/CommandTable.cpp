@@ -48,6 +48,8 @@ constexpr CommandRow rows[] = {
     {checkXml, "&Check XML...", "Check xml for correct\nCheck Xml", "check", Needs::document, ""},
     {movieSettings, "&Movie Settings...", "Change version, size and frame rate of the movie\nMovie Settings", "",
      Needs::document, ""},
+    {openInFullForm, "Open Movies in the &Full Form",
+     "Open and make movies in the form that shows every value as players read it\nFull Form", "", Needs::nothing, ""},
     {complete, "C&omplete\tCtrl+Space", "Show what may be typed here\nComplete", "", Needs::text, ""},
     {insertTag, "Insert &tag\tCtrl+Shift+T", "", "", Needs::document, ""},
     {insertStruct, "Insert &struct\tCtrl+Shift+S", "", "", Needs::text, ""},
@@ -87,8 +89,9 @@ constexpr MenuItem editItems[] = {{undo}, {redo},     {cut},          {copy},   
                                   {find}, {findNext}, {findPrevious}, {replace}, line,    {gotoLine}};
 constexpr MenuItem viewItems[] = {{movieXml},   {tagList}, line,        {zoomIn}, {zoomOut},  {zoomReset}, line,
                                   {toggleFold}, {foldAll}, {unfoldAll}, line,     {warnings}, {preview},   {theme}};
-constexpr MenuItem toolsItems[] = {{checkXml},     {movieSettings}, line, {insertTag},     {insertStruct},
-                                   {insertAction}, {complete},      line, {exportPayload}, {replacePayload}};
+constexpr MenuItem toolsItems[] = {{checkXml},  {movieSettings}, {openInFullForm}, line,
+                                   {insertTag}, {insertStruct},  {insertAction},   {complete},
+                                   line,        {exportPayload}, {replacePayload}};
 constexpr MenuItem windowItems[] = {{close}, {closeAll}, line, {nextDocument}, {previousDocument}};
 constexpr MenuItem helpItems[] = {{updates}, {homePage}, {about}};
 constexpr Menu menus[] = {{"&File", fileItems},   {"&Edit", editItems},     {"&View", viewItems},

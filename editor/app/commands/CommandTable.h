@@ -72,6 +72,7 @@ constexpr int replacePayload = 60021;
 constexpr int complete = 60025;
 constexpr int preview = 60030;
 constexpr int reopenSession = 60040;
+constexpr int openInFullForm = 60041;
 } // namespace CommandId
 
 /// What has to be there for a command to be chosen.

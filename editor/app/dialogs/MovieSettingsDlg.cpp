@@ -22,7 +22,8 @@ MovieSettingsDlg::MovieSettingsDlg(const MovieSettings& current, QWidget* parent
     _form->addItem(tr("Classic"));
     _form->addItem(tr("Full"));
     _form->setCurrentIndex(current.fullForm ? 1 : 0);
-    _form->setToolTip(tr("Full: every value as players read it. Changing the form compiles the movie and reads it again."));
+    _form->setToolTip(
+        tr("Full: every value as players read it. Changing the form compiles the movie and reads it again."));
     layout->addRow(tr("Form:"), _form);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
@@ -41,7 +42,11 @@ QLineEdit* MovieSettingsDlg::addField(const QString& label, const std::string& t
 
 MovieSettings MovieSettingsDlg::settings() const {
     const auto text = [](const QLineEdit* field) { return field->text().trimmed().toStdString(); };
-    return {text(_version), text(_width), text(_height), text(_frameRate), _compressed->isChecked(),
+    return {text(_version),
+            text(_width),
+            text(_height),
+            text(_frameRate),
+            _compressed->isChecked(),
             _form->currentIndex() == 1};
 }
 

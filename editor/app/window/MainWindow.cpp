@@ -6,6 +6,7 @@
 #include <QScreen>
 #include <QToolBar>
 
+#include "FormNotice.h"
 #include "PreviewPane.h"
 
 // A library's resources are linked in only when something asks for them, and not from inside a namespace.
@@ -58,7 +59,12 @@ void MainWindow::buildLayout() {
 void MainWindow::connectParts() {
     connect(_actions, &CommandActions::chosen, this, &MainWindow::run);
     connect(_actions->submenu(CommandId::recentFiles), &QMenu::aboutToShow, this, &MainWindow::fillRecentFiles);
-    connect(&_documents, &OpenDocuments::added, this, [this](DocumentView* view) { watch(*view); });
+    connect(&_documents, &OpenDocuments::added, this, [this](DocumentView* view) {
+        watch(*view);
+        FormNotice::show(*view, _session);
+    });
+    connect(&_documents, &OpenDocuments::agreed, this,
+            [this](DocumentView* view) { FormNotice::show(*view, _session); });
     connect(&_documents, &OpenDocuments::changed, this, [this] {
         showState();
         showWarnings();
@@ -201,6 +207,7 @@ void MainWindow::restore() {
     restoreGeometry(_settings.value(QStringLiteral("Window/geometry")).toByteArray());
     restoreState(_settings.value(QStringLiteral("Window/state")).toByteArray());
     _commands.setTheme(_settings.value(QStringLiteral("Window/theme"), CommandId::themeSystem).toInt());
+    _commands.setFullForm(_settings.value(QStringLiteral("Movies/form")).toString() == QStringLiteral("full"));
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

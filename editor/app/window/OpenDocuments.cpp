@@ -20,7 +20,7 @@ bool isUntouchedNew(const DocumentView& view) { return !view.document().hasFile 
 
 void OpenDocuments::addNew() {
     auto* view = new DocumentView;
-    view->document() = newDocument(_session.names);
+    view->document() = newDocument(_session.names, _session.fullForm);
     LoadFromDocCmd(view->document(), *view).Execute();
     add(view);
     Q_EMIT changed();

@@ -99,6 +99,7 @@ void WindowCommands::addProgramCommands() {
     _handlers[CommandId::preview] = [this] { _parts.preview.setVisible(_parts.preview.isHidden()); };
     for (int id : {CommandId::themeSystem, CommandId::themeLight, CommandId::themeDark})
         _handlers[id] = [this, id] { setTheme(id); };
+    _handlers[CommandId::openInFullForm] = [this] { setFullForm(!_parts.session.fullForm); };
     _handlers[CommandId::find] = [this] { _parts.search.openFind(); };
     _handlers[CommandId::findNext] = [this] { _parts.search.findNext(); };
     _handlers[CommandId::findPrevious] = [this] { _parts.search.findPrevious(); };
@@ -121,6 +122,13 @@ void WindowCommands::setTheme(int id) {
     _parts.settings.setValue(QStringLiteral("Window/theme"), id);
 }
 
+void WindowCommands::setFullForm(bool isFull) {
+    _parts.session.fullForm = isFull;
+    _parts.actions.action(CommandId::openInFullForm)->setChecked(isFull);
+    _parts.settings.setValue(QStringLiteral("Movies/form"),
+                             isFull ? QStringLiteral("full") : QStringLiteral("classic"));
+}
+
 void WindowCommands::showAbout() {
     QMessageBox::about(&_parts.window, tr("About Zelk"),
                        tr("<h3>Zelk %1</h3><p>Shows a Flash movie as XML and compiles the edited XML back.</p>"
@@ -140,7 +148,10 @@ void WindowCommands::addDocumentCommands() {
     onCurrent(CommandId::movieXml, [](DocumentView& view) { view.showText(); });
     onCurrent(CommandId::tagList, [this](DocumentView& view) { showList(view); });
     executeOnCurrent<CheckXmlCmd>(CommandId::checkXml);
-    executeOnCurrent<MovieSettingsCmd>(CommandId::movieSettings);
+    onCurrent(CommandId::movieSettings, [this](DocumentView& view) {
+        MovieSettingsCmd command(_parts.session, view.document(), view);
+        runCommand(_parts.session, command, &view);
+    });
     executeOnCurrent<GotoLineCmd>(CommandId::gotoLine);
     executeOnPayload<ExportPayloadCmd>(CommandId::exportPayload);
     executeOnPayload<ImportPayloadCmd>(CommandId::replacePayload);

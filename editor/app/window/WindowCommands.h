@@ -38,6 +38,8 @@ public:
     void run(int id) const;
     /// One of the theme commands; any other number is the system's.
     void setTheme(int id);
+    /// In which form movies are opened and made.
+    void setFullForm(bool isFull);
 
 private:
     using Work = std::function<void(DocumentView&)>;

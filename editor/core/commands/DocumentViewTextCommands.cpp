@@ -23,6 +23,7 @@ void showInForm(Session& session, Document& document, ITextView& view, std::stri
     view.replace(0, view.text().size(), params.text);
     document.original = std::move(params.original);
     document.warnings = std::move(params.warnings);
+    document.formDifferences = {};
 }
 
 } // namespace

@@ -19,6 +19,12 @@ struct DocumentWarning {
 };
 using DocumentWarnings = std::vector<DocumentWarning>;
 
+/// What of a movie reads differently in the full form than in the classic one.
+struct FormDifferences {
+    uint64_t values = 0;
+    uint64_t tags = 0; ///< that the classic form keeps as bytes
+};
+
 /// Holds what a document is besides the text that is being edited: that one stands in the text view, and here only on
 /// its way there (LoadFromDocCmd) and back (SaveAsDocCmd), so that a big text is not kept twice.
 struct Document {
@@ -33,7 +39,8 @@ struct Document {
     std::optional<FileStamp> textStamp;
     /// The movie that the text came from: what is not touched is written with its bytes. Null when there is none.
     std::shared_ptr<const xml2swf::OriginalMovie> original;
-    DocumentWarnings warnings; ///< of the last conversion
+    DocumentWarnings warnings;       ///< of the last conversion
+    FormDifferences formDifferences; ///< of a movie that was opened in the classic form
 };
 
 /// Whether a save goes to the document's file: a movie that came from "a.swf.bak" must not become a text there.

@@ -9,7 +9,7 @@ namespace zelk {
 struct LoadParams : ThreadParams {
     std::string fileName;  ///< in
     bool fullForm = false; ///< in: the form in which a movie is shown; a text has one of its own
-    Document document;    ///< out
+    Document document;     ///< out
 };
 
 /// [worker thread] Reads a file by its kind. Texts are not parsed, so that a broken one opens and can be repaired.
@@ -33,9 +33,9 @@ struct ChangeFormParams : CompileParams {
     bool fullForm = false; ///< in: the form that is asked for
 };
 
-/// [worker thread] Compiles the text and shows the movie in another form: `text`, `original` and `warnings` become those
-/// of that form. Comments and formatting of the text go. Throws like compileDocument, and SwfException for a movie that
-/// has no text.
+/// [worker thread] Compiles the text and shows the movie in another form: `text`, `original` and `warnings` become
+/// those of that form. Comments and formatting of the text go. Throws like compileDocument, and SwfException for a
+/// movie that has no text.
 void changeForm(ChangeFormParams& params);
 
 struct SaveParams : CompileParams {

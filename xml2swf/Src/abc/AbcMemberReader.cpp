@@ -17,6 +17,44 @@ const XmlNameGroup abcTopNames{"AbcParts", topNames}, abcClassNames{"AbcMembers"
     abcStaticNames{"AbcStatics", staticNames}, abcScriptNames = abcStaticNames;
 static constexpr XmlNameGroup abcMethodNames{"AbcMethodParts", methodNames};
 
+namespace {
+
+// What children of a method's element add to.
+struct MethodTarget {
+    AbcPart& part;
+    const uint32_t method; // may be a reference
+    SwfAbcTrait* const trait;
+
+    struct Mark {
+        size_t parameters = 0, optionals = 0, metadata = 0;
+        uint8_t flags = 0;
+    };
+    Mark mark() const {
+        Mark mark;
+        mark.metadata = trait == nullptr ? 0 : trait->metadata.size();
+        if (method < abcIsReference) {
+            const SwfAbcMethod& text = part.methods[method].method;
+            mark.parameters = text.parameterTypes.size();
+            mark.optionals = text.optionals.size();
+            mark.flags = text.flags;
+        }
+        return mark;
+    }
+    void rollBack(const Mark& mark) const {
+        if (trait != nullptr)
+            trait->metadata.resize(mark.metadata);
+        if (method < abcIsReference) {
+            SwfAbcMethod& text = part.methods[method].method;
+            text.parameterTypes.resize(mark.parameters);
+            text.parameterNames.resize(mark.parameters);
+            text.optionals.resize(mark.optionals);
+            text.flags = mark.flags;
+        }
+    }
+};
+
+} // namespace
+
 // --- methods ---------------------------------------------------------------------------------------------------------
 
 template <class Element>
@@ -47,8 +85,8 @@ uint32_t AbcMemberReader::readMethod(Element& element, SwfAbcTrait* trait) {
         text.offset = element.offset();
         methodAttributes(element, text);
     }
-    NoTarget none;
-    readAbcChildren(element, abcMethodNames, _part, none, [&](auto& child) { readMethodChild(child, method, trait); });
+    MethodTarget target{_part, method, trait};
+    readAbcChildren(element, abcMethodNames, _part, target, [&](auto& child) { readMethodChild(child, method, trait); });
     return method;
 }
 

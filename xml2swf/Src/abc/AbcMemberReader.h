@@ -26,11 +26,6 @@ public:
     void readScriptHead(XmlElement& element);
 
 private:
-    struct NoTarget {
-        int mark() const { return 0; }
-        void rollBack(int) {}
-    };
-
     template <class Element>
     void classAttributes(Element& element, AbcClassText& target);
     template <class Element>

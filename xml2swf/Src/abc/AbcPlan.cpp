@@ -360,7 +360,7 @@ private:
     void layScripts() {
         for (uint32_t i = 0; i < _block.scripts.size(); ++i) {
             const SwfAbcScript& script = _block.scripts[i];
-            beginOwner("script " + (script.traits.empty() ? "" : abcPlainName(_block, script.traits[0].name)));
+            beginOwner(script.traits.empty() ? "script" : "script " + abcPlainName(_block, script.traits[0].name));
             lay(Kind::scriptStart, 1, i);
             layMethod(Kind::scriptInitializer, 2, i, 0, script.initializer, "initializer");
             layTraits(Kind::scriptTrait, 2, i, script.traits);

@@ -1,0 +1,314 @@
+// Blocks of ActionScript 3 through XML and back: real ones, broken ones and edited ones.
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "Conversion.h"
+#include "Paths.h"
+#include "SwfAbcCode.h"
+#include "SwfAllTags.h"
+#include "SwfMovie.h"
+#include "SwfUtils.h"
+#include "SwfWarnings.h"
+
+using namespace libswf;
+using namespace xml2swf;
+
+namespace {
+
+using Bytes = std::vector<uint8_t>;
+
+Bytes bytesOf(const SwfBytes& bytes) { return {bytes.data(), bytes.data() + bytes.size()}; }
+
+// The blocks of a list of tags, with a head or without.
+void collect(const SwfTags& tags, std::set<Bytes>& blocks) {
+    for (const auto& tag : tags.items()) {
+        if (const auto* script = dynamic_cast<const SwfTagDoABC*>(tag.get()))
+            blocks.insert(bytesOf(script->abcData));
+        else if (tag->type == 72 && tag->source.size() > 6)
+            blocks.insert(bytesOf(tag->source.part(6, tag->source.size() - 6)));
+    }
+}
+
+// All different blocks of the corpus, the small ones first.
+const std::vector<Bytes>& corpusBlocks() {
+    static const std::vector<Bytes> all = [] {
+        std::set<Bytes> blocks;
+        std::error_code missing;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(corpusDir, missing)) {
+            SwfMovieSafe movie;
+            if (entry.path().extension() != ".swf")
+                continue;
+            try {
+                movie.parse(readFile(entry.path().string()), {.fullForm = true, .keepRaw = true});
+            } catch (const SwfException&) {
+                continue;
+            }
+            collect(movie.tags.tags(), blocks);
+        }
+        std::vector<Bytes> sorted(blocks.begin(), blocks.end());
+        std::stable_sort(sorted.begin(), sorted.end(),
+                         [](const Bytes& a, const Bytes& b) { return a.size() < b.size(); });
+        return sorted;
+    }();
+    return all;
+}
+
+struct Shown {
+    std::string text;
+    uint64_t warnings = 0;
+    bool isCode() const { return text.find("<Abc ") != text.npos; }
+};
+
+Shown show(const Bytes& block, uint32_t threads = 1) {
+    SwfMovie movie(10, 0, 0, 12, false);
+    auto tag = std::make_shared<SwfTagDoABC>();
+    tag->abcData = SwfBytes::copyOf(block);
+    movie.tags.append(tag);
+    const SwfVector<uint8_t> file = movie.serialise(0);
+    SwfMovieSafe read;
+    read.parse({file.begin(), file.end()}, {.fullForm = true, .keepRaw = true});
+    SwfWarnings warnings;
+    Shown shown;
+    shown.text = swfToXml(read, {.keepRaw = true, .warnings = &warnings, .threads = threads});
+    shown.warnings = warnings.total();
+    return shown;
+}
+
+Bytes compile(const std::string& text, SwfWarnings* warnings = nullptr, uint32_t threads = 1) {
+    MovieTarget target;
+    xmlToSwf(text, target, {.warnings = warnings, .toWrite = true, .threads = threads});
+    return bytesOf(dynamic_cast<const SwfTagDoABC&>(*target.movie.tags.items().at(0)).abcData);
+}
+
+std::string replaced(std::string text, std::string_view from, std::string_view to) {
+    for (size_t at = 0; (at = text.find(from, at)) != text.npos; at += to.size())
+        text.replace(at, from.size(), to);
+    return text;
+}
+
+// --- real blocks -----------------------------------------------------------------------------------------------------
+
+TEST(Abc, RealBlocksComeBackAsTheyWere) {
+    size_t asBytes = 0;
+    for (const Bytes& block : corpusBlocks()) {
+        const Shown shown = show(block);
+        asBytes += !shown.isCode();
+        EXPECT_EQ(shown.warnings, shown.isCode() || block.empty() ? 0 : 1);
+        EXPECT_TRUE(compile(shown.text) == block);
+        // Of another form than the written one: read as nodes.
+        EXPECT_TRUE(compile(replaced(shown.text, " />", "/>")) == block);
+    }
+    EXPECT_LE(asBytes, 1u); // an empty one
+}
+
+TEST(Abc, ThreadsGiveTheSame) {
+    if (corpusBlocks().empty())
+        GTEST_SKIP() << "no corpus";
+    const Bytes& block = corpusBlocks().back();
+    const Shown shown = show(block);
+    EXPECT_TRUE(show(block, 3).text == shown.text);
+    EXPECT_TRUE(compile(shown.text, nullptr, 3) == block);
+    EXPECT_TRUE(compile(replaced(shown.text, " />", "/>"), nullptr, 3) == block);
+}
+
+// --- broken blocks ---------------------------------------------------------------------------------------------------
+
+// Shown as code or as bytes, a block comes back as it is.
+void expectKept(const Bytes& block) {
+    const Shown shown = show(block);
+    ASSERT_TRUE(compile(shown.text) == block) << shown.text.substr(0, 10000);
+}
+
+TEST(Abc, BrokenBlocksAreKept) {
+    constexpr size_t wanted = 10;
+    for (size_t i = 0; i < std::min(wanted, corpusBlocks().size()); ++i) {
+        const Bytes& block = corpusBlocks()[i];
+        for (size_t length = 0; length < block.size(); ++length)
+            expectKept({block.begin(), block.begin() + static_cast<ptrdiff_t>(length)});
+        for (size_t at = 0; at < block.size(); ++at) {
+            for (const int change : {0x01, 0x80, 0x7F, 0xFF}) {
+                Bytes changed = block;
+                changed[at] ^= static_cast<uint8_t>(change);
+                expectKept(changed);
+            }
+        }
+        if (HasFatalFailure())
+            return;
+    }
+}
+
+// Little bytes that could make much text, or take long.
+TEST(Abc, CostsAreBounded) {
+    SwfAbcBlock block;
+    const std::string longText(200000, 'x');
+    block.strings.push_back(longText);
+    block.namespaces.push_back({0x05, 1});
+    std::vector<uint8_t> code;
+    for (int i = 0; i < 50000; ++i) {
+        block.namespaces.push_back({0x05, 1});
+        code.insert(code.end(), {0x2C, 1});
+    }
+    block.methods.emplace_back();
+    block.bodies.push_back({.method = 0, .code = code});
+    EXPECT_FALSE(show(block.bytes()).isCode());
+    expectKept(block.bytes());
+
+    SwfAbcBlock types;
+    types.strings.push_back("T");
+    types.namespaces.push_back({0x16, 1});
+    types.multinames.push_back({SwfAbcMultinameKind::qName, 1, 1, {}});
+    for (uint32_t i = 1; i < 64; ++i)
+        types.multinames.push_back({SwfAbcMultinameKind::typeName, i, 0, {i, i}});
+    EXPECT_FALSE(show(types.bytes()).isCode());
+    types.multinames.resize(3);
+    types.multinames[2] = {SwfAbcMultinameKind::typeName, 2, 0, {1}}; // of itself
+    EXPECT_FALSE(show(types.bytes()).isCode());
+}
+
+// --- edited blocks ---------------------------------------------------------------------------------------------------
+
+std::string movieOf(const std::string& content) {
+    return "<Movie Form=\"full\" SwfVersion=\"10\">\n<DoABC Flags=\"1\">\n<Abc>\n" + content +
+           "\n</Abc>\n</DoABC>\n</Movie>";
+}
+std::string scriptOf(const std::string& code) {
+    return "<Script><Initializer><Code>\n" + code + "\n</Code></Initializer></Script>";
+}
+
+// What was inserted moves what stands behind it, and is called by what no pool lists yet.
+TEST(Abc, CodeMayBeInsertedAnywhere) {
+    const std::string text = movieOf(scriptOf(R"(<Jump To="test" />
+<Label At="loop" />
+<NewFunction Method="f" />
+<Pop />
+<IncLocalI At="test" Register="1" />
+<GetLocal1 />
+<PushByte Value="5" />
+<IfLt To="loop" />
+<LookupSwitch Default="loop"><Case To="end" /><Case To="test" /></LookupSwitch>
+<ReturnVoid At="end" />
+<Catch From="loop" Until="test" To="end" />)") +
+                                     R"(
+<Function Id="f"><Code><ReturnVoid /></Code></Function>)");
+    const Shown before = show(compile(text));
+    const std::string inserted = R"(                        <PushString Value="new" />
+                        <GetLex Name="flash.display::Sprite" />
+                        <IfStrictNe To="L1" />
+)";
+    std::string edited = before.text;
+    const size_t place = edited.find("                        <Pop />");
+    ASSERT_NE(place, edited.npos) << before.text;
+    edited.insert(place, inserted);
+    const Shown after = show(compile(edited));
+    const auto withoutConstants = [](const std::string& shown) {
+        return replaced(shown.substr(0, shown.find("<Constants")), "MaxStack=\"2\"", "MaxStack=\"1\"");
+    };
+    EXPECT_EQ(withoutConstants(after.text), withoutConstants(edited));
+    for (const char* line : {"<String Value=\"new\" />", "<Multiname Name=\"flash.display::Sprite\" />"})
+        EXPECT_NE(after.text.find(line), after.text.npos) << line;
+}
+
+// Instructions by name, for methods whose code names others by new numbers.
+std::string instructionsOf(const SwfAbcBlock& block, uint32_t method) {
+    std::string names;
+    for (const SwfAbcBody& body : block.bodies) {
+        if (body.method != method)
+            continue;
+        SwfAbcCodeReader reader(body.code);
+        for (SwfAbcInstruction instruction; reader.next(instruction);)
+            names.append(instruction.opcode->name).append(" ");
+    }
+    return names;
+}
+
+// Methods that are put in leave the others in their order, and named by whoever named them.
+TEST(Abc, MethodsMayBePutIn) {
+    if (corpusBlocks().empty())
+        GTEST_SKIP() << "no corpus";
+    const Bytes& bytes = corpusBlocks().back();
+    std::string text = show(bytes).text;
+    const std::string added = "\n<Function><Code><ReturnVoid /></Code></Function>";
+    size_t count = 0;
+    for (size_t at = 0; (at = text.find("</Constructor>", at)) != text.npos; at += added.size(), ++count)
+        text.insert(at += std::string_view("</Constructor>").size(), added);
+    const Bytes edited = compile(text);
+    const SwfAbcBlock before(bytes), after(edited);
+    ASSERT_EQ(after.methods.size(), before.methods.size() + count);
+    ASSERT_EQ(after.bodies.size(), before.bodies.size() + count);
+    for (size_t i = 0; i < before.classes.size(); ++i) {
+        const SwfAbcClass &a = before.classes[i], &b = after.classes[i];
+        EXPECT_EQ(instructionsOf(before, a.constructor), instructionsOf(after, b.constructor));
+        for (size_t trait = 0; trait < a.traits.size(); ++trait) {
+            if (!a.traits[trait].holdsValue()) {
+                EXPECT_EQ(instructionsOf(before, a.traits[trait].index), instructionsOf(after, b.traits[trait].index));
+            }
+        }
+    }
+}
+
+struct Refused {
+    const char* content;
+    const char* error; // of XmlValueError
+    uint32_t row, column;
+};
+
+TEST(Abc, ErrorsNameTheirPlace) {
+    const std::string inCode = scriptOf("<Nop />\n  $");
+    const Refused cases[] = {
+        {"<Push />", "Push: no element of this name can stand here", 6, 4},
+        {"<Jump To=\"a\" />", "Jump: attribute To: no place here is called \"a\"", 6, 4},
+        {"<Jump />", "Jump: attribute To: it does not say where it leads to", 6, 4},
+        {"<Nop At=\"a\" /><Nop At=\"b a\" />", "Nop: attribute At: another place is called \"a\" already", 6, 18},
+        {"<Nop At=\"\" />", "Nop: attribute At: a place needs a name", 6, 4},
+        {"<NewClass Class=\"C\" />", "NewClass: attribute Class: no class is called \"C\"", 6, 4},
+        {"<NewFunction Method=\"m\" />", "NewFunction: attribute Method: no method is called \"m\"", 6, 4},
+        {"<NewCatch Catch=\"c\" />", "NewCatch: attribute Catch: no Catch here is called \"c\"", 6, 4},
+        {"<GetLex />", "GetLex: attribute Name: it is missing", 6, 4},
+        {"<GetLex Name=\"a(b)::c\" />", "GetLex: attribute Name: \"a(b)\" is of no kind of namespace", 6, 4},
+        {"<GetLex Name=\"{a}::c\" />", "GetLex: attribute Name: \"{a}\" is a set of namespaces that is not there", 6,
+         4},
+        {"<GetLex Name=\"a:c\" />",
+         "GetLex: attribute Name: \"a:c\" has a mark without a \"\\\" before it, or is not listed", 6, 4},
+        {"<PushString Value=\"\\q\" />",
+         "PushString: attribute Value: \"\\q\" has a \"\\\" before something that means nothing", 6, 4},
+        {"<PushInt Value=\"3000000000\" />", "PushInt: attribute Value: \"3000000000\" is not a number in its range", 6,
+         4},
+        {"<PushByte Value=\"128\" />",
+         "PushByte: attribute Value: \"128\" is not a value that fits (Value: -128 to 127)", 6, 4},
+        {"<LookupSwitch Default=\"a\"><Label At=\"a\" /></LookupSwitch>",
+         "Label: no element of this name can stand here", 6, 30},
+        {"<Catch From=\"a\" Until=\"a\" To=\"a\" />", "Catch: no place here is called \"a\"", 6, 4},
+    };
+    for (const Refused& refused : cases) {
+        try {
+            compile(movieOf(replaced(inCode, "$", refused.content)));
+            ADD_FAILURE() << "compiled: " << refused.content;
+        } catch (const XmlValueError& error) {
+            EXPECT_EQ(error.description(), refused.error) << refused.content;
+            EXPECT_EQ(error.place.row, refused.row) << refused.content;
+            EXPECT_EQ(error.place.column, refused.column) << refused.content;
+        }
+    }
+    for (const char* content : {"<Class Name=\"C\"><Static><Initializer /></Static></Class>", "<Script />",
+                                "<Skript />", "<Class Name=\"C\"><Constructor /></Class>"})
+        EXPECT_THROW(compile(movieOf(content)), XmlValueError) << content;
+}
+
+// Limits are kept as given, and warned of when the code needs more.
+TEST(Abc, LimitsThatAreTooSmallAreWarnedOf) {
+    const std::string code = "<GetLocal Register=\"4\" />\n<PushScope />\n<PushNull />\n<Dup />\n<ReturnValue />";
+    SwfWarnings warnings;
+    const std::string given =
+        replaced(scriptOf(code), "<Code>", R"(<Code MaxStack="1" LocalCount="9" MaxScopeDepth="0">)");
+    EXPECT_NE(show(compile(movieOf(given), &warnings)).text.find(R"(MaxStack="1" LocalCount="9")"), std::string::npos);
+    ASSERT_EQ(warnings.total(), 2u);
+    EXPECT_EQ(warnings.items()[0].reason, "MaxStack is 1, but the code needs 2");
+    EXPECT_EQ(warnings.items()[1].reason, "MaxScopeDepth is 0, but the code needs 1");
+    // What is not given is worked out.
+    EXPECT_NE(show(compile(movieOf(scriptOf(code))))
+                  .text.find(R"(MaxStack="2" LocalCount="5" InitScopeDepth="0" MaxScopeDepth="1")"),
+              std::string::npos);
+}
+
+} // namespace

@@ -1,5 +1,5 @@
-// Any bytes as a block of ActionScript 3: shown as code or as bytes, it comes back as it is. And any text as the code of
-// a block: it is refused, or gives a block that comes back.
+// Any bytes as a block of ActionScript 3: shown as code or as bytes, it comes back as it is. And any text as the code
+// of a block: it is refused, or gives a block that comes back.
 #include "Movies.h"
 #include "SwfAllTags.h"
 

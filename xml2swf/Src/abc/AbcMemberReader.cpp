@@ -86,7 +86,8 @@ uint32_t AbcMemberReader::readMethod(Element& element, SwfAbcTrait* trait) {
         methodAttributes(element, text);
     }
     MethodTarget target{_part, method, trait};
-    readAbcChildren(element, abcMethodNames, _part, target, [&](auto& child) { readMethodChild(child, method, trait); });
+    readAbcChildren(element, abcMethodNames, _part, target,
+                    [&](auto& child) { readMethodChild(child, method, trait); });
     return method;
 }
 

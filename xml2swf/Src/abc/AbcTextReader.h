@@ -31,9 +31,7 @@ protected:
         if (element.context().observer == nullptr)
             refuseAbcText(element.name(), attribute, std::move(reason), element.offset());
     }
-    static void refuse(XmlQuickElement& element, std::string_view, const std::string&) {
-        element.skip();
-    }
+    static void refuse(XmlQuickElement& element, std::string_view, const std::string&) { element.skip(); }
     static void refuseElement(XmlElement& element) {
         if (element.context().observer != nullptr)
             element.skip();

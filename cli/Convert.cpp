@@ -73,6 +73,12 @@ void addConvert(CLI::App& app, Command& chosen) {
         ->excludes("--out-dir");
     addForm(*command, arguments->options.fullForm,
             "Form of the XML that is written, classic or full; by default that of the input");
+    command
+        ->add_option_function<std::string>(
+            "--abc", [arguments](const std::string& how) { arguments->options.abcAsData = how == "data"; },
+            "How the full form shows ActionScript 3: code (the default) or data, its bytes")
+        ->type_name("HOW")
+        ->check(CLI::IsMember({"code", "data"}));
     command->add_option("--level", arguments->options.level, "Compression of a movie, 0 to 9")
         ->check(CLI::Range(0, 9))
         ->capture_default_str();

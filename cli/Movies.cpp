@@ -54,6 +54,7 @@ std::unique_ptr<xml2swf::OriginalMovie> loadOriginal(const std::string& fileName
 xml2swf::ConversionOptions MovieOptions::conversion() const {
     xml2swf::ConversionOptions result;
     result.keepRaw = keepRaw;
+    result.abcAsData = abcAsData;
     result.warnings = warnings;
     result.threads = threads;
     return result;

@@ -10,7 +10,8 @@ struct MovieOptions {
     bool keepRaw = true; ///< keep unreadable tags as bytes instead of dropping them
     /// The form in which a movie is read and shown; by default that of the text it comes from, or the classic one.
     std::optional<bool> fullForm;
-    int level = 9; ///< of compression, 0 to 9
+    bool abcAsData = false; ///< in the full form: show blocks of ActionScript 3 as bytes
+    int level = 9;          ///< of compression, 0 to 9
     libswf::SwfWarnings* warnings = nullptr;
     std::string original; ///< the movie file that a text came from; empty for none
     uint32_t threads = 0; ///< of one conversion; 0 for as many as the machine has cores

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "Conversion.h"
+#include "MovieCompare.h"
 #include "Paths.h"
 #include "SwfAbcCode.h"
 #include "SwfAllTags.h"
@@ -309,6 +310,30 @@ TEST(Abc, LimitsThatAreTooSmallAreWarnedOf) {
     EXPECT_NE(show(compile(movieOf(scriptOf(code))))
                   .text.find(R"(MaxStack="2" LocalCount="5" InitScopeDepth="0" MaxScopeDepth="1")"),
               std::string::npos);
+}
+
+// A comparison goes down to the method and the first instruction that differs.
+TEST(Abc, ComparisonNamesMethodAndInstruction) {
+    const std::string text = movieOf(R"(<Class Name="a::C"><Constructor><Code><ReturnVoid /></Code></Constructor>
+<Method Name="run"><Code><PushNull /><Nop /><PushByte Value="1" /><PushByte Value="2" /><ReturnVoid /></Code></Method>
+<Static><Initializer><Code><ReturnVoid /></Code></Initializer></Static></Class>
+<Function Id="f"><Code><ReturnVoid /></Code></Function>)");
+    const auto difference = [&](const std::string& edited) {
+        SwfMovieSafe movies[2];
+        for (size_t i = 0; i < 2; ++i) {
+            MovieTarget target;
+            xmlToSwf(i == 0 ? text : edited, target, {});
+            const SwfVector<uint8_t> file = target.movie.serialise(0);
+            movies[i].parse({file.begin(), file.end()}, {.keepRaw = true});
+        }
+        const FieldDifference field = compareMovies(movies[0], movies[1]).tags.at(0).field.value_or(FieldDifference());
+        return field.path + ": " + field.a.value_or("-") + " / " + field.b.value_or("-");
+    };
+    EXPECT_EQ(difference(replaced(text, "Value=\"2\"", "Value=\"3\"")),
+              "DoABC/Abc/Class[a::C]/Method[run]/Code/PushByte[2]/@Value: 2 / 3");
+    EXPECT_EQ(difference(replaced(text, "\"run\"", "\"go\"")), "DoABC/Abc/Class[a::C]/Method[run]: Method[run] / -");
+    EXPECT_EQ(difference(replaced(text, "Name=\"a::C\"", "Name=\"a::C\" Final=\"true\"")),
+              "DoABC/Abc/Class[a::C]/@Final: - / true");
 }
 
 } // namespace

@@ -51,6 +51,8 @@ bool readValue(CaseFile& file, std::string_view keyword, std::string_view value)
         file.fullForm = true;
     else if (keyword == "keepraw")
         file.keepRaw = true;
+    else if (keyword == "braces")
+        ; // they stand for themselves: casesOfFlags has seen to that
     else if (keyword == "padded")
         file.padded = true;
     else if (keyword == "kept")

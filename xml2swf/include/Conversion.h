@@ -58,6 +58,8 @@ struct ConversionOptions {
     bool keepRaw = false;
     IProgressReporter* progress = nullptr;
     libswf::SwfWarnings* warnings = nullptr;
+    /// SWF to XML in the full form: show blocks of ActionScript 3 as bytes, as the classic form does.
+    bool abcAsData = false;
     /// SWF to XML: receives the place of every tag's element, nested ones too.
     std::vector<TagText>* tagTexts = nullptr;
     /// XML to SWF: the movie that the text came from. Elements whose text is as it was, the stage, the frame count and

@@ -72,6 +72,7 @@ struct TagText;
 struct XmlWriteContext {
     libswf::SwfContext swf; ///< of the movie: version and tags
     bool keepRaw = false;   ///< show a tag that has no XML form as Unknown instead of throwing
+    bool abcAsData = false; ///< show blocks of ActionScript 3 as bytes
     libswf::SwfWarnings* warnings = nullptr;
     std::vector<uint32_t> tagPath;            ///< indices of the tag being written
     uint32_t threads = 1;                     ///< for an element that can be written in parts

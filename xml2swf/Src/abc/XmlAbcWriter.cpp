@@ -1,6 +1,6 @@
 // Blocks of ActionScript 3 to XML.
 #include "AbcConstantsReader.h"
-#include "AbcMemberWriter.h"
+#include "AbcSource.h"
 #include "SwfException.h"
 #include "SwfInOrder.h"
 #include "SwfTags.h"
@@ -12,17 +12,6 @@ namespace xml2swf {
 using namespace libswf;
 
 namespace {
-
-// All that is worked out before the first character is written.
-struct ReadBlock {
-    SwfAbcBlock block;
-    AbcNames names;
-    AbcPlan plan;
-    AbcSource source{block, names, plan};
-
-    ReadBlock(std::span<const uint8_t> bytes, uint32_t threads)
-        : block(bytes), names(block, bytes.size()), plan(block, names, bytes.size(), threads) {}
-};
 
 // What is written at a time, on any thread: members of about so many bytes of code, or entries of pools.
 class PartedAbc {
@@ -143,8 +132,27 @@ void writeSets(XmlNode& constants, const AbcSource& source) {
     }
 }
 
+std::unique_ptr<AbcReadBlock> readBlock(XmlWriteContext& context, const SwfTag& tag, const SwfBytes& bytes) {
+    try {
+        return std::make_unique<AbcReadBlock>(bytes.span(), context.threads);
+    } catch (const SwfException& error) {
+        if (context.warnings == nullptr || bytes.empty())
+            return nullptr;
+        SwfWarning warning;
+        warning.kind = SwfWarning::Kind::keptRaw;
+        warning.tagCode = tag.type;
+        warning.tagName = tagName(tag.type);
+        warning.path = tagPathText(context.tagPath);
+        warning.reason = "its code is shown as bytes: " + error.reasonInTag();
+        context.warnings->add(std::move(warning));
+        return nullptr;
+    }
+}
+
+} // namespace
+
 // Behind the code, where nobody reading it meets them.
-void writeConstants(XmlNode& abc, const AbcSource& source) {
+void writeAbcConstants(XmlNode& abc, const AbcSource& source) {
     const AbcNames& names = source.names;
     XmlNode constants(abc, "Constants");
     std::string empty;
@@ -165,34 +173,17 @@ void writeConstants(XmlNode& abc, const AbcSource& source) {
         writeAbcMetadata(constants, source, i, true);
 }
 
-std::unique_ptr<ReadBlock> readBlock(XmlWriteContext& context, const SwfTag& tag, const SwfBytes& bytes) {
-    try {
-        return std::make_unique<ReadBlock>(bytes.span(), context.threads);
-    } catch (const SwfException& error) {
-        if (context.warnings == nullptr || bytes.empty())
-            return nullptr;
-        SwfWarning warning;
-        warning.kind = SwfWarning::Kind::keptRaw;
-        warning.tagCode = tag.type;
-        warning.tagName = tagName(tag.type);
-        warning.path = tagPathText(context.tagPath);
-        warning.reason = "its code is shown as bytes: " + error.reasonInTag();
-        context.warnings->add(std::move(warning));
-        return nullptr;
-    }
-}
-
-} // namespace
-
 void writeAbc(XmlNode& parent, const SwfTag& tag, const SwfBytes& bytes, std::string_view dataName) {
-    const std::unique_ptr<ReadBlock> read = readBlock(parent.context(), tag, bytes);
+    std::unique_ptr<AbcReadBlock> read;
+    if (parent.context().swf.fullForm && !parent.context().abcAsData)
+        read = readBlock(parent.context(), tag, bytes);
     if (read == nullptr)
         return writePayload(parent, dataName, bytes.span());
     XmlNode abc(parent, "Abc");
     abc.attribute("MajorVersion", read->block.majorVersion);
     abc.attribute("MinorVersion", read->block.minorVersion);
     PartedAbc(abc, read->source).writeMembers();
-    writeConstants(abc, read->source);
+    writeAbcConstants(abc, read->source);
 }
 
 } // namespace xml2swf

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 
+#include "AbcCompare.h"
 #include "Conversion.h"
 #include "SwfTagDefineSprite.h"
 #include "TagAligner.h"
@@ -61,6 +62,7 @@ public:
         std::vector<TagText> places;
         ConversionOptions options;
         options.keepRaw = true;
+        options.abcAsData = true; // its code is taken apart only where it differs
         options.tagTexts = &places;
         _text = swfToXml(movie, options);
         for (const TagText& place : places)
@@ -93,6 +95,20 @@ std::span<const uint8_t> bodyOf(const SwfTag& tag) {
     const std::span<const uint8_t> record = tag.source.span();
     const size_t header = !record.empty() && (record[0] & 63) == 63 ? 6 : 2;
     return record.subspan(std::min(header, record.size()));
+}
+
+// The block of ActionScript 3 in a tag; none in other tags.
+std::span<const uint8_t> blockOf(const SwfTag& tag) {
+    constexpr uint16_t doAbcDefine = 72, doAbc = 82;
+    constexpr size_t flags = 4;
+    const std::span<const uint8_t> body = bodyOf(tag);
+    if (tag.type == doAbcDefine)
+        return body;
+    if (tag.type != doAbc || body.size() < flags)
+        return {};
+    const auto nameEnd = std::find(body.begin() + flags, body.end(), 0);
+    return nameEnd == body.end() ? std::span<const uint8_t>()
+                                 : body.subspan(static_cast<size_t>(nameEnd - body.begin()) + 1);
 }
 
 using Path = std::vector<uint32_t>;
@@ -160,9 +176,19 @@ private:
         if (identical)
             return;
         if (a.text != b.text)
-            differs(entry, firstDifference(elementOf(a), elementOf(b)));
+            differs(entry, differenceOf(a, b));
         else
             differsInside(entry);
+    }
+
+    static FieldDifference differenceOf(const TagNode& a, const TagNode& b) {
+        if (startTag(a.text) == startTag(b.text)) {
+            if (auto field = abcDifference(blockOf(*a.tag), blockOf(*b.tag))) {
+                field->path.insert(0, tagName(a.tag->type) + "/");
+                return std::move(*field);
+            }
+        }
+        return firstDifference(elementOf(a), elementOf(b));
     }
 
     static std::string elementOf(const TagNode& node) {

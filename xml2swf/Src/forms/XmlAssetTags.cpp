@@ -71,10 +71,7 @@ void readXml(XmlElement& element, SwfTagDefineScalingGrid& tag) {
 void writeXml(XmlNode& node, const SwfTagDoABC& tag) {
     node.attribute("Flags", tag.flags);
     node.attribute("Name", tag.name);
-    if (node.context().swf.fullForm)
-        writeAbc(node, tag, tag.abcData, "DoABCData");
-    else
-        writePayload(node, "DoABCData", tag.abcData.span());
+    writeAbc(node, tag, tag.abcData, "DoABCData");
 }
 
 void readXml(XmlElement& element, SwfTagDoABC& tag) {

@@ -173,6 +173,7 @@ void appendMovie(XmlText& out, SwfMovieSafe& movie, const ConversionOptions& opt
     context.swf.fullForm = movie.fullForm;
     context.swf.tags = &movie.tags.tags();
     context.keepRaw = options.keepRaw;
+    context.abcAsData = options.abcAsData;
     context.warnings = options.warnings;
     context.tagTexts = options.tagTexts;
     const Tags& tags = movie.tags.tags().items();

@@ -52,7 +52,7 @@ bool readValue(CaseFile& file, std::string_view keyword, std::string_view value)
     else if (keyword == "keepraw")
         file.keepRaw = true;
     else if (keyword == "braces")
-        ; // they stand for themselves: casesOfFlags has seen to that
+        return true; // casesOfFlags has seen to it
     else if (keyword == "padded")
         file.padded = true;
     else if (keyword == "kept")

@@ -260,7 +260,7 @@ TEST_F(TagListTest, EditsLeaveTheRestAndAreTakenBackAndRepeated) {
             if (!hasLines && *lineEnd == '\r')
                 continue; // There is nothing to learn the line end from.
             text.change(before);
-            clipboard.own = "<X>\n  <Y/>\n</X>\n<Z/>\n";
+            clipboard.own = lines("<X>|  <Y/>|</X>|<Z/>|", lineEnd);
             bool isDone = false;
             if (c.position.empty())
                 isDone = run<DeleteCmd>(c.selection);
@@ -371,6 +371,50 @@ TEST_F(TagListTest, CutTagsGoToTheClipboardAndBackToTheirPlaces) {
     clipboard.works = false;
     EXPECT_TRUE(run<CutCmd>(clipboard, TagSelection{{0}})) << "undo brings it back";
     EXPECT_FALSE(CopyCmd(tags, clipboard, {{0}}).Execute());
+}
+
+// What is copied and put in keeps its bytes but for its indentation, whatever the lines around it end with.
+TEST_F(TagListTest, BytesSurviveTheClipboard) {
+    const std::string element = "<X a=\"\xE9 \r \n \r\n\">\r  <Y/> \r\n\n  <![CDATA[\xE9\r\n]]>\n</X>";
+    const std::string indented = "<X a=\"\xE9 \r \n \r\n\">\r    <Y/> \r\n\n    <![CDATA[\xE9\r\n]]>\n  </X>";
+    for (const char* lineEnd : {"\n", "\r\n", "\r"}) {
+        const std::string before = lines("<Movie>|  <A/>|", lineEnd);
+        text.change(before + "  " + indented + lineEnd + "</Movie>");
+        EXPECT_TRUE(CopyCmd(tags, clipboard, {{1}}).Execute());
+        EXPECT_EQ(clipboard.own, element + lineEnd);
+        EXPECT_TRUE(run<PasteCmd>(clipboard, TagPath{9}));
+        EXPECT_EQ(text.content, before + "  " + indented + lineEnd + "  " + indented + lineEnd + "</Movie>");
+        EXPECT_TRUE(run<MoveCmd>(TagSelection{{2}}, TagPath{0}));
+        EXPECT_EQ(text.content, lines("<Movie>|  ", lineEnd) + indented + lines("|  <A/>|  ", lineEnd) + indented +
+                                    lineEnd + "</Movie>");
+        // New ones, and what is typed into a tag of one line, end their lines as the text does.
+        EXPECT_TRUE(run<InsertCmd>(std::vector<std::string>{"<N>\n</N>"}, TagPath{0}));
+        EXPECT_TRUE(text.content.starts_with(lines("<Movie>|  <N>|  </N>|  <X", lineEnd)));
+        AnsweringEditor editor;
+        editor.answer = "<A>\n</A>";
+        EXPECT_TRUE(run<EditSingleTagCmd>(editor, TagPath{2}));
+        EXPECT_NE(text.content.find(lines("|  <A>|  </A>|", lineEnd)), std::string::npos);
+    }
+}
+
+TEST_F(TagListTest, ARefusedCommandLeavesTextAndHistoryAlone) {
+    text.content = movie;
+    AnsweringEditor editor;
+    editor.answer = "<A Id=\"2\"/>";
+    EXPECT_TRUE(run<EditSingleTagCmd>(editor, TagPath{0}));
+    const std::string edited = text.content;
+    EXPECT_TRUE(history.undo());
+    const uint64_t changes = text.changeCount();
+    for (const char* refused : {"<A>", "<A b=1/>", "</Movie>"}) {
+        editor.answer = refused;
+        EXPECT_FALSE(run<EditSingleTagCmd>(editor, TagPath{0})) << refused;
+        EXPECT_EQ(user.failures.back().message.caption, "The XML has incorrect format.") << refused;
+    }
+    EXPECT_EQ(text.content, movie);
+    EXPECT_EQ(text.changeCount(), changes);
+    EXPECT_TRUE(history.redo(session)) << "what could be repeated still can";
+    EXPECT_EQ(text.content, edited);
+    EXPECT_FALSE(history.redo(session));
 }
 
 TEST_F(TagListTest, OneHistoryServesBothViews) {

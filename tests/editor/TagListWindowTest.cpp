@@ -139,6 +139,25 @@ TEST_F(TagListWindowTest, KeysEditTheTagsWithOneHistory) {
     EXPECT_EQ(rows(), "ShowFrame\n");
 }
 
+// Through the system's clipboard, from either view to either view.
+TEST_F(TagListWindowTest, BytesGoBetweenTheViewsAsTheyAre) {
+    const std::string label = "<FrameLabel Label=\"\xE9 alone\r\" />";
+    load("<Movie>\r\n    " + label + "\r\n</Movie>");
+    choose(CommandId::tagList);
+    press(Qt::Key_Home);
+    press(Qt::Key_C, Qt::ControlModifier);
+    choose(CommandId::movieXml);
+    editor().gotoPlace(1, 8);
+    press(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(editor().text(), "<Movie>" + label + "\r\n\r\n    " + label + "\r\n</Movie>");
+    editor().select({7, 7 + label.size()});
+    editor().cut();
+    choose(CommandId::tagList);
+    press(Qt::Key_End);
+    press(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(editor().text(), "<Movie>\r\n\r\n    " + label + "\r\n    " + label + "\r\n</Movie>");
+}
+
 TEST_F(TagListWindowTest, TheTagEditorChecksBeforeItTakesOver) {
     choose(CommandId::tagList);
     const auto typeTag = [](QWidget& dialog, const char* text) {

@@ -1,7 +1,11 @@
 // The text view: bytes, undo, places, search, tags.
 #include <gtest/gtest.h>
 
+#include <QClipboard>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QTest>
+#include <QtWidgets>
 
 #include "ColorText.h"
 #include "TagMatch.h"
@@ -38,6 +42,33 @@ TEST(TextView, BytesAreWhatTheyWere) {
         view.undo();
         EXPECT_EQ(view.text(), text);
     }
+}
+
+// Pasted and dropped, into a text whose lines end in another way.
+TEST(TextView, TextsOfOtherProgramsKeepTheirLineEnds) {
+    constexpr const char* foreign = "a\rb\r\nc\n";
+    TextEditorView view;
+    view.resize(400, 300);
+    view.setText("one\r\ntwo");
+    view.gotoPlace(2, 1);
+    QApplication::clipboard()->setText(QString::fromUtf8(foreign));
+    view.paste();
+    EXPECT_EQ(view.text(), "one\r\na\rb\r\nc\ntwo");
+    EXPECT_EQ(view.caret(), 12u);
+    view.undo();
+
+    QMimeData data;
+    data.setText(QString::fromUtf8(foreign));
+    const QPointF place(view.send(QsciScintillaBase::SCI_POINTXFROMPOSITION, 0, 3) + 1,
+                        view.send(QsciScintillaBase::SCI_POINTYFROMPOSITION, 0, 3) + 1);
+    QDragEnterEvent enter(place.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(view.viewport(), &enter);
+    QDropEvent drop(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(view.viewport(), &drop);
+    EXPECT_EQ(view.text(), "onea\rb\r\nc\n\r\ntwo");
+    EXPECT_EQ(view.selectedText(), foreign);
+    view.undo();
+    EXPECT_EQ(view.text(), "one\r\ntwo") << "one step";
 }
 
 TEST(TextView, TheSavePointTellsWhatIsModified) {

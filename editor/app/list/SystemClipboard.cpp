@@ -4,23 +4,37 @@
 #include <QGuiApplication>
 #include <QMimeData>
 
+#include "text/TextControl.h"
+
 namespace zelk {
+
+namespace {
+
+QString formatName(const char* format) { return QString::fromLatin1(format); }
+
+std::optional<std::string> bytesOf(const char* format) {
+    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+    if (data == nullptr || !data->hasFormat(formatName(format)))
+        return std::nullopt;
+    return data->data(formatName(format)).toStdString();
+}
+
+} // namespace
 
 bool SystemClipboard::setTags(const std::string& elements) {
     auto* data = new QMimeData;
-    data->setData(QString::fromLatin1(tagsFormat), QByteArray::fromStdString(elements));
-    data->setText(QString::fromStdString(elements));
+    for (const QString& format : {formatName(tagsFormat), formatName(TextControl::bytesFormat)})
+        data->setData(format, QByteArray::fromStdString(elements));
+    data->setText(QString::fromStdString(elements)); // for other programs
     QGuiApplication::clipboard()->setMimeData(data);
     return true;
 }
 
-std::optional<std::string> SystemClipboard::tags() {
-    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
-    if (data == nullptr || !data->hasFormat(QString::fromLatin1(tagsFormat)))
-        return std::nullopt;
-    return data->data(QString::fromLatin1(tagsFormat)).toStdString();
-}
+std::optional<std::string> SystemClipboard::tags() { return bytesOf(tagsFormat); }
 
-std::string SystemClipboard::plainText() { return QGuiApplication::clipboard()->text().toStdString(); }
+std::string SystemClipboard::plainText() {
+    const std::optional<std::string> bytes = bytesOf(TextControl::bytesFormat);
+    return bytes ? *bytes : QGuiApplication::clipboard()->text().toStdString();
+}
 
 } // namespace zelk

@@ -1,8 +1,10 @@
 #include "TextControl.h"
 
 #include <QClipboard>
+#include <QDropEvent>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QMouseEvent>
 
 #ifdef Q_OS_LINUX
 #include <sys/mman.h>
@@ -17,8 +19,7 @@ namespace zelk {
 
 namespace {
 
-// The clipboard's plain text has no broken UTF-8 and, on some systems, other line ends.
-const QString bytesFormat = QStringLiteral("application/x-zelk-text");
+QString formatName() { return QString::fromLatin1(TextControl::bytesFormat); }
 
 constexpr size_t pieceSize = 8 << 20; // of a text that is handed over
 
@@ -95,18 +96,74 @@ void TextControl::replaceAll(std::span<const TextChange> changes) {
     send(SCI_ENDUNDOACTION);
 }
 
-// The control changes the line ends of everything that it pastes itself.
+// --- clipboard and drops: the control would change the line ends of everything that it puts in -----------------------
+
 void TextControl::pasteBytes() {
-    const QMimeData* clipboard = QGuiApplication::clipboard()->mimeData();
-    if (clipboard == nullptr || !clipboard->hasFormat(bytesFormat)) {
-        send(SCI_PASTE);
-        return;
-    }
-    const QByteArray bytes = clipboard->data(bytesFormat);
+    if (!insertFrom(QGuiApplication::clipboard()->mimeData()))
+        send(SCI_PASTE); // A rectangle goes to the ends of several lines.
+}
+
+// False for what is put in another way.
+bool TextControl::insertFrom(const QMimeData* source) {
+    if (source == nullptr || !canInsertFromMimeData(source))
+        return true;
+    bool isRectangle = false;
+    const QByteArray bytes = fromMimeData(source, isRectangle);
+    if (isRectangle)
+        return false;
     const long start = send(SCI_GETSELECTIONSTART);
     replaceBytes(static_cast<size_t>(start), static_cast<size_t>(send(SCI_GETSELECTIONEND)),
                  {bytes.constData(), static_cast<size_t>(bytes.size())});
     send(SCI_GOTOPOS, start + bytes.size());
+    return true;
+}
+
+// The middle button puts in what is selected elsewhere.
+void TextControl::mousePressEvent(QMouseEvent* event) {
+    const QClipboard* clipboard = QGuiApplication::clipboard();
+    if (event->button() != Qt::MiddleButton || !clipboard->supportsSelection()) {
+        QsciScintillaBase::mousePressEvent(event);
+        return;
+    }
+    setFocus();
+    const QPoint point = event->position().toPoint();
+    send(SCI_SETEMPTYSELECTION, send(SCI_POSITIONFROMPOINT, point.x(), point.y()));
+    insertFrom(clipboard->mimeData(QClipboard::Selection));
+}
+
+void TextControl::dropEvent(QDropEvent* event) {
+    bool isRectangle = false;
+    const QByteArray bytes =
+        canInsertFromMimeData(event->mimeData()) ? fromMimeData(event->mimeData(), isRectangle) : QByteArray();
+    if (bytes.isEmpty() || isRectangle) {
+        QsciScintillaBase::dropEvent(event);
+        return;
+    }
+    QDragLeaveEvent leave;
+    dragLeaveEvent(&leave); // takes away the mark of the place
+    const bool isOwn = event->source() == this || event->source() == viewport();
+    const QPoint point = event->position().toPoint();
+    moveOrCopyTo(static_cast<size_t>(send(SCI_POSITIONFROMPOINT, point.x(), point.y())),
+                 {bytes.constData(), static_cast<size_t>(bytes.size())},
+                 isOwn && event->dropAction() == Qt::MoveAction);
+    event->acceptProposedAction();
+}
+
+// A text that is dropped onto itself stays.
+void TextControl::moveOrCopyTo(size_t place, std::string_view bytes, bool isMove) {
+    const auto start = static_cast<size_t>(send(SCI_GETSELECTIONSTART));
+    const auto end = static_cast<size_t>(send(SCI_GETSELECTIONEND));
+    if (isMove && place >= start && place <= end)
+        return;
+    send(SCI_BEGINUNDOACTION);
+    replaceBytes(place, place, bytes);
+    if (isMove) {
+        const size_t moved = place <= start ? bytes.size() : 0;
+        replaceBytes(start + moved, end + moved, {});
+        place -= place < start ? 0 : end - start;
+    }
+    send(SCI_ENDUNDOACTION);
+    send(SCI_SETSEL, static_cast<long>(place), static_cast<long>(place + bytes.size()));
 }
 
 void TextControl::setStyles(size_t start, const std::string& styles) {
@@ -115,17 +172,17 @@ void TextControl::setStyles(size_t start, const std::string& styles) {
 }
 
 bool TextControl::canInsertFromMimeData(const QMimeData* source) const {
-    return source->hasFormat(bytesFormat) || (source->hasText() && !source->hasUrls());
+    return source->hasFormat(formatName()) || (source->hasText() && !source->hasUrls());
 }
 
 QByteArray TextControl::fromMimeData(const QMimeData* source, bool& rectangular) const {
     const QByteArray plain = QsciScintillaBase::fromMimeData(source, rectangular);
-    return source->hasFormat(bytesFormat) ? source->data(bytesFormat) : plain;
+    return source->hasFormat(formatName()) ? source->data(formatName()) : plain;
 }
 
 QMimeData* TextControl::toMimeData(const QByteArray& text, bool rectangular) const {
     QMimeData* data = QsciScintillaBase::toMimeData(text, rectangular);
-    data->setData(bytesFormat, text);
+    data->setData(formatName(), text);
     return data;
 }
 

@@ -30,7 +30,9 @@ public:
     /// Another number after every change.
     uint64_t changeCount() const { return _changeCount; }
 
-    /// What a text view put on the clipboard keeps its bytes; line ends of other texts become those of this one.
+    /// The format in which texts keep their bytes on the clipboard, also those that are no UTF-8.
+    static constexpr const char* bytesFormat = "application/x-zelk-text";
+    /// Puts in what the clipboard holds with its bytes and line ends.
     void pasteBytes();
 
     QuoteMap::State quoteStateAt(size_t position) { return _quotes.at(bytes(), position); }
@@ -48,9 +50,13 @@ protected:
     bool canInsertFromMimeData(const QMimeData* source) const override;
     QByteArray fromMimeData(const QMimeData* source, bool& rectangular) const override;
     QMimeData* toMimeData(const QByteArray& text, bool rectangular) const override;
+    void dropEvent(QDropEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
 
 private:
     void willChange(int position, int type);
+    bool insertFrom(const QMimeData* source);
+    void moveOrCopyTo(size_t place, std::string_view bytes, bool isMove);
 
     QuoteMap _quotes;
     uint64_t _changeCount = 0;

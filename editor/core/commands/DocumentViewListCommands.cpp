@@ -1,5 +1,7 @@
 #include "DocumentViewListCommands.h"
 
+#include <utility>
+
 #include "TagCheck.h"
 #include "TagClipboard.h"
 #include "TagEdits.h"
@@ -36,9 +38,7 @@ bool TagListCmd::Execute() {
         _edit = prepare();
         if (_edit.changes.empty())
             return false;
-        _text.view().replaceAll(_edit.changes);
-        _edit.changes = {};
-        checkText();
+        change();
         _isPrepared = true;
     }
     _shown = _edit.shown;
@@ -46,14 +46,22 @@ bool TagListCmd::Execute() {
     return true;
 }
 
-// The list could not be shown any more, and nobody would know why.
-void TagListCmd::checkText() {
-    try {
-        _text.tags();
-    } catch (...) {
-        _text.view().undo();
-        throw;
+// A text that is no longer well-formed could not be shown any more, and nobody would know why. It is looked at before
+// it is there, since a change that is taken back still stands in the history, in the place of what could be repeated.
+void TagListCmd::change() {
+    std::string after;
+    size_t at = 0;
+    const std::string_view before = _text.text();
+    for (const TextChange& change : _edit.changes) {
+        after.append(before.substr(at, change.start - at)).append(change.text);
+        at = change.end;
     }
+    after.append(before.substr(at));
+    auto tags = std::make_shared<const TagIndex>(after);
+    after = {};
+    _text.view().replaceAll(_edit.changes);
+    _edit.changes = {};
+    _text.setTags(std::move(tags));
 }
 
 bool TagListCmd::Unexecute() {
@@ -76,35 +84,37 @@ TagListCmd::Edit DeleteCmd::prepare() {
     return edit;
 }
 
-void CutCmd::finish() { putOnClipboard(_clipboard, removed()); }
+void CutCmd::finish() { putOnClipboard(_clipboard, removed(), lineEndOf(text().text())); }
 
 bool CopyCmd::Execute() {
     std::vector<std::string> elements;
     for (uint32_t tag : tagsAt(_text.tags(), _selection))
         elements.push_back(loneElement(_text, tag));
-    return !elements.empty() && putOnClipboard(_clipboard, elements);
+    return !elements.empty() && putOnClipboard(_clipboard, elements, lineEndOf(_text.text()));
 }
 
 TagListCmd::Edit InsertCmd::prepare() {
-    if (_elements.empty() || _position.empty())
+    for (std::string& element : _elements)
+        element = withLineEnds(element, lineEndOf(text().text()));
+    return put(std::exchange(_elements, {})); // The text's history has them from now on.
+}
+
+TagListCmd::Edit InsertCmd::put(const std::vector<std::string>& elements) {
+    if (elements.empty() || _position.empty())
         return {};
     const TagIndex& index = text().tags();
     TagPath position(_position.begin(), _position.end() - 1);
     const uint32_t first = std::min(_position.back(), index.childCount(index.find(position)));
     Edit edit;
-    edit.changes = {insertionAt(text(), _position, _elements)};
+    edit.changes = {insertionAt(text(), _position, elements)};
     position.push_back(first);
     edit.place = position;
-    for (; position.back() < first + _elements.size(); ++position.back())
+    for (; position.back() < first + elements.size(); ++position.back())
         edit.shown.push_back(position);
-    _elements = {}; // The text's history has them from now on.
     return edit;
 }
 
-TagListCmd::Edit PasteCmd::prepare() {
-    _elements = tagsOnClipboard(_clipboard);
-    return InsertCmd::prepare();
-}
+TagListCmd::Edit PasteCmd::prepare() { return put(tagsOnClipboard(_clipboard)); }
 
 TagListCmd::Edit EditSingleTagCmd::prepare() {
     const uint32_t tag = text().tags().find(_position);
@@ -114,7 +124,12 @@ TagListCmd::Edit EditSingleTagCmd::prepare() {
     const std::optional<std::string> after = _editor.editTag(before, movieVersion(text()));
     if (!after || *after == before)
         return {};
-    return {{replacement(text(), tag, trimmed(*after))}, {_position}, {_position}, _position};
+    // The editor goes on with the line ends that it finds; where there are none, the text knows better.
+    const bool hasLines = before.find_first_of("\r\n") != before.npos;
+    std::string element = trimmed(*after);
+    if (!hasLines)
+        element = withLineEnds(element, lineEndOf(text().text()));
+    return {{replacement(text(), tag, element)}, {_position}, {_position}, _position};
 }
 
 } // namespace zelk::guicommand::documentviewlist

@@ -49,7 +49,7 @@ protected:
     virtual void finish() {}
 
 private:
-    void checkText();
+    void change();
 
     TaggedText& _text;
     Edit _edit;
@@ -98,7 +98,7 @@ private:
     TagSelection _selection;
 };
 
-/// Puts elements at a position. False when there are none.
+/// Puts new elements at a position, with the line ends of the text. False when there are none.
 class InsertCmd : public TagListCmd {
 public:
     InsertCmd(TaggedText& text, std::vector<std::string> elements, TagPath position)
@@ -107,14 +107,15 @@ public:
 protected:
     InsertCmd(TaggedText& text, TagPath position) : TagListCmd(text), _position(std::move(position)) {}
     Edit prepare() override;
-
-    std::vector<std::string> _elements;
+    /// Puts them with the line ends that they have.
+    Edit put(const std::vector<std::string>& elements);
 
 private:
+    std::vector<std::string> _elements;
     TagPath _position;
 };
 
-/// Puts what the clipboard holds when the command is executed for the first time.
+/// Puts what the clipboard holds when the command is executed for the first time, with its line ends.
 class PasteCmd : public InsertCmd {
 public:
     PasteCmd(TaggedText& text, IClipboard& clipboard, TagPath position)

@@ -90,6 +90,7 @@ public:
     virtual bool setTags(const std::string& elements) = 0;
     /// What setTags put there, if it is what stands there.
     virtual std::optional<std::string> tags() = 0;
+    /// With its bytes when a text view put it there.
     virtual std::string plainText() = 0;
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "TagText.h"
 #include "XmlSurroundings.h"
 
 namespace zelk {
@@ -32,13 +33,6 @@ std::string indentationAt(std::string_view text, size_t position) {
     const size_t start = text.find_last_of("\r\n", position) + 1; // 0 when there is none
     const size_t end = std::min(text.find_first_not_of(blanks, start), text.size());
     return std::string(text.substr(start, end - start));
-}
-
-std::string lineEndOf(std::string_view text) {
-    const size_t end = text.find_first_of("\r\n");
-    if (end == text.npos || text[end] == '\n')
-        return "\n";
-    return text.substr(end).starts_with("\r\n") ? "\r\n" : "\r";
 }
 
 // The tag or section that a place is inside of.
@@ -127,7 +121,7 @@ std::optional<XmlTagToken> tagBehind(std::string_view text, size_t position) {
 } // namespace
 
 std::optional<ElementPlace> placeForElement(std::string_view text, size_t position, ElementKind kind) {
-    ElementPlace place{{}, 0, 0, "", "", "", lineEndOf(text)};
+    ElementPlace place{{}, 0, 0, "", "", "", std::string(lineEndOf(text))};
     position = behindSection(text, position);
     if (const auto tag = tagAround(text, position)) {
         if (tag->kind == XmlTagToken::Kind::empty && enter(text, *tag, kind, place))

@@ -16,10 +16,10 @@ std::vector<std::string> tagsOnClipboard(IClipboard& clipboard) {
     }
 }
 
-bool putOnClipboard(IClipboard& clipboard, const std::vector<std::string>& elements) {
+bool putOnClipboard(IClipboard& clipboard, const std::vector<std::string>& elements, std::string_view lineEnd) {
     std::string text;
     for (const std::string& element : elements)
-        text.append(element).append("\n");
+        text.append(element).append(lineEnd);
     return clipboard.setTags(text);
 }
 

@@ -36,14 +36,6 @@ size_t behindComments(std::string_view text, size_t at) {
     }
 }
 
-// As the first line has it.
-std::string_view lineEndOf(std::string_view text) {
-    const size_t end = text.find_first_of("\r\n");
-    if (end == text.npos || text[end] == '\n')
-        return "\n";
-    return text.substr(end).starts_with("\r\n") ? "\r\n" : "\r";
-}
-
 TextChange without(std::string_view text, size_t start, size_t end) {
     const std::string_view indent = lineIndent(text, start);
     const bool isFirst = startsLine(text, start);
@@ -69,13 +61,13 @@ struct Place {
     std::string lines(const std::vector<std::string>& elements) const {
         std::string result;
         for (const std::string& element : elements)
-            result.append(indent).append(reindented(element, {}, indent, lineEnd)).append(lineEnd);
+            result.append(indent).append(reindented(element, {}, indent)).append(lineEnd);
         return result;
     }
     std::string inLine(const std::vector<std::string>& elements) const {
         std::string result;
         for (const std::string& element : elements)
-            result += reindented(element, {}, {}, lineEnd);
+            result += element;
         return result;
     }
 };
@@ -185,12 +177,12 @@ TextChange replacement(TaggedText& tagged, uint32_t tag, std::string_view elemen
     const TagIndex& index = tagged.tags();
     const std::string_view text = tagged.text();
     const size_t start = index.start(tag);
-    return {start, index.end(tag), reindented(element, {}, lineIndent(text, start), lineEndOf(text))};
+    return {start, index.end(tag), reindented(element, {}, lineIndent(text, start))};
 }
 
 std::string loneElement(TaggedText& tagged, uint32_t tag) {
     const std::string_view indent = lineIndent(tagged.text(), tagged.tags().start(tag));
-    return reindented(tagged.element(tag), indent, {}, "\n");
+    return reindented(tagged.element(tag), indent, {});
 }
 
 } // namespace zelk

@@ -14,7 +14,7 @@ std::vector<uint32_t> tagsAt(const TagIndex& index, const std::vector<TagPath>& 
 std::vector<TextChange> removal(TaggedText& text, const std::vector<uint32_t>& tags);
 
 /// Puts elements behind a tag, or before the first one of `parent` when `before` is TagIndex::movie, with the
-/// indentation of their neighbours. The elements are as splitElements gives them.
+/// indentation of their neighbours and the line ends that they have. They are as splitElements gives them.
 TextChange insertion(TaggedText& text, uint32_t parent, uint32_t before, const std::vector<std::string>& elements);
 
 /// The same at a position: its last number is the first element's row. Behind the last row when it is too high.

@@ -67,6 +67,24 @@ void checkBetween(std::string_view text, size_t at, size_t end) {
     }
 }
 
+// An element with other blanks: `change` puts something in place of each that has a line end and stands between
+// elements.
+template <class Change>
+std::string withBlanks(std::string_view element, Change change) {
+    std::string result;
+    for (size_t at = 0; at < element.size();) {
+        const size_t end =
+            element[at] == '<' ? markupEnd(element, at) : std::min(element.find('<', at), element.size());
+        const std::string_view piece = element.substr(at, end - at);
+        at = end;
+        if (piece.find_first_of("\r\n") == piece.npos || piece.find_first_not_of(blanks) != piece.npos)
+            result += piece;
+        else
+            change(piece, result);
+    }
+    return result;
+}
+
 } // namespace
 
 std::string_view elementName(std::string_view element) {
@@ -135,7 +153,7 @@ std::vector<std::string> splitElements(std::string_view text) {
         const std::string_view element = text.substr(start, end - start);
         if (elementName(element) == "Movie")
             throw misplaced(text, start, "Movie is no tag.");
-        elements.push_back(reindented(element, lineIndent(text, start), {}, "\n"));
+        elements.push_back(reindented(element, lineIndent(text, start), {}));
     }
     checkBetween(text, at, text.size());
     if (elements.empty())
@@ -148,30 +166,36 @@ std::string trimmed(std::string_view text) {
     return std::string(text.substr(start, text.find_last_not_of(blanks) + 1 - start));
 }
 
-std::string reindented(std::string_view element, std::string_view from, std::string_view to, std::string_view lineEnd) {
-    std::string result;
-    for (size_t at = 0; at < element.size();) {
-        const size_t end =
-            element[at] == '<' ? markupEnd(element, at) : std::min(element.find('<', at), element.size());
-        const std::string_view piece = element.substr(at, end - at);
-        at = end;
-        size_t lineStart = piece.find_last_of("\r\n");
-        if (lineStart == piece.npos || piece.find_first_not_of(blanks) != piece.npos) {
-            result += piece;
-            continue;
+std::string reindented(std::string_view element, std::string_view from, std::string_view to) {
+    return withBlanks(element, [&](std::string_view piece, std::string& result) {
+        const size_t line = piece.find_last_of("\r\n") + 1;
+        const std::string_view indent = piece.substr(line);
+        result += piece.substr(0, line);
+        if (indent.starts_with(from))
+            result.append(to).append(indent.substr(from.size()));
+        else
+            result += indent;
+    });
+}
+
+std::string withLineEnds(std::string_view element, std::string_view lineEnd) {
+    return withBlanks(element, [&](std::string_view piece, std::string& result) {
+        for (size_t i = 0; i < piece.size(); ++i) {
+            if (piece[i] != '\r' && piece[i] != '\n') {
+                result += piece[i];
+                continue;
+            }
+            i += piece.substr(i).starts_with("\r\n") ? 1 : 0;
+            result += lineEnd;
         }
-        for (size_t i = 0; i <= lineStart; ++i) {
-            if (piece[i] == '\n' || (piece[i] == '\r' && (i + 1 == piece.size() || piece[i + 1] != '\n')))
-                result += lineEnd;
-        }
-        std::string_view indent = piece.substr(lineStart + 1);
-        if (indent.starts_with(from)) {
-            result += to;
-            indent.remove_prefix(from.size());
-        }
-        result += indent;
-    }
-    return result;
+    });
+}
+
+std::string_view lineEndOf(std::string_view text) {
+    const size_t end = text.find_first_of("\r\n");
+    if (end == text.npos || text[end] == '\n')
+        return "\n";
+    return text.substr(end).starts_with("\r\n") ? "\r\n" : "\r";
 }
 
 std::string_view lineIndent(std::string_view text, size_t offset) {

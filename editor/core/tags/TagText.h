@@ -29,9 +29,14 @@ std::vector<std::string> splitElements(std::string_view text);
 /// Without the blanks around it.
 std::string trimmed(std::string_view text);
 
-/// An element with another indentation: `from` at the start of its lines becomes `to`, line ends between its elements
-/// become `lineEnd`. Payloads, values and comments stay as they are.
-std::string reindented(std::string_view element, std::string_view from, std::string_view to, std::string_view lineEnd);
+/// An element with another indentation: `from` at the start of its lines becomes `to`. Line ends, payloads, values and
+/// comments stay as they are.
+std::string reindented(std::string_view element, std::string_view from, std::string_view to);
+/// An element with other line ends between its elements. Payloads, values and comments stay as they are.
+std::string withLineEnds(std::string_view element, std::string_view lineEnd);
+
+/// How lines of a text end: as its first one does, with LF when it has only one.
+std::string_view lineEndOf(std::string_view text);
 
 /// The blanks at the start of the line in which `offset` is.
 std::string_view lineIndent(std::string_view text, size_t offset);

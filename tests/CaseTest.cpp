@@ -124,7 +124,7 @@ public:
         stream.context.version = _file.version;
         stream.context.fullForm = _file.fullForm;
         stream.context.keepRaw = keepRaw;
-        stream.tagOptions(SwfTagCode::ImportAssets) = keepRaw ? 1 : 0;
+        stream.tagOptions(SwfTagCode::ImportAssets) = keepRaw && !_file.fullForm ? 1 : 0;
         SwfTags tags;
         stream.context.tags = &tags;
         tags.readUntil(stream, _file.before.size());
@@ -411,6 +411,7 @@ TEST(TagTable, EveryTagHasACase) {
     }
     EXPECT_TRUE(shown.count("Unknown"));
 #define SWF_TAG(code, name) EXPECT_TRUE(shown.count(#name)) << "no case shows " #name;
+#define SWF_FULL_TAG SWF_TAG
 #include "SwfTags.def"
 }
 
@@ -423,7 +424,8 @@ TEST(TagTable, NamesAndCodesAreUnique) {
         EXPECT_LE(code, 1023u);
     };
 #define SWF_TAG(code, name) add(code, #name);
-#define SWF_RAW_TAG(code, name) add(code, #name);
+#define SWF_FULL_TAG SWF_TAG
+#define SWF_RAW_TAG SWF_TAG
 #include "SwfTags.def"
 }
 

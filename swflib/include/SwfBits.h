@@ -4,6 +4,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <initializer_list>
 
 namespace libswf {
 
@@ -29,6 +30,17 @@ constexpr uint32_t bitsSignedMax(const int32_t* values, size_t n) {
     return bitsUnsigned(all) + 1;
 }
 
+/// The fewest bits that hold every value; 0 when all are 0.
+constexpr uint32_t bitsNeeded(std::initializer_list<int32_t> values) {
+    uint32_t all = 0;
+    bool anySet = false;
+    for (const int32_t v : values) {
+        all |= bitsMagnitude(v);
+        anySet |= v != 0;
+    }
+    return anySet ? static_cast<uint32_t>(std::bit_width(all)) + 1 : 0;
+}
+
 constexpr uint32_t bitsUnsignedMax(uint32_t a, uint32_t b) { return bitsUnsigned(a | b); }
 
 /// Truncates toward zero; NaN and values outside 32 bits give 0x80000000.
@@ -45,5 +57,7 @@ inline uint16_t floatToFixed8(float v) { return static_cast<uint16_t>(truncateTo
 /// 16.16 fixed point of the matrix fields.
 inline float fixed16ToFloat(int32_t v) { return static_cast<float>(v) / 65536.0f; }
 inline int32_t floatToFixed16(float v) { return truncateToInt32(double(v) * 65536.0); }
+/// To the nearest; outside 32 bits as truncateToInt32.
+inline int32_t nearestFixed16(double v) { return truncateToInt32(std::floor(v * 65536.0 + 0.5)); }
 
 } // namespace libswf

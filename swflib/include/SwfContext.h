@@ -13,6 +13,8 @@ struct SwfTagState {
     uint16_t tagType = 0;       ///< code of the tag being read or written
     uint32_t tagSize = 0;       ///< length of its body in bytes
     bool tagLongHeader = false; ///< reading: the header was long although the length is below 63
+    bool tagMayLackNul = false; ///< reading, full form: the NUL of a text that ends the body may be missing
+    bool tagLacksNul = false;   ///< and is
 
     uint64_t readAgain = 0; ///< reading: bytes that actions took from behind their Length
 
@@ -21,10 +23,11 @@ struct SwfTagState {
     bool newStylesAllowed = false; ///< a style change may carry new style arrays
     bool lineStyle2Mode = false;   ///< line style arrays hold LINESTYLE2
     bool cutIndices = false;       ///< a shape record's style index is cut to its width instead of refused (glyphs)
-    uint8_t numFillBits = 0;       ///< width of fill indices, 0 to 15
-    uint8_t numLineBits = 0;       ///< width of line indices, 0 to 15
-    uint8_t glyphBits = 0;         ///< width of glyph indices, 0 to 255 as the file says
-    uint8_t advanceBits = 0;       ///< width of glyph advances, 0 to 255 as the file says
+    bool widenIndices = false; ///< full form: the widths grow with the indices (end edges of morphs, without styles)
+    uint8_t numFillBits = 0;   ///< width of fill indices, 0 to 15
+    uint8_t numLineBits = 0;   ///< width of line indices, 0 to 15
+    uint8_t glyphBits = 0;     ///< width of glyph indices, 0 to 255 as the file says
+    uint8_t advanceBits = 0;   ///< width of glyph advances, 0 to 255 as the file says
 };
 
 struct SwfContext : SwfTagState {

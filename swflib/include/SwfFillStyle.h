@@ -70,7 +70,8 @@ public:
     void write(SwfOStream& stream) override;
 };
 
-/// FILLSTYLEARRAY: at most 254 styles, 65,535 where the context allows extended counts; more throw SwfException code 2.
+/// FILLSTYLEARRAY: at most 255 styles (254 in the classic form), 65,535 where the context allows extended counts; more
+/// throw SwfException code 2.
 class SwfFillStyles : public SwfStruct {
 public:
     SwfPtrVector<SwfFillStyle*> items;

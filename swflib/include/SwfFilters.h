@@ -1,11 +1,12 @@
 // Bitmap filters of placed objects and buttons.
 //
-// Flag bytes, bit 0 the least significant. The order of the flags is not the published one, which puts InnerShadow at
-// bit 7; all bits survive, their names differ.
-//   DropShadow, Glow              Passes 0-4, InnerShadow 5, Knockout 6, CompositeSource 7
-//   Bevel, both gradient filters  Passes 0-3, InnerShadow 4, Knockout 5, CompositeSource 6, OnTop 7
+// Flag bytes, bit 0 the least significant, as players read them and the full form shows them:
+//   DropShadow, Glow              Passes 0-4, CompositeSource 5, Knockout 6, InnerShadow or InnerGlow 7
+//   Bevel, both gradient filters  Passes 0-3, OnTop 4, CompositeSource 5, Knockout 6, InnerShadow 7
 //   Blur                          reserved 0-2, Passes 3-7
-//   Convolution                   PreserveAlpha 0, Clamp 1, reserved 2-7; never in the file
+//   Convolution                   PreserveAlpha 0, Clamp 1, reserved 2-7
+// The classic form gives the flags behind Passes the opposite order, on purpose: all bits survive, their names differ.
+// It has no flags of a convolution in the file.
 #pragma once
 
 #include <array>
@@ -123,9 +124,9 @@ public:
 };
 
 /// matrixX × matrixY entries are written: missing ones as 0, surplus ones not at all.
-/// Departs from the published format on purpose: the flags byte at the end is neither read nor written, but counted, so
-/// getSize is one byte more than write gives. A tag whose list ends with this filter is filled up with a zero flags
-/// byte; a filter after this one cannot be read from a file that has the byte.
+/// A flags byte ends it. The classic form departs from that on purpose: the byte is neither read nor written, but
+/// counted, so getSize is one byte more than write gives. A tag whose list ends with this filter is filled up with a
+/// zero flags byte; a filter after this one cannot be read from a file that has the byte.
 class SwfConvolutionFilter : public SwfGenericFilter {
 public:
     uint8_t matrixX = 0, matrixY = 0; ///< columns and rows
@@ -174,8 +175,8 @@ public:
     int filterId() const { return filter ? filter->filterId() : none; }
 };
 
-/// FILTERLIST: at most 256 filters (code 2 on write), of which the count byte holds 255. A list of 256 is written with
-/// the count 0, on purpose, and cannot be read back.
+/// FILTERLIST: at most 255 filters (code 2 on write). The classic form takes one more, on purpose: a list of 256 is
+/// written with the count 0 and cannot be read back.
 class SwfFilterList : public SwfStruct {
 public:
     SwfVector<SwfFilter> filters;
@@ -189,7 +190,7 @@ public:
     void write(SwfOStream& stream) const;
 
 private:
-    uint32_t count() const;
+    uint32_t count(const SwfContext& context) const;
     uint32_t measured(SwfContext& context) const;
 };
 

@@ -19,18 +19,19 @@ public:
     void write(SwfOStream& stream) const;
 };
 
-/// MORPHGRADIENT. The whole count byte is the number of records, at most 255 (code 2): there are no spread and
-/// interpolation bits, which newer files have in the upper half.
+/// MORPHGRADIENT: at most 15 records (code 2), their number in the flags byte. In the classic form the whole byte is
+/// the number, at most 255.
 class SwfMorphGradientRecords : public SwfStruct {
 public:
+    SwfGradientFlags flags; ///< full form: the modes; the count is that of the records
     SwfVector<SwfMorphGradientRecord> records;
 
     void read(SwfIStream& stream);
     void write(SwfOStream& stream) const;
 };
 
-/// MORPHFILLSTYLE. The types of SwfFillType without the focal gradient; any other throws SwfException code 3 on
-/// reading.
+/// MORPHFILLSTYLE. The types of SwfFillType, in the classic form without the focal gradient; any other throws
+/// SwfException code 3 on reading.
 class SwfMorphFillStyle : public SwfStruct {
 public:
     uint32_t type = SwfFillType::solid; ///< one byte in the file
@@ -59,6 +60,10 @@ class SwfMorphGradientFillStyle : public SwfMorphFillStyle {
 public:
     SwfMatrix startMatrix, endMatrix;
     SwfMorphGradientRecords gradients;
+    uint8_t startFocalPoint[2] = {},
+            endFocalPoint[2] = {}; ///< of a focal gradient: 8.8 fixed point, as in SwfFocalGradient
+
+    bool isFocal() const { return type == SwfFillType::focalRadialGradient; }
 
     explicit SwfMorphGradientFillStyle(uint32_t fillType = SwfFillType::linearGradient) : SwfMorphFillStyle(fillType) {}
     SwfMorphGradientFillStyle(SwfIStream& stream, uint32_t fillType);
@@ -110,9 +115,9 @@ public:
     void write(SwfOStream& stream) override;
 };
 
-/// MORPHLINESTYLE2. Departs from the published format on purpose: of the two flag bytes the one with the end cap comes
-/// first. Files of other programs whose flags are not all 0 are misread. HasFill set without a fill throws code 2 on
-/// writing.
+/// MORPHLINESTYLE2. The classic form departs on purpose from what players read: of the two flag bytes the one with the
+/// end cap comes first, so that files whose flags are not all 0 are misread. HasFill set without a fill throws code 2
+/// on writing.
 class SwfMorphLineStyle2 : public SwfMorphLineStyleGeneric {
 public:
     SwfLineFlags flags;

@@ -13,10 +13,11 @@ namespace libswf {
 struct SwfMovieHeader {
     bool isCompressed = false; ///< the body is zlib data ("CWS")
     uint8_t version = 0;
-    float frameRate = 0;     ///< frames per second, 8.8 in the file
-    SwfRect frameSize;       ///< the stage, twips
-    uint16_t frameCount = 0; ///< as read; recomputed on write
-    bool fullForm = false;   ///< read, shown and written in the full form (SwfContext::fullForm)
+    float frameRate = 0;          ///< frames per second, 8.8 in the file
+    SwfRect frameSize;            ///< the stage, twips
+    uint16_t frameCount = 0;      ///< as read; recomputed on write
+    bool fullForm = false;        ///< read, shown and written in the full form (SwfContext::fullForm)
+    bool keepsFrameCount = false; ///< full form: the count is written as it stands
 };
 
 /// What a movie takes over, byte for byte, from the file that it came from.

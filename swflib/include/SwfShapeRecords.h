@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <memory_resource>
+#include <optional>
 #include <vector>
 
 #include "SwfBits.h"
@@ -61,9 +62,17 @@ public:
     uint32_t bits() const { return 6 + 4 * width(); }
 };
 
+/// NumFillBits and NumLineBits, 0 to 15.
+struct SwfIndexWidths {
+    uint8_t fill = 0, line = 0;
+
+    bool operator==(const SwfIndexWidths&) const = default;
+};
+
 struct SwfNewStyles {
     SwfFillStyles fillStyles;
     SwfLineStyles lineStyles;
+    std::optional<SwfIndexWidths> widths; ///< as SwfShapeRecords::widths, from here on
 };
 
 /// Moves the pen and chooses styles. With nothing set it is written as six 0 bits, which end the shape for a reader.
@@ -83,8 +92,8 @@ public:
     SwfStyleChange() : SwfShapeRecord(Kind::styleChange) {}
 };
 
-/// Widths of the indices that shape records use, from the numbers of styles. Throws SwfException code 2 above 32,767
-/// styles, whose width does not fit its field.
+/// Widths of the indices that shape records use, from the numbers of styles: in the full form 0 for none, in the
+/// classic one at least 1. Throws SwfException code 2 above 32,767 styles, whose width does not fit its field.
 void setIndexWidths(SwfContext& context, uint64_t fillStyles, uint64_t lineStyles);
 /// The same before reading: so many styles only mark the tag as one that cannot be written.
 void setIndexWidths(SwfIStream& stream, uint64_t fillStyles, uint64_t lineStyles);
@@ -95,13 +104,17 @@ class SwfPackedEdges;
 ///
 /// Before read, getSize and write the context holds the index widths that writing uses (setIndexWidths). An index that
 /// needs more bits throws SwfException code 2, unless the context cuts indices; so do new styles where the context
-/// does not allow them, and a move of 2^30 twips and more. The file's own widths are used for reading and forgotten.
+/// does not allow them, and a move of 2^30 twips and more. The file's own widths are used for reading and forgotten in
+/// the classic form; the full form keeps those that are others than the context's.
 class SwfShapeRecords final : public SwfStruct {
 public:
     SwfShapeRecords();
     SwfShapeRecords(const SwfShapeRecords&) = delete;
     SwfShapeRecords& operator=(const SwfShapeRecords&) = delete;
     ~SwfShapeRecords();
+
+    /// Full form: the widths of indices where they are others than the context's; they grow with the indices.
+    std::optional<SwfIndexWidths> widths;
 
     uint32_t count() const { return _records.size(); }
     bool empty() const { return _records.empty(); }

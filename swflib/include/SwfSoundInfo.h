@@ -45,6 +45,7 @@ public:
         syncNoMultiple = 0x10, ///< do not start the sound when it is playing
         syncStop = 0x20        ///< stop the sound
     };
+    static constexpr uint8_t reservedBits = 0xC0, reservedShift = 6;
 
     uint8_t flags = 0;
     uint32_t inPoint = 0;   ///< first sample played, at 44 kHz

@@ -88,8 +88,9 @@ public:
     SwfBytes readPayload(uint64_t n, const char* field = nullptr);
     /// The rest of the tag's body as a payload; the whole rest of the data outside tags.
     SwfBytes readRest(const char* field = nullptr) { return readPayload(bodyLeft(), field); }
-    /// Text up to and including its NUL. A NUL that is the buffer's last byte is refused (code 3), on purpose; a text
-    /// without NUL ends at the end of the tag's body.
+    /// Text up to and including its NUL. A text without one ends at the end of the tag's body; the full form keeps that
+    /// in the context where the tag can say it. The classic form refuses a text that ends with the buffer (code 3), on
+    /// purpose.
     void readString(SwfString& target, const char* field = nullptr);
 
     /// Replaces the buffer by the inflated movie: its first 8 bytes as they are, then the zlib data after them. Throws

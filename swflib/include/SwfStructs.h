@@ -13,11 +13,28 @@ class SwfIStream;
 class SwfOStream;
 struct SwfContext;
 
+/// The width that a record's fields have in its file, where it is not the one that is worked out for them. Kept by the
+/// full form; it grows with the values.
+class SwfKeptWidth {
+public:
+    explicit operator bool() const { return _bits >= 0; }
+    uint8_t bits() const { return static_cast<uint8_t>(_bits); }
+    void set(uint32_t bits) { _bits = static_cast<int8_t>(bits); }
+    /// Keeps a width that was read, unless it is the one expected.
+    void keep(const SwfContext& context, uint32_t bits, uint32_t expected);
+    /// What is written: `needed` holds the values.
+    uint32_t written(uint32_t expected, uint32_t needed) const;
+
+private:
+    int8_t _bits = -1;
+};
+
 /// RECT, in twips. Memory order differs from file order (Xmin, Xmax, Ymin, Ymax).
 /// Coordinates of 2^30 and more do not fit the width field: writing them throws SwfException code 2.
 class SwfRect : public SwfStruct {
 public:
     int32_t Xmin = 0, Ymin = 0, Xmax = 0, Ymax = 0;
+    SwfKeptWidth bits; ///< 0 to 31
 
     SwfRect() = default;
     SwfRect(int32_t xmin, int32_t ymin, int32_t xmax, int32_t ymax) : Xmin(xmin), Ymin(ymin), Xmax(xmax), Ymax(ymax) {}
@@ -28,20 +45,23 @@ public:
     void write(SwfOStream& stream) const;
 
 private:
+    uint32_t narrowest() const;
     uint32_t width() const;
 };
 
 using SwfRects = SwfVector<SwfRect>;
 
-/// MATRIX. Scale and rotate/skew are 16.16 in the file and lose bits beyond a float's 24; translation in twips.
+/// MATRIX. Scale and rotate/skew are 16.16 in the file; translation in twips. The classic form cuts them to the 24 bits
+/// of a float.
 /// A scale of 16384 and more, or a translation of 2^30 and more, throws SwfException code 2 on write.
 class SwfMatrix : public SwfStruct {
 public:
     bool hasScale = false;
-    float scaleX = 0, scaleY = 0;
+    double scaleX = 0, scaleY = 0;
     bool hasRotate = false;
-    float rotateSkew0 = 0, rotateSkew1 = 0;
+    double rotateSkew0 = 0, rotateSkew1 = 0;
     int32_t translateX = 0, translateY = 0;
+    SwfKeptWidth scaleBits, rotateBits, translateBits; ///< 0 to 31
 
     SwfMatrix() = default;
     explicit SwfMatrix(SwfIStream& stream) { read(stream); }
@@ -73,13 +93,15 @@ public:
 };
 
 /// CXFORM, or CXFORMWITHALPHA when the context's alpha switch is on. Terms are 8.8, raw (256 = 1.0).
-/// Departures kept on purpose: with only add terms and alpha on, green and blue do not widen the fields and may be cut;
-/// a width of 16 is cut to the 4 bits of its field.
+/// In the full form a term of more than 15 bits throws SwfException code 2 on write. Departures of the classic form,
+/// kept on purpose: with only add terms and alpha on, green and blue do not widen the fields and may be cut; a width of
+/// 16 is cut to the 4 bits of its field.
 class SwfColorTransform : public SwfStruct {
 public:
     bool hasAddTerms = false, hasMultTerms = false;
     int16_t redMult = 0, greenMult = 0, blueMult = 0, alphaMult = 0;
     int16_t redAdd = 0, greenAdd = 0, blueAdd = 0, alphaAdd = 0;
+    SwfKeptWidth bits; ///< 0 to 15
 
     SwfColorTransform() = default;
     explicit SwfColorTransform(SwfIStream& stream) { read(stream); }
@@ -89,7 +111,8 @@ public:
     void write(SwfOStream& stream) const;
 
 private:
-    uint32_t width(bool alpha) const;
+    uint32_t narrowest(const SwfContext& context) const;
+    uint32_t width(const SwfContext& context) const;
 };
 
 /// STRING: bytes with a terminating NUL, in whatever encoding the movie uses.

@@ -19,7 +19,10 @@ class SwfTagLater;
 class SwfTag : public SwfStruct {
 public:
     bool longHeader = false; ///< the header takes 6 bytes although a short one would do
-    uint16_t type = 0;       ///< tag code, 0 to 1023
+    bool lacksNul = false;   ///< full form: the text that the body ends with has no NUL behind it
+    SwfBytes trailing;       ///< full form: bytes of the body behind its fields, which players do not read
+    static constexpr uint32_t mostTrailing = 256; ///< a tag with more is kept as bytes
+    uint16_t type = 0;                            ///< tag code, 0 to 1023
 
     explicit SwfTag(uint16_t code) : type(code) {}
     virtual ~SwfTag() = default;
@@ -41,6 +44,8 @@ public:
 
     bool hasLongHeader() const { return size >= 63 || longHeader; }
     uint32_t headerSize() const { return hasLongHeader() ? 6 : 2; }
+    /// Bodies of this code may end with a text.
+    static bool mayEndInText(uint16_t code);
 
     /// The record as it stood in the file, header included; empty for a tag that was not read from a shared buffer.
     SwfBytes source;
@@ -48,6 +53,9 @@ public:
 protected:
     virtual void writeBody(SwfOStream&) {}
     void writeHeader(SwfOStream& stream) const;
+
+private:
+    void writeWithoutNul(SwfOStream& stream);
 };
 
 /// A tag that defines a character.
@@ -78,6 +86,7 @@ class SwfTagUnknown : public SwfDefinitionTag {
 public:
     bool hasCharacterId = false; ///< the first two bytes of the body are kept in characterId
     SwfBytes data;               ///< the body, without the character id
+    std::string reason;          ///< why a tag whose code has a form is kept as bytes; empty for other codes
 
     explicit SwfTagUnknown(uint16_t code) : SwfDefinitionTag(code) {}
     /// Takes the rest of the body. Throws code 3 when the data is shorter than the declared length, unless

@@ -9,6 +9,7 @@ namespace libswf {
 namespace SwfTagCode {
 enum : uint16_t {
 #define SWF_TAG(code, name) name = code,
+#define SWF_FULL_TAG(code, name) name = code,
 #define SWF_RAW_TAG(code, name) name = code,
 #include "SwfTags.def"
 };

@@ -9,15 +9,16 @@
 
 namespace libswf {
 
-/// BUTTONRECORD: a character that shows in some states of a button. Bits 6 and 7 of its flags byte are reserved and not
-/// kept: where they are set, the tag is marked inexact. In DefineButton the two last flags are kept although the fields
-/// that they announce are not there.
+/// BUTTONRECORD: a character that shows in some states of a button. Bits 6 and 7 of its flags byte are reserved; the
+/// classic form does not keep them: where they are set, the tag is marked inexact. In DefineButton the two last flags
+/// are kept although the fields that they announce are not there.
 class SwfButtonRecord final : public SwfStruct {
 public:
     bool stateUp = false, stateOver = false, stateDown = false;
     bool hitTest = false;       ///< part of the area that the mouse hits
     bool hasFilterList = false; ///< DefineButton2
     bool hasBlendMode = false;  ///< DefineButton2
+    uint8_t reserved = 0;       ///< full form: 0 to 3
     uint16_t characterId = 0;
     uint16_t depth = 0;
     SwfMatrix matrix;
@@ -88,7 +89,9 @@ protected:
 class SwfTagDefineButton2 : public SwfTag {
 public:
     uint16_t buttonId = 0;
-    bool trackAsMenu = false; ///< the other bits of its byte are reserved and not kept: the tag is marked inexact
+    bool trackAsMenu = false;
+    /// Full form: the other bits of the byte, 0 to 127. The classic form does not keep them: the tag is marked inexact.
+    uint8_t reserved = 0;
     SwfButtonRecords records;
     std::vector<SwfButtonAction> conditionActions;
 

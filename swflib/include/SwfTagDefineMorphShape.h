@@ -1,6 +1,8 @@
 // DefineMorphShape (46) and DefineMorphShape2 (84): a shape that changes into another.
 #pragma once
 
+#include <optional>
+
 #include "SwfMorphStyles.h"
 #include "SwfShapeRecords.h"
 #include "SwfTag.h"
@@ -21,9 +23,8 @@ protected:
 
     template <class LineStyle>
     void readShape(SwfIStream& stream);
-    /// The bytes from the fill styles to the end of the start edges.
-    void writeStart(SwfOStream& stream);
-    void writeEnd(SwfOStream& stream);
+    /// The offset field and what follows it.
+    void writeShape(SwfOStream& stream, std::optional<uint32_t> offset);
 };
 
 /// The offset in the file is skipped on reading and worked out on writing.
@@ -36,8 +37,8 @@ protected:
     void writeBody(SwfOStream& stream) override;
 };
 
-/// The offset is kept as it was read, on purpose, even when the styles or edges in front of the end edges have changed:
-/// whoever edits them has to set it.
+/// In the full form the offset is worked out on writing. In the classic one it is kept as it was read, on purpose, even
+/// when the styles or edges in front of the end edges have changed: whoever edits them has to set it.
 class SwfTagDefineMorphShape2 : public SwfMorphShapeTag {
 public:
     SwfRect startEdgeBounds, endEdgeBounds; ///< without the strokes

@@ -7,8 +7,9 @@
 namespace libswf {
 
 /// What all versions share; characterId is the ShapeId. The versions differ in what the contents may be: version 1
-/// holds at most 254 styles and no new styles in records (code 2 on write), versions 1 and 2 have colours without
-/// alpha. A shape whose records or styles cannot be written again as they are is marked inexact on reading.
+/// holds at most 255 styles (254 in the classic form) and no new styles in records (code 2 on write), versions 1 and 2
+/// have colours without alpha. A shape whose records or styles cannot be written again as they are is marked inexact on
+/// reading.
 class SwfShapeTag : public SwfDefinitionTag {
 public:
     SwfRect bounds; ///< ShapeBounds: with the strokes
@@ -44,12 +45,12 @@ public:
     explicit SwfTagDefineShape3(SwfIStream& stream) : SwfTagDefineShape3() { read(stream); }
 };
 
-/// Bit 2 of the flags is UsesFillWindingRule in newer files; the XML form leaves it out, together with the reserved
-/// bits, and only reads it back as "Reserved".
+/// Bit 2 of the flags is UsesFillWindingRule from version 10 on; the classic XML form leaves it out, together with the
+/// reserved bits, and only reads it back as "Reserved".
 class SwfTagDefineShape4 : public SwfShapeTag {
 public:
     SwfRect edgeBounds; ///< without the strokes
-    uint8_t flags = 0;  ///< bit 0 UseScalingStrokes, 1 UseNonScalingStrokes, 2-7 reserved
+    uint8_t flags = 0;  ///< bit 0 UseScalingStrokes, 1 UseNonScalingStrokes, 2 UseFillWindingRule
 
     SwfTagDefineShape4() : SwfShapeTag(83) {}
     explicit SwfTagDefineShape4(SwfIStream& stream) : SwfTagDefineShape4() { read(stream); }

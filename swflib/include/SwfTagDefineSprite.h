@@ -10,6 +10,8 @@ class SwfTagDefineSprite : public SwfTag {
 public:
     uint16_t spriteId = 0;
     uint16_t frameCount = 0; ///< as read; on write the number of ShowFrame tags, at most 65,535 (code 2)
+    /// Full form: the count is written as it stands. Players loop by it, whatever the number of frames.
+    bool keepsFrameCount = false;
     SwfTags tags;
 
     SwfTagDefineSprite() : SwfTag(39) {}

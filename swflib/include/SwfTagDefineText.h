@@ -1,6 +1,8 @@
 // Static text: glyphs of a font placed one by one.
 #pragma once
 
+#include <optional>
+
 #include "SwfTag.h"
 
 namespace libswf {
@@ -13,12 +15,12 @@ struct SwfGlyphEntry {
 
 using SwfGlyphEntries = SwfVector<SwfGlyphEntry>;
 
-/// Glyphs that share font, colour and position. Bit 7 of the flags is the record's type and is written as 1 whatever it
-/// is here: records of type 0, found in very old movies only, are read as records of type 1.
+/// Glyphs that share font, colour and position. Bit 7 of the flags is the record's type: records of type 0, found in
+/// very old movies only, are read as records of type 1. The classic form writes a 1 whatever it is here.
 class SwfTextRecord : public SwfStruct {
 public:
     static constexpr uint8_t typeBit = 0x80, fontBit = 0x08, colorBit = 0x04, yOffsetBit = 0x02, xOffsetBit = 0x01;
-    static constexpr uint8_t reservedBits = 0x70;
+    static constexpr uint8_t reservedBits = 0x70, reservedShift = 4;
 
     uint8_t flags = 0;
     uint16_t fontId = 0;              ///< in the file with fontBit
@@ -34,14 +36,17 @@ public:
 
 using SwfTextRecords = SwfVector<SwfTextRecord>;
 
-/// DefineText (11). The widths of glyph indices and advances are recomputed on every write; an advance takes the bits
-/// of its absolute value and one for the sign. There may be 65,536 entries and 8 more for each byte of the body (code 3
-/// on reading), so that entries of no width cannot grow without bound; no text that is written comes near.
+/// DefineText (11). The widths of glyph indices and advances are recomputed on every write, but where the full form
+/// says more; an advance takes the bits of its absolute value and one for the sign. There may be 65,536 entries and 8
+/// more for each byte of the body (code 3 on reading), so that entries of no width cannot grow without bound; no text
+/// that is written comes near.
 class SwfTagDefineText : public SwfDefinitionTag {
 public:
     SwfRect bounds;
     SwfMatrix matrix;
     SwfTextRecords records;
+    /// Full form: the widths, where they are other than those worked out; they are written at least as wide.
+    std::optional<uint8_t> glyphBits, advanceBits;
 
     SwfTagDefineText() : SwfTagDefineText(11) {}
     explicit SwfTagDefineText(SwfIStream& stream) : SwfTagDefineText() { read(stream); }
@@ -53,6 +58,7 @@ protected:
 
 private:
     bool hasAlpha() const { return type == 33; }
+    void keepWidths(const SwfContext& context);
 };
 
 /// DefineText2 (33): the same with RGBA colours.
@@ -62,8 +68,8 @@ public:
     explicit SwfTagDefineText2(SwfIStream& stream) : SwfTagDefineText2() { read(stream); }
 };
 
-/// CSMTextSettings (74): how a text is smoothed. Reserved bits are written back but have no place in XML; with keepRaw
-/// a tag that has them set is kept as bytes.
+/// CSMTextSettings (74): how a text is smoothed. Reserved bits are written back but have a place in XML only in the
+/// full form; in the classic one with keepRaw a tag that has them set is kept as bytes.
 class SwfTagCSMTextSettings : public SwfTag {
 public:
     uint16_t textId = 0;

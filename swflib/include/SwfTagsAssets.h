@@ -26,7 +26,7 @@ protected:
     void writeBody(SwfOStream& stream) override;
 };
 
-/// ImportAssets (57). Built from XML only: the tag list's reader makes a FrameLabel of code 57.
+/// ImportAssets (57). In the classic form built from XML only: the tag list's reader makes a FrameLabel of code 57.
 class SwfTagImportAssets : public SwfTag {
 public:
     SwfString url; ///< the movie that exports the assets
@@ -40,10 +40,11 @@ protected:
 };
 
 /// ImportAssets2 (71), of SWF 8 on: two reserved bytes, 1 and 0, follow the URL. With a second byte other than 0 the
-/// layout is another one (a digest follows), which is refused with code 3.
+/// layout is another one (a digest follows), which is refused with code 3. The full form keeps the first byte.
 class SwfTagImportAssets2 : public SwfTag {
 public:
-    SwfString url; ///< the movie that exports the assets
+    SwfString url;        ///< the movie that exports the assets
+    uint8_t reserved = 1; ///< the first of the two bytes
     SwfAssets assets;
 
     SwfTagImportAssets2() : SwfTag(71) {}
@@ -60,6 +61,31 @@ public:
 
     SwfTagSymbolClass() : SwfTag(76) {}
     explicit SwfTagSymbolClass(SwfIStream& stream);
+
+protected:
+    void writeBody(SwfOStream& stream) override;
+};
+
+/// FreeCharacter (3): the character is not used any more. Full form only.
+class SwfTagFreeCharacter : public SwfTag {
+public:
+    uint16_t characterId = 0;
+
+    SwfTagFreeCharacter() : SwfTag(3) {}
+    explicit SwfTagFreeCharacter(SwfIStream& stream);
+
+protected:
+    void writeBody(SwfOStream& stream) override;
+};
+
+/// NameCharacter (40): what an authoring tool calls a character. Full form only.
+class SwfTagNameCharacter : public SwfTag {
+public:
+    uint16_t characterId = 0;
+    SwfString name;
+
+    SwfTagNameCharacter() : SwfTag(40) {}
+    explicit SwfTagNameCharacter(SwfIStream& stream);
 
 protected:
     void writeBody(SwfOStream& stream) override;
@@ -92,9 +118,22 @@ protected:
     void writeBody(SwfOStream& stream) override;
 };
 
-/// DefineBinaryData (87). The UI32 after the id is reserved and written as 0.
+/// DoABCDefine (72): a DoABC without a head. Full form only.
+class SwfTagDoABCDefine : public SwfTag {
+public:
+    SwfBytes abcData;
+
+    SwfTagDoABCDefine() : SwfTag(72) {}
+    explicit SwfTagDoABCDefine(SwfIStream& stream);
+
+protected:
+    void writeBody(SwfOStream& stream) override;
+};
+
+/// DefineBinaryData (87). The UI32 after the id is reserved: kept in the full form, in the classic one written as 0.
 class SwfTagDefineBinaryData : public SwfDefinitionTag {
 public:
+    uint32_t reserved = 0;
     SwfBytes data;
 
     SwfTagDefineBinaryData() : SwfDefinitionTag(87) {}

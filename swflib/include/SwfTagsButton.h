@@ -8,12 +8,13 @@
 
 namespace libswf {
 
-/// DefineButtonCxform (23): a colour transform without alpha for the whole button. Movies with one transform for each
-/// record have bytes left over, which are lost unless the tag is kept raw.
+/// DefineButtonCxform (23): a colour transform without alpha for the whole button, or one for each of its records. The
+/// classic form reads the first: others are bytes left over, which are lost unless the tag is kept raw.
 class SwfTagDefineButtonCxform : public SwfTag {
 public:
     uint16_t buttonId = 0;
     SwfColorTransform colorTransform;
+    SwfVector<SwfColorTransform> furtherTransforms; ///< full form
 
     SwfTagDefineButtonCxform() : SwfTag(23) {}
     explicit SwfTagDefineButtonCxform(SwfIStream& stream);

@@ -1,6 +1,9 @@
 // Tags that set up the movie or mark its timeline.
 #pragma once
 
+#include <array>
+#include <optional>
+
 #include "SwfTag.h"
 
 namespace libswf {
@@ -18,10 +21,11 @@ protected:
 };
 
 /// Protect (24): authoring tools refuse to open the movie, or ask for the password.
-/// Some tools put a reserved UI16 of 0 in front of the password, which is not read: such a tag shows an empty password,
-/// and its other bytes count as left over.
+/// Some tools put a reserved UI16 of 0 in front of the password, as EnableDebugger2 has it. The full form reads it; the
+/// classic one shows such a tag with an empty password, and its other bytes count as left over.
 class SwfTagProtect : public SwfTag {
 public:
+    bool hasReserved = false; ///< full form: a UI16 of 0 stands in front of the password
     bool hasPassword = false; ///< false: the body is empty
     SwfString password;       ///< MD5 text
 
@@ -32,11 +36,13 @@ protected:
     void writeBody(SwfOStream& stream) override;
 };
 
-/// FrameLabel (43). An import table (57) read from a file becomes one as well, its URL being the label.
+/// FrameLabel (43). In the classic form an import table (57) read from a file becomes one as well, its URL being the
+/// label.
 class SwfTagFrameLabel : public SwfTag {
 public:
     SwfString name;
-    bool isAnchor = false; ///< the name can stand behind # in a page's address; one byte 1 after the name
+    bool isAnchor = false;             ///< the name can stand behind # in a page's address; one byte 1 after the name
+    std::optional<uint8_t> anchorByte; ///< full form: the byte, where it is another one
 
     SwfTagFrameLabel() : SwfTag(43) {}
     explicit SwfTagFrameLabel(SwfIStream& stream);
@@ -57,10 +63,11 @@ protected:
     void writeBody(SwfOStream& stream) override;
 };
 
-/// EnableDebugger2 (64), of SWF 6 on. The UI16 in front of the password is reserved: written as 0 whatever was read
-/// (compilers of ActionScript 3 write 6517 there, which players ignore).
+/// EnableDebugger2 (64), of SWF 6 on. The UI16 in front of the password is reserved, and ignored by players: compilers
+/// of ActionScript 3 write 6517 there. The full form keeps it; the classic one writes 0 whatever was read.
 class SwfTagEnableDebugger2 : public SwfTag {
 public:
+    uint16_t reserved = 0;
     SwfString password; ///< MD5 text
 
     SwfTagEnableDebugger2() : SwfTag(64) {}
@@ -112,6 +119,47 @@ public:
 
     SwfTagFileAttributes() : SwfTag(69) {}
     explicit SwfTagFileAttributes(SwfIStream& stream);
+
+protected:
+    void writeBody(SwfOStream& stream) override;
+};
+
+/// ProductInfo (41): the compiler that made the movie. Full form only.
+class SwfTagProductInfo : public SwfTag {
+public:
+    uint32_t productId = 0, edition = 0;
+    uint8_t majorVersion = 0, minorVersion = 0;
+    uint32_t buildLow = 0, buildHigh = 0;
+    uint64_t compilationDate = 0; ///< milliseconds since 1970-01-01 UTC
+
+    SwfTagProductInfo() : SwfTag(41) {}
+    explicit SwfTagProductInfo(SwfIStream& stream);
+
+protected:
+    void writeBody(SwfOStream& stream) override;
+};
+
+/// DebugID (63): tells a debugger which file belongs to the movie. Full form only.
+class SwfTagDebugID : public SwfTag {
+public:
+    std::array<uint8_t, 16> uuid{};
+
+    SwfTagDebugID() : SwfTag(63) {}
+    explicit SwfTagDebugID(SwfIStream& stream);
+
+protected:
+    void writeBody(SwfOStream& stream) override;
+};
+
+/// EnableTelemetry (93): lets a profiler attach. Full form only.
+class SwfTagEnableTelemetry : public SwfTag {
+public:
+    uint16_t reserved = 0;
+    bool hasPasswordHash = false;
+    std::array<uint8_t, 32> passwordHash{}; ///< SHA-256
+
+    SwfTagEnableTelemetry() : SwfTag(93) {}
+    explicit SwfTagEnableTelemetry(SwfIStream& stream);
 
 protected:
     void writeBody(SwfOStream& stream) override;

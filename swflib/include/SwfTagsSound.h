@@ -52,9 +52,10 @@ public:
     SwfSoundFormat playbackFormat; ///< advice for playing; its soundFormat is a reserved field, 0 in published movies
     SwfSoundFormat streamFormat;   ///< of the sound blocks
     uint16_t sampleCount = 0;      ///< mean samples in a block
-    /// Samples to skip. In the file exactly when the stream is MP3; encoders that leave it out there mean 0, and it is
-    /// written for them.
+    /// Samples to skip. Belongs to MP3; encoders that leave it out there mean 0. In the classic form it is written for
+    /// them; the full form writes what is there.
     int16_t latencySeek = 0;
+    bool hasLatencySeek = false; ///< full form
 
     SwfTagSoundStreamHead() : SwfTag(18) {}
     explicit SwfTagSoundStreamHead(SwfIStream& stream) : SwfTagSoundStreamHead() { read(stream); }

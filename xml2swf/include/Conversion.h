@@ -30,6 +30,8 @@ public:
     virtual void fullForm() {}
     /// A stage that whole pixels from (0, 0) cannot express, in twips. Called after movieHeader when there is one.
     virtual void frameSize(const libswf::SwfRect&) {}
+    /// The frame count of a movie that has another number of frames. Called after movieHeader for a text that says it.
+    virtual void frameCount(uint16_t) {}
     /// What the movie takes over from its original. Called last, when there is one.
     virtual void source(libswf::SwfMovieSource) {}
 };
@@ -117,6 +119,7 @@ public:
     void append(std::shared_ptr<libswf::SwfTag> tag) override;
     void fullForm() override;
     void frameSize(const libswf::SwfRect& rect) override;
+    void frameCount(uint16_t count) override;
     void source(libswf::SwfMovieSource source) override;
 
     libswf::SwfMovie movie;

@@ -90,6 +90,8 @@ public:
     /// Byte of the element's name in the text.
     size_t offset() const { return _window->offsetOf(_node->text.data()); }
     XmlReadContext& context() const { return *_context; }
+    /// The text is in the full form.
+    bool fullForm() const { return _context->fullForm; }
 
     // Attributes, each asked for once. A value that is not a number or outside the field's range throws XmlValueError.
     bool has(std::string_view name);
@@ -137,6 +139,8 @@ public:
     bool lowBit(std::string_view name);
     float real(std::string_view name);
     double realDouble(std::string_view name);
+    /// The fixed-point number nearest to a value, of 32 bits or, for a `one` of 256, of 16; one outside is a bad value.
+    int32_t fixed(std::string_view name, uint32_t one);
     libswf::SwfColor color(std::string_view name);
     /// The value behind a name; `otherwise` for a text that matches none or is missing.
     uint32_t named(std::string_view name, XmlNames names, uint32_t otherwise = 0);
@@ -144,6 +148,8 @@ public:
     /// The value behind a name, or a number from 0 to `high`; 0 for any other text.
     uint32_t namedOrNumber(std::string_view name, XmlNames names, uint32_t high);
     static uint32_t valueOrNumber(XmlNames names, std::string_view text, uint32_t high);
+    /// The same, but any other text is a bad value.
+    uint32_t nameOrNumber(std::string_view name, XmlNames names, uint32_t high);
     /// Throws for a text that is not of this form.
     [[noreturn]] void badValue(std::string_view attribute, std::string_view value, const XmlValueForm& form) const;
     /// Throws XmlValueError with a reason of its own.
@@ -155,7 +161,8 @@ public:
     std::optional<XmlElement> childAt(uint32_t index, std::string_view name);
     uint32_t countChildren() const;
     /// Notes that nothing reads this element.
-    void skip(std::string_view reason = "an element of this name is not known here");
+    void skip(std::string_view reason = notKnownHere);
+    static constexpr std::string_view notKnownHere = "an element of this name is not known here";
     /// Whether no reader asks for some attributes or children does not matter: no warnings.
     void acceptAll() { _allChildren = _allAttributes = true; }
 

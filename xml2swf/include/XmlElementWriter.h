@@ -28,6 +28,7 @@ public:
 
     void attribute(std::string_view name, std::string_view value);
     void attribute(std::string_view name, const char* value) { attribute(name, std::string_view(value)); }
+    void attribute(std::string_view name, const std::string& value) { attribute(name, std::string_view(value)); }
     void attribute(std::string_view name, const libswf::SwfString& value) { attribute(name, value.view()); }
     void attribute(std::string_view name, bool value) { plainAttribute(name, value ? "true" : "false"); }
     void attribute(std::string_view name, float value) { plainAttribute(name, formatReal(value).view()); }
@@ -38,6 +39,10 @@ public:
     }
     /// A value that stands as it is in the text: what has to be escaped is.
     void escapedAttribute(std::string_view name, std::string_view value) { plainAttribute(name, value); }
+    /// A fixed-point number (formatFixed).
+    void fixed(std::string_view name, int32_t value, uint32_t one) {
+        plainAttribute(name, formatFixed(value, one).view());
+    }
     /// 0xRRGGBBAA in lower-case hexadecimal without prefix or leading zeros.
     void attribute(std::string_view name, const libswf::SwfColor& color);
 
@@ -121,6 +126,8 @@ public:
     }
 
     XmlWriteContext& context() const { return _context; }
+    /// The text is in the full form.
+    bool fullForm() const { return _context.swf.fullForm; }
 
 private:
     XmlWriteContext& _context;

@@ -38,6 +38,10 @@ NumberText formatInteger(Int value) {
 NumberText formatReal(float value);
 NumberText formatReal(double value);
 
+/// A fixed-point number: the shortest decimal text to which no other one is nearer. `one` is 65536 for 16.16, 256 for
+/// 8.8.
+NumberText formatFixed(int32_t value, uint32_t one);
+
 /// Optional sign, decimal digits, nothing else. Empty when the text is anything else or outside 64 bits.
 std::optional<int64_t> parseInteger(std::string_view text);
 /// The same, quicker: false instead of empty.

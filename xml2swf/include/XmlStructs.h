@@ -6,6 +6,10 @@
 
 namespace xml2swf {
 
+/// Bits: the width of a record's fields, where the full form keeps one.
+void writeBits(XmlNode& node, const libswf::SwfKeptWidth& width);
+void readBits(XmlElement& element, libswf::SwfKeptWidth& width, uint8_t most);
+
 /// Attributes MaxX, MaxY, MinX, MinY in twips on the enclosing element.
 void writeXml(XmlNode& node, const libswf::SwfRect& rect);
 void readXml(XmlElement& element, libswf::SwfRect& rect);

@@ -18,10 +18,13 @@ void writeTag(XmlNode& parent, libswf::SwfTag& tag);
 /// Writes the tags of a list in order.
 void writeTagList(XmlNode& parent, const libswf::SwfTags& tags);
 
+/// What the full form says of a tag's record, as attributes; by the tag itself where tags stand inside.
+void writeRecordForm(XmlNode& node, const libswf::SwfTag& tag);
+
 /// The elements of all tags.
-const XmlNameGroup& tagElements();
+const XmlNameGroup& tagElements(bool fullForm);
 /// Whether an element of this name becomes a tag.
-bool isTagElement(std::string_view name);
+bool isTagElement(std::string_view name, bool fullForm = false);
 /// What is wrong with a child of a tag list that is none.
 constexpr std::string_view noTagReason = "it is no tag";
 /// Builds the tag of an element; null, with a warning, for a name that is no tag's.

@@ -53,7 +53,7 @@ const SwfClipAction::Event SwfClipAction::events[eventCount] = {
 };
 
 uint32_t SwfClipAction::eventFlags() const {
-    uint32_t flags = 0;
+    uint32_t flags = otherEvents;
     for (const Event& event : events)
         flags |= this->*event.field ? event.bit : 0;
     return flags;
@@ -71,7 +71,9 @@ bool SwfClipAction::writesKeyCode(const SwfContext& context) const {
 SwfClipAction::SwfClipAction(SwfIStream& stream) {
     const uint32_t flags = readFlags(stream, "EventFlags");
     setEventFlags(flags);
-    if (eventFlags() != flags)
+    if (stream.context.fullForm)
+        otherEvents = flags & ~eventFlags();
+    else if (eventFlags() != flags)
         stream.markInexact("a clip action has event bits without a name");
     recordSize = stream.readUI32("ActionRecordSize");
     const uint64_t end = stream.position() + recordSize;
@@ -102,13 +104,16 @@ void SwfClipAction::write(SwfOStream& stream) const {
 void SwfClipActions::read(SwfIStream& stream) {
     const uint64_t start = stream.position();
     uint64_t readAgain = 0;
-    if (stream.readUI16("Reserved") != 0)
+    stream.context.tagMayLackNul = false; // the texts from here on are those of actions
+    const bool fullForm = stream.context.fullForm;
+    reserved = stream.readUI16("Reserved");
+    if (reserved != 0 && !fullForm)
         stream.markInexact("clip actions with reserved bits");
-    readFlags(stream, "AllEventFlags");
+    const uint32_t all = readFlags(stream, "AllEventFlags");
     while (stream.bodyLeft() != 0) {
         const uint64_t recordStart = stream.position();
         if (readFlags(stream, "ClipActionEndFlag") == 0)
-            return;
+            return keepAllEvents(stream.context, all);
         stream.seek(recordStart);
         const uint64_t sizeEnd = recordStart + (stream.context.version < firstWideVersion ? 2 : 4) + 4;
         const SwfClipAction& record = records.emplace_back(stream);
@@ -122,11 +127,28 @@ void SwfClipActions::read(SwfIStream& stream) {
             stream.fail("ActionRecordSize", "the clip actions overlap");
         stream.seek(next);
     }
-    stream.markInexact("clip actions without an end");
+    if (!fullForm)
+        stream.markInexact("clip actions without an end");
+    lacksEnd = fullForm;
+    keepAllEvents(stream.context, all);
+}
+
+void SwfClipActions::keepAllEvents(const SwfContext& context, uint32_t all) {
+    if (context.fullForm && all != unionOfEvents())
+        allEvents = all;
+}
+
+uint32_t SwfClipActions::unionOfEvents() const {
+    uint32_t all = 0;
+    for (const SwfClipAction& record : records)
+        all |= record.eventFlags();
+    return all;
 }
 
 uint32_t SwfClipActions::getSize(SwfContext& context) {
     uint64_t total = context.version < firstWideVersion ? 6 : 10;
+    if (lacksEnd)
+        total -= context.version < firstWideVersion ? 2 : 4;
     for (SwfClipAction& record : records)
         total += record.getSize(context);
     if (total > UINT32_MAX)
@@ -135,11 +157,8 @@ uint32_t SwfClipActions::getSize(SwfContext& context) {
 }
 
 void SwfClipActions::write(SwfOStream& stream) const {
-    uint32_t all = 0;
-    for (const SwfClipAction& record : records)
-        all |= record.eventFlags();
-    stream.writeUI16(0);
-    writeFlags(stream, all);
+    stream.writeUI16(stream.context.fullForm ? reserved : 0);
+    writeFlags(stream, allEvents.value_or(unionOfEvents()));
     for (const SwfClipAction& record : records) {
         if (writtenFlags(record, stream.context) != 0)
             record.write(stream);
@@ -150,7 +169,8 @@ void SwfClipActions::write(SwfOStream& stream) const {
         warnOfHidden(stream.context);
         record.write(stream);
     }
-    writeFlags(stream, 0);
+    if (!lacksEnd)
+        writeFlags(stream, 0);
 }
 
 void SwfClipActions::measureOrWrite(SwfOStream& stream) {

@@ -47,7 +47,8 @@ SwfVector<uint8_t> serialiseMovie(SwfMovieHeader& header, SwfTags& tags, const S
     const uint32_t frameCount = tags.showFrames();
     swfAssert(frameCount <= 0xFFFF, "frameCount <= 0xFFFF");
     const bool keepCount = !source.frameSizeBytes.empty() && source.showFrames == frameCount;
-    header.frameCount = keepCount ? source.frameCount : static_cast<uint16_t>(frameCount);
+    if (!header.keepsFrameCount)
+        header.frameCount = keepCount ? source.frameCount : static_cast<uint16_t>(frameCount);
 
     SwfOStream stream(fileLength);
     stream.context = context;
@@ -172,7 +173,7 @@ void SwfMovieSafe::parse(std::vector<uint8_t> file, const SwfLoadOptions& option
     _iStream = std::make_unique<SwfIStream>(std::shared_ptr<const uint8_t>(std::move(owner), data), size);
     SwfIStream& stream = *_iStream;
     tags = SwfTagsSafe();
-    fullForm = stream.context.fullForm = options.fullForm;
+    fullForm = keepsFrameCount = stream.context.fullForm = options.fullForm;
     readHeader(stream, *this);
     _firstTag = stream.position();
     if (options.headerOnly)
@@ -181,7 +182,7 @@ void SwfMovieSafe::parse(std::vector<uint8_t> file, const SwfLoadOptions& option
     stream.context.keepRaw = options.keepRaw;
     stream.context.readLater = options.keepRaw && options.readLater;
     stream.context.warnings = options.warnings;
-    if (options.keepRaw)
+    if (options.keepRaw && !options.fullForm)
         stream.tagOptions(57) |= 1;
     tags.read(stream, 0);
     warnOfTrailingBytes(stream, options.warnings);

@@ -90,9 +90,11 @@ void SwfIStream::readString(SwfString& target, const char* field) {
     if (nul != nullptr)
         length = static_cast<uint64_t>(static_cast<const uint8_t*>(nul) - start);
     const uint64_t taken = nul != nullptr ? length + 1 : length;
-    if (_position + taken >= size())
+    if (context.fullForm ? taken == 0 : _position + taken >= size())
         fail(field, "the text has no end");
-    if (nul == nullptr)
+    if (nul == nullptr && context.tagMayLackNul && !context.tagLacksNul)
+        context.tagLacksNul = true;
+    else if (nul == nullptr)
         markInexact("a text has no end");
     target.assign({reinterpret_cast<const char*>(start), static_cast<size_t>(length)});
     _position += taken;

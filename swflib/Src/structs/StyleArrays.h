@@ -13,18 +13,19 @@ inline uint32_t readStyleCount(SwfIStream& stream, const char* field, bool exten
     const uint32_t count = stream.readUI8(field);
     if (count == longStyleCount && extended)
         return stream.readUI16(field);
-    if (count == longStyleCount)
+    if (count == longStyleCount && !stream.context.fullForm)
         stream.markInexact("255 styles, which this tag can hold on reading only");
     return count;
 }
 
 /// On a counter 3 bytes from 255 styles on, also where the tag cannot hold as many: writing refuses them.
 inline void writeStyleCount(SwfOStream& stream, const char* what, uint32_t count, bool extended) {
-    if (count < longStyleCount) {
+    const uint32_t mostInByte = longStyleCount - (stream.context.fullForm && !extended ? 0 : 1);
+    if (count <= mostInByte) {
         stream.writeUI8(static_cast<uint8_t>(count));
         return;
     }
-    const uint32_t most = extended ? 0xFFFF : longStyleCount - 1;
+    const uint32_t most = extended ? 0xFFFF : mostInByte;
     if (count > most && !stream.isCounter())
         throw SwfException(SwfError::doesNotFit,
                            std::to_string(count) + " " + what + ", this tag holds at most " + std::to_string(most));

@@ -42,9 +42,17 @@ void SwfColorTransform::read(SwfIStream& stream) {
             alphaAdd = term("AlphaAddTerm");
     }
     stream.alignBits();
+    bits.keep(stream.context, n, narrowest(stream.context));
 }
 
-uint32_t SwfColorTransform::width(bool withAlpha) const {
+uint32_t SwfColorTransform::width(const SwfContext& context) const {
+    std::initializer_list<int32_t> terms = {redMult, greenMult, blueMult, context.alpha ? alphaMult : 0,
+                                            redAdd,  greenAdd,  blueAdd,  context.alpha ? alphaAdd : 0};
+    return bits ? bits.written(0, bitsNeeded(terms)) : narrowest(context);
+}
+
+uint32_t SwfColorTransform::narrowest(const SwfContext& context) const {
+    const bool withAlpha = context.alpha;
     int32_t values[8];
     size_t n = 0;
     if (hasMultTerms) {
@@ -55,23 +63,26 @@ uint32_t SwfColorTransform::width(bool withAlpha) const {
     }
     if (hasAddTerms) {
         // Add terms alone, with alpha: only red and alpha widen the fields; green and blue are cut to that width.
-        const bool redOnly = !hasMultTerms && withAlpha;
+        const bool redOnly = !hasMultTerms && withAlpha && !context.fullForm;
         for (int32_t v : {redAdd, redOnly ? redAdd : greenAdd, redOnly ? redAdd : blueAdd})
             values[n++] = v;
         if (withAlpha)
             values[n++] = alphaAdd;
     }
-    return n == 0 ? 0 : bitsSignedMax(values, n);
+    const uint32_t needed = n == 0 ? 0 : bitsSignedMax(values, n);
+    if (needed > 15 && context.fullForm)
+        throw SwfException(SwfError::doesNotFit, "a colour transform with a term outside -16384 to 16383");
+    return needed;
 }
 
 uint32_t SwfColorTransform::getSize(SwfContext& context) {
     const uint32_t groups = (hasMultTerms ? 1 : 0) + (hasAddTerms ? 1 : 0);
-    return size = (6 + width(context.alpha) * (context.alpha ? 4 : 3) * groups + 7) / 8;
+    return size = (6 + width(context) * (context.alpha ? 4 : 3) * groups + 7) / 8;
 }
 
 void SwfColorTransform::write(SwfOStream& stream) const {
     const bool withAlpha = stream.context.alpha;
-    const uint32_t n = width(withAlpha);
+    const uint32_t n = width(stream.context);
     auto group = [&](int16_t r, int16_t g, int16_t b, int16_t a) {
         stream.writeSB(n, r);
         stream.writeSB(n, g);

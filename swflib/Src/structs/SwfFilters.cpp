@@ -151,10 +151,15 @@ SwfConvolutionFilter::SwfConvolutionFilter(SwfIStream& stream) {
         matrix.append(stream.readFloat("Matrix"));
     }
     defaultColor = readRgba(stream, "DefaultColor");
+    if (stream.context.fullForm)
+        flags = stream.readUI8("Flags");
 }
 
 uint32_t SwfConvolutionFilter::getSize(SwfContext& context) {
-    return size = SwfGenericFilter::getSize(context) + 1; // the flags byte, which is counted and not written
+    size = SwfGenericFilter::getSize(context);
+    if (!context.fullForm)
+        ++size; // the flags byte, which is counted and not written
+    return size;
 }
 
 void SwfConvolutionFilter::write(SwfOStream& stream) const {
@@ -165,6 +170,8 @@ void SwfConvolutionFilter::write(SwfOStream& stream) const {
     for (uint32_t i = 0; i < entries(); ++i)
         stream.writeFloat(i < matrix.size() ? matrix[i] : 0.0f);
     writeRgba(stream, defaultColor);
+    if (stream.context.fullForm)
+        stream.writeUI8(flags);
 }
 
 SwfColorMatrixFilter::SwfColorMatrixFilter(SwfIStream& stream) {
@@ -197,17 +204,17 @@ void SwfFilterList::read(SwfIStream& stream) {
     }
 }
 
-uint32_t SwfFilterList::count() const {
-    constexpr uint32_t most = 256;
+uint32_t SwfFilterList::count(const SwfContext& context) const {
+    const uint32_t most = context.fullForm ? 255 : 256;
     const auto written =
         std::count_if(filters.begin(), filters.end(), [](const SwfFilter& entry) { return entry.filter != nullptr; });
     if (written > most)
-        throw SwfException(SwfError::doesNotFit, "a list of more than 256 filters");
+        throw SwfException(SwfError::doesNotFit, "a list of more than " + std::to_string(most) + " filters");
     return static_cast<uint32_t>(written);
 }
 
 uint32_t SwfFilterList::measured(SwfContext& context) const {
-    uint64_t total = 1 + count();
+    uint64_t total = 1 + count(context);
     for (const SwfFilter& entry : filters) {
         if (entry.filter)
             total += entry.filter->getSize(context);
@@ -222,7 +229,7 @@ void SwfFilterList::write(SwfOStream& stream) const {
         stream.count(measured(stream.context));
         return;
     }
-    stream.writeUI8(static_cast<uint8_t>(count()));
+    stream.writeUI8(static_cast<uint8_t>(count(stream.context)));
     for (const SwfFilter& entry : filters) {
         if (!entry.filter)
             continue;

@@ -20,7 +20,10 @@ void SwfMorphGradientRecord::write(SwfOStream& stream) const {
 
 void SwfMorphGradientRecords::read(SwfIStream& stream) {
     records.clear();
-    for (uint32_t left = stream.readUI8("NumGradients"); left != 0; --left) {
+    const uint8_t byte = stream.readUI8("NumGradients");
+    if (stream.context.fullForm)
+        flags.raw = byte;
+    for (uint32_t left = stream.context.fullForm ? flags.numGradients() : byte; left != 0; --left) {
         SwfMorphGradientRecord record;
         record.read(stream);
         records.append(record);
@@ -28,11 +31,13 @@ void SwfMorphGradientRecords::read(SwfIStream& stream) {
 }
 
 void SwfMorphGradientRecords::write(SwfOStream& stream) const {
-    constexpr uint32_t most = 255;
+    const uint32_t most = stream.context.fullForm ? 15 : 255;
     if (records.size() > most)
         throw SwfException(SwfError::doesNotFit,
                            "a gradient of " + std::to_string(records.size()) + " records, at most 255 fit");
-    stream.writeUI8(static_cast<uint8_t>(records.size()));
+    SwfGradientFlags written;
+    written.set(records.size(), flags.interpolationMode(), flags.spreadMode());
+    stream.writeUI8(stream.context.fullForm ? written.raw : static_cast<uint8_t>(records.size()));
     for (const SwfMorphGradientRecord& record : records)
         record.write(stream);
 }
@@ -43,6 +48,8 @@ uint32_t SwfMorphFillStyle::getSize(SwfContext& context) {
 
 std::unique_ptr<SwfMorphFillStyle> SwfMorphFillStyle::read(SwfIStream& stream) {
     const uint8_t type = stream.readUI8("FillStyleType");
+    if (type == SwfFillType::focalRadialGradient && stream.context.fullForm)
+        return std::make_unique<SwfMorphGradientFillStyle>(stream, type);
     switch (type) {
     case SwfFillType::solid: return std::make_unique<SwfMorphSolidFillStyle>(stream);
     case SwfFillType::linearGradient:
@@ -71,6 +78,10 @@ SwfMorphGradientFillStyle::SwfMorphGradientFillStyle(SwfIStream& stream, uint32_
     startMatrix.read(stream);
     endMatrix.read(stream);
     gradients.read(stream);
+    if (isFocal()) {
+        stream.readBytes(sizeof startFocalPoint, startFocalPoint, "StartFocalPoint");
+        stream.readBytes(sizeof endFocalPoint, endFocalPoint, "EndFocalPoint");
+    }
 }
 
 void SwfMorphGradientFillStyle::write(SwfOStream& stream) {
@@ -78,6 +89,10 @@ void SwfMorphGradientFillStyle::write(SwfOStream& stream) {
     startMatrix.write(stream);
     endMatrix.write(stream);
     gradients.write(stream);
+    if (isFocal()) {
+        stream.writeBytes(startFocalPoint);
+        stream.writeBytes(endFocalPoint);
+    }
 }
 
 SwfMorphBitmapFillStyle::SwfMorphBitmapFillStyle(SwfIStream& stream, uint32_t fillType) : SwfMorphFillStyle(fillType) {
@@ -129,8 +144,9 @@ void SwfMorphLineStyle::write(SwfOStream& stream) {
 void SwfMorphLineStyle2::read(SwfIStream& stream) {
     startWidth = stream.readUI16("StartWidth");
     endWidth = stream.readUI16("EndWidth");
-    flags.ends = stream.readUI8("MorphLineStyle2 flags");
-    flags.paint = stream.readUI8("MorphLineStyle2 flags");
+    const uint8_t first = stream.readUI8("MorphLineStyle2 flags"), second = stream.readUI8("MorphLineStyle2 flags");
+    flags.paint = stream.context.fullForm ? first : second;
+    flags.ends = stream.context.fullForm ? second : first;
     if (flags.hasMiter())
         stream.readBytes(sizeof miterLimitFactor, miterLimitFactor, "MiterLimitFactor");
     if (flags.hasFill()) {
@@ -144,8 +160,8 @@ void SwfMorphLineStyle2::read(SwfIStream& stream) {
 void SwfMorphLineStyle2::write(SwfOStream& stream) {
     stream.writeUI16(startWidth);
     stream.writeUI16(endWidth);
-    stream.writeUI8(flags.ends);
-    stream.writeUI8(flags.paint);
+    stream.writeUI8(stream.context.fullForm ? flags.paint : flags.ends);
+    stream.writeUI8(stream.context.fullForm ? flags.ends : flags.paint);
     if (flags.hasMiter())
         stream.writeBytes(miterLimitFactor);
     if (!flags.hasFill()) {

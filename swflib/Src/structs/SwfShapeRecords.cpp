@@ -46,6 +46,30 @@ void checkNewStyles(const SwfContext& context) {
         throw SwfException(SwfError::doesNotFit, "a style change has new styles, which this tag cannot hold");
 }
 
+SwfIndexWidths widthsOf(const SwfContext& context) { return {context.numFillBits, context.numLineBits}; }
+
+// Puts the widths into the context that the style changes from `change` up to the next new styles are written with.
+template <class CountedChange>
+void chooseWidths(SwfContext& context, const std::optional<SwfIndexWidths>& widths, const CountedChange* change) {
+    if (!widths && !context.widenIndices)
+        return;
+    SwfIndexWidths chosen = widths.value_or(widthsOf(context));
+    const auto widen = [](uint8_t& width, bool isThere, uint32_t index) {
+        if (isThere)
+            width = std::max(width, static_cast<uint8_t>(std::bit_width(index)));
+    };
+    for (bool more = !context.cutIndices; more && change != nullptr; change = change->next) {
+        widen(chosen.fill, change->change.stateFillStyle0, change->change.fillStyle0);
+        widen(chosen.fill, change->change.stateFillStyle1, change->change.fillStyle1);
+        widen(chosen.line, change->change.stateLineStyle, change->change.lineStyle);
+        more = change->change.newStyles == nullptr;
+    }
+    if (std::max(chosen.fill, chosen.line) > maxIndexBits)
+        throw SwfException(SwfError::doesNotFit, "a style change has an index above 32,767");
+    context.numFillBits = chosen.fill;
+    context.numLineBits = chosen.line;
+}
+
 // Reads the records of one list, and tells the stream when writing will not give them back.
 class RecordReader {
 public:
@@ -54,7 +78,7 @@ public:
           _keptFillBits(stream.context.numFillBits), _keptLineBits(stream.context.numLineBits) {}
 
     void read() {
-        readWidths();
+        readWidths(_records.widths);
         for (;;) {
             if (_bits.atLimit())
                 _bits.fail("shape records", "the body ends before the end record");
@@ -75,9 +99,12 @@ public:
     }
 
 private:
-    void readWidths() {
+    void readWidths(std::optional<SwfIndexWidths>& widths) {
+        const SwfIndexWidths expected = widthsOf(_context);
         _context.numFillBits = static_cast<uint8_t>(_bits.take(4, "NumFillBits"));
         _context.numLineBits = static_cast<uint8_t>(_bits.take(4, "NumLineBits"));
+        if (_context.fullForm && widthsOf(_context) != expected)
+            widths = widthsOf(_context);
     }
 
     // An edge, if all its bits can be looked at together.
@@ -126,7 +153,7 @@ private:
 
     uint16_t readIndex(uint32_t n, uint32_t kept, const char* field) {
         const uint32_t index = _bits.take(n, field);
-        if (index >> kept != 0)
+        if (index >> kept != 0 && !_context.fullForm)
             _stream.markInexact("a style index above the number of styles");
         return static_cast<uint16_t>(index);
     }
@@ -163,7 +190,7 @@ private:
         setIndexWidths(_stream, change.newStyles->fillStyles.items.size(), change.newStyles->lineStyles.items.size());
         _keptFillBits = _context.numFillBits;
         _keptLineBits = _context.numLineBits;
-        readWidths();
+        readWidths(change.newStyles->widths);
     }
 
     SwfIStream& _stream;
@@ -173,9 +200,13 @@ private:
     uint32_t _keptFillBits, _keptLineBits; // widths on writing
 };
 
+template <class CountedChange>
 class RecordWriter {
 public:
-    explicit RecordWriter(SwfOStream& stream) : _stream(stream), _context(stream.context), _bits(stream) {}
+    RecordWriter(SwfOStream& stream, const std::optional<SwfIndexWidths>& widths, const CountedChange* firstChange)
+        : _stream(stream), _context(stream.context), _bits(stream), _change(firstChange) {
+        chooseWidths(_context, widths, _change);
+    }
 
     void write(const SwfVector<SwfShapeRecord*>& records) {
         SwfEdgeWriter edges;
@@ -190,7 +221,6 @@ public:
         finish(edges.cutEdges);
     }
 
-    template <class CountedChange>
     void write(const SwfPackedEdges& edges, CountedChange* changes) {
         uint64_t bit = 0;
         writeWidths();
@@ -225,6 +255,7 @@ private:
     }
 
     void writeStyleChange(SwfStyleChange& change) {
+        _change = _change->next;
         _bits.put(6, styleBits(change));
         if (change.stateMoveTo) {
             const uint32_t n = widthOfMove(change);
@@ -244,12 +275,14 @@ private:
         change.newStyles->fillStyles.write(_stream);
         change.newStyles->lineStyles.write(_stream);
         setIndexWidths(_context, change.newStyles->fillStyles.items.size(), change.newStyles->lineStyles.items.size());
+        chooseWidths(_context, change.newStyles->widths, _change);
         writeWidths();
     }
 
     SwfOStream& _stream;
     SwfContext& _context;
     SwfBitPacker _bits;
+    const CountedChange* _change; // the next one
 };
 
 // The bit position after a style change that starts at `bit`.
@@ -286,8 +319,12 @@ void setIndexWidths(SwfContext& context, uint64_t fillStyles, uint64_t lineStyle
     if (most >> maxIndexBits != 0)
         throw SwfException(SwfError::doesNotFit,
                            std::to_string(most) + " styles, whose indices do not fit shape records (at most 32,767)");
-    context.numFillBits = static_cast<uint8_t>(bitsUnsigned(static_cast<uint32_t>(fillStyles)));
-    context.numLineBits = static_cast<uint8_t>(bitsUnsigned(static_cast<uint32_t>(lineStyles)));
+    const auto widthOf = [&](uint64_t styles) {
+        const auto number = static_cast<uint32_t>(styles);
+        return static_cast<uint8_t>(context.fullForm ? std::bit_width(number) : bitsUnsigned(number));
+    };
+    context.numFillBits = widthOf(fillStyles);
+    context.numLineBits = widthOf(lineStyles);
 }
 
 void setIndexWidths(SwfIStream& stream, uint64_t fillStyles, uint64_t lineStyles) {
@@ -310,6 +347,7 @@ void SwfShapeRecords::clear() {
     _records.clear();
     _pool.release();
     _joined.clear();
+    widths.reset();
 }
 
 void SwfShapeRecords::packEdges() {
@@ -341,15 +379,24 @@ void SwfShapeRecords::append(std::unique_ptr<SwfShapeRecords> other) {
 
 void SwfShapeRecords::read(SwfIStream& stream) {
     clear();
+    SwfContext context = stream.context;
     RecordReader(stream, *this).read();
+    if (!widths || !context.widenIndices)
+        return;
+    chooseWidths(context, {}, _firstChange);
+    if (*widths == widthsOf(context))
+        widths.reset();
 }
 
 uint32_t SwfShapeRecords::getSize(SwfContext& context) {
     uint64_t bit = 8, edgeBits = 0;
+    chooseWidths(context, widths, _firstChange);
     for (CountedChange* counted = _firstChange; counted != nullptr; counted = counted->next) {
         bit += counted->edgeBitsBefore - edgeBits;
         edgeBits = counted->edgeBitsBefore;
         bit = endOf(counted->change, context, bit);
+        if (counted->change.newStyles != nullptr)
+            chooseWidths(context, counted->change.newStyles->widths, counted->next);
     }
     bit += _edgeBits - edgeBits;
     const uint64_t bytes = (bit + endBits + 7) / 8;
@@ -366,7 +413,7 @@ void SwfShapeRecords::write(SwfOStream& stream) {
 }
 
 void SwfShapeRecords::writeRecords(SwfOStream& stream) const {
-    RecordWriter writer(stream);
+    RecordWriter writer(stream, widths, _firstChange);
     if (packsEdges())
         writer.write(*_packed, _firstChange);
     else

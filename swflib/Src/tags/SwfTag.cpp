@@ -3,10 +3,15 @@
 #include <algorithm>
 #include <iterator>
 
+#include "SwfTagCodes.h"
+
 namespace libswf {
 
 uint32_t SwfTag::getSize(SwfContext& context) {
-    return size = measure(context, [&](SwfOStream& stream) { writeBody(stream); });
+    size = measure(context, [&](SwfOStream& stream) { writeBody(stream); });
+    if (lacksNul && size != 0)
+        --size;
+    return size += static_cast<uint32_t>(trailing.size());
 }
 
 void SwfTag::writeHeader(SwfOStream& stream) const {
@@ -21,7 +26,48 @@ void SwfTag::writeHeader(SwfOStream& stream) const {
 
 void SwfTag::write(SwfOStream& stream) {
     writeHeader(stream);
-    writeBody(stream);
+    if (lacksNul)
+        writeWithoutNul(stream);
+    else
+        writeBody(stream);
+    if (!trailing.empty()) {
+        stream.flushBits();
+        stream.writeBytes(trailing.span());
+    }
+}
+
+void SwfTag::writeWithoutNul(SwfOStream& stream) {
+    const uint32_t length = size - static_cast<uint32_t>(trailing.size());
+    SwfOStream whole(uint64_t(length) + 1);
+    whole.context = stream.context;
+    writeBody(whole);
+    whole.flushBits();
+    if (whole.size() != length + 1 || whole[length] != 0)
+        throw SwfException(SwfError::doesNotFit, "a tag that does not end in a text can lack no NUL there");
+    stream.writeBytes(length, whole.data());
+}
+
+bool SwfTag::mayEndInText(uint16_t code) {
+    switch (code) {
+    case SwfTagCode::Protect:
+    case SwfTagCode::PlaceObject2:
+    case SwfTagCode::DefineEditText:
+    case SwfTagCode::NameCharacter:
+    case SwfTagCode::FrameLabel:
+    case SwfTagCode::ExportAssets:
+    case SwfTagCode::ImportAssets:
+    case SwfTagCode::EnableDebugger:
+    case SwfTagCode::EnableDebugger2:
+    case SwfTagCode::PlaceObject3:
+    case SwfTagCode::PlaceObject4:
+    case SwfTagCode::ImportAssets2:
+    case SwfTagCode::SymbolClass:
+    case SwfTagCode::Metadata:
+    case SwfTagCode::DefineSceneAndFrameLabelData:
+    case SwfTagCode::DefineFontName:
+    case SwfTagCode::DefineFont4: return true;
+    default: return false;
+    }
 }
 
 bool SwfTagUnknown::carriesCharacterId(uint16_t code) {
@@ -72,6 +118,7 @@ void SwfTagRecord::writeBody(SwfOStream& stream) { stream.writeBytes(source.span
 const char* knownTagName(uint16_t code) {
     switch (code) {
 #define SWF_TAG(code, name) case code: return #name;
+#define SWF_FULL_TAG(code, name) case code: return #name;
 #define SWF_RAW_TAG(code, name) case code: return #name;
 #include "SwfTags.def"
     default: return nullptr;

@@ -43,7 +43,9 @@ SwfButtonRecord::SwfButtonRecord(SwfIStream& stream, uint8_t flags) {
     hitTest = (flags & 0x08) != 0;
     hasFilterList = (flags & 0x10) != 0;
     hasBlendMode = (flags & 0x20) != 0;
-    if ((flags & 0xC0) != 0)
+    if (stream.context.fullForm)
+        reserved = flags >> 6;
+    else if ((flags & 0xC0) != 0)
         stream.markInexact("a button record has reserved flags");
     characterId = stream.readUI16("CharacterId");
     depth = stream.readUI16("PlaceDepth");
@@ -59,7 +61,8 @@ SwfButtonRecord::SwfButtonRecord(SwfIStream& stream, uint8_t flags) {
 
 uint8_t SwfButtonRecord::flags() const {
     return static_cast<uint8_t>((stateUp ? 0x01 : 0) | (stateOver ? 0x02 : 0) | (stateDown ? 0x04 : 0) |
-                                (hitTest ? 0x08 : 0) | (hasFilterList ? 0x10 : 0) | (hasBlendMode ? 0x20 : 0));
+                                (hitTest ? 0x08 : 0) | (hasFilterList ? 0x10 : 0) | (hasBlendMode ? 0x20 : 0) |
+                                reserved << 6);
 }
 
 void SwfButtonRecord::write(SwfOStream& stream) const {
@@ -121,7 +124,9 @@ SwfTagDefineButton2::SwfTagDefineButton2(SwfIStream& stream) : SwfTagDefineButto
     buttonId = stream.readUI16("ButtonId");
     const uint8_t flags = stream.readUI8("TrackAsMenu");
     trackAsMenu = (flags & 1) != 0;
-    if ((flags & 0xFE) != 0)
+    if (stream.context.fullForm)
+        reserved = flags >> 1;
+    else if ((flags & 0xFE) != 0)
         stream.markInexact("reserved bits are set beside TrackAsMenu");
     const uint64_t offsetStart = stream.position();
     const uint16_t actionOffset = stream.readUI16("ActionOffset");
@@ -168,7 +173,7 @@ void SwfTagDefineButton2::writeBody(SwfOStream& stream) {
     stream.context.tagType = type;
     stream.context.alpha = true;
     stream.writeUI16(buttonId);
-    stream.writeUI8(trackAsMenu ? 1 : 0);
+    stream.writeUI8(static_cast<uint8_t>((trackAsMenu ? 1 : 0) | reserved << 1));
     const uint64_t offsetStart = stream.written();
     stream.writeUI16(0);
     records.write(stream);

@@ -50,7 +50,7 @@ SwfTagDefineEditText::SwfTagDefineEditText(SwfIStream& stream) : SwfTagDefineEdi
     stream.readString(varName, "VariableName");
     if (hasText)
         stream.readString(initialText, "InitialText");
-    if (align > lastNamedAlign)
+    if (align > lastNamedAlign && !stream.context.fullForm)
         addWarning(stream, SwfWarning::Kind::cut,
                    "the alignment " + std::to_string(align) + " has no name in XML, which makes it Left");
 }

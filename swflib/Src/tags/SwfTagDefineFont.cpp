@@ -117,19 +117,22 @@ void SwfTagDefineFont2::read(SwfIStream& stream) {
     wideCodes = flags & wideCodesBit;
     italic = flags & italicBit;
     bold = flags & boldBit;
-    if (type == 48)
+    keepsFlags = stream.context.fullForm;
+    if (keepsFlags)
+        stream.context.wideKerningCodes = wideCodes || type == 75;
+    else if (type == 48)
         stream.context.wideKerningCodes = wideCodes || stream.context.version >= firstWideVersion;
     languageCode = stream.readUI8("LanguageCode");
-    readFontName(stream, fontName);
+    nameNuls = readFontName(stream, fontName);
     const uint32_t count = stream.readUI16("NumGlyphs");
     const uint64_t table = stream.position();
     const Offsets offsets = readGlyphOffsets(stream, count);
     readCodes(stream, count, wideCodes, codes);
-    if (hasLayout && count == 0 && stream.bodyLeft() == 0)
+    if (hasLayout && count == 0 && stream.bodyLeft() == 0 && !keepsFlags)
         hasLayout = false;
     if (hasLayout)
         readLayout(stream);
-    if (type == 75 && !kerning.empty() && stream.context.wideKerningCodes != hasWideCode(codes))
+    if (!keepsFlags && type == 75 && !kerning.empty() && stream.context.wideKerningCodes != hasWideCode(codes))
         stream.markInexact("its kerning codes would be written in another width");
     // Outlines take many times their bytes: they come last, and a font that is kept as bytes has no use for them.
     if (stream.context.keepRaw && stream.inexact() != nullptr)
@@ -140,13 +143,14 @@ void SwfTagDefineFont2::read(SwfIStream& stream) {
 }
 
 // Offsets of the glyphs; leaves the stream at the code table.
-std::vector<uint32_t> SwfTagDefineFont2::readGlyphOffsets(SwfIStream& stream, uint32_t count) const {
+std::vector<uint32_t> SwfTagDefineFont2::readGlyphOffsets(SwfIStream& stream, uint32_t count) {
     const uint32_t width = wideOffsets ? 4 : 2;
     const uint64_t table = stream.position();
     if (count == 0) {
         // The offset of the code table, if there is one, points behind itself.
         if (stream.bodyLeft() >= width && readOffsets(stream, 1, wideOffsets)[0] != width)
             stream.seek(table);
+        hasNoCodeTable = keepsFlags && stream.position() == table;
         return {};
     }
     Offsets offsets = readOffsets(stream, count + 1, wideOffsets);
@@ -173,13 +177,14 @@ void SwfTagDefineFont2::readLayout(SwfIStream& stream) {
             stream.fail("FontBoundsTable", "the body ends before the last bounds");
         bounds.append(SwfRect(stream));
     }
+    lacksKerning = keepsFlags && stream.bodyLeft() == 0;
     if (stream.bodyLeft() != 0)
         readKerning(stream);
 }
 
 void SwfTagDefineFont2::readKerning(SwfIStream& stream) {
     const uint32_t count = stream.readUI16("KerningCount");
-    if (stream.context.version < firstKerningVersion) {
+    if (stream.context.version < firstKerningVersion && !keepsFlags) {
         if (count != 0)
             addWarning(stream, SwfWarning::Kind::cut,
                        std::to_string(count) + " kerning pairs are dropped: movies below version 7 have none here");
@@ -201,25 +206,39 @@ void SwfTagDefineFont2::readKerning(SwfIStream& stream) {
 
 void SwfTagDefineFont2::prepare() {
     SwfGlyphFont::prepare();
-    wideOffsets = uint64_t(glyphs.size) + 2 * uint64_t(glyphs.count()) + 2 > UINT16_MAX;
-    hasLayout = ascent != 0 || descent != 0 || leading != 0 || !advances.empty() || !bounds.empty() || !kerning.empty();
+    const bool needsWide = uint64_t(glyphs.size) + 2 * uint64_t(glyphs.count()) + 2 > UINT16_MAX;
+    wideOffsets = needsWide || (keepsFlags && wideOffsets);
+    if (!keepsFlags)
+        hasLayout =
+            ascent != 0 || descent != 0 || leading != 0 || !advances.empty() || !bounds.empty() || !kerning.empty();
 }
 
 void SwfTagDefineFont2::writeBody(SwfOStream& stream) {
     setGlyphFlags(stream.context);
-    const bool wide = hasWideCode(codes) || stream.context.version >= firstWideVersion;
-    if (type == 48)
+    const bool fullForm = stream.context.fullForm;
+    const bool keptWide = fullForm ? wideCodes : stream.context.version >= firstWideVersion;
+    const bool wide = hasWideCode(codes) || keptWide || (fullForm && needsWideKerning());
+    if (fullForm)
+        stream.context.wideKerningCodes = wide || type == 75;
+    else if (type == 48)
         stream.context.wideKerningCodes = wide;
     stream.writeUI16(characterId);
     stream.writeUI8(bitIf(hasLayout, layoutBit) | bitIf(shiftJis, shiftJisBit) | bitIf(smallText, smallTextBit) |
                     bitIf(ansi, ansiBit) | bitIf(wideOffsets, wideOffsetsBit) | bitIf(wide, wideCodesBit) |
                     bitIf(italic, italicBit) | bitIf(bold, boldBit));
     stream.writeUI8(languageCode);
-    writeFontName(stream, fontName);
+    writeFontName(stream, fontName, nameNuls);
     writeGlyphs(stream);
     writeCodes(stream, codes, wide);
     if (hasLayout)
         writeLayout(stream);
+}
+
+// Codes of kerning pairs are as wide as those of glyphs.
+bool SwfTagDefineFont2::needsWideKerning() const {
+    return type == 48 && std::any_of(kerning.begin(), kerning.end(), [](const SwfKerningRecord& record) {
+               return (record.kerningCode1 | record.kerningCode2) > UINT8_MAX;
+           });
 }
 
 void SwfTagDefineFont2::writeGlyphs(SwfOStream& stream) {
@@ -238,7 +257,8 @@ void SwfTagDefineFont2::writeGlyphs(SwfOStream& stream) {
         writeOffset(offset);
         offset += glyph->size;
     }
-    writeOffset(offset); // of the code table
+    if (!hasNoCodeTable || count != 0)
+        writeOffset(offset); // of the code table
     if (stream.isCounter())
         stream.count(glyphs.size);
     else
@@ -253,7 +273,9 @@ void SwfTagDefineFont2::writeLayout(SwfOStream& stream) {
         stream.writeSI16(advance);
     for (const SwfRect& rect : bounds)
         rect.write(stream);
-    const bool hasKerning = stream.context.version >= firstKerningVersion;
+    if (lacksKerning && kerning.empty())
+        return;
+    const bool hasKerning = stream.context.fullForm || stream.context.version >= firstKerningVersion;
     const uint32_t count = hasKerning ? kerning.size() : 0;
     if (count > UINT16_MAX)
         throw SwfException(SwfError::doesNotFit, "a font of more than 65,535 kerning pairs");
@@ -281,7 +303,7 @@ void SwfTagDefineFont2::writeLayout(SwfOStream& stream) {
 SwfTagDefineFont3::SwfTagDefineFont3(SwfIStream& stream) : SwfTagDefineFont3() { read(stream); }
 
 void SwfTagDefineFont3::writeBody(SwfOStream& stream) {
-    stream.context.wideKerningCodes = hasWideCode(codes);
+    stream.context.wideKerningCodes = hasWideCode(codes); // of the classic form
     SwfTagDefineFont2::writeBody(stream);
 }
 

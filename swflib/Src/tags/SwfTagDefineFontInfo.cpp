@@ -18,10 +18,10 @@ enum InfoFlag : uint8_t {
     shiftJisBit = 0x10,
     smallBit = 0x20
 };
-constexpr uint8_t infoReserved = 0xC0;
+constexpr uint8_t infoReserved = 0xC0, infoReservedShift = 6;
 
 // Flags of DefineFont4.
-constexpr uint8_t font4Bold = 0x01, font4Italic = 0x02, font4Data = 0x04, font4Reserved = 0xF8;
+constexpr uint8_t font4Bold = 0x01, font4Italic = 0x02, font4Data = 0x04, font4ReservedShift = 3;
 
 uint32_t glyphCountOf(SwfIStream& stream, uint16_t fontId) {
     const SwfTags* tags = stream.context.tags;
@@ -47,7 +47,7 @@ void readZoneRecord(SwfIStream& stream, SwfZoneRecord& record) {
 
 SwfTagDefineFontInfo::SwfTagDefineFontInfo(SwfIStream& stream) : SwfTagDefineFontInfo() {
     fontId = stream.readUI16("FontId");
-    readFontName(stream, fontName);
+    nameNuls = readFontName(stream, fontName);
     const uint8_t flags = stream.readUI8("Flags");
     smallText = flags & smallBit;
     shiftJis = flags & shiftJisBit;
@@ -55,31 +55,39 @@ SwfTagDefineFontInfo::SwfTagDefineFontInfo(SwfIStream& stream) : SwfTagDefineFon
     italic = flags & italicBit;
     bold = flags & boldBit;
     wideCodes = flags & wideBit;
-    if (flags & infoReserved)
+    if (stream.context.fullForm) {
+        keepsWidth = true;
+        reserved = flags >> infoReservedShift;
+    } else if (flags & infoReserved) {
         stream.markInexact("reserved flags are set");
+    }
     readCodes(stream, stream.bodyLeft() / (wideCodes ? 2 : 1), wideCodes, codes);
 }
 
-void SwfTagDefineFontInfo::prepare() { wideCodes = hasWideCode(codes); }
+void SwfTagDefineFontInfo::prepare() { wideCodes = hasWideCode(codes) || (keepsWidth && wideCodes); }
 
 void SwfTagDefineFontInfo::writeBody(SwfOStream& stream) {
     stream.writeUI16(fontId);
-    writeFontName(stream, fontName);
+    writeFontName(stream, fontName, nameNuls);
     stream.writeUI8(bitIf(smallText, smallBit) | bitIf(shiftJis, shiftJisBit) | bitIf(ansi, ansiBit) |
-                    bitIf(italic, italicBit) | bitIf(bold, boldBit) | bitIf(wideCodes, wideBit));
+                    bitIf(italic, italicBit) | bitIf(bold, boldBit) | bitIf(wideCodes, wideBit) |
+                    static_cast<uint8_t>(reserved << infoReservedShift));
     writeCodes(stream, codes, wideCodes);
 }
 
 SwfTagDefineFontInfo2::SwfTagDefineFontInfo2(SwfIStream& stream) : SwfTagDefineFontInfo2() {
     fontId = stream.readUI16("FontId");
-    readFontName(stream, fontName);
+    nameNuls = readFontName(stream, fontName);
     const uint8_t flags = stream.readUI8("Flags");
     smallText = flags & smallBit;
     italic = flags & italicBit;
     bold = flags & boldBit;
-    if ((flags & infoReserved) != 0 || (flags & wideBit) == 0)
+    ansi = flags & ansiBit;
+    shiftJis = flags & shiftJisBit;
+    reserved = flags >> infoReservedShift;
+    if ((reserved != 0 && !stream.context.fullForm) || (flags & wideBit) == 0)
         stream.markInexact("its flags are not those of wide codes alone");
-    if (flags & (ansiBit | shiftJisBit))
+    if ((ansi || shiftJis) && !stream.context.fullForm)
         addWarning(stream, SwfWarning::Kind::cut, "its ANSI and Shift-JIS flags are saved as 0");
     languageCode = stream.readUI8("LanguageCode");
     readCodes(stream, stream.bodyLeft() / 2, true, codes);
@@ -87,8 +95,12 @@ SwfTagDefineFontInfo2::SwfTagDefineFontInfo2(SwfIStream& stream) : SwfTagDefineF
 
 void SwfTagDefineFontInfo2::writeBody(SwfOStream& stream) {
     stream.writeUI16(fontId);
-    writeFontName(stream, fontName);
-    stream.writeUI8(bitIf(smallText, smallBit) | bitIf(italic, italicBit) | bitIf(bold, boldBit) | wideBit);
+    writeFontName(stream, fontName, nameNuls);
+    uint8_t kept = 0;
+    if (stream.context.fullForm)
+        kept =
+            bitIf(ansi, ansiBit) | bitIf(shiftJis, shiftJisBit) | static_cast<uint8_t>(reserved << infoReservedShift);
+    stream.writeUI8(bitIf(smallText, smallBit) | bitIf(italic, italicBit) | bitIf(bold, boldBit) | wideBit | kept);
     stream.writeUI8(languageCode);
     writeCodes(stream, codes, true);
 }
@@ -107,9 +119,12 @@ void SwfTagDefineFontName::writeBody(SwfOStream& stream) {
 
 SwfTagDefineFontAlignZones::SwfTagDefineFontAlignZones(SwfIStream& stream) : SwfTagDefineFontAlignZones() {
     fontId = stream.readUI16("FontId");
-    const uint32_t count = glyphCountOf(stream, fontId);
+    const bool fullForm = stream.context.fullForm;
+    const uint32_t count = fullForm ? 0 : glyphCountOf(stream, fontId);
     flags = stream.readUI8("Flags");
-    if (flags & reservedBits)
+    while (fullForm && stream.bodyLeft() != 0)
+        readZoneRecord(stream, records.append({}));
+    if ((flags & reservedBits) != 0 && !fullForm)
         stream.markInexact("reserved flags are set");
     for (uint32_t i = 0; i < count; ++i) {
         if (stream.position() >= stream.limit())
@@ -139,7 +154,8 @@ SwfTagDefineFont4::SwfTagDefineFont4(SwfIStream& stream) : SwfTagDefineFont4() {
     hasFontData = flags & font4Data;
     italic = flags & font4Italic;
     bold = flags & font4Bold;
-    if (flags & font4Reserved)
+    reserved = flags >> font4ReservedShift;
+    if (reserved != 0 && !stream.context.fullForm)
         stream.markInexact("reserved flags are set");
     stream.readString(fontName, "FontName");
     if (hasFontData)
@@ -148,7 +164,8 @@ SwfTagDefineFont4::SwfTagDefineFont4(SwfIStream& stream) : SwfTagDefineFont4() {
 
 void SwfTagDefineFont4::writeBody(SwfOStream& stream) {
     stream.writeUI16(characterId);
-    stream.writeUI8(bitIf(hasFontData, font4Data) | bitIf(italic, font4Italic) | bitIf(bold, font4Bold));
+    const auto kept = static_cast<uint8_t>(stream.context.fullForm ? reserved << font4ReservedShift : 0);
+    stream.writeUI8(bitIf(hasFontData, font4Data) | bitIf(italic, font4Italic) | bitIf(bold, font4Bold) | kept);
     fontName.write(stream, true);
     if (hasFontData)
         stream.writeBytes(fontData.span());

@@ -10,6 +10,21 @@ static void setFlags(SwfContext& context) {
     context.newStylesAllowed = true;
     context.lineStyle2Mode = false;
     context.cutIndices = false;
+    context.widenIndices = false;
+}
+
+// End edges use the styles of the start edges: they mostly choose none, and files give their indices no width. The
+// classic form gives them that of the start edges.
+template <class Stream>
+static void setEndWidths(Stream& stream, const SwfMorphFillStyles& fills, const SwfMorphLineStyles& lines) {
+    SwfContext& context = stream.context;
+    context.widenIndices = context.fullForm;
+    if (context.fullForm)
+        context.numFillBits = context.numLineBits = 0;
+    else if constexpr (std::is_same_v<Stream, SwfIStream>)
+        setIndexWidths(stream, fills.items.size(), lines.items.size());
+    else
+        setIndexWidths(context, fills.items.size(), lines.items.size());
 }
 
 template <class LineStyle>
@@ -18,19 +33,23 @@ void SwfMorphShapeTag::readShape(SwfIStream& stream) {
     lineStyles.read<LineStyle>(stream);
     setIndexWidths(stream, fillStyles.items.size(), lineStyles.items.size());
     startEdges.read(stream);
-    setIndexWidths(stream, fillStyles.items.size(), lineStyles.items.size());
+    setEndWidths(stream, fillStyles, lineStyles);
     endEdges.read(stream);
 }
 
-void SwfMorphShapeTag::writeStart(SwfOStream& stream) {
+void SwfMorphShapeTag::writeShape(SwfOStream& stream, std::optional<uint32_t> offset) {
+    const uint64_t offsetPlace = stream.written();
+    stream.writeUI32(offset.value_or(0));
+    const uint64_t start = stream.written();
     fillStyles.write(stream);
     lineStyles.write(stream);
     setIndexWidths(stream.context, fillStyles.items.size(), lineStyles.items.size());
     startEdges.write(stream);
-}
-
-void SwfMorphShapeTag::writeEnd(SwfOStream& stream) {
-    setIndexWidths(stream.context, fillStyles.items.size(), lineStyles.items.size());
+    // Put in afterwards, since only now it is known without measuring all of it again.
+    const auto workedOut = static_cast<uint32_t>(stream.written() - start);
+    if (!offset && !stream.isCounter())
+        std::memcpy(stream.data() + offsetPlace, &workedOut, sizeof workedOut);
+    setEndWidths(stream, fillStyles, lineStyles);
     endEdges.write(stream);
 }
 
@@ -49,15 +68,7 @@ void SwfTagDefineMorphShape::writeBody(SwfOStream& stream) {
         stream.writeUI16(characterId);
         startBounds.write(stream);
         endBounds.write(stream);
-        const uint64_t offsetPlace = stream.written();
-        stream.writeUI32(0);
-        const uint64_t start = stream.written();
-        writeStart(stream);
-        // Put in afterwards, since only now it is known without measuring all of it again.
-        const auto offset = static_cast<uint32_t>(stream.written() - start);
-        if (!stream.isCounter())
-            std::memcpy(stream.data() + offsetPlace, &offset, sizeof offset);
-        writeEnd(stream);
+        writeShape(stream, {});
     });
 }
 
@@ -82,9 +93,7 @@ void SwfTagDefineMorphShape2::writeBody(SwfOStream& stream) {
         startEdgeBounds.write(stream);
         endEdgeBounds.write(stream);
         stream.writeUI8(flags);
-        stream.writeUI32(offset);
-        writeStart(stream);
-        writeEnd(stream);
+        writeShape(stream, stream.context.fullForm ? std::nullopt : std::optional(offset));
     });
 }
 

@@ -10,7 +10,7 @@ static void setFlags(SwfContext& context, uint16_t code) {
     context.extendedCounts = code != SwfTagCode::DefineShape;
     context.newStylesAllowed = code != SwfTagCode::DefineShape;
     context.lineStyle2Mode = code == SwfTagCode::DefineShape4;
-    context.cutIndices = false;
+    context.cutIndices = context.widenIndices = false;
 }
 
 namespace {

@@ -30,7 +30,7 @@ SwfTextRecord::SwfTextRecord(SwfIStream& stream) {
 void SwfTextRecord::write(SwfOStream& stream) const {
     if (glyphs.size() > UINT8_MAX)
         throw SwfException(SwfError::doesNotFit, "a text record of more than 255 glyphs");
-    stream.writeUI8(flags | typeBit);
+    stream.writeUI8(stream.context.fullForm ? flags : flags | typeBit);
     if (flags & fontBit)
         stream.writeUI16(fontId);
     if (flags & colorBit)
@@ -72,25 +72,56 @@ void SwfTagDefineText::read(SwfIStream& stream) {
         if (entries > mostEntries)
             stream.fail("GlyphEntries", "there are far more glyphs than the body has bytes");
         oldRecords |= (record.flags & SwfTextRecord::typeBit) == 0;
-        if (record.flags & SwfTextRecord::reservedBits)
+        if ((record.flags & SwfTextRecord::reservedBits) != 0 && !stream.context.fullForm)
             stream.markInexact("a text record has reserved flags set");
     }
-    if (oldRecords)
+    if (stream.context.fullForm)
+        keepWidths(stream.context);
+    else if (oldRecords)
         addWarning(stream, SwfWarning::Kind::cut, "text records of type 0 are taken for, and saved as, type 1");
 }
 
-void SwfTagDefineText::writeBody(SwfOStream& stream) {
-    stream.context.alpha = hasAlpha();
-    uint32_t indices = 0, advances = 0; // or-ed together they are as wide as the largest of them
+namespace {
+
+// Bits that the entries of a text take.
+struct GlyphWidths {
+    uint8_t index = 0, advance = 0;           ///< as they are written
+    uint8_t leastIndex = 0, leastAdvance = 0; ///< that hold the values
+};
+
+GlyphWidths widthsOf(const SwfTextRecords& records) {
+    uint32_t indices = 0, advances = 0, magnitudes = 0; // or-ed together they are as wide as the largest of them
     for (const SwfTextRecord& record : records) {
         for (const SwfGlyphEntry& entry : record.glyphs) {
             indices |= entry.index;
             advances |=
                 entry.advance < 0 ? 0u - static_cast<uint32_t>(entry.advance) : static_cast<uint32_t>(entry.advance);
+            magnitudes |= bitsMagnitude(entry.advance);
         }
     }
-    stream.context.glyphBits = static_cast<uint8_t>(bitsUnsigned(indices));
-    stream.context.advanceBits = static_cast<uint8_t>(bitsUnsigned(advances) + 1);
+    GlyphWidths widths;
+    widths.index = static_cast<uint8_t>(bitsUnsigned(indices));
+    widths.advance = static_cast<uint8_t>(bitsUnsigned(advances) + 1);
+    widths.leastIndex = static_cast<uint8_t>(std::bit_width(indices));
+    widths.leastAdvance = static_cast<uint8_t>(advances == 0 ? 0 : std::bit_width(magnitudes) + 1);
+    return widths;
+}
+
+} // namespace
+
+void SwfTagDefineText::keepWidths(const SwfContext& context) {
+    const GlyphWidths widths = widthsOf(records);
+    if (context.glyphBits != widths.index)
+        glyphBits = context.glyphBits;
+    if (context.advanceBits != widths.advance)
+        advanceBits = context.advanceBits;
+}
+
+void SwfTagDefineText::writeBody(SwfOStream& stream) {
+    stream.context.alpha = hasAlpha();
+    const GlyphWidths widths = widthsOf(records);
+    stream.context.glyphBits = glyphBits ? std::max(*glyphBits, widths.leastIndex) : widths.index;
+    stream.context.advanceBits = advanceBits ? std::max(*advanceBits, widths.leastAdvance) : widths.advance;
 
     stream.writeUI16(characterId);
     bounds.write(stream);
@@ -108,7 +139,7 @@ SwfTagCSMTextSettings::SwfTagCSMTextSettings(SwfIStream& stream) : SwfTagCSMText
     thickness = stream.readFloat("Thickness");
     sharpness = stream.readFloat("Sharpness");
     reserved = stream.readUI8("Reserved");
-    if ((flags & reservedBits) != 0 || reserved != 0)
+    if (((flags & reservedBits) != 0 || reserved != 0) && !stream.context.fullForm)
         stream.markInexact("reserved bits are set");
 }
 

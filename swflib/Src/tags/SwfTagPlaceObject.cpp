@@ -103,12 +103,18 @@ void SwfTagPlaceObject2::writeBody(SwfOStream& stream) {
         warnOfLeftOut(stream);
 }
 
-SwfTagPlaceObject3::SwfTagPlaceObject3(SwfIStream& stream) : SwfTagPlaceObject3() {
+// Players take the name of a class for an image that is no character of this movie.
+bool SwfTagPlaceObject3::hasClassName(const SwfContext& context) const {
+    const bool isImageOfClass = hasExtended(SwfPlaceFlag3::image) && !hasPlace(SwfPlaceFlag::character);
+    return hasExtended(SwfPlaceFlag3::className) || (context.fullForm && isImageOfClass);
+}
+
+void SwfTagPlaceObject3::read(SwfIStream& stream) {
     stream.context.alpha = true;
     placeFlags = stream.readUI8("PlaceFlags");
     extendedFlags = stream.readUI8("ExtendedFlags");
     depth = stream.readUI16("Depth");
-    if (hasExtended(SwfPlaceFlag3::className))
+    if (hasClassName(stream.context))
         stream.readString(className, "ClassName");
     if (hasPlace(SwfPlaceFlag::character))
         characterId = stream.readUI16("CharacterId");
@@ -126,12 +132,38 @@ SwfTagPlaceObject3::SwfTagPlaceObject3(SwfIStream& stream) : SwfTagPlaceObject3(
         filters.read(stream);
     if (hasExtended(SwfPlaceFlag3::blendMode))
         blendMode = stream.readUI8("BlendMode");
-    // The fields of these flags stand before the clip actions, or are left over, be they zero.
     const bool hasClipActions = hasPlace(SwfPlaceFlag::clipActions);
-    if (hasExtended(SwfPlaceFlag3::withoutField) && (hasClipActions || stream.bodyLeft() != 0))
+    if (stream.context.fullForm)
+        readDisplay(stream);
+    // The fields of these flags stand before the clip actions, or are left over, be they zero.
+    else if (hasExtended(SwfPlaceFlag3::withoutField) && (hasClipActions || stream.bodyLeft() != 0))
         stream.markInexact("it has fields that this form does not hold");
     if (hasClipActions)
         clipActions.read(stream);
+}
+
+// What stands between blend mode and clip actions in the full form.
+void SwfTagPlaceObject3::readDisplay(SwfIStream& stream) {
+    if (hasExtended(SwfPlaceFlag3::cacheAsBitmap)) {
+        const uint32_t behind =
+            (hasExtended(SwfPlaceFlag3::visible) ? 1 : 0) + (hasExtended(SwfPlaceFlag3::opaqueBackground) ? 4 : 0);
+        const bool endsBehind = type == 70 && !hasPlace(SwfPlaceFlag::clipActions);
+        if (!endsBehind || stream.bodyLeft() > behind)
+            bitmapCache = stream.readUI8("BitmapCache");
+    }
+    if (hasExtended(SwfPlaceFlag3::visible))
+        visible = stream.readUI8("Visible");
+    if (hasExtended(SwfPlaceFlag3::opaqueBackground))
+        backgroundColor.read(stream);
+}
+
+void SwfTagPlaceObject3::writeDisplay(SwfOStream& stream) const {
+    if (hasExtended(SwfPlaceFlag3::cacheAsBitmap) && bitmapCache)
+        stream.writeUI8(*bitmapCache);
+    if (hasExtended(SwfPlaceFlag3::visible))
+        stream.writeUI8(visible);
+    if (hasExtended(SwfPlaceFlag3::opaqueBackground))
+        backgroundColor.write(stream);
 }
 
 void SwfTagPlaceObject3::writeBody(SwfOStream& stream) {
@@ -139,7 +171,7 @@ void SwfTagPlaceObject3::writeBody(SwfOStream& stream) {
     stream.writeUI8(placeFlags);
     stream.writeUI8(extendedFlags);
     stream.writeUI16(depth);
-    if (hasExtended(SwfPlaceFlag3::className))
+    if (hasClassName(stream.context))
         className.write(stream, true);
     if (hasPlace(SwfPlaceFlag::character))
         stream.writeUI16(characterId);
@@ -157,8 +189,20 @@ void SwfTagPlaceObject3::writeBody(SwfOStream& stream) {
         filters.write(stream);
     if (hasExtended(SwfPlaceFlag3::blendMode))
         stream.writeUI8(blendMode);
+    if (stream.context.fullForm)
+        writeDisplay(stream);
     if (hasPlace(SwfPlaceFlag::clipActions))
         clipActions.measureOrWrite(stream);
+}
+
+SwfTagPlaceObject4::SwfTagPlaceObject4(SwfIStream& stream) : SwfTagPlaceObject4() {
+    read(stream);
+    metadata = stream.readRest("Metadata");
+}
+
+void SwfTagPlaceObject4::writeBody(SwfOStream& stream) {
+    SwfTagPlaceObject3::writeBody(stream);
+    stream.writeBytes(metadata.span());
 }
 
 } // namespace libswf

@@ -21,13 +21,17 @@ std::unique_ptr<SwfTag> create(SwfIStream& stream) {
     return std::make_unique<Tag>(stream);
 }
 
-std::array<Creator, SwfIStream::tagCodes> makeCreators() {
-    std::array<Creator, SwfIStream::tagCodes> creators{};
+using Creators = std::array<Creator, SwfIStream::tagCodes>;
+
+Creators makeCreators(bool fullForm) {
+    Creators creators{};
 #define SWF_TAG(code, name) creators[code] = create<SwfTag##name>;
+#define SWF_FULL_TAG(code, name) creators[code] = fullForm ? create<SwfTag##name> : nullptr;
 #include "SwfTags.def"
-    // An import table read from a file becomes a frame label, on purpose; SwfTagImportAssets is built from XML only.
-    // Readers that keep raw what they cannot give back mark code 57 as raw.
-    creators[SwfTagCode::ImportAssets] = creators[SwfTagCode::FrameLabel];
+    // In the classic form an import table read from a file becomes a frame label, on purpose; SwfTagImportAssets is
+    // built from XML only. Readers that keep raw what they cannot give back mark code 57 as raw.
+    if (!fullForm)
+        creators[SwfTagCode::ImportAssets] = creators[SwfTagCode::FrameLabel];
     if (safeSprites)
         creators[SwfTagCode::DefineSprite] = create<SwfTagDefineSpriteSafe>;
     return creators;
@@ -96,6 +100,8 @@ public:
         stream.context.tagType = header.code;
         stream.context.tagSize = header.length;
         stream.context.tagLongHeader = header.isLong && header.length < 63;
+        stream.context.tagMayLackNul = stream.context.fullForm && SwfTag::mayEndInText(header.code);
+        stream.context.tagLacksNul = false;
         stream.setBodyEnd(_bodyEnd);
         stream.setInexact(nullptr);
     }
@@ -114,6 +120,8 @@ public:
         std::unique_ptr<SwfTag> tag;
         try {
             tag = readTag(_stream);
+            if (_stream.context.fullForm && !tag->isUnknown())
+                takeTrailing(*tag);
             if (keepRaw && !tag->isUnknown())
                 reason = loss(_stream, _bodyEnd);
             if (reason.empty())
@@ -130,13 +138,21 @@ public:
         }
         warn(_stream, _header, SwfWarning::Kind::keptRaw, offset, reason);
         _stream.seek(_header.body);
-        tag = std::make_unique<SwfTagUnknown>(_stream, _header.code, true);
-        setHeader(*tag, _stream.context, static_cast<uint32_t>(_bodyEnd - std::min(_bodyEnd, _header.body)));
-        return finish(std::move(tag));
+        auto unknown = std::make_unique<SwfTagUnknown>(_stream, _header.code, true);
+        setHeader(*unknown, _stream.context, static_cast<uint32_t>(_bodyEnd - std::min(_bodyEnd, _header.body)));
+        unknown->reason = std::move(reason);
+        return finish(std::move(unknown));
     }
 
 private:
+    void takeTrailing(SwfTag& tag) {
+        _stream.alignBits();
+        if (_stream.bodyLeft() != 0 && _stream.bodyLeft() <= SwfTag::mostTrailing)
+            tag.trailing = _stream.readRest("Trailing");
+    }
+
     std::unique_ptr<SwfTag> finish(std::unique_ptr<SwfTag> tag) {
+        tag->lacksNul = _stream.context.tagLacksNul && !tag->isUnknown();
         if (_stream.buffer() != nullptr)
             tag->source = recordOf(_stream, _header, _bodyEnd);
         return tag;
@@ -155,7 +171,8 @@ private:
 void chooseSafeSprites() { safeSprites = true; }
 
 std::unique_ptr<SwfTag> readTag(SwfIStream& stream) {
-    static const std::array<Creator, SwfIStream::tagCodes> creators = makeCreators();
+    static const Creators classic = makeCreators(false), full = makeCreators(true);
+    const Creators& creators = stream.context.fullForm ? full : classic;
     const uint16_t code = stream.context.tagType;
     const uint32_t length = stream.context.tagSize;
     const bool raw = keptAsBytes(stream, code);

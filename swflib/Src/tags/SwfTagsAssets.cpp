@@ -42,7 +42,8 @@ void SwfTagImportAssets::writeBody(SwfOStream& stream) {
 
 SwfTagImportAssets2::SwfTagImportAssets2(SwfIStream& stream) : SwfTagImportAssets2() {
     stream.readString(url, "URL");
-    if (stream.readUI8("Reserved") != 1)
+    reserved = stream.readUI8("Reserved");
+    if (reserved != 1 && !stream.context.fullForm)
         stream.markInexact("its first reserved byte is not 1");
     if (stream.readUI8("Reserved") != 0)
         stream.fail("Reserved", "the second reserved byte is not 0");
@@ -51,7 +52,7 @@ SwfTagImportAssets2::SwfTagImportAssets2(SwfIStream& stream) : SwfTagImportAsset
 
 void SwfTagImportAssets2::writeBody(SwfOStream& stream) {
     url.write(stream, true);
-    stream.writeUI8(1);
+    stream.writeUI8(stream.context.fullForm ? reserved : 1);
     stream.writeUI8(0);
     writeAssets(stream, assets);
 }
@@ -59,6 +60,22 @@ void SwfTagImportAssets2::writeBody(SwfOStream& stream) {
 SwfTagSymbolClass::SwfTagSymbolClass(SwfIStream& stream) : SwfTagSymbolClass() { readAssets(stream, symbols); }
 
 void SwfTagSymbolClass::writeBody(SwfOStream& stream) { writeAssets(stream, symbols); }
+
+SwfTagFreeCharacter::SwfTagFreeCharacter(SwfIStream& stream) : SwfTagFreeCharacter() {
+    characterId = stream.readUI16("CharacterId");
+}
+
+void SwfTagFreeCharacter::writeBody(SwfOStream& stream) { stream.writeUI16(characterId); }
+
+SwfTagNameCharacter::SwfTagNameCharacter(SwfIStream& stream) : SwfTagNameCharacter() {
+    characterId = stream.readUI16("CharacterId");
+    stream.readString(name, "Name");
+}
+
+void SwfTagNameCharacter::writeBody(SwfOStream& stream) {
+    stream.writeUI16(characterId);
+    name.write(stream, true);
+}
 
 SwfTagDefineScalingGrid::SwfTagDefineScalingGrid(SwfIStream& stream) : SwfTagDefineScalingGrid() {
     characterId = stream.readUI16("CharacterId");
@@ -82,16 +99,21 @@ void SwfTagDoABC::writeBody(SwfOStream& stream) {
     stream.writeBytes(abcData.span());
 }
 
+SwfTagDoABCDefine::SwfTagDoABCDefine(SwfIStream& stream) : SwfTagDoABCDefine() { abcData = stream.readRest("ABCData"); }
+
+void SwfTagDoABCDefine::writeBody(SwfOStream& stream) { stream.writeBytes(abcData.span()); }
+
 SwfTagDefineBinaryData::SwfTagDefineBinaryData(SwfIStream& stream) : SwfTagDefineBinaryData() {
     characterId = stream.readUI16("Tag");
-    if (stream.readUI32("Reserved") != 0)
+    reserved = stream.readUI32("Reserved");
+    if (reserved != 0 && !stream.context.fullForm)
         stream.markInexact("its reserved field is not 0");
     data = stream.readRest("Data");
 }
 
 void SwfTagDefineBinaryData::writeBody(SwfOStream& stream) {
     stream.writeUI16(characterId);
-    stream.writeUI32(0);
+    stream.writeUI32(stream.context.fullForm ? reserved : 0);
     stream.writeBytes(data.span());
 }
 

@@ -6,12 +6,16 @@ SwfTagDefineButtonCxform::SwfTagDefineButtonCxform(SwfIStream& stream) : SwfTagD
     stream.context.alpha = false;
     buttonId = stream.readUI16("ButtonId");
     colorTransform.read(stream);
+    while (stream.context.fullForm && stream.bodyLeft() != 0)
+        furtherTransforms.append({}).read(stream);
 }
 
 void SwfTagDefineButtonCxform::writeBody(SwfOStream& stream) {
     stream.context.alpha = false;
     stream.writeUI16(buttonId);
     colorTransform.write(stream);
+    for (const SwfColorTransform& transform : furtherTransforms)
+        transform.write(stream);
 }
 
 SwfTagDefineButtonSound::SwfTagDefineButtonSound(SwfIStream& stream) : SwfTagDefineButtonSound() {

@@ -13,12 +13,18 @@ void SwfTagSetBackgroundColor::writeBody(SwfOStream& stream) {
 }
 
 SwfTagProtect::SwfTagProtect(SwfIStream& stream) : SwfTagProtect() {
+    const uint64_t start = stream.position();
+    hasReserved = stream.context.fullForm && stream.bodyLeft() >= 2 && stream.readUI16("Reserved") == 0;
+    if (stream.context.fullForm && !hasReserved)
+        stream.seek(start);
     hasPassword = stream.bodyLeft() != 0;
     if (hasPassword)
         stream.readString(password, "Password");
 }
 
 void SwfTagProtect::writeBody(SwfOStream& stream) {
+    if (hasReserved)
+        stream.writeUI16(0);
     if (hasPassword)
         password.write(stream, true);
 }
@@ -29,14 +35,16 @@ SwfTagFrameLabel::SwfTagFrameLabel(SwfIStream& stream) : SwfTagFrameLabel() {
         return;
     const uint8_t anchor = stream.readUI8("NamedAnchor");
     isAnchor = anchor != 0;
-    if (anchor > 1)
+    if (stream.context.fullForm && anchor != 1)
+        anchorByte = anchor;
+    else if (anchor > 1)
         stream.markInexact("its anchor byte is neither 0 nor 1");
 }
 
 void SwfTagFrameLabel::writeBody(SwfOStream& stream) {
     name.write(stream, true);
-    if (isAnchor)
-        stream.writeUI8(1);
+    if (anchorByte || isAnchor)
+        stream.writeUI8(anchorByte.value_or(1));
 }
 
 SwfTagEnableDebugger::SwfTagEnableDebugger(SwfIStream& stream) : SwfTagEnableDebugger() {
@@ -46,12 +54,12 @@ SwfTagEnableDebugger::SwfTagEnableDebugger(SwfIStream& stream) : SwfTagEnableDeb
 void SwfTagEnableDebugger::writeBody(SwfOStream& stream) { password.write(stream, true); }
 
 SwfTagEnableDebugger2::SwfTagEnableDebugger2(SwfIStream& stream) : SwfTagEnableDebugger2() {
-    stream.readUI16("Reserved");
+    reserved = stream.readUI16("Reserved");
     stream.readString(password, "Password");
 }
 
 void SwfTagEnableDebugger2::writeBody(SwfOStream& stream) {
-    stream.writeUI16(0);
+    stream.writeUI16(stream.context.fullForm ? reserved : 0);
     password.write(stream, true);
 }
 
@@ -81,6 +89,47 @@ SwfTagFileAttributes::SwfTagFileAttributes(SwfIStream& stream) : SwfTagFileAttri
 }
 
 void SwfTagFileAttributes::writeBody(SwfOStream& stream) { stream.writeUI32(flags); }
+
+SwfTagProductInfo::SwfTagProductInfo(SwfIStream& stream) : SwfTagProductInfo() {
+    productId = stream.readUI32("ProductID");
+    edition = stream.readUI32("Edition");
+    majorVersion = stream.readUI8("MajorVersion");
+    minorVersion = stream.readUI8("MinorVersion");
+    buildLow = stream.readUI32("BuildLow");
+    buildHigh = stream.readUI32("BuildHigh");
+    compilationDate = stream.readUI32("CompilationDate");
+    compilationDate |= uint64_t(stream.readUI32("CompilationDate")) << 32;
+}
+
+void SwfTagProductInfo::writeBody(SwfOStream& stream) {
+    stream.writeUI32(productId);
+    stream.writeUI32(edition);
+    stream.writeUI8(majorVersion);
+    stream.writeUI8(minorVersion);
+    stream.writeUI32(buildLow);
+    stream.writeUI32(buildHigh);
+    stream.writeUI32(static_cast<uint32_t>(compilationDate));
+    stream.writeUI32(static_cast<uint32_t>(compilationDate >> 32));
+}
+
+SwfTagDebugID::SwfTagDebugID(SwfIStream& stream) : SwfTagDebugID() {
+    stream.readBytes(uuid.size(), uuid.data(), "UUID");
+}
+
+void SwfTagDebugID::writeBody(SwfOStream& stream) { stream.writeBytes(uuid); }
+
+SwfTagEnableTelemetry::SwfTagEnableTelemetry(SwfIStream& stream) : SwfTagEnableTelemetry() {
+    reserved = stream.readUI16("Reserved");
+    hasPasswordHash = stream.bodyLeft() != 0;
+    if (hasPasswordHash)
+        stream.readBytes(passwordHash.size(), passwordHash.data(), "PasswordHash");
+}
+
+void SwfTagEnableTelemetry::writeBody(SwfOStream& stream) {
+    stream.writeUI16(reserved);
+    if (hasPasswordHash)
+        stream.writeBytes(passwordHash);
+}
 
 SwfTagMetadata::SwfTagMetadata(SwfIStream& stream) : SwfTagMetadata() { stream.readString(data, "Metadata"); }
 

@@ -40,7 +40,9 @@ void SwfTagSoundStreamHead::read(SwfIStream& stream) {
     playbackFormat.read(stream, "PlaybackInfo");
     streamFormat.read(stream, "StreamInfo");
     sampleCount = stream.readUI16("SampleCount");
-    if (streamFormat.soundFormat == SwfSoundFormat::mp3 && stream.bodyLeft() >= 2)
+    const bool mayHaveLatency = stream.context.fullForm || streamFormat.soundFormat == SwfSoundFormat::mp3;
+    hasLatencySeek = mayHaveLatency && stream.bodyLeft() >= 2;
+    if (hasLatencySeek)
         latencySeek = stream.readSI16("LatencySeek");
 }
 
@@ -48,7 +50,7 @@ void SwfTagSoundStreamHead::writeBody(SwfOStream& stream) {
     playbackFormat.write(stream);
     streamFormat.write(stream);
     stream.writeUI16(sampleCount);
-    if (streamFormat.soundFormat == SwfSoundFormat::mp3)
+    if (stream.context.fullForm ? hasLatencySeek : streamFormat.soundFormat == SwfSoundFormat::mp3)
         stream.writeSI16(latencySeek);
 }
 

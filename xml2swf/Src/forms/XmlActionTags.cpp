@@ -39,6 +39,8 @@ static void writeXml(XmlNode& node, const SwfClipAction& record) {
     for (const SwfClipAction::Event& event : SwfClipAction::events)
         node.attribute(event.name, record.*event.field);
     node.attribute("KeyCode", record.keyCode);
+    if (record.otherEvents != 0)
+        node.attribute("OtherEvents", record.otherEvents);
     writeActions(node, record.actions);
 }
 
@@ -46,15 +48,29 @@ static void readXml(XmlElement& element, SwfClipAction& record) {
     for (const SwfClipAction::Event& event : SwfClipAction::events)
         record.*event.field = element.boolean(event.name);
     record.keyCode = element.ui8("KeyCode");
+    if (element.fullForm())
+        record.otherEvents = element.ui32("OtherEvents");
     readActions(element, record.actions);
 }
 
 void writeXml(XmlNode& node, const SwfClipActions& actions) {
+    if (node.fullForm() && actions.reserved != 0)
+        node.attribute("Reserved", actions.reserved);
+    if (actions.allEvents)
+        node.attribute("AllEventFlags", *actions.allEvents);
+    if (actions.lacksEnd)
+        node.attribute("MissingEnd", true);
     for (const SwfClipAction& record : actions.records)
         writeChild(node, "ClipAction", record);
 }
 
 void readXml(XmlElement& element, SwfClipActions& actions) {
+    if (element.fullForm()) {
+        actions.reserved = element.ui16("Reserved");
+        if (element.has("AllEventFlags"))
+            actions.allEvents = element.ui32("AllEventFlags");
+        actions.lacksEnd = element.boolean("MissingEnd");
+    }
     for (XmlElement child : element.children()) {
         if (child.is("ClipAction"))
             readXml(child, actions.records.emplace_back());

@@ -46,17 +46,35 @@ void readXml(XmlElement& element, SwfTagImportAssets& tag) {
 
 void writeXml(XmlNode& node, const SwfTagImportAssets2& tag) {
     node.attribute("URL", tag.url);
+    if (node.fullForm() && tag.reserved != 1)
+        node.attribute("Reserved", tag.reserved);
     writeEntries(node, assetNames, tag.assets);
 }
 
 void readXml(XmlElement& element, SwfTagImportAssets2& tag) {
     tag.url = element.string("URL");
+    if (element.fullForm() && element.has("Reserved"))
+        tag.reserved = element.ui8("Reserved");
     readEntries(element, assetNames, tag.assets);
 }
 
 void writeXml(XmlNode& node, const SwfTagSymbolClass& tag) { writeEntries(node, symbolNames, tag.symbols); }
 
 void readXml(XmlElement& element, SwfTagSymbolClass& tag) { readEntries(element, symbolNames, tag.symbols); }
+
+void writeXml(XmlNode& node, const SwfTagFreeCharacter& tag) { node.attribute("CharacterId", tag.characterId); }
+
+void readXml(XmlElement& element, SwfTagFreeCharacter& tag) { tag.characterId = element.ui16("CharacterId"); }
+
+void writeXml(XmlNode& node, const SwfTagNameCharacter& tag) {
+    node.attribute("CharacterId", tag.characterId);
+    node.attribute("Name", tag.name);
+}
+
+void readXml(XmlElement& element, SwfTagNameCharacter& tag) {
+    tag.characterId = element.ui16("CharacterId");
+    tag.name = element.string("Name");
+}
 
 void writeXml(XmlNode& node, const SwfTagDefineScalingGrid& tag) {
     node.attribute("CharacterId", tag.characterId);
@@ -80,13 +98,21 @@ void readXml(XmlElement& element, SwfTagDoABC& tag) {
     tag.abcData = readAbc(element, "DoABCData");
 }
 
+void writeXml(XmlNode& node, const SwfTagDoABCDefine& tag) { writePayload(node, "DoABCData", tag.abcData.span()); }
+
+void readXml(XmlElement& element, SwfTagDoABCDefine& tag) { tag.abcData = element.payload("DoABCData"); }
+
 void writeXml(XmlNode& node, const SwfTagDefineBinaryData& tag) {
     node.attribute("CharacterId", tag.characterId);
+    if (node.fullForm() && tag.reserved != 0)
+        node.attribute("Reserved", tag.reserved);
     writePayload(node, "Data", tag.data.span());
 }
 
 void readXml(XmlElement& element, SwfTagDefineBinaryData& tag) {
     tag.characterId = element.ui16("CharacterId");
+    if (element.fullForm())
+        tag.reserved = element.ui32("Reserved");
     tag.data = element.payload("Data");
 }
 

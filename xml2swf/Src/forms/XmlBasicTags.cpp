@@ -31,13 +31,18 @@ void readXml(XmlElement&, SwfTagShowFrame&) {}
 void writeXml(XmlNode& node, const SwfTagDefineSprite& tag) {
     node.attribute("Id", tag.spriteId);
     node.attribute("FrameCount", tag.frameCount);
+    writeRecordForm(node, tag);
     writeTagList(node, tag.tags);
 }
 
 void readXml(XmlElement& element, SwfTagDefineSprite& tag) {
     XmlReadContext& context = element.context();
     tag.spriteId = element.ui16("Id");
-    tag.frameCount = static_cast<uint16_t>(element.masked("FrameCount", 16)); // for the reader's eyes only
+    tag.keepsFrameCount = element.fullForm() && element.has("FrameCount");
+    if (tag.keepsFrameCount)
+        tag.frameCount = element.ui16("FrameCount");
+    else
+        tag.frameCount = static_cast<uint16_t>(element.masked("FrameCount", 16)); // for the reader's eyes only
     if (context.spriteDepth >= SwfContext::maxDepth)
         throw SwfException(SwfError::doesNotFit, "sprites nested more than 256 deep");
     const SwfDepthScope depth(context.spriteDepth);

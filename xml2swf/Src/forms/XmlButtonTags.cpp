@@ -1,6 +1,7 @@
 // Buttons as XML.
 #include "XmlActions.h"
 #include "XmlFilters.h"
+#include "XmlNames.h"
 #include "XmlSound.h"
 #include "XmlTagForms.h"
 
@@ -37,6 +38,8 @@ static void writeRecord(XmlNode& node, const SwfButtonRecord& record, bool isBut
         flags.attribute("HitTest", record.hitTest);
         flags.attribute("HasFilterList", record.hasFilterList);
         flags.attribute("HasBlendMode", record.hasBlendMode);
+        if (record.reserved != 0)
+            flags.attribute("Reserved", record.reserved);
     }
     writeChild(node, "Matrix", record.matrix);
     if (!isButton2)
@@ -56,6 +59,8 @@ static void readRecord(XmlElement& element, SwfButtonRecord& record, bool isButt
         record.hitTest = flags->boolean("HitTest");
         record.hasFilterList = flags->boolean("HasFilterList");
         record.hasBlendMode = flags->boolean("HasBlendMode");
+        if (flags->fullForm())
+            record.reserved = static_cast<uint8_t>(flags->ranged("Reserved", 0, 3));
     }
     readChild(element, "Matrix", record.matrix);
     if (!isButton2)
@@ -105,13 +110,8 @@ void readXml(XmlElement& element, SwfTagDefineButton& tag) {
 
 // A key is a name, or a number for one without: most keys of buttons are characters.
 static void writeKeyCode(XmlNode& node, uint8_t code) {
-    if (code == 0)
-        return;
-    const std::string_view name = findName(keyNames, code);
-    if (name.empty())
-        node.attribute("KeyCode", code);
-    else
-        node.attribute("KeyCode", name);
+    if (code != 0)
+        writeNameOrNumber(node, "KeyCode", keyNames, code);
 }
 
 static uint8_t readKeyCode(XmlElement& element) {
@@ -137,6 +137,8 @@ static void readAction(XmlElement& element, SwfButtonAction& action) {
 void writeXml(XmlNode& node, const SwfTagDefineButton2& tag) {
     node.attribute("ButtonId", tag.buttonId);
     node.attribute("TrackAsMenu", tag.trackAsMenu);
+    if (tag.reserved != 0)
+        node.attribute("Reserved", tag.reserved);
     writeRecords(node, tag.records, true);
     if (tag.conditionActions.empty())
         return;
@@ -150,6 +152,8 @@ void writeXml(XmlNode& node, const SwfTagDefineButton2& tag) {
 void readXml(XmlElement& element, SwfTagDefineButton2& tag) {
     tag.buttonId = element.ui16("ButtonId");
     tag.trackAsMenu = element.boolean("TrackAsMenu");
+    if (element.fullForm())
+        tag.reserved = static_cast<uint8_t>(element.ranged("Reserved", 0, 127));
     readRecords(element, tag.records, true);
     auto list = element.child("ButtonCondactions");
     if (!list)
@@ -165,11 +169,19 @@ void readXml(XmlElement& element, SwfTagDefineButton2& tag) {
 void writeXml(XmlNode& node, const SwfTagDefineButtonCxform& tag) {
     node.attribute("ButtonId", tag.buttonId);
     writeChild(node, "ColorTransform", tag.colorTransform);
+    for (const SwfColorTransform& transform : tag.furtherTransforms)
+        writeChild(node, "ColorTransform", transform);
 }
 
 void readXml(XmlElement& element, SwfTagDefineButtonCxform& tag) {
     tag.buttonId = element.ui16("ButtonId");
-    readChild(element, "ColorTransform", tag.colorTransform);
+    if (!element.fullForm()) {
+        readChild(element, "ColorTransform", tag.colorTransform);
+        return;
+    }
+    bool isFirst = true;
+    for (XmlElement child : element.children("ColorTransform"))
+        readXml(child, std::exchange(isFirst, false) ? tag.colorTransform : tag.furtherTransforms.append({}));
 }
 
 void writeXml(XmlNode& node, const SwfTagDefineButtonSound& tag) {

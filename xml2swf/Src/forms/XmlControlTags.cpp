@@ -1,4 +1,5 @@
 // Tags that set up the movie or mark its timeline, as XML.
+#include "XmlIdentifiers.h"
 #include "XmlTagForms.h"
 
 namespace xml2swf {
@@ -11,11 +12,16 @@ void readXml(XmlElement& element, SwfTagSetBackgroundColor& tag) { tag.color = e
 
 // Without a password the element has no attribute; an empty one is not the same.
 void writeXml(XmlNode& node, const SwfTagProtect& tag) {
+    if (tag.hasReserved)
+        node.attribute("Reserved", 0);
     if (tag.hasPassword)
         node.attribute("Password", tag.password);
 }
 
 void readXml(XmlElement& element, SwfTagProtect& tag) {
+    tag.hasReserved = element.fullForm() && element.has("Reserved");
+    if (tag.hasReserved)
+        element.ranged("Reserved", 0, 0); // another number reads as a password
     tag.hasPassword = element.has("Password");
     tag.password = element.string("Password");
 }
@@ -23,20 +29,32 @@ void readXml(XmlElement& element, SwfTagProtect& tag) {
 void writeXml(XmlNode& node, const SwfTagFrameLabel& tag) {
     node.attribute("Name", tag.name);
     node.attribute("IsAnchor", tag.isAnchor);
+    if (tag.anchorByte)
+        node.attribute("AnchorByte", *tag.anchorByte);
 }
 
 void readXml(XmlElement& element, SwfTagFrameLabel& tag) {
     tag.name = element.string("Name");
     tag.isAnchor = element.boolean("IsAnchor");
+    if (element.fullForm() && element.has("AnchorByte"))
+        tag.anchorByte = element.ui8("AnchorByte");
 }
 
 void writeXml(XmlNode& node, const SwfTagEnableDebugger& tag) { node.attribute("Password", tag.password); }
 
 void readXml(XmlElement& element, SwfTagEnableDebugger& tag) { tag.password = element.string("Password"); }
 
-void writeXml(XmlNode& node, const SwfTagEnableDebugger2& tag) { node.attribute("Password", tag.password); }
+void writeXml(XmlNode& node, const SwfTagEnableDebugger2& tag) {
+    if (node.fullForm())
+        node.attribute("Reserved", tag.reserved);
+    node.attribute("Password", tag.password);
+}
 
-void readXml(XmlElement& element, SwfTagEnableDebugger2& tag) { tag.password = element.string("Password"); }
+void readXml(XmlElement& element, SwfTagEnableDebugger2& tag) {
+    if (element.fullForm())
+        tag.reserved = element.ui16("Reserved");
+    tag.password = element.string("Password");
+}
 
 void writeXml(XmlNode& node, const SwfTagScriptLimits& tag) {
     node.attribute("MaxRecursionDepth", tag.maxRecursionDepth);
@@ -77,6 +95,53 @@ void readXml(XmlElement& element, SwfTagFileAttributes& tag) {
     for (const XmlName& flag : fileAttributes)
         tag.flags |= element.boolean(flag.name) ? flag.value : 0;
     tag.flags |= element.ui32("Reserved") & ~uint32_t(SwfTagFileAttributes::named);
+}
+
+void writeXml(XmlNode& node, const SwfTagProductInfo& tag) {
+    node.attribute("ProductID", tag.productId);
+    node.attribute("Edition", tag.edition);
+    node.attribute("MajorVersion", tag.majorVersion);
+    node.attribute("MinorVersion", tag.minorVersion);
+    node.attribute("BuildLow", tag.buildLow);
+    node.attribute("BuildHigh", tag.buildHigh);
+    node.attribute("CompilationDate", formatDate(tag.compilationDate));
+}
+
+// The bytes or the date behind an attribute's text; a missing one leaves the value as it is.
+template <class Value>
+static void readText(XmlElement& element, const char* name, bool (*parse)(std::string_view, Value), Value value) {
+    const auto text = element.attribute(name);
+    if (text && !parse(*text, value))
+        element.refuse(name, "\"" + std::string(*text) + "\" is not a value that fits");
+}
+
+void readXml(XmlElement& element, SwfTagProductInfo& tag) {
+    tag.productId = element.ui32("ProductID");
+    tag.edition = element.ui32("Edition");
+    tag.majorVersion = element.ui8("MajorVersion");
+    tag.minorVersion = element.ui8("MinorVersion");
+    tag.buildLow = element.ui32("BuildLow");
+    tag.buildHigh = element.ui32("BuildHigh");
+    readText<uint64_t&>(element, "CompilationDate", parseDate, tag.compilationDate);
+}
+
+void writeXml(XmlNode& node, const SwfTagDebugID& tag) { node.attribute("UUID", formatUuid(tag.uuid)); }
+
+void readXml(XmlElement& element, SwfTagDebugID& tag) {
+    readText<std::span<uint8_t, 16>>(element, "UUID", parseUuid, tag.uuid);
+}
+
+void writeXml(XmlNode& node, const SwfTagEnableTelemetry& tag) {
+    if (tag.reserved != 0)
+        node.attribute("Reserved", tag.reserved);
+    if (tag.hasPasswordHash)
+        node.attribute("PasswordHash", formatHexBytes(tag.passwordHash));
+}
+
+void readXml(XmlElement& element, SwfTagEnableTelemetry& tag) {
+    tag.reserved = element.ui16("Reserved");
+    tag.hasPasswordHash = element.has("PasswordHash");
+    readText<std::span<uint8_t>>(element, "PasswordHash", parseHexBytes, tag.passwordHash);
 }
 
 void writeXml(XmlNode& node, const SwfTagMetadata& tag) { XmlNode(node, "Data").text(tag.data.view()); }

@@ -10,25 +10,49 @@ namespace {
 
 // One part of a filter's flag byte. A part that is not written is read where a text has it.
 struct FlagBits {
+    enum Shown : uint8_t { always, never, unlessZero };
     std::string_view name;
     uint8_t shift;
     uint8_t bits;
-    bool isWritten = true;
+    Shown shown = always;
 };
-using FlagLayout = std::span<const FlagBits>;
 
-constexpr FlagBits shadowFlags[] = {
+// In the classic and in the full form.
+struct FlagLayout {
+    std::span<const FlagBits> classic, full;
+    std::span<const FlagBits> of(bool fullForm) const { return fullForm ? full : classic; }
+};
+
+constexpr FlagBits classicShadow[] = {
     {"Passes", 0, 5}, {"InnerShadow", 5, 1}, {"Knockout", 6, 1}, {"CompositeSource", 7, 1}};
-constexpr FlagBits bevelFlags[] = {
-    {"Passes", 0, 4}, {"InnerShadow", 4, 1}, {"Knockout", 5, 1}, {"CompositeSource", 6, 1}, {"OnTop", 7, 1}};
-constexpr FlagBits blurFlags[] = {{"Passes", 3, 5}, {"Reserved", 0, 3, false}};
-constexpr FlagBits convolutionFlags[] = {{"Clamp", 1, 1}, {"Reserved", 2, 6, false}};
+constexpr FlagBits fullShadow[] = {
+    {"Passes", 0, 5}, {"InnerShadow", 7, 1}, {"Knockout", 6, 1}, {"CompositeSource", 5, 1}};
+constexpr FlagLayout shadowFlags{classicShadow, fullShadow};
 
-void writeFlags(XmlNode& filter, FlagLayout layout, uint8_t flags) {
+constexpr FlagBits fullGlow[] = {{"Passes", 0, 5}, {"InnerGlow", 7, 1}, {"Knockout", 6, 1}, {"CompositeSource", 5, 1}};
+constexpr FlagLayout glowFlags{classicShadow, fullGlow};
+
+constexpr FlagBits classicBevel[] = {
+    {"Passes", 0, 4}, {"InnerShadow", 4, 1}, {"Knockout", 5, 1}, {"CompositeSource", 6, 1}, {"OnTop", 7, 1}};
+constexpr FlagBits fullBevel[] = {
+    {"Passes", 0, 4}, {"InnerShadow", 7, 1}, {"Knockout", 6, 1}, {"CompositeSource", 5, 1}, {"OnTop", 4, 1}};
+constexpr FlagLayout bevelFlags{classicBevel, fullBevel};
+
+constexpr FlagBits classicBlur[] = {{"Passes", 3, 5}, {"Reserved", 0, 3, FlagBits::never}};
+constexpr FlagBits fullBlur[] = {{"Passes", 3, 5}, {"Reserved", 0, 3, FlagBits::unlessZero}};
+constexpr FlagLayout blurFlags{classicBlur, fullBlur};
+
+constexpr FlagBits classicConvolution[] = {{"Clamp", 1, 1}, {"Reserved", 2, 6, FlagBits::never}};
+constexpr FlagBits fullConvolution[] = {
+    {"Clamp", 1, 1}, {"PreserveAlpha", 0, 1}, {"Reserved", 2, 6, FlagBits::unlessZero}};
+constexpr FlagLayout convolutionFlags{classicConvolution, fullConvolution};
+
+void writeFlags(XmlNode& filter, const FlagLayout& layout, uint8_t flags) {
     XmlNode node(filter, "BitsField");
-    for (const FlagBits& part : layout) {
-        if (part.isWritten)
-            node.attribute(part.name, (flags >> part.shift) & ((1 << part.bits) - 1));
+    for (const FlagBits& part : layout.of(node.fullForm())) {
+        const int value = (flags >> part.shift) & ((1 << part.bits) - 1);
+        if (part.shown == FlagBits::always || (part.shown == FlagBits::unlessZero && value != 0))
+            node.attribute(part.name, value);
     }
 }
 
@@ -38,37 +62,52 @@ uint32_t readFlag(XmlElement& element, const FlagBits& part) {
     return element.lowBit(part.name);
 }
 
-uint8_t readFlags(XmlElement& element, FlagLayout layout) {
+uint8_t readFlags(XmlElement& element, const FlagLayout& layout) {
     uint32_t flags = 0;
-    for (const FlagBits& part : layout)
+    for (const FlagBits& part : layout.of(element.fullForm()))
         flags |= readFlag(element, part) << part.shift;
     return static_cast<uint8_t>(flags);
 }
 
-// SwfFilterFixed or SwfFilterFixed8.
+// SwfFilterFixed or SwfFilterFixed8. Their two halves, the fraction first, are a number in the full form.
+template <class Fixed>
+constexpr uint32_t halfBits = 8 * sizeof(Fixed::low);
+
 template <class Fixed>
 void writeFixed(XmlNode& filter, std::string_view name, Fixed value) {
     XmlNode node(filter, name);
+    if (node.fullForm()) {
+        const uint32_t bits = uint32_t(value.low) << halfBits<Fixed> | value.high;
+        const int32_t number = sizeof value == 2 ? static_cast<int16_t>(bits) : static_cast<int32_t>(bits);
+        node.fixed("Value", number, 1u << halfBits<Fixed>);
+        return;
+    }
     node.attribute("High", value.high);
     node.attribute("Low", value.low);
 }
 
 template <class Fixed>
 void readFixed(XmlElement& element, Fixed& value) {
+    if (element.fullForm()) {
+        const auto bits = static_cast<uint32_t>(element.fixed("Value", 1u << halfBits<Fixed>));
+        value.high = static_cast<decltype(value.high)>(bits);
+        value.low = static_cast<decltype(value.low)>(bits >> halfBits<Fixed>);
+        return;
+    }
     value.high = element.integer<decltype(value.high)>("High");
     value.low = element.integer<decltype(value.low)>("Low");
 }
 
-// Blur, Angle, Distance and Strength. The stored distance is not shown: Angle stands in both places.
+// Blur, Angle, Distance and Strength. The classic form does not show the stored distance: Angle stands in both places.
 void writeDirected(XmlNode& node, const SwfDirectedFilter& filter) {
     writeFixed(node, "BlurX", filter.blurX);
     writeFixed(node, "BlurY", filter.blurY);
     writeFixed(node, "Angle", filter.angle);
-    writeFixed(node, "Distance", filter.angle);
+    writeFixed(node, "Distance", node.fullForm() ? filter.distance : filter.angle);
     writeFixed(node, "Strength", filter.strength);
 }
 
-void readDirectedField(XmlElement& child, SwfDirectedFilter& filter, FlagLayout layout) {
+void readDirectedField(XmlElement& child, SwfDirectedFilter& filter, const FlagLayout& layout) {
     const std::string_view name = child.name();
     if (name == "BlurX")
         readFixed(child, filter.blurX);
@@ -87,21 +126,29 @@ void readDirectedField(XmlElement& child, SwfDirectedFilter& filter, FlagLayout 
 constexpr std::string_view flagsFirst[] = {"BitsField", "BlurX", "BlurY", "Angle", "Distance", "Strength"};
 constexpr std::string_view flagsLast[] = {"BlurX", "BlurY", "Angle", "Distance", "Strength", "BitsField"};
 
-// The children must stand in the order of `names` from the first on. From the first that does not, the rest keep 0;
-// only the lists of the gradient filters are looked for by name.
+// Takes the name of a child out of those that are still to come. In the classic form the children must stand in the
+// order of `names` from the first on: from the first that does not, the rest keep 0.
+bool takeName(XmlElement& child, std::span<const std::string_view>& names) {
+    if (child.fullForm())
+        return std::any_of(names.begin(), names.end(), [&](std::string_view name) { return child.is(name); });
+    const bool isNext = !names.empty() && child.is(names.front());
+    names = names.subspan(isNext ? 1 : names.size());
+    return isNext;
+}
+
+// The lists of the gradient filters are looked for by name.
 template <class Filter>
-void readDirected(XmlElement& element, Filter& filter, std::span<const std::string_view> names, FlagLayout layout) {
+void readDirected(XmlElement& element, Filter& filter, std::span<const std::string_view> names,
+                  const FlagLayout& layout) {
     constexpr bool hasLists = std::is_base_of_v<SwfGradientFilter, Filter>;
-    bool inOrder = true;
     for (XmlElement child : element.children()) {
-        inOrder = inOrder && !names.empty() && child.is(names.front());
-        if (inOrder) {
+        if (takeName(child, names)) {
             readDirectedField(child, filter, layout);
-            names = names.subspan(1);
         } else if (hasLists && (child.is("GradientColors") || child.is("GradientRation"))) {
             child.acceptAll();
         } else {
-            child.skip("the element stands out of its place and is not read");
+            child.skip(element.fullForm() ? XmlElement::notKnownHere
+                                          : "the element stands out of its place and is not read");
         }
     }
 }
@@ -158,7 +205,7 @@ static void writeXml(XmlNode& node, const SwfGlowFilter& filter) {
     writeFixed(node, "BlurX", filter.blurX);
     writeFixed(node, "BlurY", filter.blurY);
     writeFixed(node, "Strength", filter.strength);
-    writeFlags(node, shadowFlags, filter.flags);
+    writeFlags(node, glowFlags, filter.flags);
 }
 
 static void readXml(XmlElement& element, SwfGlowFilter& filter) {
@@ -171,7 +218,7 @@ static void readXml(XmlElement& element, SwfGlowFilter& filter) {
         else if (child.is("Strength"))
             readFixed(child, filter.strength);
         else if (child.is("BitsField"))
-            filter.flags = readFlags(child, shadowFlags);
+            filter.flags = readFlags(child, glowFlags);
         else
             child.skip();
     }
@@ -191,7 +238,8 @@ static void readXml(XmlElement& element, SwfBevelFilter& filter) {
 }
 
 static void writeXml(XmlNode& node, const SwfGradientFilter& filter) {
-    node.attribute("NumColors", filter.numColors);
+    if (!node.fullForm())
+        node.attribute("NumColors", filter.numColors);
     writeDirected(node, filter);
     writeFlags(node, bevelFlags, filter.flags);
     {
@@ -204,8 +252,9 @@ static void writeXml(XmlNode& node, const SwfGradientFilter& filter) {
         XmlNode(ratios, "Ratio").attribute("Value", ratio);
 }
 
+// In the full form the colours count themselves.
 static void readXml(XmlElement& element, SwfGradientFilter& filter) {
-    filter.numColors = element.ui8("NumColors");
+    filter.numColors = element.fullForm() ? UINT8_MAX : element.ui8("NumColors");
     readDirected(element, filter, flagsLast, bevelFlags);
     if (auto colors = element.child("GradientColors")) {
         readItems(*colors, "Color", filter.numColors, [&](XmlElement& color, uint32_t) {
@@ -216,6 +265,8 @@ static void readXml(XmlElement& element, SwfGradientFilter& filter) {
         readItems(*ratios, "Ratio", filter.numColors,
                   [&](XmlElement& ratio, uint32_t) { filter.gradientRatio.append(ratio.ui8("Value")); });
     }
+    if (element.fullForm())
+        filter.numColors = static_cast<uint8_t>(std::max(filter.gradientColors.size(), filter.gradientRatio.size()));
 }
 
 static void writeXml(XmlNode& node, const SwfConvolutionFilter& filter) {

@@ -7,8 +7,8 @@
 
 namespace xml2swf {
 
-/// One child element per filter. Distance is written with the value of Angle, on purpose: a filter with a direction
-/// comes back from XML with its distance equal to its angle.
+/// One child element per filter. The classic form writes Distance with the value of Angle, on purpose: a filter with a
+/// direction comes back from XML with its distance equal to its angle.
 void writeXml(XmlNode& node, const libswf::SwfFilterList& list);
 void readXml(XmlElement& element, libswf::SwfFilterList& list);
 

@@ -7,19 +7,31 @@ namespace xml2swf {
 
 using namespace libswf;
 
-void writeFontName(XmlNode& node, const SwfString& name) {
+void writeFontName(XmlNode& node, const SwfString& name, uint8_t nuls) {
     if (name.view().find('\0') != std::string_view::npos)
         throw SwfException(SwfError::badData, "FontName: a NUL inside a name cannot be written as XML");
     node.attribute("FontName", name);
+    if (nuls != 0)
+        node.attribute("FontNameNuls", nuls);
 }
 
 uint32_t smallInteger(XmlElement& element, std::string_view name, uint32_t bits) {
     return static_cast<uint32_t>(element.ranged(name, 0, (int64_t(1) << bits) - 1));
 }
 
+// Bits without a name, which the full form shows where they are set.
+static void writeReserved(XmlNode& node, uint32_t bits) {
+    if (node.fullForm() && bits != 0)
+        node.attribute("Reserved", bits);
+}
+
+static uint8_t readReserved(XmlElement& element, uint32_t bits) {
+    return static_cast<uint8_t>(element.fullForm() ? smallInteger(element, "Reserved", bits) : 0);
+}
+
 void writeXml(XmlNode& node, const SwfTagDefineFontInfo& tag) {
     node.attribute("FontId", tag.fontId);
-    writeFontName(node, tag.fontName);
+    writeFontName(node, tag.fontName, tag.nameNuls);
     {
         XmlNode bits(node, "BitsField");
         bits.attribute("SmallText", tag.smallText);
@@ -28,6 +40,7 @@ void writeXml(XmlNode& node, const SwfTagDefineFontInfo& tag) {
         bits.attribute("Italic", tag.italic);
         bits.attribute("Bold", tag.bold);
         bits.attribute("WideCodes", tag.wideCodes);
+        writeReserved(bits, tag.reserved);
     }
     writeCodeTable(node, "CodesTable", tag.codes);
 }
@@ -35,6 +48,8 @@ void writeXml(XmlNode& node, const SwfTagDefineFontInfo& tag) {
 void readXml(XmlElement& element, SwfTagDefineFontInfo& tag) {
     tag.fontId = element.ui16("FontId");
     tag.fontName = element.string("FontName");
+    if (element.fullForm())
+        tag.nameNuls = element.ui8("FontNameNuls");
     if (auto bits = element.child("BitsField")) {
         tag.smallText = bits->boolean("SmallText");
         tag.shiftJis = bits->boolean("ShiftJIS");
@@ -42,6 +57,8 @@ void readXml(XmlElement& element, SwfTagDefineFontInfo& tag) {
         tag.italic = bits->boolean("Italic");
         tag.bold = bits->boolean("Bold");
         tag.wideCodes = bits->boolean("WideCodes"); // recomputed before writing
+        tag.keepsWidth = bits->fullForm();
+        tag.reserved = readReserved(*bits, 2);
     }
     if (auto codes = element.child("CodesTable"))
         readCodeTable(*codes, tag.codes);
@@ -49,13 +66,18 @@ void readXml(XmlElement& element, SwfTagDefineFontInfo& tag) {
 
 void writeXml(XmlNode& node, const SwfTagDefineFontInfo2& tag) {
     node.attribute("FontId", tag.fontId);
-    writeFontName(node, tag.fontName);
+    writeFontName(node, tag.fontName, tag.nameNuls);
     node.attribute("LanguageCode", tag.languageCode);
     {
         XmlNode bits(node, "BitsField");
         bits.attribute("SmallText", tag.smallText);
+        if (node.fullForm()) {
+            bits.attribute("ShiftJIS", tag.shiftJis);
+            bits.attribute("ANSI", tag.ansi);
+        }
         bits.attribute("Italic", tag.italic);
         bits.attribute("Bold", tag.bold);
+        writeReserved(bits, tag.reserved);
     }
     writeCodeTable(node, "CodesTable", tag.codes);
 }
@@ -63,11 +85,18 @@ void writeXml(XmlNode& node, const SwfTagDefineFontInfo2& tag) {
 void readXml(XmlElement& element, SwfTagDefineFontInfo2& tag) {
     tag.fontId = element.ui16("FontId");
     tag.fontName = element.string("FontName");
+    if (element.fullForm())
+        tag.nameNuls = element.ui8("FontNameNuls");
     tag.languageCode = element.ui8("LanguageCode");
     if (auto bits = element.child("BitsField")) {
         tag.smallText = bits->boolean("SmallText");
+        if (bits->fullForm()) {
+            tag.shiftJis = bits->boolean("ShiftJIS");
+            tag.ansi = bits->boolean("ANSI");
+        }
         tag.italic = bits->boolean("Italic");
         tag.bold = bits->boolean("Bold");
+        tag.reserved = readReserved(*bits, 2);
     }
     if (auto codes = element.child("CodesTable"))
         readCodeTable(*codes, tag.codes);
@@ -86,9 +115,10 @@ void readXml(XmlElement& element, SwfTagDefineFontName& tag) {
 }
 
 static void writeXml(XmlNode& node, const SwfZoneRecord& record) {
-    node.attribute("ZoneMaskX", (record.mask & SwfZoneRecord::maskX) != 0);
-    node.attribute("ZoneMaskY", (record.mask & SwfZoneRecord::maskY) != 0);
-    if (const uint32_t reserved = record.mask & SwfZoneRecord::reservedBits; reserved != 0)
+    const SwfZoneRecord::Layout& layout = node.fullForm() ? SwfZoneRecord::full : SwfZoneRecord::classic;
+    node.attribute("ZoneMaskX", (record.mask & layout.maskX) != 0);
+    node.attribute("ZoneMaskY", (record.mask & layout.maskY) != 0);
+    if (const uint32_t reserved = record.mask >> layout.reservedShift & 0x3F; reserved != 0)
         node.attribute("Reserved", reserved);
     for (const SwfZoneData& zone : record.zones) {
         XmlNode child(node, "ZoneData");
@@ -98,9 +128,10 @@ static void writeXml(XmlNode& node, const SwfZoneRecord& record) {
 }
 
 static void readXml(XmlElement& element, SwfZoneRecord& record) {
-    uint32_t mask = element.boolean("ZoneMaskX") ? SwfZoneRecord::maskX : 0;
-    mask |= element.boolean("ZoneMaskY") ? SwfZoneRecord::maskY : 0;
-    mask |= smallInteger(element, "Reserved", 6);
+    const SwfZoneRecord::Layout& layout = element.fullForm() ? SwfZoneRecord::full : SwfZoneRecord::classic;
+    uint32_t mask = element.boolean("ZoneMaskX") ? layout.maskX : 0;
+    mask |= element.boolean("ZoneMaskY") ? layout.maskY : 0;
+    mask |= smallInteger(element, "Reserved", 6) << layout.reservedShift;
     record.mask = static_cast<uint8_t>(mask);
     for (XmlElement child : element.children()) {
         if (!child.is("ZoneData")) {
@@ -117,6 +148,7 @@ static void readXml(XmlElement& element, SwfZoneRecord& record) {
 void writeXml(XmlNode& node, const SwfTagDefineFontAlignZones& tag) {
     node.attribute("FontId", tag.fontId);
     node.attribute("CSMTableHint", tag.csmTableHint());
+    writeReserved(node, tag.flags & SwfTagDefineFontAlignZones::reservedBits);
     XmlNode records(node, "ZoneRecords");
     for (const SwfZoneRecord& record : tag.records)
         writeChild(records, "ZoneRecord", record);
@@ -124,7 +156,7 @@ void writeXml(XmlNode& node, const SwfTagDefineFontAlignZones& tag) {
 
 void readXml(XmlElement& element, SwfTagDefineFontAlignZones& tag) {
     tag.fontId = element.ui16("FontId");
-    tag.flags = static_cast<uint8_t>(smallInteger(element, "CSMTableHint", 2) << 6);
+    tag.flags = static_cast<uint8_t>(smallInteger(element, "CSMTableHint", 2) << 6 | readReserved(element, 6));
     auto records = element.child("ZoneRecords");
     if (!records)
         return;
@@ -143,6 +175,7 @@ void writeXml(XmlNode& node, const SwfTagDefineFont4& tag) {
         XmlNode bits(node, "BitsField");
         bits.attribute("Bold", tag.bold);
         bits.attribute("Italic", tag.italic);
+        writeReserved(bits, tag.reserved);
     }
     if (tag.hasFontData)
         writePayload(node, "FontData", tag.fontData.span());
@@ -154,6 +187,7 @@ void readXml(XmlElement& element, SwfTagDefineFont4& tag) {
     if (auto bits = element.child("BitsField")) {
         tag.bold = bits->boolean("Bold");
         tag.italic = bits->boolean("Italic");
+        tag.reserved = readReserved(*bits, 5);
     }
     if (auto data = element.child("FontData")) {
         tag.hasFontData = true;

@@ -9,9 +9,9 @@
 
 namespace xml2swf {
 
-/// A font name that stands behind a length byte in the file. One with a NUL inside has no XML form: SwfException
-/// code 3.
-void writeFontName(XmlNode& node, const libswf::SwfString& name);
+/// A font name that stands behind a length byte in the file, and FontNameNuls for NULs at its end. One with a NUL
+/// inside has no XML form: SwfException code 3.
+void writeFontName(XmlNode& node, const libswf::SwfString& name, uint8_t nuls);
 
 /// An integer of `bits` bits; a larger one is an error.
 uint32_t smallInteger(XmlElement& element, std::string_view name, uint32_t bits);

@@ -91,12 +91,16 @@ void readXml(XmlElement& element, SwfTagDefineFont& tag) {
 void writeXml(XmlNode& node, const SwfTagDefineFont2& tag) {
     node.attribute("FontId", tag.characterId);
     node.attribute("LanguageCode", tag.languageCode);
-    writeFontName(node, tag.fontName);
+    writeFontName(node, tag.fontName, tag.nameNuls);
     if (tag.hasLayout) {
         node.attribute("Ascent", tag.ascent);
         node.attribute("Descent", tag.descent);
         node.attribute("Leading", tag.leading);
     }
+    if (tag.hasNoCodeTable)
+        node.attribute("MissingCodeTableOffset", true);
+    if (tag.lacksKerning)
+        node.attribute("MissingKerningCount", true);
     {
         XmlNode bits(node, "BitsField");
         for (const FontFlag& entry : fontFlags)
@@ -108,10 +112,21 @@ void writeXml(XmlNode& node, const SwfTagDefineFont2& tag) {
         writeLayout(node, tag);
 }
 
+// In the classic form a font has a layout when some of its values are not 0.
+static void readFullFlags(XmlElement& element, SwfTagDefineFont2& tag) {
+    tag.keepsFlags = true;
+    tag.nameNuls = element.ui8("FontNameNuls");
+    tag.hasLayout = element.has("Ascent") || element.has("Descent") || element.has("Leading");
+    tag.hasNoCodeTable = element.boolean("MissingCodeTableOffset");
+    tag.lacksKerning = element.boolean("MissingKerningCount");
+}
+
 void readXml(XmlElement& element, SwfTagDefineFont2& tag) {
     tag.characterId = element.ui16("FontId");
     tag.languageCode = element.ui8("LanguageCode");
     tag.fontName = element.string("FontName");
+    if (element.fullForm())
+        readFullFlags(element, tag);
     tag.ascent = element.ui16("Ascent");
     tag.descent = element.ui16("Descent");
     tag.leading = element.si16("Leading");
@@ -136,6 +151,8 @@ void readXml(XmlElement& element, SwfTagDefineFont2& tag) {
             child.skip();
         }
     }
+    if (tag.keepsFlags)
+        tag.hasLayout |= !tag.advances.empty() || !tag.bounds.empty() || !tag.kerning.empty();
 }
 
 void writeXml(XmlNode& node, const SwfTagDefineFont3& tag) {

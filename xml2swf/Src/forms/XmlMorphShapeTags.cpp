@@ -8,6 +8,9 @@ using namespace libswf;
 
 static constexpr XmlName morphGradientTypes[] = {{"Linear", SwfFillType::linearGradient},
                                                  {"Radial", SwfFillType::radialGradient}};
+static constexpr XmlName fullGradientTypes[] = {{"Linear", SwfFillType::linearGradient},
+                                                {"Radial", SwfFillType::radialGradient},
+                                                {"FocalRadialGradient", SwfFillType::focalRadialGradient}};
 
 // A child element with nothing but a value.
 template <class T>
@@ -30,11 +33,15 @@ static void readXml(XmlElement& element, SwfMorphGradientRecord& record) {
 }
 
 static void writeXml(XmlNode& node, const SwfMorphGradientRecords& gradient) {
+    if (node.fullForm())
+        writeGradientModes(node, gradient.flags);
     for (const SwfMorphGradientRecord& record : gradient.records)
         writeChild(node, "MorphGradientRecord", record);
 }
 
 static void readXml(XmlElement& element, SwfMorphGradientRecords& gradient) {
+    if (element.fullForm())
+        readGradientModes(element, gradient.flags);
     for (XmlElement child : element.children("MorphGradientRecord")) {
         SwfMorphGradientRecord record;
         readXml(child, record);
@@ -53,14 +60,24 @@ static void readXml(XmlElement& element, SwfMorphSolidFillStyle& style) {
 }
 
 static void writeXml(XmlNode& node, const SwfMorphGradientFillStyle& style) {
-    node.attribute("Type", nameOf(morphGradientTypes, style.type, "FillStyleType"));
+    const XmlNames types = node.fullForm() ? XmlNames(fullGradientTypes) : XmlNames(morphGradientTypes);
+    node.attribute("Type", nameOf(types, style.type, "FillStyleType"));
+    if (style.isFocal()) {
+        writeFocalPoint(node, "StartFocalPoint", style.startFocalPoint);
+        writeFocalPoint(node, "EndFocalPoint", style.endFocalPoint);
+    }
     writeChild(node, "StartMatrix", style.startMatrix);
     writeChild(node, "EndMatrix", style.endMatrix);
     writeChild(node, "MorphGradientRecords", style.gradients);
 }
 
 static void readXml(XmlElement& element, SwfMorphGradientFillStyle& style) {
-    style.type = element.named("Type", morphGradientTypes, SwfFillType::linearGradient);
+    const XmlNames types = element.fullForm() ? XmlNames(fullGradientTypes) : XmlNames(morphGradientTypes);
+    style.type = element.named("Type", types, SwfFillType::linearGradient);
+    if (style.isFocal()) {
+        readFocalPoint(element, "StartFocalPoint", style.startFocalPoint);
+        readFocalPoint(element, "EndFocalPoint", style.endFocalPoint);
+    }
     readChild(element, "StartMatrix", style.startMatrix);
     readChild(element, "EndMatrix", style.endMatrix);
     readChild(element, "MorphGradientRecords", style.gradients);
@@ -145,8 +162,12 @@ static void writeXml(XmlNode& node, const SwfMorphLineStyle2& style) {
     writeValue(node, "EndWidth", style.endWidth);
     if (style.flags.hasMiter()) {
         XmlNode miter(node, "MitterLimitFactor");
-        miter.attribute("High", style.miterLimitFactor[0]);
-        miter.attribute("Low", style.miterLimitFactor[1]);
+        if (miter.fullForm()) {
+            miter.attribute("Value", style.miterLimitFactor[0] | style.miterLimitFactor[1] << 8);
+        } else {
+            miter.attribute("High", style.miterLimitFactor[0]);
+            miter.attribute("Low", style.miterLimitFactor[1]);
+        }
     }
     if (!style.flags.hasFill()) {
         writeValue(node, "StartColor", style.startColor);
@@ -165,6 +186,10 @@ static void readXml(XmlElement& element, SwfMorphLineStyle2& style) {
             style.startWidth = child.ui16("Value");
         } else if (child.is("EndWidth")) {
             style.endWidth = child.ui16("Value");
+        } else if (child.is("MitterLimitFactor") && child.fullForm()) {
+            const uint16_t value = child.ui16("Value");
+            style.miterLimitFactor[0] = static_cast<uint8_t>(value);
+            style.miterLimitFactor[1] = static_cast<uint8_t>(value >> 8);
         } else if (child.is("MitterLimitFactor")) {
             style.miterLimitFactor[0] = child.ui8("High");
             style.miterLimitFactor[1] = child.ui8("Low");
@@ -244,15 +269,17 @@ void readXml(XmlElement& element, SwfTagDefineMorphShape& tag) {
     }
 }
 
-// The edge bounds show the shape bounds, on purpose: what the file had is lost.
+// In the classic form the edge bounds show the shape bounds, on purpose: what the file had is lost.
 void writeXml(XmlNode& node, const SwfTagDefineMorphShape2& tag) {
+    const bool fullForm = node.fullForm();
     node.attribute("ShapeId", tag.characterId);
-    node.attribute("Offset", tag.offset);
-    writeStrokeFlags(node, tag.flags);
+    if (!fullForm)
+        node.attribute("Offset", tag.offset);
+    writeStrokeFlags(node, tag.flags, false);
     writeChild(node, "StartBounds", tag.startBounds);
     writeChild(node, "EndBounds", tag.endBounds);
-    writeChild(node, "StartEdgeBounds", tag.startBounds);
-    writeChild(node, "EndEdgeBounds", tag.endBounds);
+    writeChild(node, "StartEdgeBounds", fullForm ? tag.startEdgeBounds : tag.startBounds);
+    writeChild(node, "EndEdgeBounds", fullForm ? tag.endEdgeBounds : tag.endBounds);
     writeChild(node, "MorphFillStyles", tag.fillStyles);
     writeLineStyles<SwfMorphLineStyle2>(node, "MorphLineStyles2", "MorphLineStyle2", tag.lineStyles);
     writeEdges(node, tag);
@@ -260,8 +287,9 @@ void writeXml(XmlNode& node, const SwfTagDefineMorphShape2& tag) {
 
 void readXml(XmlElement& element, SwfTagDefineMorphShape2& tag) {
     tag.characterId = element.ui16("ShapeId");
-    tag.offset = element.ui32("Offset");
-    tag.flags = readStrokeFlags(element);
+    if (!element.fullForm())
+        tag.offset = element.ui32("Offset");
+    tag.flags = readStrokeFlags(element, false);
     for (XmlElement child : element.children()) {
         if (readCommonChild(child, tag))
             continue;

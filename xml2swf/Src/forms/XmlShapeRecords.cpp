@@ -11,6 +11,22 @@ static std::string_view lineStylesName(LineStyleKind kind) {
     return kind == LineStyleKind::lineStyle2 ? "LineStyles2" : "LineStyles";
 }
 
+// The widths of style indices that do not follow from the numbers of styles; full form.
+static void writeWidths(XmlNode& node, const std::optional<SwfIndexWidths>& widths) {
+    if (!widths)
+        return;
+    node.attribute("NumFillBits", widths->fill);
+    node.attribute("NumLineBits", widths->line);
+}
+
+static void readWidths(XmlElement& element, std::optional<SwfIndexWidths>& widths) {
+    if (!element.fullForm() || (!element.has("NumFillBits") && !element.has("NumLineBits")))
+        return;
+    constexpr int64_t most = 15; // of a field of 4 bits
+    const auto fill = static_cast<uint8_t>(element.ranged("NumFillBits", 0, most));
+    widths = {fill, static_cast<uint8_t>(element.ranged("NumLineBits", 0, most))};
+}
+
 static void writeStyleChange(XmlNode& node, const SwfStyleChange& change, LineStyleKind kind) {
     if (change.stateMoveTo)
         node.leaf("Move", {{"DX", change.moveDeltaX}, {"DY", change.moveDeltaY}});
@@ -22,6 +38,7 @@ static void writeStyleChange(XmlNode& node, const SwfStyleChange& change, LineSt
         node.leaf("SetLine", {{"Index", change.lineStyle}});
     if (change.newStyles != nullptr) {
         XmlNode styles(node, "NewStyles");
+        writeWidths(styles, change.newStyles->widths);
         writeChild(styles, "FillStyles", change.newStyles->fillStyles);
         XmlNode lines(styles, lineStylesName(kind));
         writeLineStyles(lines, change.newStyles->lineStyles, kind);
@@ -48,6 +65,7 @@ static void readStyleChange(XmlElement& element, SwfStyleChange& change, LineSty
             change.stateLineStyle |= readIndex(child, change.lineStyle);
         } else if (child.is("NewStyles")) {
             change.newStyles = std::make_unique<SwfNewStyles>();
+            readWidths(child, change.newStyles->widths);
             if (auto fills = child.childAt(0, "FillStyles"))
                 readXml(*fills, change.newStyles->fillStyles);
             if (auto lines = child.childAt(1, lineStylesName(kind)))
@@ -82,6 +100,7 @@ static void writeRecord(XmlNode& parent, const SwfShapeRecord& record, LineStyle
 }
 
 void writeShapeRecords(XmlNode& parent, const SwfShapeRecords& records, LineStyleKind newStyles) {
+    writeWidths(parent, records.widths);
     writeInParts(parent, records.count(), [&](XmlNode& node, size_t first, size_t end) {
         for (size_t i = first; i < end; ++i)
             writeRecord(node, *records.items().data()[i], newStyles);
@@ -175,6 +194,7 @@ private:
 void readShapeRecords(XmlElement& parent, SwfShapeRecords& records, LineStyleKind newStyles) {
     if (parent.context().isToWrite() && records.empty() && !records.packsEdges())
         records.packEdges();
+    readWidths(parent, records.widths);
     EdgeReader quick(records);
     for (XmlElement child : parent.children(quick)) {
         if (child.is("Line")) {

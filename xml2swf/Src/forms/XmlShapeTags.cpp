@@ -66,7 +66,7 @@ void readXml(XmlElement& element, SwfTagDefineShape3& tag) {
 
 void writeXml(XmlNode& node, const SwfTagDefineShape4& tag) {
     node.attribute("ShapeId", tag.characterId);
-    writeStrokeFlags(node, tag.flags);
+    writeStrokeFlags(node, tag.flags, true);
     writeChild(node, "ShapeBounds", tag.bounds);
     writeChild(node, "EdgeBounds", tag.edgeBounds);
     writeChild(node, "FillStyles", tag.fillStyles);
@@ -80,7 +80,7 @@ void writeXml(XmlNode& node, const SwfTagDefineShape4& tag) {
 
 void readXml(XmlElement& element, SwfTagDefineShape4& tag) {
     tag.characterId = element.ui16("ShapeId");
-    tag.flags = readStrokeFlags(element);
+    tag.flags = readStrokeFlags(element, true);
     for (XmlElement child : element.children()) {
         if (child.is("ShapeBounds"))
             readXml(child, tag.bounds);

@@ -31,14 +31,24 @@ void readLineStyles(XmlElement& element, libswf::SwfLineStyles& styles, LineStyl
 void writeLineFlags(XmlNode& node, const libswf::SwfLineFlags& flags, const char* endCapName);
 void readLineFlags(XmlElement& element, libswf::SwfLineFlags& flags, const char* endCapName);
 
-/// The flags byte of DefineShape4 and DefineMorphShape2. Reserved bits are read only.
-void writeStrokeFlags(XmlNode& node, uint8_t flags);
-uint8_t readStrokeFlags(XmlElement& element);
+/// The flags byte of DefineShape4 and DefineMorphShape2. The full form shows all bits, of which only DefineShape4 has
+/// UseFillWindingRule; in the classic one the reserved bits are read only.
+void writeStrokeFlags(XmlNode& node, uint8_t flags, bool hasWindingRule);
+uint8_t readStrokeFlags(XmlElement& element, bool hasWindingRule);
 
 /// The type byte of a bitmap fill.
 inline constexpr XmlName bitmapFillTypes[] = {{"Tiled", libswf::SwfFillType::tiledBitmap},
                                               {"Clipped", libswf::SwfFillType::clippedBitmap},
                                               {"NonSmoothedTiled", libswf::SwfFillType::nonSmoothedTiledBitmap},
                                               {"NonSmoothedClipped", libswf::SwfFillType::nonSmoothedClippedBitmap}};
+
+/// FocalPoint and the like: an 8.8 number, given by its two bytes in file order. Full form.
+void writeFocalPoint(XmlNode& node, std::string_view name, const uint8_t (&bytes)[2]);
+void readFocalPoint(XmlElement& element, std::string_view name, uint8_t (&bytes)[2]);
+
+/// SpreadMode and InterpolationMode of a gradient.
+void writeGradientModes(XmlNode& node, const libswf::SwfGradientFlags& flags);
+/// Leaves the count 0.
+void readGradientModes(XmlElement& element, libswf::SwfGradientFlags& flags);
 
 } // namespace xml2swf

@@ -1,4 +1,5 @@
 // Sounds as XML.
+#include "XmlNames.h"
 #include "XmlSound.h"
 #include "XmlTagForms.h"
 
@@ -7,19 +8,29 @@ namespace xml2swf {
 using namespace libswf;
 
 static constexpr XmlName soundFormats[] = {{"PCM", 0}, {"ADPCM", 1}, {"MP3", 2}, {"NativePCM", 3}, {"Nellymoser", 6}};
+// Of the full form. NativePCM says the wrong thing: it is format 0 that has the byte order of the machine.
+static constexpr XmlName fullSoundFormats[] = {
+    {"PCM", 0},        {"ADPCM", 1}, {"MP3", 2}, {"LittleEndianPCM", 3}, {"Nellymoser16kHz", 4}, {"Nellymoser8kHz", 5},
+    {"Nellymoser", 6}, {"Speex", 11}};
 static constexpr XmlName soundRates[] = {{"5500Hz", 0}, {"11025Hz", 1}, {"22050Hz", 2}, {"44100Hz", 3}};
 static constexpr XmlName soundSizes[] = {{"8Bit", 0}, {"16Bit", 1}};
 static constexpr XmlName soundTypes[] = {{"Mono", 0}, {"Stereo", 1}};
 
 void writeXml(XmlNode& node, const SwfSoundFormat& format) {
-    node.attribute("SoundFormat", nameOf(soundFormats, format.soundFormat, "SoundFormat"));
+    if (node.fullForm())
+        writeNameOrNumber(node, "SoundFormat", fullSoundFormats, format.soundFormat);
+    else
+        node.attribute("SoundFormat", nameOf(soundFormats, format.soundFormat, "SoundFormat"));
     node.attribute("SoundRate", nameOf(soundRates, format.soundRate, "SoundRate"));
     node.attribute("SoundSize", nameOf(soundSizes, format.soundSize, "SoundSize"));
     node.attribute("SoundType", nameOf(soundTypes, format.soundType, "SoundType"));
 }
 
 void readXml(XmlElement& element, SwfSoundFormat& format) {
-    format.soundFormat = static_cast<uint8_t>(element.named("SoundFormat", soundFormats));
+    if (element.fullForm())
+        format.soundFormat = static_cast<uint8_t>(element.nameOrNumber("SoundFormat", fullSoundFormats, 15));
+    else
+        format.soundFormat = static_cast<uint8_t>(element.named("SoundFormat", soundFormats));
     format.soundRate = static_cast<uint8_t>(element.named("SoundRate", soundRates));
     format.soundSize = static_cast<uint8_t>(element.named("SoundSize", soundSizes));
     format.soundType = static_cast<uint8_t>(element.named("SoundType", soundTypes));
@@ -36,7 +47,11 @@ void writeXml(XmlNode& node, const SwfSoundInfo& info) {
         XmlNode flags(node, "BitsField");
         flags.attribute("SyncStop", info.has(SwfSoundInfo::syncStop));
         flags.attribute("SyncNoMultiple", info.has(SwfSoundInfo::syncNoMultiple));
+        if (const uint32_t reserved = info.flags & SwfSoundInfo::reservedBits; node.fullForm() && reserved != 0)
+            flags.attribute("Reserved", reserved >> SwfSoundInfo::reservedShift);
     }
+    if (node.fullForm() && info.has(SwfSoundInfo::hasEnvelope) && info.envelope.empty())
+        node.attribute("HasEnvelope", true);
     for (const SwfSoundEnvelope& point : info.envelope) {
         XmlNode child(node, "SoundEnvelope");
         child.attribute("Pos44", point.pos44);
@@ -52,10 +67,14 @@ void readXml(XmlElement& element, SwfSoundInfo& info) {
     info.inPoint = element.ui32("InPoint");
     info.outPoint = element.ui32("OutPoint");
     info.loopCount = element.ui16("LoopCount");
+    if (element.fullForm())
+        info.set(SwfSoundInfo::hasEnvelope, element.boolean("HasEnvelope"));
     for (XmlElement child : element.children()) {
         if (child.is("BitsField")) {
             info.set(SwfSoundInfo::syncStop, child.boolean("SyncStop"));
             info.set(SwfSoundInfo::syncNoMultiple, child.boolean("SyncNoMultiple"));
+            if (child.fullForm())
+                info.flags |= static_cast<uint8_t>(child.ranged("Reserved", 0, 3) << SwfSoundInfo::reservedShift);
         } else if (child.is("SoundEnvelope")) {
             info.set(SwfSoundInfo::hasEnvelope, true);
             SwfSoundEnvelope& point = info.envelope.append({});
@@ -104,13 +123,15 @@ void readXml(XmlElement& element, SwfTagStartSound2& tag) {
 
 void writeXml(XmlNode& node, const SwfTagSoundStreamHead& tag) {
     node.attribute("SampleCount", tag.sampleCount);
-    node.attribute("LatencySeek", tag.latencySeek);
+    if (!node.fullForm() || tag.hasLatencySeek)
+        node.attribute("LatencySeek", tag.latencySeek);
     writeChild(node, "PlaybackInfo", tag.playbackFormat);
     writeChild(node, "StreamInfo", tag.streamFormat);
 }
 
 void readXml(XmlElement& element, SwfTagSoundStreamHead& tag) {
     tag.sampleCount = element.ui16("SampleCount");
+    tag.hasLatencySeek = element.fullForm() && element.has("LatencySeek");
     tag.latencySeek = element.si16("LatencySeek");
     readChild(element, "PlaybackInfo", tag.playbackFormat);
     readChild(element, "StreamInfo", tag.streamFormat);

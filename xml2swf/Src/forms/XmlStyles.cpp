@@ -1,4 +1,5 @@
 // Fill and line styles of shapes as XML.
+#include "SwfException.h"
 #include "XmlShapes.h"
 #include "XmlStructs.h"
 #include "XmlWriteParts.h"
@@ -11,16 +12,37 @@ static constexpr XmlName gradientTypes[] = {{"Linear", SwfFillType::linearGradie
                                             {"Radial", SwfFillType::radialGradient},
                                             {"FocalRadialGradient", SwfFillType::focalRadialGradient}};
 
-static void writeFlags(XmlNode& node, const SwfGradientFlags& flags) {
-    node.attribute("NumGradients", flags.numGradients());
+void writeGradientModes(XmlNode& node, const SwfGradientFlags& flags) {
     node.attribute("InterpolationMode", flags.interpolationMode());
     node.attribute("SpreadMode", flags.spreadMode());
 }
 
+void readGradientModes(XmlElement& element, SwfGradientFlags& flags) {
+    const uint32_t interpolation = element.masked("InterpolationMode", 2);
+    flags.set(0, interpolation, element.masked("SpreadMode", 2));
+}
+
+static void writeFlags(XmlNode& node, const SwfGradientFlags& flags) {
+    node.attribute("NumGradients", flags.numGradients());
+    writeGradientModes(node, flags);
+}
+
 static void readFlags(XmlElement& element, SwfGradientFlags& flags) {
     const uint32_t count = element.masked("NumGradients", 4);
-    const uint32_t interpolation = element.masked("InterpolationMode", 2);
-    flags.set(count, interpolation, element.masked("SpreadMode", 2));
+    readGradientModes(element, flags);
+    flags.set(count, flags.interpolationMode(), flags.spreadMode());
+}
+
+static constexpr uint32_t fixed8One = 256;
+
+void writeFocalPoint(XmlNode& node, std::string_view name, const uint8_t (&bytes)[2]) {
+    node.fixed(name, static_cast<int16_t>(bytes[0] | bytes[1] << 8), fixed8One);
+}
+
+void readFocalPoint(XmlElement& element, std::string_view name, uint8_t (&bytes)[2]) {
+    const int32_t value = element.fixed(name, fixed8One);
+    bytes[0] = static_cast<uint8_t>(value);
+    bytes[1] = static_cast<uint8_t>(value >> 8);
 }
 
 static void writeXml(XmlNode& node, const SwfGradientRecord& record) {
@@ -51,9 +73,19 @@ static void readXml(XmlElement& element, SwfGradientRecords& gradient) {
         readRecord(child, gradient.records);
 }
 
+static void setCount(SwfGradientFlags& flags, uint32_t count) {
+    if (count > 15)
+        throw SwfException(SwfError::doesNotFit, "a gradient of more than 15 records");
+    flags.set(count, flags.interpolationMode(), flags.spreadMode());
+}
+
 static void writeXml(XmlNode& node, const SwfFocalGradient& gradient) {
-    node.attribute("High", gradient.focalPoint[0]);
-    node.attribute("Low", gradient.focalPoint[1]);
+    if (node.fullForm()) {
+        writeFocalPoint(node, "FocalPoint", gradient.focalPoint);
+    } else {
+        node.attribute("High", gradient.focalPoint[0]);
+        node.attribute("Low", gradient.focalPoint[1]);
+    }
     {
         XmlNode bits(node, "BitsField");
         writeFlags(bits, gradient.flags);
@@ -62,9 +94,14 @@ static void writeXml(XmlNode& node, const SwfFocalGradient& gradient) {
         writeChild(node, "GradientRecord", record);
 }
 
+// In the full form the records count themselves, as those of the other gradients always do.
 static void readXml(XmlElement& element, SwfFocalGradient& gradient) {
-    gradient.focalPoint[0] = element.ui8("High");
-    gradient.focalPoint[1] = element.ui8("Low");
+    if (element.fullForm()) {
+        readFocalPoint(element, "FocalPoint", gradient.focalPoint);
+    } else {
+        gradient.focalPoint[0] = element.ui8("High");
+        gradient.focalPoint[1] = element.ui8("Low");
+    }
     for (XmlElement child : element.children()) {
         if (child.is("BitsField"))
             readFlags(child, gradient.flags);
@@ -73,6 +110,8 @@ static void readXml(XmlElement& element, SwfFocalGradient& gradient) {
         else
             child.skip();
     }
+    if (element.fullForm())
+        setCount(gradient.flags, gradient.records.size());
 }
 
 static void writeXml(XmlNode& node, const SwfSolidFillStyle& style) { node.attribute("Color", style.color); }
@@ -213,6 +252,8 @@ void writeLineFlags(XmlNode& node, const SwfLineFlags& flags, const char* endCap
     node.attribute("HasFill", flags.paint >> 3 & 1);
     node.attribute("JoinStyle", flags.joinStyle());
     node.attribute("StartCapStyle", flags.paint >> 6);
+    if (const int reserved = flags.ends >> 3; node.fullForm() && reserved != 0)
+        node.attribute("Reserved", reserved);
 }
 
 void readLineFlags(XmlElement& element, SwfLineFlags& flags, const char* endCapName) {
@@ -224,20 +265,29 @@ void readLineFlags(XmlElement& element, SwfLineFlags& flags, const char* endCapN
     paint |= uint32_t(element.boolean("HasFill")) << 3;
     paint |= element.masked("JoinStyle", 2) << 4;
     paint |= element.masked("StartCapStyle", 2) << 6;
-    ends |= element.masked("Reserved", 5) << 3; // never written
+    ends |= element.masked("Reserved", 5) << 3; // never written in the classic form
     flags.paint = static_cast<uint8_t>(paint);
     flags.ends = static_cast<uint8_t>(ends);
 }
 
-void writeStrokeFlags(XmlNode& node, uint8_t flags) {
+void writeStrokeFlags(XmlNode& node, uint8_t flags, bool hasWindingRule) {
     node.attribute("UseScalingStrokes", (flags & 1) != 0);
     node.attribute("UseNonScalingStrokes", (flags & 2) != 0);
+    if (!node.fullForm())
+        return;
+    if (hasWindingRule)
+        node.attribute("UseFillWindingRule", (flags & 4) != 0);
+    if (const int reserved = flags >> (hasWindingRule ? 3 : 2); reserved != 0)
+        node.attribute("Reserved", reserved);
 }
 
-uint8_t readStrokeFlags(XmlElement& element) {
+uint8_t readStrokeFlags(XmlElement& element, bool hasWindingRule) {
     uint32_t flags = element.boolean("UseScalingStrokes");
     flags |= uint32_t(element.boolean("UseNonScalingStrokes")) << 1;
-    flags |= element.masked("Reserved", 6) << 2;
+    if (element.fullForm() && hasWindingRule)
+        flags |= uint32_t(element.boolean("UseFillWindingRule")) << 2 | element.masked("Reserved", 5) << 3;
+    else
+        flags |= element.masked("Reserved", 6) << 2;
     return static_cast<uint8_t>(flags);
 }
 

@@ -16,6 +16,7 @@ void readXml(XmlElement& element, libswf::SwfTagUnknown& tag);
 #define SWF_TAG(code, name)                                                                                            \
     void writeXml(XmlNode& node, const libswf::SwfTag##name& tag);                                                     \
     void readXml(XmlElement& element, libswf::SwfTag##name& tag);
+#define SWF_FULL_TAG SWF_TAG
 #include "SwfTags.def"
 
 } // namespace xml2swf

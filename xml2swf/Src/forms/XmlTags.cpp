@@ -5,6 +5,7 @@
 
 #include "Conversion.h"
 #include "TagKeeper.h"
+#include "XmlIdentifiers.h"
 #include "XmlTagForms.h"
 
 namespace xml2swf {
@@ -26,7 +27,10 @@ bool writeAs(XmlNode& parent, const char* name, const SwfTag& tag) {
     const auto* typed = dynamic_cast<const Tag*>(&tag);
     if (typed == nullptr)
         return false;
-    writeChild(parent, name, *typed);
+    XmlNode node(parent, name);
+    writeXml(node, *typed);
+    if constexpr (!std::is_same_v<Tag, SwfTagDefineSprite>) // whose tags' places are known by now
+        writeRecordForm(node, tag);
     return true;
 }
 
@@ -51,21 +55,34 @@ constexpr TagForm formOf(const char* name) {
 constexpr const char* unknownName = "Unknown";
 const TagForm unknownForm = formOf<SwfTagUnknown>(unknownName);
 
-const TagForm* formByCode(uint16_t code) {
-    static const std::unordered_map<uint16_t, TagForm> forms = {
+const TagForm* formByCode(uint16_t code, bool fullForm) {
+    static const std::unordered_map<uint16_t, TagForm> classic = {
 #define SWF_TAG(code, name) {code, formOf<SwfTag##name>(#name)},
 #include "SwfTags.def"
     };
+    static const std::unordered_map<uint16_t, TagForm> full = {
+#define SWF_TAG(code, name) {code, formOf<SwfTag##name>(#name)},
+#define SWF_FULL_TAG SWF_TAG
+#include "SwfTags.def"
+    };
+    const auto& forms = fullForm ? full : classic;
     const auto found = forms.find(code);
     return found == forms.end() ? nullptr : &found->second;
 }
 
-const TagForm* formByName(std::string_view name) {
-    static const std::unordered_map<std::string_view, TagForm> forms = {
+const TagForm* formByName(std::string_view name, bool fullForm) {
+    static const std::unordered_map<std::string_view, TagForm> classic = {
         {unknownName, unknownForm},
 #define SWF_TAG(code, name) {#name, formOf<SwfTag##name>(#name)},
 #include "SwfTags.def"
     };
+    static const std::unordered_map<std::string_view, TagForm> full = {
+        {unknownName, unknownForm},
+#define SWF_TAG(code, name) {#name, formOf<SwfTag##name>(#name)},
+#define SWF_FULL_TAG SWF_TAG
+#include "SwfTags.def"
+    };
+    const auto& forms = fullForm ? full : classic;
     const auto found = forms.find(name);
     return found == forms.end() ? nullptr : &found->second;
 }
@@ -111,7 +128,7 @@ void warnKeptRaw(XmlWriteContext& context, const SwfTag& tag, const std::string&
 static void writeForm(XmlNode& parent, SwfTag& tag) {
     const size_t start = parent.out().size();
     try {
-        const TagForm* form = tag.isUnknown() ? &unknownForm : formByCode(tag.type);
+        const TagForm* form = tag.isUnknown() ? &unknownForm : formByCode(tag.type, parent.fullForm());
         if (form != nullptr && form->write(parent, form->name, tag))
             return;
         writeUnknown(parent, tag.type, {}); // a code without a form and an empty body
@@ -124,6 +141,32 @@ static void writeForm(XmlNode& parent, SwfTag& tag) {
         warnKeptRaw(parent.context(), tag, error.what());
         writeUnknown(parent, tag.type, bodyOf(tag, parent.context().swf));
     }
+}
+
+// What the full form says of any tag. Stands last: the first attribute tells which tag it is.
+void writeRecordForm(XmlNode& node, const SwfTag& tag) {
+    if (!node.fullForm())
+        return;
+    if (tag.longHeader && tag.size < 63)
+        node.attribute("LongHeader", true);
+    if (tag.lacksNul)
+        node.attribute("MissingNul", true);
+    if (!tag.trailing.empty())
+        node.attribute("Trailing", formatHexBytes(tag.trailing.span()));
+}
+
+static void readRecordForm(XmlElement& element, SwfTag& tag) {
+    if (!element.fullForm())
+        return;
+    tag.longHeader = element.boolean("LongHeader");
+    if (SwfTag::mayEndInText(tag.type))
+        tag.lacksNul = element.boolean("MissingNul");
+    const std::string_view trailing = element.attribute("Trailing").value_or("");
+    std::vector<uint8_t> bytes(trailing.size() / 2);
+    if (!parseHexBytes(trailing, bytes))
+        element.refuse("Trailing", "it is not bytes in hexadecimal");
+    if (!bytes.empty())
+        tag.trailing = SwfBytes::adopt(std::move(bytes));
 }
 
 void writeTag(XmlNode& parent, SwfTag& tag) {
@@ -150,21 +193,26 @@ void writeTagList(XmlNode& parent, const SwfTags& tags) {
 }
 
 std::shared_ptr<SwfTag> makeTag(std::string_view elementName) {
-    const TagForm* form = formByName(elementName);
+    const TagForm* form = formByName(elementName, false);
     if (form == nullptr)
         throw std::runtime_error("Trying to get unknown type from factory");
     return form->make();
 }
 
-bool isTagElement(std::string_view name) { return formByName(name) != nullptr; }
+bool isTagElement(std::string_view name, bool fullForm) { return formByName(name, fullForm) != nullptr; }
 
-const XmlNameGroup& tagElements() {
-    static constexpr std::string_view names[] = {
+const XmlNameGroup& tagElements(bool fullForm) {
+    static constexpr std::string_view classicNames[] = {
 #define SWF_TAG(code, name) #name,
 #include "SwfTags.def"
         unknownName};
-    static constexpr XmlNameGroup group{"Tags", names};
-    return group;
+    static constexpr std::string_view fullNames[] = {
+#define SWF_TAG(code, name) #name,
+#define SWF_FULL_TAG SWF_TAG
+#include "SwfTags.def"
+        unknownName};
+    static constexpr XmlNameGroup classic{"Tags", classicNames}, full{"Tags", fullNames};
+    return fullForm ? full : classic;
 }
 
 std::shared_ptr<SwfTag> readTag(XmlElement& element) {
@@ -174,13 +222,14 @@ std::shared_ptr<SwfTag> readTag(XmlElement& element) {
             return kept;
         }
     }
-    const TagForm* form = formByName(element.name());
+    const TagForm* form = formByName(element.name(), element.fullForm());
     if (form == nullptr) {
         element.skip(noTagReason);
         return nullptr;
     }
     std::shared_ptr<SwfTag> tag = form->make();
     form->read(element, *tag);
+    readRecordForm(element, *tag);
     return tag;
 }
 
@@ -188,7 +237,7 @@ void readTagList(XmlElement& parent, SwfTags& tags) {
     std::vector<uint32_t>& path = parent.context().tagPath;
     uint32_t index = 0;
     path.push_back(0);
-    for (XmlElement child : parent.children(tagElements())) {
+    for (XmlElement child : parent.children(tagElements(parent.fullForm()))) {
         path.back() = index++; // stays until the child has given its warnings
         try {
             if (auto tag = readTag(child))

@@ -1,5 +1,6 @@
 // Static texts, their smoothing and text fields as XML.
 #include "XmlFontParts.h"
+#include "XmlNames.h"
 #include "XmlTagForms.h"
 
 namespace xml2swf {
@@ -18,6 +19,8 @@ static void writeXml(XmlNode& node, const SwfTextRecord& record) {
         node.attribute("Height", record.height);
     }
     node.attribute("Type", (record.flags & SwfTextRecord::typeBit) != 0);
+    if (const uint32_t reserved = record.flags & SwfTextRecord::reservedBits; node.fullForm() && reserved != 0)
+        node.attribute("Reserved", reserved >> SwfTextRecord::reservedShift);
     XmlNode entries(node, "GlyphEntries");
     for (const SwfGlyphEntry& entry : record.glyphs) {
         XmlNode child(entries, "GlyphEntry");
@@ -44,6 +47,8 @@ static void readXml(XmlElement& element, SwfTextRecord& record) {
     record.height = element.ui16("Height");
     if (element.boolean("Type"))
         record.flags |= SwfTextRecord::typeBit;
+    if (element.fullForm())
+        record.flags |= static_cast<uint8_t>(smallInteger(element, "Reserved", 3) << SwfTextRecord::reservedShift);
     auto entries = element.child("GlyphEntries");
     if (!entries)
         return;
@@ -61,6 +66,10 @@ static void readXml(XmlElement& element, SwfTextRecord& record) {
 
 void writeXml(XmlNode& node, const SwfTagDefineText& tag) {
     node.attribute("Id", tag.characterId);
+    if (tag.glyphBits)
+        node.attribute("GlyphBits", *tag.glyphBits);
+    if (tag.advanceBits)
+        node.attribute("AdvanceBits", *tag.advanceBits);
     writeChild(node, "Bounds", tag.bounds);
     writeChild(node, "Matrix", tag.matrix);
     XmlNode records(node, "TextRecords");
@@ -70,6 +79,10 @@ void writeXml(XmlNode& node, const SwfTagDefineText& tag) {
 
 void readXml(XmlElement& element, SwfTagDefineText& tag) {
     tag.characterId = element.ui16("Id");
+    if (element.fullForm() && element.has("GlyphBits"))
+        tag.glyphBits = element.ui8("GlyphBits");
+    if (element.fullForm() && element.has("AdvanceBits"))
+        tag.advanceBits = element.ui8("AdvanceBits");
     readChild(element, "Bounds", tag.bounds);
     readChild(element, "Matrix", tag.matrix);
     auto records = element.child("TextRecords");
@@ -99,15 +112,24 @@ void writeXml(XmlNode& node, const SwfTagCSMTextSettings& tag) {
     XmlNode bits(node, "BitsField");
     bits.attribute("GridFit", tag.gridFit());
     bits.attribute("UseFlashType", tag.useFlashType());
+    if (!node.fullForm())
+        return;
+    if (const uint32_t reserved = tag.flags & SwfTagCSMTextSettings::reservedBits; reserved != 0)
+        bits.attribute("Reserved", reserved);
+    if (tag.reserved != 0)
+        node.attribute("Reserved", tag.reserved);
 }
 
 void readXml(XmlElement& element, SwfTagCSMTextSettings& tag) {
     tag.textId = element.ui16("TextId");
     tag.thickness = element.real("Thickness");
     tag.sharpness = element.real("Sharpness");
+    if (element.fullForm())
+        tag.reserved = element.ui8("Reserved");
     if (auto bits = element.child("BitsField")) {
         const uint32_t gridFit = smallInteger(*bits, "GridFit", 3);
-        tag.flags = static_cast<uint8_t>(gridFit << 3 | smallInteger(*bits, "UseFlashType", 2) << 6);
+        const uint32_t reserved = bits->fullForm() ? smallInteger(*bits, "Reserved", 3) : 0;
+        tag.flags = static_cast<uint8_t>(gridFit << 3 | smallInteger(*bits, "UseFlashType", 2) << 6 | reserved);
     }
 }
 
@@ -138,7 +160,9 @@ void writeXml(XmlNode& node, const SwfTagDefineEditText& tag) {
     if (tag.hasTextColor)
         node.attribute("Color", tag.color);
     if (tag.hasLayout) {
-        if (const std::string_view align = findName(alignNames, tag.align); !align.empty())
+        if (node.fullForm())
+            writeNameOrNumber(node, "Align", alignNames, tag.align);
+        else if (const std::string_view align = findName(alignNames, tag.align); !align.empty())
             node.attribute("Align", align);
         node.attribute("LeftMargin", tag.leftMargin);
         node.attribute("RightMargin", tag.rightMargin);
@@ -188,7 +212,8 @@ void readXml(XmlElement& element, SwfTagDefineEditText& tag) {
     readEditTextAttributes(element, tag);
     tag.hasTextColor = element.has("Color");
     tag.color = element.color("Color");
-    tag.align = static_cast<uint8_t>(element.named("Align", alignNames));
+    tag.align = static_cast<uint8_t>(element.fullForm() ? element.nameOrNumber("Align", alignNames, UINT8_MAX)
+                                                        : element.named("Align", alignNames));
     tag.varName = element.string("VarName");
     readChild(element, "Bounds", tag.bounds);
     if (auto bits = element.child("BitsField")) {

@@ -1,4 +1,5 @@
 // Embedded video as XML.
+#include "XmlNames.h"
 #include "XmlTagForms.h"
 
 namespace xml2swf {
@@ -9,10 +10,15 @@ using VideoStream = SwfTagDefineVideoStream;
 
 static constexpr XmlName codecs[] = {
     {"Unknown0", 0}, {"Unknown1", 1}, {"H263", 2}, {"ScreenVideo", 3}, {"VP6Alpha", 5}};
+// Of the full form, where a codec without a name is a number.
+static constexpr XmlName fullCodecs[] = {
+    {"H263", 2}, {"ScreenVideo", 3}, {"VP6", 4}, {"VP6Alpha", 5}, {"ScreenVideo2", 6}};
+static constexpr XmlName fullDeblocking[] = {{"UseVideo", 0}, {"Off", 1},    {"Level1", 2},
+                                             {"Level2", 3},   {"Level3", 4}, {"Level4", 5}};
 static constexpr XmlName deblockingLevels[] = {{"Level1", 2}, {"Level2", 3}, {"Level3", 4}, {"Level4", 5}};
 
-// The deblocking number is spread over three attributes, since only its levels have names: Deblocking for a level,
-// UseVideo for 0 and its absence for 1 (off), Reserved1 for 6 and 7.
+// In the classic form the deblocking number is spread over three attributes, since only its levels have names:
+// Deblocking for a level, UseVideo for 0 and its absence for 1 (off), Reserved1 for 6 and 7.
 static void writeDeblocking(XmlNode& flags, uint8_t deblocking) {
     const std::string_view level = findName(deblockingLevels, deblocking);
     if (!level.empty())
@@ -33,11 +39,31 @@ static uint8_t readDeblocking(XmlElement& flags) {
     return useVideo ? VideoStream::useVideo : VideoStream::off;
 }
 
+static void writeFullRest(XmlNode& node, const SwfTagDefineVideoStream& tag) {
+    writeNameOrNumber(node, "CodecId", fullCodecs, tag.codecId);
+    XmlNode flags(node, "BitsField");
+    flags.attribute("Smoothing", tag.smoothing);
+    writeNameOrNumber(flags, "Deblocking", fullDeblocking, tag.deblocking);
+    if (tag.reserved != 0)
+        flags.attribute("Reserved", tag.reserved);
+}
+
+static void readFullRest(XmlElement& element, SwfTagDefineVideoStream& tag) {
+    tag.codecId = static_cast<uint8_t>(element.nameOrNumber("CodecId", fullCodecs, UINT8_MAX));
+    if (auto flags = element.child("BitsField")) {
+        tag.smoothing = flags->boolean("Smoothing");
+        tag.deblocking = static_cast<uint8_t>(flags->nameOrNumber("Deblocking", fullDeblocking, 7));
+        tag.reserved = static_cast<uint8_t>(flags->ranged("Reserved", 0, 15));
+    }
+}
+
 void writeXml(XmlNode& node, const SwfTagDefineVideoStream& tag) {
     node.attribute("CharacterId", tag.characterId);
     node.attribute("NumFrames", tag.numFrames);
     node.attribute("Width", tag.width);
     node.attribute("Height", tag.height);
+    if (node.fullForm())
+        return writeFullRest(node, tag);
     node.attribute("CodecId", nameOf(codecs, tag.codecId, "CodecId"));
     XmlNode flags(node, "BitsField");
     flags.attribute("Smoothing", tag.smoothing);
@@ -50,6 +76,8 @@ void readXml(XmlElement& element, SwfTagDefineVideoStream& tag) {
     tag.numFrames = element.ui16("NumFrames");
     tag.width = element.ui16("Width");
     tag.height = element.ui16("Height");
+    if (element.fullForm())
+        return readFullRest(element, tag);
     tag.codecId = static_cast<uint8_t>(element.named("CodecId", codecs));
     tag.deblocking = VideoStream::off;
     auto flags = element.child("BitsField");

@@ -18,7 +18,7 @@ void replaceAll(std::string& text, std::string_view placeholder, std::string_vie
         text.replace(at, placeholder.size(), value);
 }
 
-std::string movieStartTag(const SwfMovieHeader& movie) {
+std::string movieStartTag(const SwfMovieHeader& movie, uint32_t frames) {
     const SwfRect& stage = movie.frameSize;
     const int64_t width = pixels(stage.Xmin, stage.Xmax);
     const int64_t height = pixels(stage.Ymin, stage.Ymax);
@@ -33,7 +33,7 @@ std::string movieStartTag(const SwfMovieHeader& movie) {
     std::string unusual;
     if (movie.isCompressed != (movie.version >= 6))
         unusual += movie.isCompressed ? R"( IsCompressed="true")" : R"( IsCompressed="false")";
-    if (stage.Xmin != 0 || stage.Ymin != 0 || stage.Xmax != width * 20 || stage.Ymax != height * 20) {
+    if (stage.Xmin != 0 || stage.Ymin != 0 || stage.Xmax != width * 20 || stage.Ymax != height * 20 || stage.bits) {
         auto twips = [&](const char* name, int32_t value) {
             unusual.append(" ").append(name).append("=\"").append(formatInteger(value).view()).append("\"");
         };
@@ -41,7 +41,11 @@ std::string movieStartTag(const SwfMovieHeader& movie) {
         twips("MaxY", stage.Ymax);
         twips("MinX", stage.Xmin);
         twips("MinY", stage.Ymin);
+        if (stage.bits)
+            twips("Bits", stage.bits.bits());
     }
+    if (movie.fullForm && movie.frameCount != frames)
+        unusual.append(" FrameCount=\"").append(formatInteger(movie.frameCount).view()).append("\"");
     tag.insert(tag.size() - 1, unusual);
     return tag;
 }
@@ -49,9 +53,9 @@ std::string movieStartTag(const SwfMovieHeader& movie) {
 // The root element, whose start tag comes from the template.
 class MovieNode : public XmlNode {
 public:
-    MovieNode(XmlText& out, XmlWriteContext& context, const SwfMovieHeader& movie) : XmlNode(out, context, 0, "Movie") {
+    MovieNode(XmlText& out, XmlWriteContext& context, const SwfMovieSafe& movie) : XmlNode(out, context, 0, "Movie") {
         out.cut(out.size() - std::string_view("\n<Movie>").size());
-        out.append(movieStartTag(movie));
+        out.append(movieStartTag(movie, movie.tags.tags().showFrames()));
     }
 };
 

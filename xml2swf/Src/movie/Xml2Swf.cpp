@@ -43,7 +43,7 @@ bool isFullForm(XmlElement& root) {
 }
 
 void readRoot(XmlElement& root, IXml2SwfConversionTarget& target) {
-    if (root.context().fullForm)
+    if (root.fullForm())
         target.fullForm();
     const int64_t version = rootInteger(root, "SwfVersion", RootDefaults::version, UINT8_MAX);
     const int64_t width = rootInteger(root, "Width", RootDefaults::width, maxStagePixels);
@@ -53,11 +53,14 @@ void readRoot(XmlElement& root, IXml2SwfConversionTarget& target) {
         root.has("IsCompressed") ? root.boolean("IsCompressed") : version >= RootDefaults::firstCompressedVersion;
     target.movieHeader(static_cast<uint8_t>(version), static_cast<int32_t>(width), static_cast<int32_t>(height),
                        frameRate, isCompressed);
-    if (root.has("MaxX") || root.has("MaxY") || root.has("MinX") || root.has("MinY")) {
+    if (root.has("MaxX") || root.has("MaxY") || root.has("MinX") || root.has("MinY") ||
+        (root.fullForm() && root.has("Bits"))) {
         SwfRect stage;
         readXml(root, stage);
         target.frameSize(stage);
     }
+    if (root.fullForm() && root.has("FrameCount"))
+        target.frameCount(static_cast<uint16_t>(rootInteger(root, "FrameCount", 0, UINT16_MAX)));
 }
 
 // While it lives, the scripts of a document become bytes where the context wants that.
@@ -113,7 +116,7 @@ private:
 };
 
 void readTags(XmlElement& root, TagSink& sink) {
-    for (XmlElement child : root.children(tagElements()))
+    for (XmlElement child : root.children(tagElements(root.fullForm())))
         sink.take(readRootTag(child, sink.done()));
 }
 
@@ -224,7 +227,7 @@ static std::unique_ptr<TagKeeper> makeKeeper(const OriginalMovie& original, std:
                                              std::vector<ElementSpan> spans) {
     // The layout of many tags depends on version and form.
     const auto version = root.peek("SwfVersion"); // it is asked for below
-    if (!version || parseInteger(*version) != original.version() || root.context().fullForm != original.fullForm())
+    if (!version || parseInteger(*version) != original.version() || root.fullForm() != original.fullForm())
         return nullptr;
     return std::make_unique<TagKeeper>(original, text, std::move(spans));
 }
@@ -347,6 +350,11 @@ void MovieTarget::append(std::shared_ptr<SwfTag> tag) { movie.tags.append(std::m
 void MovieTarget::source(SwfMovieSource source) { movie.source = std::move(source); }
 
 void MovieTarget::frameSize(const SwfRect& rect) { movie.frameSize = rect; }
+
+void MovieTarget::frameCount(uint16_t count) {
+    movie.frameCount = count;
+    movie.keepsFrameCount = true;
+}
 
 std::string documentText(std::string bytes) {
     if (bytes.size() < 2)

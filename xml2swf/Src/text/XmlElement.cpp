@@ -1,5 +1,7 @@
 #include "XmlElement.h"
 
+#include <cmath>
+
 #include "Base64.h"
 #include "SwfException.h"
 #include "XmlDocument.h"
@@ -141,6 +143,14 @@ double XmlElement::realDouble(std::string_view name) {
     return *value;
 }
 
+int32_t XmlElement::fixed(std::string_view name, uint32_t one) {
+    const double value = std::floor(realDouble(name) * one + 0.5);
+    const double limit = one == 256 ? 1 << 15 : double(1u << 31);
+    if (!(value >= -limit && value < limit))
+        refuse(name, "it is outside the range of its field");
+    return static_cast<int32_t>(value);
+}
+
 libswf::SwfColor XmlElement::color(std::string_view name) {
     const XmlValueForm form{XmlValueForm::Kind::color};
     const auto text = attribute(name, form);
@@ -175,6 +185,15 @@ uint32_t XmlElement::valueOrNumber(XmlNames names, std::string_view text, uint32
         return found->value;
     const int64_t number = parseInteger(text).value_or(0);
     return number >= 0 && number <= high ? static_cast<uint32_t>(number) : 0;
+}
+
+uint32_t XmlElement::nameOrNumber(std::string_view name, XmlNames names, uint32_t high) {
+    const auto text = attribute(name, {XmlValueForm::Kind::nameOrInteger, 0, high, names});
+    if (!text)
+        return 0;
+    if (const XmlName* found = findValue(names, *text))
+        return found->value;
+    return static_cast<uint32_t>(inRange(name, *text, 0, high));
 }
 
 XmlElement::ChildIterator::ChildIterator(XmlReadContext& context, XmlWindowPtr window, const XmlItem* parent)

@@ -124,6 +124,38 @@ char* writeInteger(char* out, int32_t value) {
 NumberText formatReal(float value) { return format(value); }
 NumberText formatReal(double value) { return format(value); }
 
+// Never halfway between two, for powers of ten below a power of two or the other way round.
+static int64_t nearestQuotient(int64_t dividend, int64_t divisor) {
+    const int64_t half = dividend < 0 ? -divisor / 2 : divisor / 2;
+    return (dividend + half) / divisor;
+}
+
+NumberText formatFixed(int32_t value, uint32_t one) {
+    uint32_t digits = 0;
+    int64_t power = 1, scaled = nearestQuotient(value, one);
+    while (nearestQuotient(scaled * one, power) != value) {
+        ++digits;
+        power *= 10;
+        scaled = nearestQuotient(value * power, one);
+    }
+    NumberText text;
+    const int64_t magnitude = scaled < 0 ? -scaled : scaled;
+    char* end = text.chars;
+    if (scaled < 0)
+        *end++ = '-';
+    end = std::to_chars(end, text.chars + sizeof text.chars, magnitude / power).ptr;
+    if (digits != 0) {
+        *end++ = '.';
+        for (int64_t rest = magnitude % power; digits != 0; --digits) {
+            power /= 10;
+            *end++ = static_cast<char>('0' + rest / power);
+            rest %= power;
+        }
+    }
+    text.length = static_cast<uint32_t>(end - text.chars);
+    return text;
+}
+
 namespace {
 
 // The value of 1 to 8 digits, all at once. False when one of them is none.

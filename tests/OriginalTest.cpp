@@ -10,6 +10,7 @@
 #include "Paths.h"
 #include "SwfTagDefineSprite.h"
 #include "SwfUtils.h"
+#include "XmlText.h"
 
 using namespace libswf;
 using namespace xml2swf;

@@ -8,6 +8,7 @@
 #include "SwfObject.h"
 #include "SwfStream.h"
 #include "SwfStructs.h"
+#include "SwfTagCodes.h"
 
 namespace libswf {
 
@@ -118,10 +119,5 @@ public:
 protected:
     void writeBody(SwfOStream& stream) override;
 };
-
-/// "DefineShape" for 2, "Tag 1000" for a code without a name.
-std::string tagName(uint16_t code);
-/// The name for errors and tables; null for a code without a name.
-const char* knownTagName(uint16_t code);
 
 } // namespace libswf

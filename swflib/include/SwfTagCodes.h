@@ -1,7 +1,9 @@
-// Tag codes by name.
+// Tag codes and names, and how a tag's place is said.
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 namespace libswf {
 
@@ -14,5 +16,12 @@ enum : uint16_t {
 #include "SwfTags.def"
 };
 } // namespace SwfTagCode
+
+/// "DefineShape" for 2, "Tag 1000" for a code without a name.
+std::string tagName(uint16_t code);
+/// The name for errors and tables; null for a code without a name.
+const char* knownTagName(uint16_t code);
+/// "4.2" for the third tag inside the fifth.
+std::string tagPathText(const std::vector<uint32_t>& path);
 
 } // namespace libswf

@@ -126,7 +126,4 @@ std::unique_ptr<SwfTag> readTag(SwfIStream& stream);
 /// Sprites read from here on are SwfTagDefineSpriteSafe. Works only before the first tag is built.
 void chooseSafeSprites();
 
-/// "4.2" for the third tag inside the fifth.
-std::string tagPathText(const std::vector<uint32_t>& path);
-
 } // namespace libswf

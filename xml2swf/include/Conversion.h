@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "SwfMovie.h"
+#include "TagText.h"
 #include "XmlErrors.h"
 
 namespace xml2swf {
@@ -47,13 +48,6 @@ public:
 class OriginalMovie;
 class XmlReadObserver;
 
-/// Where a tag's element stands in the text that swfToXml gives.
-struct TagText {
-    size_t start; ///< of "<"
-    size_t end;   ///< after ">"
-    const libswf::SwfTag* tag;
-};
-
 /// What both directions take. Null members are left out.
 struct ConversionOptions {
     /// Show a tag that its XML form cannot express as Unknown with its bytes; otherwise that is an error.
@@ -82,9 +76,6 @@ constexpr int64_t maxStagePixels = 53687091;
 
 /// The values of the Movie element's attribute Form. A text without it is in the classic form.
 constexpr std::string_view classicForm = "classic", fullForm = "full";
-
-/// The text that stands before the Movie element in every XML file.
-constexpr std::string_view xmlDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n";
 
 /// The Movie element of a movie. Without keepRaw throws SwfException code 3 for a value that has no name in XML.
 std::string swfToXml(libswf::SwfMovieSafe& movie, const ConversionOptions& options);

@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <concepts>
 #include <exception>
+#include <functional>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -18,10 +20,13 @@
 #include "XmlReadObserver.h"
 #include "XmlWindow.h"
 
+namespace libswf {
+class SwfTag;
+}
+
 namespace xml2swf {
 
 class ActionBytes;
-class TagKeeper;
 
 /// What the readers of one document share.
 struct XmlReadContext {
@@ -32,9 +37,11 @@ struct XmlReadContext {
     bool fullForm = false;                   ///< of the document: SwfContext::fullForm
     uint16_t spriteDepth = 0;
     uint16_t actionDepth = 0;
-    uint32_t threads = 1;                              ///< for an element that can be read in parts
-    ActionBytes* actionBytes = nullptr;                ///< where actions become bytes; null: they stay objects
-    TagKeeper* keeper = nullptr;                       ///< gives untouched tags their original bytes; may be null
+    uint32_t threads = 1;               ///< for an element that can be read in parts
+    ActionBytes* actionBytes = nullptr; ///< where actions become bytes; null: they stay objects
+    /// The original record of the tag whose element's name stands at an offset; null when its text is not as it was.
+    /// Empty when there is no original.
+    std::function<std::shared_ptr<libswf::SwfTag>(size_t)> untouched;
     XmlReadObserver* observer = nullptr;               ///< hears what the readers ask for; may be null
     const int exceptions = std::uncaught_exceptions(); ///< more of them: an element is let go because of an error
 

@@ -11,6 +11,9 @@
 
 namespace xml2swf {
 
+/// The text that stands before the Movie element in every XML file.
+constexpr std::string_view xmlDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n";
+
 /// A growing text. Short pieces are put together where they stand in the end: copied from the stack, each would have
 /// to wait for its own bytes.
 class XmlText {

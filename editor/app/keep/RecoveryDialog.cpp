@@ -13,7 +13,7 @@
 #include <QVBoxLayout>
 
 #include "Exceptions.h"
-#include "text/TextEditorView.h"
+#include "TextEditorView.h"
 
 namespace zelk {
 

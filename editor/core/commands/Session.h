@@ -1,17 +1,18 @@
-// What commands ask of the user, of a document's text view, and what one run of the program remembers.
+// What commands ask of the user, and what one run of the program remembers.
 #pragma once
 
 #include <exception>
 #include <functional>
 #include <optional>
-#include <span>
 #include <string>
 #include <vector>
 
 #include "Document.h"
+#include "EditableText.h"
 #include "Job.h"
 #include "Messages.h"
 #include "MovieSettings.h"
+#include "TemporaryMovies.h"
 #include "WrittenFiles.h"
 
 namespace zelk {
@@ -52,48 +53,6 @@ void runJob(IUserInterface& user, const std::string& title, Params& params) {
     user.runJob(title, params, [](ThreadParams& all) { work(static_cast<Params&>(all)); });
 }
 
-/// The text of a document where it is edited.
-class ITextView {
-public:
-    virtual ~ITextView() = default;
-
-    virtual void setText(std::string bytes) = 0;
-    /// Valid until the text changes.
-    virtual std::string_view text() = 0;
-    /// One step of undo.
-    virtual void replace(size_t start, size_t end, std::string_view bytes) = 0;
-    /// What stands there now is what the file holds.
-    virtual void setSavePoint() = 0;
-    /// Row and column count from 1, the column in characters.
-    virtual void gotoPlace(uint32_t row, uint32_t column) = 0;
-    virtual uint32_t row() const = 0;
-    virtual uint32_t rowCount() const = 0;
-};
-
-/// A text that commands change. It has one history, which the user goes through in the text view as well.
-class IEditableText : public ITextView {
-public:
-    /// Makes all of them as one step of undo. Ascending; none overlaps another.
-    virtual void replaceAll(std::span<const TextChange> changes) = 0;
-    /// Takes the last step back, whoever made it. False when there is none.
-    virtual bool undo() = 0;
-    virtual bool redo() = 0;
-    /// Another number after every change, undo and redo included.
-    virtual uint64_t changeCount() const = 0;
-};
-
-/// Where tags are on their way between documents and programs.
-class IClipboard {
-public:
-    virtual ~IClipboard() = default;
-    /// XML elements, UTF-8, as tags and as plain text. False when it cannot be done.
-    virtual bool setTags(const std::string& elements) = 0;
-    /// What setTags put there, if it is what stands there.
-    virtual std::optional<std::string> tags() = 0;
-    /// With its bytes when a text view put it there.
-    virtual std::string plainText() = 0;
-};
-
 /// The user, editing one tag.
 class ITagEditor {
 public:
@@ -113,22 +72,6 @@ public:
     /// Returns while the movie plays. Width and height in pixels; 0 for the movie's own size. Throws NoPlayerException
     /// and PlayerException for what is known at once, and never calls `ended` then.
     virtual void play(const std::string& fileName, int width, int height, Ended ended) = 0;
-};
-
-/// Files that are removed when they have been played, and at the latest when the program ends.
-class TemporaryMovies {
-public:
-    TemporaryMovies() = default;
-    TemporaryMovies(const TemporaryMovies&) = delete;
-    TemporaryMovies& operator=(const TemporaryMovies&) = delete;
-    ~TemporaryMovies();
-
-    /// Gives the name of a new file with these bytes. Throws SwfFileException.
-    std::string create(std::span<const uint8_t> movie);
-    void remove(const std::string& name);
-
-private:
-    std::vector<std::string> _names;
 };
 
 /// One run of the program. Lives on the GUI thread.

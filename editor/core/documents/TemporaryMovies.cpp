@@ -1,7 +1,8 @@
+#include "TemporaryMovies.h"
+
 #include <filesystem>
 #include <random>
 
-#include "Session.h"
 #include "SwfUtils.h"
 
 namespace zelk {

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "EditableText.h"
+
 namespace zelk {
 
 /// As a user types it: nothing is checked. What the text does not say has the value that compiling gives it.
@@ -12,12 +14,6 @@ struct MovieSettings {
     bool isCompressed = true;
     bool fullForm = false; ///< anything but "full" is shown as the classic form
     bool operator==(const MovieSettings&) const = default;
-};
-
-/// A range of a text, in bytes, and what shall stand in its place.
-struct TextChange {
-    size_t start, end;
-    std::string text;
 };
 
 /// "[ SWF version: 7 Width: 550 Height: 400 Frame rate: 12 Compressed: Yes ]".

@@ -1,7 +1,10 @@
 // Tags on the clipboard.
 #pragma once
 
-#include "Session.h"
+#include <string>
+#include <vector>
+
+#include "EditableText.h"
 
 namespace zelk {
 

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "Session.h"
+#include "EditableText.h"
 #include "TagIndex.h"
 
 namespace zelk {

@@ -4,8 +4,7 @@
 
 #include "SwfActionRefusal.h"
 #include "SwfActionsPayload.h"
-#include "SwfTag.h"
-#include "SwfTags.h"
+#include "SwfTagCodes.h"
 #include "SwfWarnings.h"
 
 namespace libswf {

@@ -5,7 +5,7 @@
 
 #include "SwfStream.h"
 #include "SwfStructs.h"
-#include "SwfTag.h"
+#include "SwfTagCodes.h"
 #include "SwfUtils.h"
 
 namespace libswf {

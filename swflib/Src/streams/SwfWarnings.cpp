@@ -2,7 +2,8 @@
 
 #include <cstdio>
 
-#include "SwfTags.h"
+#include "SwfStream.h"
+#include "SwfTagCodes.h"
 
 namespace libswf {
 

@@ -3,7 +3,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "SwfTag.h"
+#include "SwfStream.h"
+#include "SwfTagCodes.h"
 
 namespace libswf {
 

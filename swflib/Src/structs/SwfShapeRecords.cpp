@@ -3,7 +3,8 @@
 #include <utility>
 
 #include "SwfEdgeBits.h"
-#include "SwfTag.h"
+#include "SwfStream.h"
+#include "SwfTagCodes.h"
 #include "SwfWarnings.h"
 
 namespace libswf {

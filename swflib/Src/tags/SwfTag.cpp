@@ -114,21 +114,4 @@ SwfTagRecord::SwfTagRecord(SwfBytes record) : SwfTag(0) {
 
 void SwfTagRecord::writeBody(SwfOStream& stream) { stream.writeBytes(source.span().subspan(longHeader ? 6 : 2)); }
 
-// clang-format off
-const char* knownTagName(uint16_t code) {
-    switch (code) {
-#define SWF_TAG(code, name) case code: return #name;
-#define SWF_FULL_TAG(code, name) case code: return #name;
-#define SWF_RAW_TAG(code, name) case code: return #name;
-#include "SwfTags.def"
-    default: return nullptr;
-    }
-}
-// clang-format on
-
-std::string tagName(uint16_t code) {
-    const char* name = knownTagName(code);
-    return name != nullptr ? name : "Tag " + std::to_string(code);
-}
-
 } // namespace libswf

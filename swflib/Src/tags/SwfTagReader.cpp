@@ -253,11 +253,4 @@ std::unique_ptr<SwfTag> SwfTagLater::read(SwfWarnings* warnings) const {
     return BodyReader(stream, header, _list->end).read();
 }
 
-std::string tagPathText(const std::vector<uint32_t>& path) {
-    std::string text;
-    for (uint32_t index : path)
-        text += (text.empty() ? "" : ".") + std::to_string(index);
-    return text;
-}
-
 } // namespace libswf

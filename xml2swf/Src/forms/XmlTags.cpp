@@ -3,8 +3,7 @@
 #include <stdexcept>
 #include <unordered_map>
 
-#include "Conversion.h"
-#include "TagKeeper.h"
+#include "TagText.h"
 #include "XmlIdentifiers.h"
 #include "XmlTagForms.h"
 
@@ -216,8 +215,8 @@ const XmlNameGroup& tagElements(bool fullForm) {
 }
 
 std::shared_ptr<SwfTag> readTag(XmlElement& element) {
-    if (TagKeeper* keeper = element.context().keeper) {
-        if (std::shared_ptr<SwfTag> kept = keeper->untouched(element.offset())) {
+    if (const auto& untouched = element.context().untouched) {
+        if (std::shared_ptr<SwfTag> kept = untouched(element.offset())) {
             element.acceptAll();
             return kept;
         }

@@ -191,7 +191,7 @@ private:
 
 // Original bytes are looked for in the order of the tags, and an observer hears one reader: that is for one thread.
 uint32_t threadsFor(const XmlReadContext& context, const ConversionOptions& options) {
-    const bool isForOne = context.keeper != nullptr || context.observer != nullptr;
+    const bool isForOne = context.untouched || context.observer != nullptr;
     return isForOne ? 1 : libswf::threadsFor(context.document->text().size() >= bigText, options.threads);
 }
 
@@ -274,7 +274,8 @@ static bool compile(XmlDocument& document, std::vector<ElementSpan> spans, IXml2
     std::unique_ptr<TagKeeper> keeper;
     if (options.original != nullptr)
         keeper = makeKeeper(*options.original, document.text(), *root, std::move(spans));
-    context.keeper = keeper.get();
+    if (keeper != nullptr)
+        context.untouched = [&keeper](size_t nameOffset) { return keeper->untouched(nameOffset); };
     readRoot(*root, target);
     TagSink sink(target, options.progress, root->countChildren());
     const uint32_t threads = context.threads = threadsFor(context, options);

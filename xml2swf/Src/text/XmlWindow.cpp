@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cstring>
 
-#include "Conversion.h"
 #include "XmlErrors.h"
 #include "XmlPlain.h"
 #include "XmlScan.h"
+#include "XmlText.h"
 
 namespace xml2swf {
 

@@ -46,9 +46,6 @@ public:
 
     SwfTags tags;
     std::optional<SwfMovieSource> source;
-
-private:
-    std::unique_ptr<SwfIStream> _iStream;
 };
 
 /// How a movie is read.

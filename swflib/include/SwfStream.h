@@ -171,7 +171,6 @@ public:
     void writeUI16(uint16_t v) { writeLittle(v); }
     void writeSI16(int16_t v) { writeLittle(v); }
     void writeUI32(uint32_t v) { writeLittle(v); }
-    void writeSI32(int32_t v) { writeLittle(v); }
     void writeFloat(float v) { writeLittle(std::bit_cast<uint32_t>(v)); }
     void writeDouble(double v) { writeLittle(std::bit_cast<uint64_t>(v)); }
     void writeEncodedU32(uint32_t v);

@@ -26,7 +26,6 @@ public:
     void setPlayed(double played);
     bool isPainting() const { return _isPainting; }
     /// 1 for the drawing as large as it fits.
-    double zoom() const { return _zoom; }
     void zoomBy(double factor, const QPointF& fixed);
     QSize sizeHint() const override { return {260, 260}; }
 

@@ -31,14 +31,4 @@ inline Utf8Char utf8CharAt(std::string_view text, size_t position) {
     return code < least || code > 0x10FFFF || surrogate ? Utf8Char{0xFFFD, 1} : Utf8Char{code, length};
 }
 
-/// The character that ends before `position`, which has to be behind the text's start.
-inline Utf8Char utf8CharBefore(std::string_view text, size_t position) {
-    for (uint32_t length = 1; length <= 4 && length <= position; ++length) {
-        const Utf8Char c = utf8CharAt(text.substr(0, position), position - length);
-        if (c.length == length)
-            return c;
-    }
-    return {0xFFFD, 1};
-}
-
 } // namespace zelk

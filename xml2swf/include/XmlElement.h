@@ -217,8 +217,8 @@ public:
     };
     /// All child elements in order. The caller handles each, or calls its skip().
     Children children();
-    /// The same for a caller that handles each whatever its name. They are written as `name`.
-    Children children(std::string_view name);
+    /// The same for a caller that handles each whatever its name: `name` is only what they are written as.
+    Children anyChildren(std::string_view name);
     /// The same for a caller that finds their names in a table.
     Children children(const XmlNameGroup& names);
     /// All but those that `quick` reads before their turn comes.
@@ -302,6 +302,17 @@ bool readChild(XmlElement& parent, std::string_view name, T& value) {
     if (child)
         readXml(*child, value);
     return child.has_value();
+}
+
+/// Hands every child of a name to `read`, in order. Nothing reads the others.
+template <class Element, class Read>
+void readEach(Element& parent, std::string_view name, Read read) {
+    for (Element child : parent.children()) {
+        if (child.is(name))
+            read(child);
+        else
+            child.skip();
+    }
 }
 
 } // namespace xml2swf

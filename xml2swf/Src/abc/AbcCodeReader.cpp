@@ -136,7 +136,7 @@ void AbcCodeReader::readChild(Element& child) {
 
 template <class Element>
 void AbcCodeReader::readActivation(Element& element) {
-    for (Element child : element.children("Slot"))
+    for (Element child : element.anyChildren("Slot"))
         activationTrait(child, _traits);
 }
 
@@ -277,7 +277,7 @@ void AbcCodeReader::readCases(Element& element, uint32_t start) {
     readTarget(element, "Default", "DefaultOffset", start);
     const size_t count = _part.code.size(); // of the cases: it is known behind them
     uint32_t cases = 0;
-    for (Element child : element.children("Case")) {
+    for (Element child : element.anyChildren("Case")) {
         if (child.name() != "Case") {
             refuseElement(child);
             continue;

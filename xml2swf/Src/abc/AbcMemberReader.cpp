@@ -131,7 +131,7 @@ bool AbcMemberReader::readTrait(Element& element, SwfAbcTraits& traits) {
     trait.kind = *kind;
     traitAttributes(element, trait);
     if (trait.holdsValue() || trait.kind == SwfAbcTrait::Kind::classSlot) {
-        for (Element child : element.children("Metadata")) {
+        for (Element child : element.anyChildren("Metadata")) {
             if (child.name() == "Metadata")
                 trait.metadata.push_back(metadata(child));
             else

@@ -83,7 +83,7 @@ uint32_t AbcTextReader::metadata(Element& element) {
     AbcMetadataText text;
     text.metadata.name = index(element, "Name", Pool::strings);
     text.copy = element.has("Copy") ? static_cast<uint32_t>(element.ranged("Copy", 1, INT32_MAX)) : 1;
-    for (Element child : element.children("Item")) {
+    for (Element child : element.anyChildren("Item")) {
         if (child.name() != "Item") {
             refuseElement(child);
             continue;
@@ -109,7 +109,7 @@ void AbcTextReader::activationTrait(Element& element, SwfAbcTraits& traits) {
         else
             refuse(element, "Method", "it does not say which method it stands for");
     }
-    for (Element child : element.children("Metadata")) {
+    for (Element child : element.anyChildren("Metadata")) {
         if (child.name() == "Metadata")
             trait.metadata.push_back(metadata(child));
         else

@@ -73,12 +73,7 @@ void writeXml(XmlNode& node, const SwfActionConstantPool& action) {
 
 template <class Element>
 static void read(Element& element, SwfActionConstantPool& action) {
-    for (Element child : element.children()) {
-        if (child.is("Constant"))
-            action.constants.append(child.string("Name"));
-        else
-            child.skip();
-    }
+    readEach(element, "Constant", [&](Element& child) { action.constants.append(child.string("Name")); });
 }
 
 void writeXml(XmlNode& node, const SwfActionWaitForFrame& action) {
@@ -152,15 +147,11 @@ static void read(Element& element, SwfActionDefineFunction2& action) {
             action.flags = static_cast<uint16_t>(action.flags | readReserved(*bits, 0x7F) << reservedShift);
     }
     if (auto parameters = element.child("RegisterParams")) {
-        for (Element child : parameters->children()) {
-            if (!child.is("RegisterParam")) {
-                child.skip();
-                continue;
-            }
+        readEach(*parameters, "RegisterParam", [&](Element& child) {
             SwfRegisterParam& parameter = action.parameters.append({});
             parameter.registerNumber = child.ui8("Register");
             parameter.name = child.string("Name");
-        }
+        });
     }
     readBody(element, "Actions", action.body);
 }
@@ -270,12 +261,7 @@ template <class Element>
 static void read(Element& element, SwfActionDefineFunction& action) {
     action.functionName = element.string("Name");
     if (auto parameters = element.child("Params")) {
-        for (Element child : parameters->children()) {
-            if (child.is("Param"))
-                action.parameters.append(child.string("Value"));
-            else
-                child.skip();
-        }
+        readEach(*parameters, "Param", [&](Element& child) { action.parameters.append(child.string("Value")); });
     }
     readBody(element, "Actions", action.body);
 }

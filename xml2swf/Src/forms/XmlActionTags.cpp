@@ -71,12 +71,7 @@ void readXml(XmlElement& element, SwfClipActions& actions) {
             actions.allEvents = element.ui32("AllEventFlags");
         actions.lacksEnd = element.boolean("MissingEnd");
     }
-    for (XmlElement child : element.children()) {
-        if (child.is("ClipAction"))
-            readXml(child, actions.records.emplace_back());
-        else
-            child.skip();
-    }
+    readEach(element, "ClipAction", [&](XmlElement& child) { readXml(child, actions.records.emplace_back()); });
 }
 
 } // namespace xml2swf

@@ -22,12 +22,9 @@ static void writeEntries(XmlNode& node, const EntryNames& names, const SwfAssets
 }
 
 static void readEntries(XmlElement& element, const EntryNames& names, SwfAssets& entries) {
-    for (XmlElement child : element.children()) {
-        if (child.is(names.element))
-            entries.append({child.ui16(names.id), child.string("Name")});
-        else
-            child.skip();
-    }
+    readEach(element, names.element, [&](XmlElement& child) {
+        entries.append({child.ui16(names.id), child.string("Name")});
+    });
 }
 
 void writeXml(XmlNode& node, const SwfTagExportAssets& tag) { writeEntries(node, assetNames, tag.assets); }

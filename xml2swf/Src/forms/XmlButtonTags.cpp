@@ -84,12 +84,8 @@ static void readRecords(XmlElement& button, SwfButtonRecords& list, bool isButto
     auto element = button.child("ButtonRecords");
     if (!element)
         return;
-    for (XmlElement child : element->children()) {
-        if (child.is("ButtonRecord"))
-            readRecord(child, list.records.emplace_back(), isButton2);
-        else
-            child.skip();
-    }
+    readEach(*element, "ButtonRecord",
+             [&](XmlElement& child) { readRecord(child, list.records.emplace_back(), isButton2); });
 }
 
 void writeXml(XmlNode& node, const SwfTagDefineButton& tag) {
@@ -158,12 +154,8 @@ void readXml(XmlElement& element, SwfTagDefineButton2& tag) {
     auto list = element.child("ButtonCondactions");
     if (!list)
         return;
-    for (XmlElement child : list->children()) {
-        if (child.is("ButtonCondaction"))
-            readAction(child, tag.conditionActions.emplace_back());
-        else
-            child.skip();
-    }
+    readEach(*list, "ButtonCondaction",
+             [&](XmlElement& child) { readAction(child, tag.conditionActions.emplace_back()); });
 }
 
 void writeXml(XmlNode& node, const SwfTagDefineButtonCxform& tag) {

@@ -133,16 +133,12 @@ static void readXml(XmlElement& element, SwfZoneRecord& record) {
     mask |= element.boolean("ZoneMaskY") ? layout.maskY : 0;
     mask |= smallInteger(element, "Reserved", 6) << layout.reservedShift;
     record.mask = static_cast<uint8_t>(mask);
-    for (XmlElement child : element.children()) {
-        if (!child.is("ZoneData")) {
-            child.skip();
-            continue;
-        }
+    readEach(element, "ZoneData", [&](XmlElement& child) {
         SwfZoneData zone;
         zone.alignmentCoordinate = child.ui16("AlignmentCoordinate");
         zone.range = child.ui16("Range");
         record.zones.append(zone);
-    }
+    });
 }
 
 void writeXml(XmlNode& node, const SwfTagDefineFontAlignZones& tag) {
@@ -160,12 +156,7 @@ void readXml(XmlElement& element, SwfTagDefineFontAlignZones& tag) {
     auto records = element.child("ZoneRecords");
     if (!records)
         return;
-    for (XmlElement child : records->children()) {
-        if (child.is("ZoneRecord"))
-            readXml(child, tag.records.append({}));
-        else
-            child.skip();
-    }
+    readEach(*records, "ZoneRecord", [&](XmlElement& child) { readXml(child, tag.records.append({})); });
 }
 
 void writeXml(XmlNode& node, const SwfTagDefineFont4& tag) {

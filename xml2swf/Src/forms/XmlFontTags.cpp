@@ -19,12 +19,7 @@ void writeGlyphs(XmlNode& parent, std::string_view name, const SwfShapes& glyphs
 }
 
 void readGlyphs(XmlElement& table, SwfShapes& glyphs) {
-    for (XmlElement child : table.children()) {
-        if (child.is("Glyphs"))
-            readShapeRecords(child, glyphs.add());
-        else
-            child.skip();
-    }
+    readEach(table, "Glyphs", [&](XmlElement& child) { readShapeRecords(child, glyphs.add()); });
 }
 
 struct FontFlag {
@@ -56,22 +51,18 @@ void writeLayout(XmlNode& node, const SwfTagDefineFont2& tag) {
 }
 
 void readBounds(XmlElement& table, SwfRects& bounds) {
-    for (XmlElement child : table.children("Bound"))
+    for (XmlElement child : table.anyChildren("Bound"))
         readXml(child, bounds.append({}));
 }
 
 void readKerning(XmlElement& table, SwfKerningRecords& kerning) {
-    for (XmlElement child : table.children()) {
-        if (!child.is("KerningRecord")) {
-            child.skip();
-            continue;
-        }
+    readEach(table, "KerningRecord", [&](XmlElement& child) {
         SwfKerningRecord record;
         record.kerningCode1 = child.ui16("KerningCode1");
         record.kerningCode2 = child.ui16("KerningCode2");
         record.adjustment = child.si16("Adjustment");
         kerning.append(record);
-    }
+    });
 }
 
 } // namespace

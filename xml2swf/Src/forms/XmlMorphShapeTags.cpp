@@ -42,7 +42,7 @@ static void writeXml(XmlNode& node, const SwfMorphGradientRecords& gradient) {
 static void readXml(XmlElement& element, SwfMorphGradientRecords& gradient) {
     if (element.fullForm())
         readGradientModes(element, gradient.flags);
-    for (XmlElement child : element.children("MorphGradientRecord")) {
+    for (XmlElement child : element.anyChildren("MorphGradientRecord")) {
         SwfMorphGradientRecord record;
         readXml(child, record);
         gradient.records.append(record);

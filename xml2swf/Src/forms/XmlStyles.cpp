@@ -69,7 +69,7 @@ static void writeXml(XmlNode& node, const SwfGradientRecords& gradient) {
 
 static void readXml(XmlElement& element, SwfGradientRecords& gradient) {
     readFlags(element, gradient.flags);
-    for (XmlElement child : element.children("GradientRecord"))
+    for (XmlElement child : element.anyChildren("GradientRecord"))
         readRecord(child, gradient.records);
 }
 
@@ -308,7 +308,7 @@ static void addLineStyle(XmlElement& element, SwfLineStyles& styles) {
 }
 
 void readLineStyles(XmlElement& element, SwfLineStyles& styles, LineStyleKind kind) {
-    for (XmlElement child : element.children("LineStyle")) {
+    for (XmlElement child : element.anyChildren("LineStyle")) {
         if (kind == LineStyleKind::lineStyle2)
             addLineStyle<SwfLineStyle2>(child, styles);
         else

@@ -193,23 +193,29 @@ public:
 
     class ChildIterator {
     public:
-        explicit ChildIterator(XmlQuickElement* parent) : _parent(parent) {}
+        ChildIterator() = default;
+        explicit ChildIterator(XmlQuickElement* parent) : _parent(parent), _isAtChild(parent->toChild()) {}
         XmlQuickElement operator*() const { return {_parent->_context, _parent->_text}; }
-        ChildIterator& operator++() { return *this; }
-        bool operator!=(const ChildIterator&) const { return _parent->toChild(); }
+        /// The child before was let go of, so that the text stands behind it.
+        ChildIterator& operator++() {
+            _isAtChild = _parent->toChild();
+            return *this;
+        }
+        bool operator!=(const ChildIterator& other) const { return _isAtChild != other._isAtChild; }
 
     private:
-        XmlQuickElement* _parent;
+        XmlQuickElement* _parent = nullptr;
+        bool _isAtChild = false;
     };
     struct Children {
         ChildIterator first;
         const ChildIterator& begin() const { return first; }
-        ChildIterator end() const { return first; }
+        ChildIterator end() const { return {}; }
     };
     /// The children that are left.
     Children children() { return {ChildIterator(this)}; }
     Children children(const XmlNameGroup&) { return children(); }
-    Children children(std::string_view) { return children(); }
+    Children anyChildren(std::string_view) { return children(); }
 
 private:
     enum class State : uint8_t { inStartTag, inContent, closed };

@@ -305,7 +305,7 @@ XmlElement::Children XmlElement::children() {
     return {firstChild()};
 }
 
-XmlElement::Children XmlElement::children(std::string_view name) {
+XmlElement::Children XmlElement::anyChildren(std::string_view name) {
     if (_context->observer != nullptr)
         _context->observer->askedForAll(*this, name);
     return children();

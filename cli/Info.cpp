@@ -48,9 +48,8 @@ std::optional<size_t> idOffset(uint16_t code, std::span<const uint8_t> body) {
 }
 
 Row rowOf(const SwfTag& tag, const std::vector<uint32_t>& path) {
-    std::span<const uint8_t> body = tag.source.span();
-    if (body.size() >= 2)
-        body = body.subspan(std::min<size_t>(body.size(), (body[0] & 63) == 63 ? 6 : 2));
+    const std::span<const uint8_t> record = tag.source.span();
+    const std::span<const uint8_t> body = record.subspan(SwfTag::headerSize(record));
     Row row{tagPathText(path), tag.type, tagName(tag.type), body.size(), {}, tag.isUnknown()};
     const std::optional<size_t> at = idOffset(tag.type, body);
     if (at && *at + 2 <= body.size())

@@ -10,7 +10,7 @@ namespace zelk {
 
 using namespace libswf;
 
-double emSize(const SwfGlyphFont& font) { return font.type == 75 ? 20 * 1024 : 1024; }
+double emSize(const SwfGlyphFont& font) { return font.type == SwfTagCode::DefineFont3 ? 20 * 1024 : 1024; }
 
 const QPainterPath& Glyphs::at(uint32_t index) {
     const auto [found, isNew] = _paths.try_emplace(index);

@@ -122,7 +122,7 @@ bool choosesFill(const SwfShapeRecords& records) {
 } // namespace
 
 void addShape(Drawing& drawing, const SwfShapeTag& shape, size_t& edges) {
-    const bool hasAlpha = shape.type == 32 || shape.type == 83;
+    const bool hasAlpha = shape.type == SwfTagCode::DefineShape3 || shape.type == SwfTagCode::DefineShape4;
     Outline outline(drawing, edges);
     if (const auto* shape4 = dynamic_cast<const SwfTagDefineShape4*>(&shape); shape4 && (shape4->flags & windingRule))
         outline.setFillRule(Qt::WindingFill);

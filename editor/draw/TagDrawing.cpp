@@ -84,7 +84,7 @@ bool placeBy(DisplayList& list, const SwfTag& tag) {
 DisplayList firstFrame(const SwfTags& tags) {
     DisplayList list;
     for (const auto& tag : tags.items()) {
-        if (tag->type == 1) // ShowFrame
+        if (tag->type == SwfTagCode::ShowFrame)
             break;
         placeBy(list, *tag);
     }

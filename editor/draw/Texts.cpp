@@ -78,7 +78,7 @@ private:
 } // namespace
 
 void addText(Drawing& drawing, const SwfTagDefineText& text, const FontLookup& fonts, size_t& edges) {
-    TextPen pen(drawing, transformOf(text.matrix), fonts, text.type == 33, edges);
+    TextPen pen(drawing, transformOf(text.matrix), fonts, text.hasAlpha(), edges);
     for (const SwfTextRecord& record : text.records)
         pen.write(record);
 }

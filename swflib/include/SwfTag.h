@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string>
 
 #include "SwfBytes.h"
@@ -44,7 +45,10 @@ public:
     virtual void write(SwfOStream& stream);
 
     bool hasLongHeader() const { return size >= 63 || longHeader; }
-    uint32_t headerSize() const { return hasLongHeader() ? 6 : 2; }
+    uint32_t headerSize() const { return hasLongHeader() ? longHeaderSize : shortHeaderSize; }
+    static constexpr uint32_t shortHeaderSize = 2, longHeaderSize = 6; ///< in bytes
+    /// Of the header that a record begins with, or of what there is of one.
+    static size_t headerSize(std::span<const uint8_t> record);
     /// Bodies of this code may end with a text.
     static bool mayEndInText(uint16_t code);
 

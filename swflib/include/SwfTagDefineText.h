@@ -57,7 +57,7 @@ protected:
     void writeBody(SwfOStream& stream) override;
 
 private:
-    bool hasAlpha() const { return type == 33; }
+    bool hasAlpha() const { return type == SwfTagCode::DefineText2; }
     void keepWidths(const SwfContext& context);
 };
 

@@ -55,7 +55,7 @@ void TagPreview::build() {
         return;
     }
     _words = tagWords(*_tag);
-    if (_tag->type == 14)
+    if (_tag->type == SwfTagCode::DefineSound)
         drawSound();
     else if (const auto font = std::dynamic_pointer_cast<SwfGlyphFont>(_tag))
         drawGlyphs(font);
@@ -96,7 +96,8 @@ void TagPreview::drawTree() {
         _area = drawTag(*_tag, characters, 1).bounds();
     _drawing = std::make_shared<const Drawing>(drawTag(*_tag, characters, 0));
     loadBitmaps(*_drawing);
-    if (_tag->type == 39 || _tag->type == 7 || _tag->type == 34) // sprites and buttons
+    if (_tag->type == SwfTagCode::DefineSprite || _tag->type == SwfTagCode::DefineButton ||
+        _tag->type == SwfTagCode::DefineButton2)
         addSize(_drawing->bounds().size() / 20);
 }
 
@@ -160,7 +161,7 @@ QImage TagPreview::decoded(const SwfTag& tag) {
     };
     if (const auto* lossless = dynamic_cast<const SwfTagDefineBitsLossless*>(&tag))
         take(lossless->bitmapWidth, lossless->bitmapHeight);
-    if (_jpegTables == nullptr && !_request->jpegTables.empty() && tag.type == 6)
+    if (_jpegTables == nullptr && !_request->jpegTables.empty() && tag.type == SwfTagCode::DefineBits)
         _jpegTables = compileTag(_request->jpegTables, _request->version, nullptr);
     const Image image = decodeBitmap(tag, dynamic_cast<const SwfTagJPEGTables*>(_jpegTables.get()));
     _pixelsLeft -= take(image.width, image.height);

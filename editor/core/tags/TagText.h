@@ -38,6 +38,9 @@ std::string withLineEnds(std::string_view element, std::string_view lineEnd);
 /// How lines of a text end: as its first one does, with LF when it has only one.
 std::string_view lineEndOf(std::string_view text);
 
+/// What ends the lines of a text, as its first line has it; a line feed when it has one line only.
+std::string_view lineEndOf(std::string_view text);
+
 /// The blanks at the start of the line in which `offset` is.
 std::string_view lineIndent(std::string_view text, size_t offset);
 

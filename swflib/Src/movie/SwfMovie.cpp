@@ -183,7 +183,7 @@ void SwfMovieSafe::parse(std::vector<uint8_t> file, const SwfLoadOptions& option
     stream.context.readLater = options.keepRaw && options.readLater;
     stream.context.warnings = options.warnings;
     if (options.keepRaw && !options.fullForm)
-        stream.tagOptions(57) |= 1;
+        stream.tagOptions(SwfTagCode::ImportAssets) |= 1;
     tags.read(stream, 0);
     warnOfTrailingBytes(stream, options.warnings);
     stream.context.warnings = nullptr;

@@ -24,6 +24,11 @@ void SwfTag::writeHeader(SwfOStream& stream) const {
     stream.writeUI32(size);
 }
 
+size_t SwfTag::headerSize(std::span<const uint8_t> record) {
+    const bool isLong = !record.empty() && (record[0] & 63) == 63;
+    return std::min<size_t>(isLong ? longHeaderSize : shortHeaderSize, record.size());
+}
+
 void SwfTag::write(SwfOStream& stream) {
     writeHeader(stream);
     if (lacksNul)
@@ -107,11 +112,14 @@ void SwfTagUnknown::writeBody(SwfOStream& stream) {
 SwfTagRecord::SwfTagRecord(SwfBytes record) : SwfTag(0) {
     const uint8_t* header = record.data();
     type = static_cast<uint16_t>((header[0] | header[1] << 8) >> 6);
-    longHeader = (header[0] & 63) == 63;
-    size = static_cast<uint32_t>(record.size()) - headerSize();
+    const size_t headerBytes = headerSize(record.span());
+    longHeader = headerBytes == longHeaderSize;
+    size = static_cast<uint32_t>(record.size() - headerBytes);
     source = std::move(record);
 }
 
-void SwfTagRecord::writeBody(SwfOStream& stream) { stream.writeBytes(source.span().subspan(longHeader ? 6 : 2)); }
+void SwfTagRecord::writeBody(SwfOStream& stream) {
+    stream.writeBytes(source.span().subspan(headerSize(source.span())));
+}
 
 } // namespace libswf

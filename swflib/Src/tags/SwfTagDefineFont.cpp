@@ -119,8 +119,8 @@ void SwfTagDefineFont2::read(SwfIStream& stream) {
     bold = flags & boldBit;
     keepsFlags = stream.context.fullForm;
     if (keepsFlags)
-        stream.context.wideKerningCodes = wideCodes || type == 75;
-    else if (type == 48)
+        stream.context.wideKerningCodes = wideCodes || type == SwfTagCode::DefineFont3;
+    else if (type == SwfTagCode::DefineFont2)
         stream.context.wideKerningCodes = wideCodes || stream.context.version >= firstWideVersion;
     languageCode = stream.readUI8("LanguageCode");
     nameNuls = readFontName(stream, fontName);
@@ -132,7 +132,7 @@ void SwfTagDefineFont2::read(SwfIStream& stream) {
         hasLayout = false;
     if (hasLayout)
         readLayout(stream);
-    if (!keepsFlags && type == 75 && !kerning.empty() && stream.context.wideKerningCodes != hasWideCode(codes))
+    if (!keepsFlags && type == SwfTagCode::DefineFont3 && !kerning.empty() && stream.context.wideKerningCodes != hasWideCode(codes))
         stream.markInexact("its kerning codes would be written in another width");
     // Outlines take many times their bytes: they come last, and a font that is kept as bytes has no use for them.
     if (stream.context.keepRaw && stream.inexact() != nullptr)
@@ -219,8 +219,8 @@ void SwfTagDefineFont2::writeBody(SwfOStream& stream) {
     const bool keptWide = fullForm ? wideCodes : stream.context.version >= firstWideVersion;
     const bool wide = hasWideCode(codes) || keptWide || (fullForm && needsWideKerning());
     if (fullForm)
-        stream.context.wideKerningCodes = wide || type == 75;
-    else if (type == 48)
+        stream.context.wideKerningCodes = wide || type == SwfTagCode::DefineFont3;
+    else if (type == SwfTagCode::DefineFont2)
         stream.context.wideKerningCodes = wide;
     stream.writeUI16(characterId);
     stream.writeUI8(bitIf(hasLayout, layoutBit) | bitIf(shiftJis, shiftJisBit) | bitIf(smallText, smallTextBit) |

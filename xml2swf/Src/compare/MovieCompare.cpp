@@ -93,8 +93,7 @@ private:
 
 std::span<const uint8_t> bodyOf(const SwfTag& tag) {
     const std::span<const uint8_t> record = tag.source.span();
-    const size_t header = !record.empty() && (record[0] & 63) == 63 ? 6 : 2;
-    return record.subspan(std::min(header, record.size()));
+    return record.subspan(SwfTag::headerSize(record));
 }
 
 // The block of ActionScript 3 in a tag; none in other tags.

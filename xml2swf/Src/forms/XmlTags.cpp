@@ -93,8 +93,7 @@ void writeUnknown(XmlNode& parent, uint16_t code, SwfBytes body) {
 
 SwfBytes bodyOf(SwfTag& tag, const SwfContext& movie) {
     if (!tag.source.empty()) {
-        const bool isLong = (tag.source.data()[0] & 0x3F) == 0x3F;
-        const size_t header = isLong ? 6 : 2;
+        const size_t header = SwfTag::headerSize(tag.source.span());
         return tag.source.part(header, tag.source.size() - header);
     }
     SwfContext context = movie;

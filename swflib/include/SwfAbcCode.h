@@ -98,8 +98,8 @@ private:
     const char* _problem = nullptr;
 };
 
-/// Where instructions start in a body's code, and which of these places branches, cases and exceptions lead to. Used for
-/// one body after the other.
+/// Where instructions start in a body's code, and which of these places branches, cases and exceptions lead to. Used
+/// for one body after the other.
 class SwfAbcCodeMap {
 public:
     /// Sees each instruction; may refuse it by a reason.

@@ -53,7 +53,7 @@ public:
     std::string description() const;
 
     std::string element, attribute;
-    std::string reason; ///< `"abc" is not a value that fits (ShapeId: 0 to 65535)`
+    std::string reason;     ///< `"abc" is not a value that fits (ShapeId: 0 to 65535)`
     bool isElement = false; ///< neither an attribute nor the text is wrong
     XmlPlace place;
 };

@@ -80,7 +80,7 @@ struct Session {
 
     IUserInterface& user;
     IPlayer* player = nullptr; ///< null when there is none
-    bool fullForm = false; ///< in which movies are opened and made: the full form, or the classic one
+    bool fullForm = false;     ///< in which movies are opened and made: the full form, or the classic one
     UntitledNames names;
     WrittenFiles writtenFiles;
     TemporaryMovies temporaryMovies; ///< what is played

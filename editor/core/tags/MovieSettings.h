@@ -22,9 +22,10 @@ std::string headerLine(const MovieSettings& settings);
 /// Throws XmlSyntaxError, and NotMovieException for a text without a Movie element.
 MovieSettings movieSettings(std::string_view text);
 
-/// All but the form, which more than the Movie element depends on. Changes the attributes whose values are not those of the settings and leaves everything else as it stands. A stage
-/// that the text gives in twips keeps its origin. Throws like movieSettings, and for a value that does not compile
-/// MovieAttributeError or XmlValueError, whose place means nothing.
+/// All but the form, which more than the Movie element depends on. Changes the attributes whose values are not those of
+/// the settings and leaves everything else as it stands. A stage that the text gives in twips keeps its origin. Throws
+/// like movieSettings, and for a value that does not compile MovieAttributeError or XmlValueError, whose place means
+/// nothing.
 TextChange changeMovieSettings(std::string_view text, const MovieSettings& settings);
 
 } // namespace zelk

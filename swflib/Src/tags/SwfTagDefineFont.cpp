@@ -132,7 +132,8 @@ void SwfTagDefineFont2::read(SwfIStream& stream) {
         hasLayout = false;
     if (hasLayout)
         readLayout(stream);
-    if (!keepsFlags && type == SwfTagCode::DefineFont3 && !kerning.empty() && stream.context.wideKerningCodes != hasWideCode(codes))
+    if (!keepsFlags && type == SwfTagCode::DefineFont3 && !kerning.empty() &&
+        stream.context.wideKerningCodes != hasWideCode(codes))
         stream.markInexact("its kerning codes would be written in another width");
     // Outlines take many times their bytes: they come last, and a font that is kept as bytes has no use for them.
     if (stream.context.keepRaw && stream.inexact() != nullptr)

@@ -172,7 +172,7 @@ void readXml(XmlElement& element, SwfTagDefineButtonCxform& tag) {
         return;
     }
     bool isFirst = true;
-    for (XmlElement child : element.children("ColorTransform"))
+    for (XmlElement child : element.anyChildren("ColorTransform"))
         readXml(child, std::exchange(isFirst, false) ? tag.colorTransform : tag.furtherTransforms.append({}));
 }
 

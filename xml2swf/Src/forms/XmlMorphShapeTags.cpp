@@ -215,7 +215,7 @@ static void writeLineStyles(XmlNode& parent, const char* name, const char* itemN
 
 template <class Style>
 static void readLineStyles(XmlElement& element, const char* itemName, SwfMorphLineStyles& styles) {
-    for (XmlElement child : element.children(itemName)) {
+    for (XmlElement child : element.anyChildren(itemName)) {
         auto style = std::make_unique<Style>();
         readXml(child, *style);
         styles.items.add(std::move(style));

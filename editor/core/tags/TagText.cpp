@@ -198,13 +198,6 @@ std::string_view lineEndOf(std::string_view text) {
     return text.substr(end).starts_with("\r\n") ? "\r\n" : "\r";
 }
 
-std::string_view lineEndOf(std::string_view text) {
-    const size_t end = text.find_first_of("\r\n");
-    if (end == text.npos || text[end] == '\n')
-        return "\n";
-    return text.substr(end).starts_with("\r\n") ? "\r\n" : "\r";
-}
-
 std::string_view lineIndent(std::string_view text, size_t offset) {
     const size_t before = offset == 0 ? text.npos : text.find_last_of("\r\n", offset - 1);
     const size_t start = before == text.npos ? 0 : before + 1;

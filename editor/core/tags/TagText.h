@@ -35,9 +35,6 @@ std::string reindented(std::string_view element, std::string_view from, std::str
 /// An element with other line ends between its elements. Payloads, values and comments stay as they are.
 std::string withLineEnds(std::string_view element, std::string_view lineEnd);
 
-/// How lines of a text end: as its first one does, with LF when it has only one.
-std::string_view lineEndOf(std::string_view text);
-
 /// What ends the lines of a text, as its first line has it; a line feed when it has one line only.
 std::string_view lineEndOf(std::string_view text);
 

@@ -110,7 +110,7 @@ bool parseHexBytes(std::string_view text, std::span<uint8_t> bytes) {
 std::string formatUuid(std::span<const uint8_t, 16> bytes) {
     std::string text = formatHexBytes(bytes);
     for (const size_t at : uuidDashes)
-        text.insert(at, "-");
+        text.insert(at, 1, '-');
     return text;
 }
 

@@ -51,13 +51,15 @@ public:
     SwfTagDefineText() : SwfTagDefineText(11) {}
     explicit SwfTagDefineText(SwfIStream& stream) : SwfTagDefineText() { read(stream); }
 
+    /// Whether its colours are RGBA.
+    bool hasAlpha() const { return type == SwfTagCode::DefineText2; }
+
 protected:
     explicit SwfTagDefineText(uint16_t code) : SwfDefinitionTag(code) {}
     void read(SwfIStream& stream);
     void writeBody(SwfOStream& stream) override;
 
 private:
-    bool hasAlpha() const { return type == SwfTagCode::DefineText2; }
     void keepWidths(const SwfContext& context);
 };
 

@@ -151,7 +151,7 @@ TEST(Abc, CostsAreBounded) {
         code.insert(code.end(), {0x2C, 1});
     }
     block.methods.emplace_back();
-    block.bodies.push_back({.method = 0, .code = code});
+    block.bodies.emplace_back().code = code;
     EXPECT_FALSE(show(block.bytes()).isCode());
     expectKept(block.bytes());
 

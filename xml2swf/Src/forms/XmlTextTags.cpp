@@ -109,6 +109,8 @@ void writeXml(XmlNode& node, const SwfTagCSMTextSettings& tag) {
     node.attribute("TextId", tag.textId);
     node.attribute("Thickness", tag.thickness);
     node.attribute("Sharpness", tag.sharpness);
+    if (node.fullForm() && tag.reserved != 0)
+        node.attribute("Reserved", tag.reserved);
     XmlNode bits(node, "BitsField");
     bits.attribute("GridFit", tag.gridFit());
     bits.attribute("UseFlashType", tag.useFlashType());
@@ -116,8 +118,6 @@ void writeXml(XmlNode& node, const SwfTagCSMTextSettings& tag) {
         return;
     if (const uint32_t reserved = tag.flags & SwfTagCSMTextSettings::reservedBits; reserved != 0)
         bits.attribute("Reserved", reserved);
-    if (tag.reserved != 0)
-        node.attribute("Reserved", tag.reserved);
 }
 
 void readXml(XmlElement& element, SwfTagCSMTextSettings& tag) {

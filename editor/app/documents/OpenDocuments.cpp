@@ -83,7 +83,9 @@ void OpenDocuments::reload(DocumentView& view) {
     if (view.document().isModified && !_session.user.askToReload(view.document()))
         return;
     Document fresh;
-    LoadFromFileCmd load(_session, fresh, view.document().fileName);
+    const auto& original = view.document().original;
+    const std::optional<bool> form = original == nullptr ? std::nullopt : std::optional(original->fullForm());
+    LoadFromFileCmd load(_session, fresh, view.document().fileName, form);
     if (!runCommand(_session, load))
         return;
     const uint32_t row = view.editor().row(), column = view.editor().column();

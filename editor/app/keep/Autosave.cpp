@@ -30,13 +30,15 @@ void Autosave::watch(DocumentView& view) {
     changed(view);
 }
 
-void Autosave::adopt(DocumentView& view, RecoverySession& from, uint32_t id) {
+void Autosave::adopt(DocumentView& view, RecoverySession& from, const KeptDocument& kept) {
     _pool.waitForDone();
     Entry& entry = _entries[&view];
-    if (!_session->adopt(entry.id, from, id))
+    if (!_session->adopt(entry.id, from, kept.id))
         return; // It is offered once more.
     entry.hasCopy = true;
     entry.keptChange = view.changeCount();
+    entry.original = view.document().original;
+    entry.originalNumber = kept.original;
 }
 
 void Autosave::end() {
@@ -83,30 +85,34 @@ void Autosave::keepAll() {
 // --- what ------------------------------------------------------------------------------------------------------------
 
 void Autosave::keep(DocumentView& view, Entry& entry) {
+    const auto& original = view.document().original;
+    if (std::exchange(entry.original, original) != original)
+        ++entry.originalNumber;
     KeptDocument document = KeptDocument::of(view.document());
     document.id = entry.id;
+    document.original = original == nullptr ? 0 : entry.originalNumber;
     document.caret = view.editor().caret();
     entry.keptChange = view.changeCount();
     entry.hasCopy = entry.isBusy = true;
-    _pool.start([this, session = _session, document, text = std::string(view.text()),
-                 original = view.document().original, view = QPointer(&view)] {
-        QElapsedTimer timer;
-        timer.start();
-        QString failure;
-        try {
-            session->keep(document, text, original.get());
-        } catch (const ZelkException& error) {
-            failure = QString::fromStdString(error.description());
-        }
-        QMetaObject::invokeMethod(
-            this,
-            [this, view, failure, time = milliseconds(timer.elapsed())] {
-                _lastWrite = time;
-                if (!view.isNull())
-                    wasKept(*view, failure);
-            },
-            Qt::QueuedConnection);
-    });
+    _pool.start(
+        [this, session = _session, document, text = std::string(view.text()), original, view = QPointer(&view)] {
+            QElapsedTimer timer;
+            timer.start();
+            QString failure;
+            try {
+                session->keep(document, text, original.get());
+            } catch (const ZelkException& error) {
+                failure = QString::fromStdString(error.description());
+            }
+            QMetaObject::invokeMethod(
+                this,
+                [this, view, failure, time = milliseconds(timer.elapsed())] {
+                    _lastWrite = time;
+                    if (!view.isNull())
+                        wasKept(*view, failure);
+                },
+                Qt::QueuedConnection);
+        });
 }
 
 void Autosave::wasKept(DocumentView& view, const QString& failure) {

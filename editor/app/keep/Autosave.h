@@ -22,7 +22,7 @@ public:
 
     void watch(DocumentView& view);
     /// The document is a copy of an ended session; that copy becomes its own.
-    void adopt(DocumentView& view, RecoverySession& from, uint32_t id);
+    void adopt(DocumentView& view, RecoverySession& from, const KeptDocument& kept);
     /// How long after the last change a copy is made; a text that takes long to write waits longer.
     void setPause(std::chrono::milliseconds pause) { _pause = pause; }
     /// All documents are closed: nothing stays.
@@ -37,6 +37,8 @@ private:
         uint32_t id = 0;
         std::optional<uint64_t> keptChange; // the text's changeCount when it was copied
         bool hasCopy = false, isBusy = false;
+        std::shared_ptr<const xml2swf::OriginalMovie> original; // of the last copy
+        uint32_t originalNumber = 0;
     };
     void changed(DocumentView& view);
     void schedule();

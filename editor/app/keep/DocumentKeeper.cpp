@@ -25,6 +25,8 @@ struct Offer {
 
 using Sessions = std::vector<std::unique_ptr<RecoverySession>>;
 
+QString nameOf(const std::filesystem::path& path) { return QString::fromStdU16String(path.u16string()); }
+
 std::vector<Offer> offersOf(const Sessions& sessions) {
     std::vector<Offer> offers;
     for (const auto& session : sessions) {
@@ -56,8 +58,15 @@ void DocumentKeeper::keepIn(const QString& stateFolder) {
     _parts.session.writtenFiles.keepIn(folder / "written");
     _copies = folder / "recovery";
     std::shared_ptr<RecoverySession> session = RecoverySession::begin(_copies);
-    if (session == nullptr)
-        return; // as on a full disk
+    if (session == nullptr) { // as on a full disk
+        connect(&_parts.documents, &OpenDocuments::added, this, [this](DocumentView* view) {
+            if (!std::exchange(_toldNoCopies, true))
+                _parts.requests.add(view, [this, view] {
+                    tellFailure(*view, tr("Nothing can be written to %1.").arg(nameOf(_copies)));
+                });
+        });
+        return;
+    }
     _autosave = std::make_unique<Autosave>(std::move(session));
     connect(_autosave.get(), &Autosave::kept, this, [](DocumentView* view) { view->dropNotice(noCopyNotice); });
     connect(_autosave.get(), &Autosave::failed, this, [this](DocumentView* view, const QString& reason) {
@@ -74,7 +83,7 @@ void DocumentKeeper::tellFailure(DocumentView& view, const QString& reason) {
     if (view.notice(noCopyNotice) != nullptr)
         return;
     NoticeBar* bar = view.addNotice(noCopyNotice);
-    bar->setText(tr("No copy of this document can be kept for the case of a crash."), reason);
+    bar->setText(tr("No copy of unsaved changes can be kept for the case of a crash."), reason);
     connect(bar->addButton(tr("&Hide")), &QPushButton::clicked, bar, &QWidget::hide);
 }
 
@@ -125,7 +134,7 @@ void DocumentKeeper::offerRecovery() {
 void DocumentKeeper::recover(RecoverySession& session, const KeptDocument& kept) {
     DocumentView* view = _parts.documents.recover(session, kept);
     if (view != nullptr && _autosave != nullptr)
-        _autosave->adopt(*view, session, kept.id);
+        _autosave->adopt(*view, session, kept);
     _files.look();
 }
 

@@ -52,7 +52,7 @@ private:
     FileGuard _files;
     std::filesystem::path _copies; // the folder of all sessions
     std::unique_ptr<Autosave> _autosave;
-    bool _isClosing = false;
+    bool _isClosing = false, _toldNoCopies = false;
 };
 
 } // namespace zelk

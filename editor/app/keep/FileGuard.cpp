@@ -58,9 +58,7 @@ void FileGuard::lookAt(DocumentView& view) {
     // [worker thread] The answer is of no use when the document was saved or closed meanwhile.
     QThreadPool::globalInstance()->start(
         [guard = QPointer(this), view = QPointer(&view), name = document.fileName, known = *document.fileStamp] {
-            Finding finding{changeSince(known, name), {}};
-            if (finding.change == FileChange::changed)
-                finding.now = stampOf(name).value_or(stateOf(name));
+            const FileLook look = lookAgain(known, name);
             QMetaObject::invokeMethod(
                 qApp,
                 [=] {
@@ -68,20 +66,23 @@ void FileGuard::lookAt(DocumentView& view) {
                         return;
                     guard->_requests.add(view, [=] {
                         if (!guard.isNull() && view->document().fileName == name && view->document().fileStamp == known)
-                            guard->found(*view, finding);
+                            guard->found(*view, look);
                     });
                 },
                 Qt::QueuedConnection);
         });
 }
 
-void FileGuard::found(DocumentView& view, const Finding& finding) {
+void FileGuard::found(DocumentView& view, const FileLook& look) {
     State& state = _states[&view];
-    switch (finding.change) {
-    case FileChange::none: agree(view); break;
+    switch (look.change) {
+    case FileChange::none:
+        view.document().fileStamp = look.now; // whose time tells by now
+        agree(view);
+        break;
     case FileChange::changed:
-        state = {false, false, finding.now};
-        if (isFresh(finding.now))
+        state = {false, false, look.now};
+        if (isFresh(look.now))
             _watch.lookSoon();
         else
             tellChanged(view);

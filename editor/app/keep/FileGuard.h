@@ -28,16 +28,12 @@ Q_SIGNALS:
     void reloadAsked(DocumentView* view);
 
 private:
-    struct Finding {
-        FileChange change = FileChange::none;
-        FileStamp now;
-    };
     struct State {
         bool isMissing = false, toldRemoved = false;
         FileStamp now; // what the bar tells of
     };
     void lookAt(DocumentView& view);
-    void found(DocumentView& view, const Finding& finding);
+    void found(DocumentView& view, const FileLook& look);
     void tellChanged(DocumentView& view);
     void tellRemoved(DocumentView& view);
 

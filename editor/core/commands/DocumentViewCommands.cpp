@@ -65,7 +65,7 @@ void compile(PlayParams& params) { params.movie = compileDocument(params); }
 bool LoadFromFileCmd::Execute() {
     LoadParams params;
     params.fileName = _fileName;
-    params.fullForm = _session.fullForm;
+    params.fullForm = _fullForm;
     runJob<loadDocument>(_session.user, "Opening " + _fileName, params);
     _document = std::move(params.document);
     return true;

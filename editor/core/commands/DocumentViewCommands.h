@@ -9,14 +9,17 @@ namespace zelk::guicommand::documentview {
 /// Fills a document from a file. A failure leaves it as it was.
 class LoadFromFileCmd : public FinalCommand {
 public:
-    LoadFromFileCmd(Session& session, Document& document, std::string fileName)
-        : _session(session), _document(document), _fileName(std::move(fileName)) {}
+    /// The form is for movies; without one it is that of the session.
+    LoadFromFileCmd(Session& session, Document& document, std::string fileName, std::optional<bool> fullForm = {})
+        : _session(session), _document(document), _fileName(std::move(fileName)),
+          _fullForm(fullForm.value_or(session.fullForm)) {}
     bool Execute() override;
 
 private:
     Session& _session;
     Document& _document;
     std::string _fileName;
+    bool _fullForm;
 };
 
 /// Fills a document from the copy that a run left which ended without closing it.

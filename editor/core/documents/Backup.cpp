@@ -42,7 +42,8 @@ std::string freeName(const std::string& fileName, const FileStamp& version) {
 void backUp(const std::string& fileName, std::span<const FileStamp> known) {
     if (stateOf(fileName).size == 0)
         return; // Nothing is lost.
-    if (std::ranges::any_of(known, [&](const FileStamp& k) { return changeSince(k, fileName) == FileChange::none; }))
+    if (std::ranges::any_of(known,
+                            [&](const FileStamp& k) { return lookAgain(k, fileName).change == FileChange::none; }))
         return;
     try {
         const std::string content = libswf::readTextFile(fileName);

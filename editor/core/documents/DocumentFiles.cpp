@@ -139,10 +139,20 @@ void loadByKind(LoadParams& params) {
         throw FileLoadException(params.fileName, "Its text has more than 1 GiB.");
 }
 
-// A file that is gone is written anew.
-void checkUnchanged(const SaveParams& params) {
-    if (params.expected && changeSince(*params.expected, params.fileName) == FileChange::changed)
+// A file that is gone is written anew. What is seen now may tell by its time the next time.
+void checkUnchanged(SaveParams& params) {
+    if (!params.expected)
+        return;
+    const FileLook look = lookAgain(*params.expected, params.fileName);
+    if (look.change == FileChange::changed)
         throw FileChangedException(params.fileName);
+    if (look.change == FileChange::removed)
+        return;
+    params.expected = look.now;
+    for (FileStamp& known : params.known) {
+        if (known.sameContent(look.now))
+            known = look.now;
+    }
 }
 
 // The last steps of every save. Compiling took its time: the file is looked at once more.

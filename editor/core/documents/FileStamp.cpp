@@ -93,21 +93,21 @@ std::optional<FileStamp> stampOf(const std::string& fileName) {
     }
 }
 
-FileChange changeSince(const FileStamp& known, const std::string& fileName) {
-    std::error_code failure;
+FileLook lookAgain(const FileStamp& known, const std::string& fileName) {
     try {
+        std::error_code failure;
         if (fs::status(libswf::pathOf(fileName), failure).type() == fs::file_type::not_found)
-            return FileChange::removed;
+            return {FileChange::removed, {}};
     } catch (const fs::filesystem_error&) {
-        return FileChange::removed;
+        return {FileChange::removed, {}};
     }
-    const FileStamp now = stateOf(fileName);
-    if (now.size != known.size)
-        return FileChange::changed;
-    if (known.timeTells && now.time == known.time)
-        return FileChange::none;
+    const FileStamp state = stateOf(fileName);
+    if (known.timeTells && state.size == known.size && state.time == known.time)
+        return {FileChange::none, known};
     const std::optional<FileStamp> read = stampOf(fileName);
-    return read && read->sameContent(known) ? FileChange::none : FileChange::changed;
+    if (!read)
+        return {FileChange::changed, state};
+    return {read->sameContent(known) ? FileChange::none : FileChange::changed, *read};
 }
 
 } // namespace zelk

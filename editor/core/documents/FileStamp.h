@@ -32,7 +32,12 @@ std::optional<FileStamp> stampOf(const std::string& fileName);
 
 enum class FileChange : uint8_t { none, changed, removed };
 
+struct FileLook {
+    FileChange change = FileChange::none;
+    FileStamp now; ///< of a file that cannot be read without its content
+};
+
 /// Reads the file only when size and time do not tell.
-FileChange changeSince(const FileStamp& known, const std::string& fileName);
+FileLook lookAgain(const FileStamp& known, const std::string& fileName);
 
 } // namespace zelk

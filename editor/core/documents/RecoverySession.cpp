@@ -19,7 +19,9 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* lockSuffix = ".lock";
-constexpr const char *textName = "text.xml", *originalName = "original.swf", *infoName = "info";
+constexpr const char *textName = "text.xml", *infoName = "info";
+
+std::string originalName(uint32_t number) { return "original-" + std::to_string(number) + ".swf"; }
 
 std::string utf8(const fs::path& path) {
     const std::u8string text = path.u8string();
@@ -73,7 +75,8 @@ std::string infoText(const KeptDocument& document, const xml2swf::OriginalMovie*
     if (const auto& stamp = document.fileStamp)
         text << "fileSize " << stamp->size << "\nfileHash " << stamp->hash << "\nfileTime " << stamp->time << '\n';
     if (original != nullptr)
-        text << "original 1\ncompressed " << wasCompressed(*original) << "\nfull " << original->fullForm() << '\n';
+        text << "original " << document.original << "\ncompressed " << wasCompressed(*original) << "\nfull "
+             << original->fullForm() << '\n';
     return text.str();
 }
 
@@ -188,8 +191,8 @@ void RecoverySession::keep(const KeptDocument& document, std::string_view text,
                            const xml2swf::OriginalMovie* original) {
     const fs::path folder = folderOf(document.id);
     std::error_code ignored;
-    const bool hasOriginal = fs::exists(folder / originalName, ignored);
-    const bool writesOriginal = original != nullptr && !hasOriginal;
+    const fs::path originalFile = folder / originalName(document.original);
+    const bool writesOriginal = original != nullptr && !fs::exists(originalFile, ignored);
     checkRoom(document, text.size() + (writesOriginal ? original->wholeFile().size() : 0));
     KeptDocument kept = document;
     kept.textSize = text.size();
@@ -197,9 +200,11 @@ void RecoverySession::keep(const KeptDocument& document, std::string_view text,
     try {
         fs::create_directories(folder);
         if (writesOriginal)
-            libswf::writeFile(utf8(folder / originalName), inflatedFile(*original));
+            libswf::writeFile(utf8(originalFile), inflatedFile(*original));
         libswf::writeTextFile(utf8(folder / textName), text);
         libswf::writeTextFile(utf8(folder / infoName), infoText(kept, original));
+        if (writesOriginal)
+            fs::remove(folder / originalName(document.original - 1), ignored);
     } catch (const libswf::SwfFileException& error) {
         throw FileSaveException(document.fileName, error.problem());
     } catch (const fs::filesystem_error& error) {
@@ -234,6 +239,7 @@ std::optional<KeptDocument> RecoverySession::info(const fs::path& folder) const 
     document.hasFile = flag(fields, "file");
     read(fields, "kind", kind);
     document.kind = kind == 1 ? FileKind::swf : kind == 2 ? FileKind::project : FileKind::xml;
+    read(fields, "original", document.original);
     read(fields, "caret", document.caret);
     read(fields, "time", document.time);
     if (fields.contains("fileSize")) {
@@ -279,11 +285,11 @@ void RecoverySession::load(uint32_t id, LoadParams& params) const {
     document.isModified = true;
     document.text = text(id);
     const Fields fields = fieldsOf(folder / infoName);
-    if (!flag(fields, "original"))
+    if (kept->original == 0)
         return;
     try {
-        document.original = originalMovie(libswf::readFile(utf8(folder / originalName)), flag(fields, "compressed"),
-                                          flag(fields, "full"), params.progress);
+        document.original = originalMovie(libswf::readFile(utf8(folder / originalName(kept->original))),
+                                          flag(fields, "compressed"), flag(fields, "full"), params.progress);
     } catch (const libswf::SwfException& error) {
         document.warnings.push_back({"The movie that the text came from cannot be read (" + std::string(error.what()) +
                                      "): tags are compiled from their text."});

@@ -2,8 +2,8 @@
 //
 //   ROOT/SESSION.lock             held while the run lives (SessionLock)
 //   ROOT/SESSION/N/text.xml       the text as it is edited
-//   ROOT/SESSION/N/original.swf   the movie that the text came from, inflated; if there is one
-//   ROOT/SESSION/N/info           lines of a name and a value
+//   ROOT/SESSION/N/original-M.swf the movie that the text came from, inflated; if there is one
+//   ROOT/SESSION/N/info           lines of a name and a value, M among them
 //
 // Each file is written beside its place and renamed, the info last: what is there is whole, whenever the run ends. Only
 // the user can enter ROOT.
@@ -24,6 +24,7 @@ struct KeptDocument {
     FileKind kind = FileKind::swf;
     bool hasFile = false;
     std::optional<FileStamp> fileStamp;
+    uint32_t original = 0; ///< another number for another movie that the text came from; 0 for none
     uint64_t caret = 0;    ///< offset in the text
     int64_t time = 0;      ///< when it was kept, milliseconds since 1970
     uint64_t textSize = 0; ///< in bytes
@@ -41,8 +42,8 @@ public:
     /// Those whose run ended without end(). No other run gets them while these objects live.
     static std::vector<std::unique_ptr<RecoverySession>> ended(const std::filesystem::path& root);
 
-    /// [any thread] In place of what was kept under this id. The original is written the first time only: forget the id
-    /// when it is another one. Throws FileSaveException, with the reason, and keeps the former copy then.
+    /// [any thread] In place of what was kept under this id. An original is written once for its number. Throws
+    /// FileSaveException, with the reason, and keeps the former copy then.
     void keep(const KeptDocument& document, std::string_view text, const xml2swf::OriginalMovie* original);
     void forget(uint32_t id);
     /// Moves a copy here from an ended session. False when it cannot be moved; it stays there then.

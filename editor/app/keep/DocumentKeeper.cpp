@@ -49,6 +49,7 @@ DocumentKeeper::DocumentKeeper(const Parts& parts) : _parts(parts), _files(parts
     _parts.reopens.setChecked(_parts.settings.value(reopenKey).toBool());
     connect(&_parts.reopens, &QAction::toggled, this, [this](bool isOn) {
         _parts.settings.setValue(reopenKey, isOn);
+        _hasStarted = true;
         remember();
     });
 }
@@ -93,7 +94,7 @@ void DocumentKeeper::willClose() {
 }
 
 void DocumentKeeper::hasEnded(bool areClosed) {
-    _isClosing = false;
+    _isClosing = areClosed; // What goes with the window is no change of the files that are open.
     if (areClosed && _autosave != nullptr)
         _autosave->end();
 }
@@ -141,7 +142,7 @@ void DocumentKeeper::recover(RecoverySession& session, const KeptDocument& kept)
 // --- the last session ------------------------------------------------------------------------------------------------
 
 void DocumentKeeper::remember() {
-    if (_isClosing)
+    if (_isClosing || !_hasStarted)
         return;
     if (!_parts.reopens.isChecked()) {
         _parts.settings.remove(filesKey);
@@ -158,6 +159,7 @@ void DocumentKeeper::remember() {
 }
 
 void DocumentKeeper::reopenSession() {
+    _hasStarted = true;
     if (!_parts.reopens.isChecked())
         return;
     OpenDocuments& documents = _parts.documents;

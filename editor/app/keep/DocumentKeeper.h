@@ -30,7 +30,7 @@ public:
     void keepIn(const QString& stateFolder);
     /// Asks what shall become of the documents of runs that ended without closing them.
     void offerRecovery();
-    /// Opens what was open last, if the user wants that.
+    /// Opens what was open last, if the user wants that. From here on the open files are remembered.
     void reopenSession();
 
     /// Looks at the files of all documents.
@@ -53,6 +53,7 @@ private:
     std::filesystem::path _copies; // the folder of all sessions
     std::unique_ptr<Autosave> _autosave;
     bool _isClosing = false, _toldNoCopies = false;
+    bool _hasStarted = false; // the files of the last session are no longer needed
 };
 
 } // namespace zelk

@@ -103,7 +103,7 @@ void AbcCodeReader::read(Element& code, uint32_t method) {
     body.offset = code.offset();
     body.place = place(code);
     readLimits(code, body);
-    readAbcChildren(code, codeGroup, _part, *this, [this](auto& child) { readChild(child); });
+    readAbcChildren(code, codeGroup, _part, *this, [this](auto& child) { this->readChild(child); });
     finish(code, body);
     body.body.traits = _traits;
     _part.bodies.push_back(std::move(body));

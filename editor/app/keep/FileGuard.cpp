@@ -123,7 +123,7 @@ void FileGuard::tellChanged(DocumentView& view) {
     if (document.kind == FileKind::xml)
         details += tr(" The text here: %1.").arg(sizeText(view.text().size()));
     if (document.isModified)
-        details += tr(" Reloading discards what was changed here.");
+        details += tr(" Reloading loses what is not saved.");
     bar->setText(tr("Another program changed %1.").arg(QFileInfo(view.fileName()).fileName()), details);
 }
 

@@ -9,6 +9,7 @@
 #include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -122,7 +123,9 @@ void RecoveryDialog::look() {
     _text->send(QsciScintillaBase::SCI_SETREADONLY, 1);
     if (_text->isHidden()) {
         _text->show();
-        resize(width(), 640);
+        const QRect free = screen()->availableGeometry();
+        resize(width(), std::min(620, free.height()));
+        move(x(), std::min(y(), free.bottom() - frameGeometry().height()));
     }
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <functional>
 #include <span>
+#include <string_view>
 #include <vector>
 
 #include "SwfAbc.h"
@@ -52,7 +53,7 @@ struct SwfAbcOpcode {
     static constexpr size_t mostOperands = 4;
 
     uint8_t code = 0;
-    const char* name = nullptr; ///< null for a code that is no instruction
+    std::string_view name; ///< empty for a code that is no instruction
     uint8_t pops = 0, pushes = 0;
     int8_t scopes = 0;
     std::array<SwfAbcOperand, mostOperands> operands{};

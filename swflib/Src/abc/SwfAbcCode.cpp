@@ -99,7 +99,7 @@ bool SwfAbcCodeReader::next(SwfAbcInstruction& instruction) {
         return false;
     instruction.start = _at;
     instruction.opcode = &SwfAbcOpcode::of(_code[_at]);
-    if (instruction.opcode->name == nullptr)
+    if (instruction.opcode->name.empty())
         return fail("no instruction has this code");
     ++_at;
     for (size_t i = 0; i < SwfAbcOpcode::mostOperands; ++i) {

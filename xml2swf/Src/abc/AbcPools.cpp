@@ -352,6 +352,11 @@ SwfAbcMultiname AbcPools::parseMultiname(std::string_view text) {
 }
 
 void AbcPools::list(const std::vector<AbcListed>& entries, size_t& place) {
+    size_t counts[SwfAbcBlock::pools] = {};
+    for (const AbcListed& entry : entries)
+        ++counts[index(entry.pool)];
+    for (size_t i = 0; i < SwfAbcBlock::pools; ++i)
+        _texts[i].reserve(counts[i] + 1);
     for (const AbcListed& entry : entries) {
         place = entry.offset;
         listFirst(entry);

@@ -71,41 +71,50 @@ public:
             return none;
         const uint32_t hash = hashOf(text);
         for (size_t at = hash & _mask;; at = (at + 1) & _mask) {
-            const Slot& slot = _slots[at];
-            if (slot.value == none || (slot.hash == hash && slot.text == text))
-                return slot.value;
+            const Slot slot = _slots[at];
+            if (slot.entry == none)
+                return none;
+            if (slot.hash == hash && _entries[slot.entry].text == text)
+                return _entries[slot.entry].value;
         }
     }
     /// False when the text is there already: its number stays.
     bool add(std::string_view text, uint32_t value) {
-        if (2 * (_count + 1) > _slots.size())
-            grow(_count + 1);
-        Slot& slot = place(text, hashOf(text));
-        if (slot.value != none)
-            return false;
-        slot.text = text;
-        slot.value = value;
-        ++_count;
+        if (2 * (_entries.size() + 1) > _slots.size())
+            grow(_entries.size() + 1);
+        const uint32_t hash = hashOf(text);
+        size_t at = hash & _mask;
+        for (; _slots[at].entry != none; at = (at + 1) & _mask) {
+            if (_slots[at].hash == hash && _entries[_slots[at].entry].text == text)
+                return false;
+        }
+        _slots[at] = {hash, static_cast<uint32_t>(_entries.size())};
+        _entries.push_back({text, value});
         return true;
     }
     void clear() {
-        constexpr size_t kept = 1024; // more would take longer to clear than to make again
+        constexpr size_t kept = 4096; // more would take longer to clear than to make again
         if (_slots.size() > kept)
             _slots.clear();
-        else if (_count != 0)
+        else if (!_entries.empty())
             std::fill(_slots.begin(), _slots.end(), Slot());
-        _count = 0;
+        _entries.clear();
     }
     void reserve(size_t count) {
+        _entries.reserve(count);
         if (2 * count > _slots.size())
             grow(count);
     }
 
 private:
+    // Small, so that a search among many mostly waits for memory once.
     struct Slot {
-        std::string_view text;
         uint32_t hash = 0;
-        uint32_t value = none;
+        uint32_t entry = none;
+    };
+    struct Entry {
+        std::string_view text;
+        uint32_t value;
     };
 
     static uint32_t hashOf(std::string_view text) {
@@ -120,16 +129,10 @@ private:
             hash ^= hash >> 32;
         }
         uint64_t word = 0;
-        std::memcpy(&word, at, left);
+        if (left != 0)
+            std::memcpy(&word, at, left);
         hash = (hash ^ word) * factor;
         return static_cast<uint32_t>(hash >> 32);
-    }
-    Slot& place(std::string_view text, uint32_t hash) {
-        size_t at = hash & _mask;
-        while (_slots[at].value != none && (_slots[at].hash != hash || _slots[at].text != text))
-            at = (at + 1) & _mask;
-        _slots[at].hash = hash;
-        return _slots[at];
     }
     void grow(size_t count) {
         size_t size = 64;
@@ -139,13 +142,18 @@ private:
         old.swap(_slots);
         _mask = size - 1;
         for (const Slot& slot : old) {
-            if (slot.value != none)
-                place(slot.text, slot.hash) = slot;
+            if (slot.entry == none)
+                continue;
+            size_t at = slot.hash & _mask;
+            while (_slots[at].entry != none)
+                at = (at + 1) & _mask;
+            _slots[at] = slot;
         }
     }
 
     std::vector<Slot> _slots;
-    size_t _mask = 0, _count = 0;
+    std::vector<Entry> _entries;
+    size_t _mask = 0;
 };
 
 } // namespace xml2swf

@@ -255,7 +255,7 @@ private:
     void escape() {
         for (Texts* texts : {&_names.strings, &_names.namespaces, &_names.namespaceSets, &_names.multinames}) {
             for (std::string_view& text : *texts) {
-                if (text.find_first_of("\"&'<>") == text.npos)
+                if (!needsReferences(text))
                     continue;
                 std::string escaped;
                 appendAttributeText(escaped, text);

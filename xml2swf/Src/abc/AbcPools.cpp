@@ -357,9 +357,12 @@ void AbcPools::list(const std::vector<AbcListed>& entries, size_t& place) {
         ++counts[index(entry.pool)];
     for (size_t i = 0; i < SwfAbcBlock::pools; ++i)
         _texts[i].reserve(counts[i] + 1);
-    for (const AbcListed& entry : entries) {
-        place = entry.offset;
-        listFirst(entry);
+    constexpr size_t ahead = 8;
+    for (size_t i = 0; i < entries.size(); ++i) {
+        if (i + ahead < entries.size())
+            _texts[index(entries[i + ahead].pool)].prefetch(entries[i + ahead].text);
+        place = entries[i].offset;
+        listFirst(entries[i]);
     }
     // Entries refer to others by their texts, wherever these stand.
     for (const Pool pool : {Pool::namespaces, Pool::namespaceSets, Pool::multinames}) {

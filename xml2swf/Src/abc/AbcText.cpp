@@ -1,5 +1,6 @@
 #include "AbcText.h"
 
+#include <algorithm>
 #include <array>
 
 namespace xml2swf {
@@ -118,9 +119,16 @@ std::optional<std::string> abcBytes(std::string_view text) {
     return bytes;
 }
 
+static bool isMarkup(char c) { return c == '"' || c == '&' || c == '\'' || c == '<' || c == '>'; }
+
+bool needsReferences(std::string_view text) { return std::any_of(text.begin(), text.end(), isMarkup); }
+
 void appendAttributeText(std::string& out, std::string_view text) {
-    for (size_t at; (at = text.find_first_of("\"&'<>")) != text.npos; text.remove_prefix(at + 1)) {
+    for (;;) {
+        const auto at = static_cast<size_t>(std::find_if(text.begin(), text.end(), isMarkup) - text.begin());
         out.append(text.substr(0, at));
+        if (at == text.size())
+            return;
         switch (text[at]) {
         case '"': out += "&quot;"; break;
         case '&': out += "&amp;"; break;
@@ -128,8 +136,8 @@ void appendAttributeText(std::string& out, std::string_view text) {
         case '<': out += "&lt;"; break;
         default: out += "&gt;";
         }
+        text.remove_prefix(at + 1);
     }
-    out.append(text);
 }
 
 } // namespace xml2swf

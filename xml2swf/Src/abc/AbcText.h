@@ -24,6 +24,8 @@ void appendAbcText(std::string& out, std::string_view bytes, AbcTextPlace place)
 /// The bytes of a text; nothing for one with an escape that means nothing.
 std::optional<std::string> abcBytes(std::string_view text);
 
+/// Whether a text holds something that is written as a reference in an attribute's value.
+bool needsReferences(std::string_view text);
 /// Appends text as it stands in an attribute's value.
 void appendAttributeText(std::string& out, std::string_view text);
 
@@ -49,8 +51,9 @@ public:
 
 private:
     void makeRoom(size_t size) {
-        constexpr size_t blockSize = 64 * 1024;
-        const size_t room = size > blockSize / 4 ? size : blockSize;
+        constexpr size_t least = 1024, most = 64 * 1024;
+        const size_t usual = std::min(most, least << std::min<size_t>(_blocks.size(), 6));
+        const size_t room = size > usual / 4 ? size : usual;
         _blocks.emplace_back(new char[room]);
         _next = _blocks.back().get();
         _left = room;
@@ -91,6 +94,11 @@ public:
         _slots[at] = {hash, static_cast<uint32_t>(_entries.size())};
         _entries.push_back({text, value});
         return true;
+    }
+    /// Asks for the memory that a search for the text will look at.
+    void prefetch(std::string_view text) const {
+        if (!_slots.empty())
+            __builtin_prefetch(&_slots[hashOf(text) & _mask]);
     }
     void clear() {
         constexpr size_t kept = 4096; // more would take longer to clear than to make again

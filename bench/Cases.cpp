@@ -31,6 +31,16 @@ void addGenerated(std::vector<Case>& cases, const char* name, Content content, s
     }
 }
 
+// Movies of ActionScript 3, in the form that shows its code: generated ones, and the corpus's with most of it.
+void addAbc(std::vector<Case>& cases) {
+    for (const size_t size : {1, 10})
+        cases.push_back({"abc-" + std::to_string(size) + "MB",
+                         [=] { return compressMovie(generateAbcMovie(size * megabyte)); }, false, true});
+    const fs::path biggest = fs::path(CORPUS_DIR) / "large" / "abc-definefont4.swf";
+    if (fs::exists(biggest))
+        cases.push_back({"abc-of-corpus", [=] { return libswf::readFile(biggest.string()); }, false, true});
+}
+
 } // namespace
 
 const std::vector<Case>& cases() {
@@ -42,6 +52,7 @@ const std::vector<Case>& cases() {
         addGenerated(result, "actions", Content::actions, {10, 30});
         addGenerated(result, "payload", Content::payload, {10, 30, 100});
         addGenerated(result, "mixed", Content::mixed, {10, 30, 100});
+        addAbc(result);
         return result;
     }();
     return all;
@@ -56,6 +67,7 @@ const Movie& movieOf(const Case& benchCase) {
     movie.file = benchCase.makeFile();
     libswf::SwfMovieSafe loaded;
     libswf::SwfLoadOptions load;
+    load.fullForm = movie.fullForm = benchCase.fullForm;
     load.keepRaw = true;
     loaded.parse(movie.file, load);
     const libswf::SwfBytes body = loaded.body();

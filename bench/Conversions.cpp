@@ -20,6 +20,7 @@ namespace {
 void readAndConvert(const Movie& movie) {
     SwfMovieSafe loaded;
     SwfLoadOptions load;
+    load.fullForm = movie.fullForm;
     load.keepRaw = true;
     load.readLater = true;
     loaded.parse(movie.file, load);
@@ -134,8 +135,10 @@ public:
         }
         for (const char* family : {"payload", "mixed"}) {
             for (const char* work : {"swf-to-xml", "xml-to-swf"})
-                exponent(family, work);
+                exponent(family, work, 10);
         }
+        for (const char* work : {"swf-to-xml", "xml-to-swf"})
+            exponent("abc", work, 1);
     }
 
 private:
@@ -152,11 +155,12 @@ private:
                     time(name, "xml-to-cws") / time(name, "deflate"));
     }
 
-    void exponent(const std::string& family, const char* work) const {
-        const double small = time(family + "-10MB", work), large = time(family + "-100MB", work);
+    void exponent(const std::string& family, const char* work, int megabytes) const {
+        const auto timeOf = [&](int size) { return time(family + "-" + std::to_string(size) + "MB", work); };
+        const double small = timeOf(megabytes), large = timeOf(10 * megabytes);
         if (std::isfinite(small) && std::isfinite(large))
-            std::printf("growth of %s, %s, from 10 to 100 MB: exponent %.2f\n", family.c_str(), work,
-                        std::log10(large / small));
+            std::printf("growth of %s, %s, from %d to %d MB: exponent %.2f\n", family.c_str(), work, megabytes,
+                        10 * megabytes, std::log10(large / small));
     }
 
     const std::map<std::string, double>& _seconds;

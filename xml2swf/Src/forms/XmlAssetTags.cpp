@@ -95,9 +95,9 @@ void readXml(XmlElement& element, SwfTagDoABC& tag) {
     tag.abcData = readAbc(element, "DoABCData");
 }
 
-void writeXml(XmlNode& node, const SwfTagDoABCDefine& tag) { writePayload(node, "DoABCData", tag.abcData.span()); }
+void writeXml(XmlNode& node, const SwfTagDoABCDefine& tag) { writeAbc(node, tag, tag.abcData, "DoABCData"); }
 
-void readXml(XmlElement& element, SwfTagDoABCDefine& tag) { tag.abcData = element.payload("DoABCData"); }
+void readXml(XmlElement& element, SwfTagDoABCDefine& tag) { tag.abcData = readAbc(element, "DoABCData"); }
 
 void writeXml(XmlNode& node, const SwfTagDefineBinaryData& tag) {
     node.attribute("CharacterId", tag.characterId);

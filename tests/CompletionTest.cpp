@@ -53,7 +53,7 @@ TEST(Completion, OffersWhatMayStandThere) {
         {"<Actions><GetURL2 SendVarsMethod=\"GET\"|", ""},
         {"<Actions><GetURL2 SendVarsMethod=\"GET|\"", "value GET: None GET POST"},
         {"<Actions><GetURL URL=\"|", ""},
-        {"<Actions><GetURL |URL = \"a\"", "attribute : Target"},
+        {"<Actions><GetURL |URL = \"a\"", "attribute : At Target"},
         {"<Paly><|", ""},
         {"<Movie><Paly><|", ""},
         {"<Movie><DefineShape></|", "end : DefineShape"},

@@ -1,6 +1,8 @@
 // The actions that carry a payload.
 #pragma once
 
+#include <array>
+
 #include "SwfAction.h"
 #include "SwfStructs.h"
 #include "SwfValues.h"
@@ -283,6 +285,8 @@ public:
     SwfActions tryBody, catchBody, finallyBody;
     uint16_t trySize = 0, catchSize = 0, finallySize = 0; ///< bytes of the bodies as read; worked out anew on write
 
+    /// Bytes of the payload in front of the bodies.
+    uint32_t headSize() const { return 7 + (catchInRegister ? 1 : catchName.getSize(true)); }
     bool hasCatch(bool fullForm) const { return (flags & bits(fullForm).catchBlock) != 0; }
     bool hasFinally(bool fullForm) const { return (flags & bits(fullForm).finallyBlock) != 0; }
 
@@ -299,5 +303,8 @@ private:
     void writeNameOrRegister(SwfOStream& stream);
     void writeSizes(SwfOStream& stream);
 };
+
+/// The lists that an action holds, in the order of their bytes, with null for those it lacks. They end the record.
+std::array<SwfActions*, 3> bodiesOf(SwfAction& action);
 
 } // namespace libswf

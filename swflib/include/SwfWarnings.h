@@ -18,16 +18,19 @@ struct SwfWarning {
         skipped, ///< an XML element or attribute that nothing reads
         cut,     ///< a value that loses bits on its way into the file
         ignored, ///< bytes of the file that belong to nothing
-        tooSmall ///< a limit that its code exceeds
+        tooSmall, ///< a limit that its code exceeds
+        astray   ///< a branch that does not lead to the start of an action
     };
     static constexpr uint64_t noOffset = UINT64_MAX;
 
     Kind kind = Kind::skipped;
     uint16_t tagCode = 0;
-    std::string tagName;          ///< name of the tag or element concerned
-    std::string path;             ///< indices from the top-level list down, "4.2"; empty when not inside a tag
-    uint64_t offset = noOffset;   ///< byte in the inflated movie, or in the XML text when row is set
-    uint32_t row = 0, column = 0; ///< place in the XML text, counted from 1; 0 for a place in a movie
+    std::string tagName;              ///< name of the tag or element concerned
+    std::string path;                 ///< indices from the top-level list down, "4.2"; empty when not inside a tag
+    uint64_t offset = noOffset;       ///< byte in the inflated movie, or in the XML text when row is set
+    uint32_t row = 0, column = 0;     ///< place in the XML text, counted from 1; 0 for a place in a movie
+    uint64_t targetOffset = noOffset; ///< of a branch: byte in the XML text of the element that it leads into
+    uint32_t targetRow = 0;
     std::string reason;
 
     /// One line: "kept raw: tag 4.2 (PlaceObject3) at offset 0x1f: ...".

@@ -27,6 +27,7 @@ class SwfTag;
 namespace xml2swf {
 
 class ActionBytes;
+class ScriptNotes;
 
 /// What the readers of one document share.
 struct XmlReadContext {
@@ -39,6 +40,7 @@ struct XmlReadContext {
     uint16_t actionDepth = 0;
     uint32_t threads = 1;               ///< for an element that can be read in parts
     ActionBytes* actionBytes = nullptr; ///< where actions become bytes; null: they stay objects
+    ScriptNotes* script = nullptr;      ///< whose actions are being read; null outside of scripts
     /// The original record of the tag whose element's name stands at an offset; null when its text is not as it was.
     /// Empty when there is no original.
     std::function<std::shared_ptr<libswf::SwfTag>(size_t)> untouched;
@@ -49,6 +51,8 @@ struct XmlReadContext {
     bool isToWrite() const { return actionBytes != nullptr; }
 
     void warn(libswf::SwfWarning::Kind kind, std::string_view element, size_t offset, std::string reason);
+    /// The same for a warning that says more; it gets its place.
+    void warn(libswf::SwfWarning warning, size_t offset);
 };
 
 /// The name of a value; empty when it has none.
@@ -117,6 +121,10 @@ public:
     std::optional<std::string_view> firstAttribute(std::string_view name, const XmlValueForm& form);
     /// Its name, where there is one.
     std::string_view firstName() const { return _attributes[0].name; }
+    /// Names of places: what a `form` of these kinds says.
+    std::string label(std::string_view name, XmlValueForm::Kind form) {
+        return std::string(attribute(name, {form}).value_or(""));
+    }
     /// A text; one with a NUL in it (written as a reference) is a bad value.
     libswf::SwfString string(std::string_view name);
     template <std::integral Int>

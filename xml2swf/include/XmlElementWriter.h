@@ -71,6 +71,7 @@ private:
     bool _open = false;
 };
 
+class ScriptView;
 struct TagText;
 
 /// What the writers of nested tags share.
@@ -80,6 +81,7 @@ struct XmlWriteContext {
     bool abcAsData = false; ///< show blocks of ActionScript 3 as bytes
     libswf::SwfWarnings* warnings = nullptr;
     std::vector<uint32_t> tagPath;            ///< indices of the tag being written
+    ScriptView* script = nullptr;             ///< being written in the full form; null elsewhere
     uint32_t threads = 1;                     ///< for an element that can be written in parts
     std::vector<TagText>* tagTexts = nullptr; ///< receives the place of each tag's element; may be null
 };

@@ -19,7 +19,17 @@ using XmlNames = std::span<const XmlName>;
 
 /// What a reader takes the text of an attribute for.
 struct XmlValueForm {
-    enum class Kind : uint8_t { text, integer, real, boolean, color, name, nameOrInteger };
+    enum class Kind : uint8_t {
+        text,
+        integer,
+        real,
+        boolean,
+        color,
+        name,
+        nameOrInteger,
+        places, ///< names of the place where the element stands, with blanks between them
+        place   ///< the name of a place that the element leads to
+    };
 
     Kind kind = Kind::text;
     int64_t low = 0, high = 0; ///< of an integer

@@ -283,4 +283,21 @@ void SwfActionTry::write(SwfOStream& stream) {
     writePayload(stream);
 }
 
+std::array<SwfActions*, 3> bodiesOf(SwfAction& action) {
+    switch (action.type) {
+    case SwfActionCode::DefineFunction:
+    case SwfActionCode::DefineFunction2:
+    case SwfActionCode::With:
+        if (auto* block = dynamic_cast<SwfActionBlock*>(&action))
+            return {&block->body};
+        break;
+    case SwfActionCode::Try:
+        if (auto* attempt = dynamic_cast<SwfActionTry*>(&action))
+            return {&attempt->tryBody, &attempt->catchBody, &attempt->finallyBody};
+        break;
+    default: break;
+    }
+    return {};
+}
+
 } // namespace libswf

@@ -14,6 +14,7 @@ static const char* kindText(SwfWarning::Kind kind) {
     case SwfWarning::Kind::skipped: return "skipped";
     case SwfWarning::Kind::cut: return "cut";
     case SwfWarning::Kind::tooSmall: return "too small";
+    case SwfWarning::Kind::astray: return "leads astray";
     default: return "ignored";
     }
 }
@@ -34,7 +35,8 @@ std::string SwfWarning::text() const {
     }
     if (result.back() == ' ')
         result.pop_back();
-    return result + ": " + reason;
+    result += ": " + reason;
+    return targetRow == 0 ? result : result + " of row " + std::to_string(targetRow);
 }
 
 void SwfWarnings::add(SwfWarning warning) {

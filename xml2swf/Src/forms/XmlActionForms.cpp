@@ -2,6 +2,8 @@
 
 #include "XmlActions.h"
 #include "XmlPushValues.h"
+#include "XmlScriptNotes.h"
+#include "XmlScriptView.h"
 
 namespace xml2swf {
 
@@ -26,6 +28,15 @@ bool readBody(Element& element, const char* name, SwfActions& body) {
     const SwfDepthScope depth(context.actionDepth);
     readActions(*child, body);
     return true;
+}
+
+// Where a branch leads to: a name, or its number.
+void writeTarget(XmlNode& node, std::string_view number, int32_t value) {
+    const std::string name = node.context().script == nullptr ? std::string() : node.context().script->nextTarget();
+    if (name.empty())
+        node.attribute(number, value);
+    else
+        node.attribute(targetAttribute, std::string_view(name));
 }
 
 // Bits that no one has given a meaning; mostly none is set.
@@ -67,6 +78,8 @@ static void read(Element& element, SwfActionStoreRegister& action) {
 }
 
 void writeXml(XmlNode& node, const SwfActionConstantPool& action) {
+    if (node.context().script != nullptr)
+        node.context().script->startPool(action);
     for (const SwfString& constant : action.constants)
         XmlNode(node, "Constant").attribute("Name", constant);
 }
@@ -74,16 +87,19 @@ void writeXml(XmlNode& node, const SwfActionConstantPool& action) {
 template <class Element>
 static void read(Element& element, SwfActionConstantPool& action) {
     readEach(element, "Constant", [&](Element& child) { action.constants.append(child.string("Name")); });
+    if (element.context().fullForm)
+        element.context().script->constants.set(action);
 }
 
 void writeXml(XmlNode& node, const SwfActionWaitForFrame& action) {
     node.attribute("Frame", action.frame);
-    node.attribute("SkipCount", action.skipCount);
+    writeTarget(node, "SkipCount", action.skipCount);
 }
 
 template <class Element>
 static void read(Element& element, SwfActionWaitForFrame& action) {
     action.frame = element.ui16("Frame");
+    element.context().script->addBranch(element, SwfActionCode::WaitForFrame);
     action.skipCount = element.ui8("SkipCount");
 }
 
@@ -101,10 +117,11 @@ static void read(Element& element, SwfActionGoToLabel& action) {
     action.label = element.string("Label");
 }
 
-void writeXml(XmlNode& node, const SwfActionWaitForFrame2& action) { node.attribute("SkipCount", action.skipCount); }
+void writeXml(XmlNode& node, const SwfActionWaitForFrame2& action) { writeTarget(node, "SkipCount", action.skipCount); }
 
 template <class Element>
 static void read(Element& element, SwfActionWaitForFrame2& action) {
+    element.context().script->addBranch(element, SwfActionCode::WaitForFrame2);
     action.skipCount = element.ui8("SkipCount");
 }
 
@@ -156,6 +173,13 @@ static void read(Element& element, SwfActionDefineFunction2& action) {
     readBody(element, "Actions", action.body);
 }
 
+static void writeBlock(XmlNode& node, const char* name, const SwfActions& body, bool isThere) {
+    if (isThere || !body.empty())
+        writeBody(node, name, body);
+    else
+        node.context().script->passList();
+}
+
 void writeXml(XmlNode& node, const SwfActionTry& action) {
     const bool full = node.context().swf.fullForm;
     if (action.catchInRegister)
@@ -165,10 +189,8 @@ void writeXml(XmlNode& node, const SwfActionTry& action) {
     if (full)
         writeReserved(node, action.flags >> SwfActionTry::reservedShift);
     writeBody(node, "TryActions", action.tryBody);
-    if (!full || action.hasCatch(full) || !action.catchBody.empty())
-        writeBody(node, "CatchActions", action.catchBody);
-    if (!full || action.hasFinally(full) || !action.finallyBody.empty())
-        writeBody(node, "FinallyActions", action.finallyBody);
+    writeBlock(node, "CatchActions", action.catchBody, !full || action.hasCatch(full));
+    writeBlock(node, "FinallyActions", action.finallyBody, !full || action.hasFinally(full));
 }
 
 template <class Element>
@@ -196,10 +218,13 @@ static void read(Element& element, SwfActionWith& action) {
     readBody(element, "Actions", action.body);
 }
 
-static void writeBranch(XmlNode& node, const SwfActionBranch& action) { node.attribute("Offset", action.branchOffset); }
+static void writeBranch(XmlNode& node, const SwfActionBranch& action) {
+    writeTarget(node, "Offset", action.branchOffset);
+}
 
 template <class Element>
 static void readBranch(Element& element, SwfActionBranch& action) {
+    element.context().script->addBranch(element, static_cast<uint8_t>(action.type));
     action.branchOffset = element.si16("Offset");
 }
 

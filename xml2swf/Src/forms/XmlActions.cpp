@@ -5,6 +5,8 @@
 
 #include "XmlActionForms.h"
 #include "XmlActionRun.h"
+#include "XmlScriptNotes.h"
+#include "XmlScriptView.h"
 
 namespace xml2swf {
 
@@ -21,12 +23,22 @@ struct ActionForm {
     std::unique_ptr<SwfAction> (*readQuickly)(XmlQuickElement& element) = nullptr;
 };
 
+// An action's element, with the name of its place.
+class ActionNode : public XmlNode {
+public:
+    ActionNode(XmlNode& parent, std::string_view name) : XmlNode(parent, name) {
+        if (context().script != nullptr)
+            context().script->startAction(*this);
+    }
+};
+
 // False when the object is not of the class: the class decides, not the code.
 template <class Action>
 bool writeAs(XmlNode& parent, std::string_view name, const SwfAction& action) {
     if (typeid(action) != typeid(Action))
         return false;
-    writeChild(parent, name, static_cast<const Action&>(action));
+    ActionNode node(parent, name);
+    writeXml(node, static_cast<const Action&>(action));
     return true;
 }
 
@@ -55,7 +67,7 @@ constexpr std::string_view allNames[] = {
 #define SWF_ACTION(code, name) #name,
 #define SWF_PAYLOAD_ACTION(code, name, type) #name,
 #include "SwfActions.def"
-    unknownName};
+    unknownName, placeElement};
 
 const ActionForm* formByCode(uint32_t code) {
     static const std::array<const ActionForm*, 256> forms = [] {
@@ -69,9 +81,11 @@ const ActionForm* formByCode(uint32_t code) {
 
 const ActionForm* formByName(std::string_view name, const XmlNameWords& words) {
     static const ActionForm unknownForm{unknownName, SwfActionCode::compiled, nullptr, readUnknown, readUnknown};
+    static const ActionForm placeForm{placeElement, SwfActionCode::compiled};
     static const XmlNameTable<ActionForm> forms = [] {
         XmlNameTable<ActionForm> table;
         table.add(unknownName, &unknownForm);
+        table.add(placeElement, &placeForm);
         for (const ActionForm& form : allForms)
             table.add(form.name, &form);
         return table;
@@ -80,7 +94,7 @@ const ActionForm* formByName(std::string_view name, const XmlNameWords& words) {
 }
 
 void writeUnknown(XmlNode& parent, uint32_t code, std::span<const uint8_t> data) {
-    XmlNode node(parent, unknownName);
+    ActionNode node(parent, unknownName);
     node.attribute("Type", code);
     writePayload(node, "Data", data);
 }
@@ -90,11 +104,11 @@ void writeAction(XmlNode& parent, const SwfAction& action) {
     const auto& type = typeid(action);
     const ActionForm* form = formByCode(action.type);
     if (form != nullptr && form->write == nullptr && type == typeid(SwfAction))
-        XmlNode(parent, form->name);
+        ActionNode(parent, form->name);
     else if (form != nullptr && form->write != nullptr && form->write(parent, form->name, action))
         return;
     else if (action.type == SwfActionCode::compiled)
-        XmlNode(parent, "Compiled");
+        ActionNode(parent, "Compiled");
     else if (type == typeid(SwfActionUnknown))
         writeUnknown(parent, action.type, static_cast<const SwfActionUnknown&>(action).data.span());
     else
@@ -104,15 +118,43 @@ void writeAction(XmlNode& parent, const SwfAction& action) {
 std::unique_ptr<SwfAction> read(const ActionForm& form, XmlElement& element) { return form.read(element); }
 std::unique_ptr<SwfAction> read(const ActionForm& form, XmlQuickElement& element) { return form.readQuickly(element); }
 
-// Null for a name that is no action's.
+// In the classic form, the bytes of a record up to the next one where its length does not tell them: the length of a
+// Try counts its bodies, which are records of their own, and code 128 has none.
+uint32_t oddBytes(const SwfAction& action, const SwfContext& context) {
+    const uint32_t header = action.headerSize(context);
+    if (const auto* attempt = dynamic_cast<const SwfActionTry*>(&action))
+        return header + attempt->headSize();
+    const auto* unknown = dynamic_cast<const SwfActionUnknown*>(&action);
+    return header + (unknown == nullptr ? 0 : static_cast<uint32_t>(unknown->data.size()));
+}
+
+template <class Element>
+std::unique_ptr<SwfAction> readOdd(const ActionForm& form, Element& element) {
+    ScriptNotes& script = *element.context().script;
+    const size_t record = script.addOddRecord();
+    std::unique_ptr<SwfAction> action = read(form, element);
+    script.setOddRecord(record, oddBytes(*action, {}));
+    return action;
+}
+
+// Null for a place, which is no action, and for a name that is no action's.
 template <class Element>
 std::unique_ptr<SwfAction> readAction(Element& element) {
+    ScriptNotes& script = *element.context().script;
     const ActionForm* form = formByName(element.name(), nameWords(element));
     if (form == nullptr) {
         element.skip();
         return nullptr;
     }
-    return form->read != nullptr ? read(*form, element) : std::make_unique<SwfAction>(form->code);
+    if (form->code == SwfActionCode::compiled && form->read == nullptr) {
+        script.addLabels(element);
+        return nullptr;
+    }
+    script.startAction(element);
+    if (form->read == nullptr)
+        return std::make_unique<SwfAction>(form->code);
+    const bool isOdd = form->code == SwfActionCode::Try || form->code == SwfActionCode::compiled;
+    return isOdd && !element.context().fullForm ? readOdd(*form, element) : read(*form, element);
 }
 
 template <class Element, class Children>
@@ -132,25 +174,28 @@ public:
     size_t read(std::string_view text, size_t start, size_t end) override {
         XmlQuickText quick(text, start, end);
         size_t done = start;
-        while (auto action = readNext(quick)) {
-            _actions.add(std::move(action));
+        while (readNext(quick))
             done = quick.position();
-        }
         return done;
     }
 
 private:
-    // Null when the next one is not of that form.
-    std::unique_ptr<SwfAction> readNext(XmlQuickText& text) {
+    // False when the next one is not of that form.
+    bool readNext(XmlQuickText& text) {
         text.passBlanks();
         if (!text.atElement())
-            return nullptr;
+            return false;
+        const ScriptNotes::Mark before = _context.script->mark();
         std::unique_ptr<SwfAction> action;
         {
             XmlQuickElement element(_context, text);
             action = readAction(element);
         }
-        return text.isUsual() ? std::move(action) : nullptr;
+        if (!text.isUsual())
+            _context.script->rewind(before);
+        else if (action != nullptr)
+            _actions.add(std::move(action));
+        return text.isUsual();
     }
 
     XmlReadContext& _context;
@@ -161,27 +206,67 @@ constexpr XmlNameGroup actionElements{"Actions", allNames};
 
 } // namespace
 
-void writeActions(XmlNode& parent, const SwfActions& actions) {
+static void writeEach(XmlNode& parent, const SwfActions& actions) {
     for (const SwfAction* action : actions)
         writeAction(parent, *action);
 }
 
+static void writeList(XmlNode& parent, const SwfActions& actions, ScriptView& script) {
+    const ScriptView::List list(script);
+    writeEach(parent, actions);
+    script.endList(parent);
+}
+
+void writeActions(XmlNode& parent, const SwfActions& actions) {
+    XmlWriteContext& context = parent.context();
+    if (!context.swf.fullForm) {
+        writeEach(parent, actions);
+    } else if (context.script != nullptr) {
+        writeList(parent, actions, *context.script);
+    } else {
+        ScriptView script(context, actions);
+        writeList(parent, actions, script);
+    }
+}
+
 std::optional<SwfBytes> compileActions(XmlReadContext& context, std::string_view& text) {
     SwfActions actions;
-    size_t end = 0;
+    const std::string_view document = context.document->text();
+    const auto start = static_cast<size_t>(text.data() - document.data());
+    size_t end = start;
+    ScriptNotes script(context);
     try {
         ActionRun run(context, actions);
-        end = QuickActions(context, run).read(text, 0, text.size());
+        end = QuickActions(context, run).read(document, start, start + text.size());
         run.finish();
+        if (!script.settle(actions, false))
+            return {};
     } catch (const SwfException&) {
         return {}; // as the nodes will tell
-    }
-    const std::string_view rest = text.substr(end);
-    const bool isAll = rest.substr(std::min(rest.find_first_not_of(" \t\r\n"), rest.size())).starts_with("</");
-    if (!isAll || actions.size() > 1 || (actions.size() == 1 && actions[0]->type != SwfActionCode::compiled))
+    } catch (const XmlValueError&) {
         return {};
-    text = rest;
-    return actions.empty() ? SwfBytes() : static_cast<const SwfActionCompiled&>(*actions[0]).records;
+    }
+    const std::string_view rest = text.substr(end - start);
+    const bool isAll = rest.substr(std::min(rest.find_first_not_of(" \t\r\n"), rest.size())).starts_with("</");
+    std::optional<SwfBytes> records;
+    if (isAll)
+        records = ActionRun::joined(context, actions);
+    if (records)
+        text = rest;
+    return records;
+}
+
+// The actions of a script's outermost list, or of one in it.
+template <class Read>
+static void readList(XmlReadContext& context, SwfActions& actions, Read read) {
+    if (context.script != nullptr) {
+        const ScriptList list(*context.script);
+        read();
+        return;
+    }
+    ScriptNotes script(context);
+    read();
+    script.settle(actions, true);
 }
 
 void readActions(XmlElement& parent, SwfActions& actions) {
@@ -191,14 +276,18 @@ void readActions(XmlElement& parent, SwfActions& actions) {
             actions.add(std::make_unique<SwfActionCompiled>(*records));
         return;
     }
-    ActionRun run(parent.context(), actions);
-    QuickActions quick(parent.context(), run);
-    readEach<XmlElement>(parent.children(actionElements, quick), run);
+    readList(parent.context(), actions, [&] {
+        ActionRun run(parent.context(), actions);
+        QuickActions quick(parent.context(), run);
+        readEach<XmlElement>(parent.children(actionElements, quick), run);
+    });
 }
 
 void readActions(XmlQuickElement& parent, SwfActions& actions) {
-    ActionRun run(parent.context(), actions);
-    readEach<XmlQuickElement>(parent.children(), run);
+    readList(parent.context(), actions, [&] {
+        ActionRun run(parent.context(), actions);
+        readEach<XmlQuickElement>(parent.children(), run);
+    });
 }
 
 } // namespace xml2swf

@@ -3,6 +3,9 @@
 #include <array>
 #include <type_traits>
 
+#include "XmlScriptNotes.h"
+#include "XmlScriptView.h"
+
 namespace xml2swf {
 
 using namespace libswf;
@@ -76,21 +79,56 @@ constexpr ValueForm forms[] = {
     numberForm<SwfValueConstant8>("Constant8"), numberForm<SwfValueConstant16>("Constant16"),
 };
 
+// The index of a text in the pool in force; a text for which it has no room is pushed itself.
+template <class Element>
+std::unique_ptr<SwfValue> readConstant(Element& element) {
+    const SwfString text = element.string("Name");
+    ConstantsInForce& constants = element.context().script->constants;
+    if (!constants.areKnown()) {
+        if (element.context().observer == nullptr)
+            throw XmlValueError(element.name(), "Name",
+                                "\"" + std::string(text.view()) +
+                                    "\" is in no pool: it is not known which one is in force here",
+                                element.offset());
+        return std::make_unique<SwfValueConstant8>();
+    }
+    const std::optional<uint16_t> index = constants.indexOf(text.view());
+    if (!index) {
+        auto value = std::make_unique<SwfValueString>();
+        value->text = text;
+        return value;
+    }
+    if (*index <= UINT8_MAX) {
+        auto value = std::make_unique<SwfValueConstant8>();
+        value->value = static_cast<uint8_t>(*index);
+        return value;
+    }
+    auto value = std::make_unique<SwfValueConstant16>();
+    value->value = *index;
+    return value;
+}
+
+constexpr ValueForm constantForm{"Constant", nullptr, readConstant, readConstant};
+
 constexpr auto allNames = [] {
-    std::array<std::string_view, std::size(forms)> names;
-    for (size_t i = 0; i < names.size(); ++i)
+    std::array<std::string_view, std::size(forms) + 1> names;
+    for (size_t i = 0; i < std::size(forms); ++i)
         names[i] = forms[i].name;
+    names.back() = constantForm.name;
     return names;
 }();
+constexpr std::span classicNames(allNames.data(), std::size(forms));
 
-const ValueForm* formByName(std::string_view name, const XmlNameWords& words) {
+const ValueForm* formByName(std::string_view name, const XmlNameWords& words, bool fullForm) {
     static const XmlNameTable<ValueForm> table = [] {
         XmlNameTable<ValueForm> result;
         for (const ValueForm& form : forms)
             result.add(form.name, &form);
+        result.add(constantForm.name, &constantForm);
         return result;
     }();
-    return table.find(name, words);
+    const ValueForm* form = table.find(name, words);
+    return form == &constantForm && !fullForm ? nullptr : form;
 }
 
 std::unique_ptr<SwfValue> read(const ValueForm& form, XmlElement& element) { return form.read(element); }
@@ -98,8 +136,11 @@ std::unique_ptr<SwfValue> read(const ValueForm& form, XmlQuickElement& element) 
 
 template <class Element>
 void readAll(Element& element, SwfValues& values) {
-    for (Element child : element.children(XmlNameGroup{"PushValues", allNames})) {
-        const ValueForm* form = formByName(child.name(), nameWords(child));
+    const bool fullForm = element.context().fullForm;
+    const std::span<const std::string_view> names =
+        fullForm ? std::span<const std::string_view>(allNames) : classicNames;
+    for (Element child : element.children(XmlNameGroup{"PushValues", names})) {
+        const ValueForm* form = formByName(child.name(), nameWords(child), fullForm);
         if (form == nullptr) {
             child.skip();
             form = &forms[SwfValueType::Undefined];
@@ -111,7 +152,12 @@ void readAll(Element& element, SwfValues& values) {
 } // namespace
 
 void writeValues(XmlNode& node, const SwfValues& values) {
+    ScriptView* script = node.context().script;
     for (const SwfValue* value : values) {
+        if (const auto text = script == nullptr ? std::nullopt : script->textOf(*value)) {
+            XmlNode(node, constantForm.name).attribute("Name", *text);
+            continue;
+        }
         const ValueForm& form = forms[value->valueType];
         XmlNode child(node, form.name);
         form.write(child, *value);

@@ -177,6 +177,8 @@ private:
                 const XmlPlace place = _context.places.at(static_cast<size_t>(warning.offset));
                 warning.row = place.row;
                 warning.column = place.column;
+                if (warning.targetOffset != SwfWarning::noOffset)
+                    warning.targetRow = _context.places.at(static_cast<size_t>(warning.targetOffset)).row;
             });
         for (std::shared_ptr<SwfTag>& tag : part.tags)
             _sink.take(std::move(tag));

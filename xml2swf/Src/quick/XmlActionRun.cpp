@@ -1,11 +1,16 @@
 #include "XmlActionRun.h"
 
+#include <typeinfo>
+
+#include "SwfActionsPayload.h"
+
 namespace xml2swf {
 
 using namespace libswf;
 
 ActionRun::ActionRun(XmlReadContext& context, SwfActions& actions)
-    : _bytes(context.actionBytes), _start(_bytes != nullptr ? _bytes->_stream.written() : 0), _actions(actions) {
+    : _bytes(context.actionBytes), _start(_bytes != nullptr ? _bytes->_stream.written() : 0), _isFull(context.fullForm),
+      _actions(actions) {
     if (_bytes != nullptr)
         _bytes->_stream.context.fullForm = _bytes->_counter.context.fullForm = context.fullForm;
 }
@@ -16,7 +21,8 @@ ActionRun::~ActionRun() {
 }
 
 void ActionRun::add(std::unique_ptr<SwfAction> action) {
-    if (_bytes != nullptr && write(*action))
+    const bool takesConstants = _isFull && action->type == SwfActionCode::ConstantPool;
+    if (_bytes != nullptr && !takesConstants && write(*action))
         return;
     finish();
     _actions.add(std::move(action));
@@ -50,6 +56,30 @@ void ActionRun::finish() {
     const auto block = std::span(stream.begin(), stream.end()).subspan(_start);
     _actions.add(std::make_unique<SwfActionCompiled>(SwfBytes::copyOf(block)));
     _bytes->_stream.rewind(_start);
+}
+
+static bool isBytes(const SwfAction& action) { return typeid(action) == typeid(SwfActionCompiled); }
+
+std::optional<SwfBytes> ActionRun::joined(XmlReadContext& context, const SwfActions& actions) {
+    if (actions.empty())
+        return SwfBytes();
+    if (actions.size() == 1 && isBytes(*actions[0]))
+        return static_cast<const SwfActionCompiled&>(*actions[0]).records;
+    // Only pools stand between the blocks.
+    SwfActions whole;
+    {
+        ActionRun run(context, whole);
+        run._isFull = false;
+        for (SwfAction* action : actions) {
+            const bool isPool = typeid(*action) == typeid(SwfActionConstantPool);
+            if (!(isPool || isBytes(*action)) || !run.write(*action))
+                return {};
+        }
+        run.finish();
+    }
+    if (whole.size() != 1)
+        return {};
+    return static_cast<const SwfActionCompiled&>(*whole[0]).records;
 }
 
 } // namespace xml2swf

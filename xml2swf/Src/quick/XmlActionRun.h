@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "SwfAction.h"
 #include "XmlElement.h"
@@ -21,7 +22,8 @@ private:
 };
 
 /// A list being filled. Where the context has room for bytes, actions are written there and let go, and the list gets
-/// them as blocks; one that cannot be written, or only with a warning, stays as it is until the movie is written.
+/// them as blocks; one that cannot be written, or only with a warning, stays as it is until the movie is written. So
+/// does a pool that may still take constants by their text.
 class ActionRun {
 public:
     ActionRun(XmlReadContext& context, libswf::SwfActions& actions);
@@ -34,11 +36,15 @@ public:
     /// After the last one.
     void finish();
 
+    /// The bytes of a finished list; nothing when it holds what stays an object until the movie is written.
+    static std::optional<libswf::SwfBytes> joined(XmlReadContext& context, const libswf::SwfActions& actions);
+
 private:
     bool write(libswf::SwfAction& action);
 
     ActionBytes* const _bytes;
     const uint64_t _start; // of what was not handed to the list yet
+    bool _isFull;
     libswf::SwfActions& _actions;
 };
 

@@ -9,6 +9,7 @@
 
 #include "SwfBytes.h"
 #include "XmlBytes.h"
+#include "XmlDocument.h"
 #include "XmlElement.h"
 #include "XmlNameTable.h"
 #include "XmlNumbers.h"
@@ -141,6 +142,7 @@ public:
 
     bool has(std::string_view name) const { return _text.valueOf(name) != nullptr; }
     libswf::SwfString string(std::string_view name) { return _text.takeText(name); }
+    std::string label(std::string_view name, XmlValueForm::Kind) { return std::string(_text.takeText(name).view()); }
     std::optional<std::string_view> attribute(std::string_view name, std::string& room) {
         return _text.takeValue(name, room);
     }

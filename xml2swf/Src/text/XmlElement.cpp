@@ -18,13 +18,22 @@ void XmlReadContext::warn(SwfWarning::Kind kind, std::string_view element, size_
     SwfWarning warning;
     warning.kind = kind;
     warning.tagName = element;
+    warning.reason = std::move(reason);
+    warn(std::move(warning), offset);
+}
+
+void XmlReadContext::warn(SwfWarning warning, size_t offset) {
+    if (warnings == nullptr)
+        return;
+    const bool isKept = warnings->total() < libswf::SwfWarnings::limit;
     for (uint32_t index : tagPath)
         warning.path += (warning.path.empty() ? "" : ".") + std::to_string(index);
-    const XmlPlace place = warnings->total() < libswf::SwfWarnings::limit ? places.at(offset) : XmlPlace();
+    const XmlPlace place = isKept ? places.at(offset) : XmlPlace();
     warning.offset = offset;
     warning.row = place.row;
     warning.column = place.column;
-    warning.reason = std::move(reason);
+    if (warning.targetOffset != SwfWarning::noOffset && isKept)
+        warning.targetRow = places.at(static_cast<size_t>(warning.targetOffset)).row;
     warnings->add(std::move(warning));
 }
 

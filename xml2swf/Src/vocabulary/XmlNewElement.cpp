@@ -118,7 +118,9 @@ void chooseFlag(const ProbeNode& node, XmlElementType& type) {
 
 std::string_view defaultValue(const XmlValueForm& form) {
     switch (form.kind) {
-    case XmlValueForm::Kind::text: return "";
+    case XmlValueForm::Kind::text:
+    case XmlValueForm::Kind::places:
+    case XmlValueForm::Kind::place: return "";
     case XmlValueForm::Kind::boolean: return "false";
     case XmlValueForm::Kind::color: return "ff";
     case XmlValueForm::Kind::name: return form.names.front().name;

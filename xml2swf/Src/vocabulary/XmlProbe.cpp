@@ -52,7 +52,9 @@ std::optional<std::string> sampleValue(const XmlValueForm& form, size_t index) {
         return index < values.size() ? std::optional<std::string>(values.begin()[index]) : std::nullopt;
     };
     switch (form.kind) {
-    case XmlValueForm::Kind::text: return oneOf({"a"});
+    case XmlValueForm::Kind::text:
+    case XmlValueForm::Kind::places:
+    case XmlValueForm::Kind::place: return oneOf({"a"});
     case XmlValueForm::Kind::integer: return oneOf({"1", "0", "2"}); // 2 is outside no field's range but bits'
     case XmlValueForm::Kind::real: return oneOf({"1"});
     case XmlValueForm::Kind::boolean: return oneOf({"true", "false"});

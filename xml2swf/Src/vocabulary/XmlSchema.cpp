@@ -100,6 +100,10 @@ private:
     void writeValue(XmlNode& attribute, const XmlValueForm& form) {
         switch (form.kind) {
         case XmlValueForm::Kind::text: attribute.attribute("type", "xs:string"); break;
+        case XmlValueForm::Kind::places:
+            set(attribute, "type", simpleType("places", {{"xs:pattern", R"(\s*\S+(\s+\S+)*\s*)"}}));
+            break;
+        case XmlValueForm::Kind::place: set(attribute, "type", simpleType("place", {{"xs:pattern", R"(\S+)"}})); break;
         case XmlValueForm::Kind::integer: set(attribute, "type", integerType(form)); break;
         case XmlValueForm::Kind::real:
             set(attribute, "type",

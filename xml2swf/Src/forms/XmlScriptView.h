@@ -1,0 +1,77 @@
+// What a script shows in the full form instead of numbers: names of places, and constants by their text.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "SwfActionsPayload.h"
+#include "XmlElementWriter.h"
+
+namespace xml2swf {
+
+/// One script being written: a list of actions and all lists nested in it. Places are where actions start and lists
+/// end, in the order in which they are written. Those that branches lead to are called L1, L2 and so on.
+class ScriptView {
+public:
+    /// Is the script of the context for as long as it lives. Measures the actions.
+    ScriptView(XmlWriteContext& context, const libswf::SwfActions& script);
+    ~ScriptView() { _context.script = nullptr; }
+    ScriptView(const ScriptView&) = delete;
+    ScriptView& operator=(const ScriptView&) = delete;
+
+    // Called for everything in the order of writing.
+
+    /// Gives an action's element the name of its place.
+    void startAction(XmlNode& node);
+    /// Names the end of a list if a branch leads there.
+    void endList(XmlNode& list);
+    /// An empty list is left out.
+    void passList() { ++_place; }
+    /// The name of the place that the next branch leads to; empty when it keeps its number: it leads to no place, out
+    /// of the script, or as a number of actions over some that hold others.
+    std::string nextTarget();
+    void startPool(const libswf::SwfActionConstantPool& pool);
+    /// The text of a constant; nothing when its index has to stand: it is not sure which pool is in force, it has none
+    /// of this index, has its text twice, or the text would become another type.
+    std::optional<std::string_view> textOf(const libswf::SwfValue& value);
+
+    /// A list in the one around it, for as long as it lives.
+    class List;
+
+private:
+    class Outline;
+
+    static std::string nameAt(size_t index);
+    bool isTwice(uint32_t index);
+
+    XmlWriteContext& _context;
+    std::vector<uint32_t> _targets; // places that the branches lead to
+    std::vector<uint32_t> _named;   // places with a name
+    size_t _nextBranch = 0, _nextName = 0;
+    uint32_t _place = 0;
+
+    bool _poolsAreSure = true;
+    const libswf::SwfActionConstantPool* _pool = nullptr; // in force
+    uint32_t _pools = 0;                                  // so many came
+    std::vector<bool> _twice;                             // constants of the pool whose text it has more than once
+};
+
+class ScriptView::List {
+public:
+    explicit List(ScriptView& script) : _script(script), _pools(script._pools) {}
+    /// Behind a list with a pool of its own none is known.
+    ~List() {
+        if (_script._pools != _pools)
+            _script._pool = nullptr;
+    }
+    List(const List&) = delete;
+    List& operator=(const List&) = delete;
+
+private:
+    ScriptView& _script;
+    const uint32_t _pools;
+};
+
+} // namespace xml2swf

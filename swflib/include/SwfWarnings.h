@@ -13,13 +13,13 @@ struct SwfContext;
 
 struct SwfWarning {
     enum class Kind : uint8_t {
-        dropped, ///< a tag that could not be read is not in the result
-        keptRaw, ///< a tag or action is carried as bytes instead of fields
-        skipped, ///< an XML element or attribute that nothing reads
-        cut,     ///< a value that loses bits on its way into the file
-        ignored, ///< bytes of the file that belong to nothing
+        dropped,  ///< a tag that could not be read is not in the result
+        keptRaw,  ///< a tag or action is carried as bytes instead of fields
+        skipped,  ///< an XML element or attribute that nothing reads
+        cut,      ///< a value that loses bits on its way into the file
+        ignored,  ///< bytes of the file that belong to nothing
         tooSmall, ///< a limit that its code exceeds
-        astray   ///< a branch that does not lead to the start of an action
+        astray    ///< a branch that does not lead to the start of an action
     };
     static constexpr uint64_t noOffset = UINT64_MAX;
 

@@ -242,9 +242,8 @@ TEST_F(KeeperTest, WhatIsPutOffComesAgainAndWhatIsDiscardedDoesNot) {
         list->clearSelection();
         list->topLevelItem(0)->setSelected(true);
         answers.add([](QWidget& box) { click(box, QStringLiteral("&Discard")); });
-        answerRecovery(QStringLiteral("&Recover"), [](RecoveryDialog& next) {
-            EXPECT_EQ(next.findChild<QTreeWidget*>()->topLevelItemCount(), 1);
-        });
+        answerRecovery(QStringLiteral("&Recover"),
+                       [](RecoveryDialog& next) { EXPECT_EQ(next.findChild<QTreeWidget*>()->topLevelItemCount(), 1); });
     });
     window->keeper().offerRecovery();
     EXPECT_EQ(window->tabs().count(), 1);

@@ -1,4 +1,7 @@
 // Files that documents come from and go to, and what other programs and disks do to them meanwhile.
+#include <cerrno>
+#include <cstring>
+
 #include "Conversion.h"
 #include "DocumentFiles.h"
 #include "DocumentFixture.h"
@@ -243,7 +246,7 @@ TEST_F(SavedFilesTest, AFullDiskLosesNothingWhetherItStopsTheFileOrItsBackup) {
             EXPECT_EQ(content(name), before);
             ASSERT_EQ(user.failures.size(), 1u);
             EXPECT_EQ(user.failures[0].message.text, "Unable to save this file.");
-            EXPECT_NE(user.failures[0].reason.find("No space left on device"), std::string::npos)
+            EXPECT_NE(user.failures[0].reason.find(std::strerror(ENOSPC)), std::string::npos)
                 << user.failures[0].reason;
         }
         EXPECT_EQ(filesIn(folder), 4u) << "the files and one backup; nothing half-written stays";
@@ -260,7 +263,7 @@ TEST_F(SavedFilesTest, AFullDiskLosesNothingWhetherItStopsTheFileOrItsBackup) {
         EXPECT_EQ(filesIn(folder), 1u);
         ASSERT_EQ(user.failures.size(), 1u);
         EXPECT_NE(user.failures[0].reason.find("No backup"), std::string::npos);
-        EXPECT_NE(user.failures[0].reason.find("No space left on device"), std::string::npos);
+        EXPECT_NE(user.failures[0].reason.find(std::strerror(ENOSPC)), std::string::npos);
     });
     if (!isDone)
         GTEST_SKIP() << "no disk can be mounted here";
@@ -277,7 +280,7 @@ TEST_F(SavedFilesTest, AFolderThatTakesNothingLosesNothing) {
         EXPECT_FALSE(saveAgain(document, textOf("y")));
         EXPECT_EQ(content("r.swf"), before);
         ASSERT_EQ(user.failures.size(), 1u);
-        EXPECT_NE(user.failures[0].reason.find("Read-only file system"), std::string::npos) << user.failures[0].reason;
+        EXPECT_NE(user.failures[0].reason.find(std::strerror(EROFS)), std::string::npos) << user.failures[0].reason;
     });
     if (!isDone)
         GTEST_SKIP() << "no disk can be mounted here";
@@ -299,7 +302,7 @@ TEST_F(SavedFilesTest, WhereTheFileWasIsAFolder) {
         EXPECT_TRUE(document.isModified);
         EXPECT_EQ(readTextFile(path(name) + "/inside"), "kept");
         ASSERT_EQ(user.failures.size(), 1u);
-        EXPECT_NE(user.failures[0].reason.find("Is a directory"), std::string::npos) << user.failures[0].reason;
+        EXPECT_NE(user.failures[0].reason.find(std::strerror(EISDIR)), std::string::npos) << user.failures[0].reason;
     }
 }
 

@@ -165,7 +165,7 @@ TEST_F(RecoveryTest, AnOriginalThatCannotBeReadCostsItsBytesOnly) {
     }
     session->load(0, recovered);
     EXPECT_EQ(recovered.document.text, "<Movie/>");
-    EXPECT_EQ(recovered.document.warnings.size(), 1u);
+    EXPECT_EQ(recovered.document.warnings.entries().size(), 1u);
 }
 
 TEST_F(RecoveryTest, CopiesTakeBoundedRoom) {

@@ -37,6 +37,9 @@ struct SwfWarning {
     std::string text() const;
 };
 
+/// "kept raw" and the like.
+const char* kindText(SwfWarning::Kind kind);
+
 /// The warnings of one conversion in the order of their discovery. Holds at most `limit` of them, so that memory stays
 /// bounded on hostile input; `total` goes on counting.
 class SwfWarnings {

@@ -39,7 +39,7 @@ constexpr CommandRow rows[] = {
     {toggleFold, "Fol&d or Unfold\tCtrl+M", "", "", Needs::text, ""},
     {foldAll, "&Fold All\tCtrl+Shift+M", "", "", Needs::text, ""},
     {unfoldAll, "&Unfold All\tCtrl+Alt+M", "", "", Needs::text, ""},
-    {warnings, "&Warnings\tCtrl+Shift+W", "Show what the last conversion warned of\nWarnings", "", Needs::document, ""},
+    {warnings, "&Warnings\tCtrl+Shift+W", "Show what was lost on load or save\nWarnings", "", Needs::document, ""},
     {preview, "&Preview\tF9", "Show a picture of the tag at the caret\nPreview", "", Needs::nothing, ""},
     {theme, "T&heme", "", "", Needs::nothing, ""},
     {themeSystem, "&System", "", "", Needs::nothing, ""},

@@ -27,9 +27,23 @@ DocumentView::DocumentView(QWidget* parent)
         if (showsList())
             _list->showChange();
     });
+    followEdits();
     connect(_list, &DocumentViewList::selectionChanged, this, &DocumentView::stateChanged);
     connect(_list, &DocumentViewList::currentTagChanged, this, &DocumentView::currentTagChanged);
     connect(_list, &DocumentViewList::listLost, this, [this] { showView(_editor); });
+}
+
+// Warnings stay at their elements.
+void DocumentView::followEdits() {
+    const auto text = [this](size_t start, size_t end) { return _editor->copyOf(start, end); };
+    connect(_editor, &TextControl::willInsert, this,
+            [this](size_t at, size_t length) { _document.warnings.willInsert(at, length); });
+    connect(_editor, &TextControl::willDelete, this,
+            [this, text](size_t start, size_t end) { _document.warnings.willDelete(start, end, text); });
+    connect(_editor, &TextControl::edited, this, [this, text] {
+        if (_document.warnings.settle(text))
+            Q_EMIT warningsChanged();
+    });
 }
 
 QString DocumentView::title() const {
@@ -83,6 +97,20 @@ void DocumentView::setText(std::string bytes) {
 
 void DocumentView::gotoPlace(uint32_t row, uint32_t column) {
     _editor->gotoPlace(row, column);
+    showCaret();
+}
+
+void DocumentView::gotoWarning(WarningList::Entry entry) {
+    const size_t start = warnings().offset(entry);
+    if (start >= text().size()) // It has no place.
+        return;
+    const size_t tagEnd = text().find('>', start);
+    _editor->gotoOffset(std::min(start + warnings().at(entry).inElement, tagEnd));
+    showCaret();
+}
+
+// In the view that is shown.
+void DocumentView::showCaret() {
     if (showsList() && _tags.isCurrent()) {
         const uint32_t tag = tagAtCaret();
         if (tag != TagIndex::movie) {

@@ -23,6 +23,13 @@ public:
     DocumentViewList& list() { return *_list; }
     TaggedText& tags() { return _tags; }
 
+    /// As of the last warningsChanged.
+    const WarningList& warnings() const { return _document.warnings; }
+    /// The row of a place in the text, from 1.
+    uint32_t rowOf(size_t offset) const { return _editor->rowOf(offset); }
+    /// Shows the place of a warning. In the tag list, selects the tag there.
+    void gotoWarning(WarningList::Entry entry);
+
     bool showsList() const;
     /// Shows the tag list with the tag at the caret selected. Throws XmlException and stays with the text when that is
     /// not well-formed.
@@ -69,9 +76,13 @@ Q_SIGNALS:
     void stateChanged();
     /// What `listedTag` gives, or the text there.
     void currentTagChanged();
+    /// Others are true now, be it by edits or by a conversion.
+    void warningsChanged();
 
 private:
+    void followEdits();
     uint32_t tagAtCaret();
+    void showCaret();
     void showView(QWidget* view);
     void showModified();
 

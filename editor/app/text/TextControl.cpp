@@ -44,14 +44,19 @@ TextControl::TextControl(QWidget* parent) : QsciScintillaBase(parent) {
     // the bigger the text is. These are enough; they come before the change.
     send(SCI_SETMODEVENTMASK, SC_MOD_CHANGEFOLD | SC_MOD_CHANGEMARKER | SC_MOD_BEFOREINSERT | SC_MOD_BEFOREDELETE);
     connect(this, &QsciScintillaBase::SCN_MODIFIED, this,
-            [this](int position, int type) { willChange(position, type); });
+            [this](int position, int type, const char*, int length) { willChange(position, type, length); });
 }
 
-void TextControl::willChange(int position, int type) {
+void TextControl::willChange(int position, int type, int length) {
     if ((type & (SC_MOD_BEFOREINSERT | SC_MOD_BEFOREDELETE)) == 0)
         return;
     ++_changeCount;
-    _quotes.changedAt(static_cast<size_t>(position));
+    const auto start = static_cast<size_t>(position);
+    _quotes.changedAt(start);
+    if (!_isReplacingAll && (type & SC_MOD_BEFOREINSERT) != 0)
+        Q_EMIT willInsert(start, static_cast<size_t>(length));
+    else if (!_isReplacingAll)
+        Q_EMIT willDelete(start, start + static_cast<size_t>(length));
     if (_isEditedQueued)
         return;
     _isEditedQueued = true;
@@ -65,6 +70,7 @@ void TextControl::willChange(int position, int type) {
 }
 
 void TextControl::setBytes(std::string bytes) {
+    _isReplacingAll = true;
     send(SCI_SETUNDOCOLLECTION, 0);
     send(SCI_CLEARALL);
     send(SCI_ALLOCATE, static_cast<long>(bytes.size()) + 1024);
@@ -77,11 +83,18 @@ void TextControl::setBytes(std::string bytes) {
     send(SCI_EMPTYUNDOBUFFER);
     send(SCI_SETSAVEPOINT);
     send(SCI_GOTOPOS, 0);
+    _isReplacingAll = false;
 }
 
 std::string_view TextControl::bytes() const {
     const auto* data = static_cast<const char*>(SendScintillaPtrResult(SCI_GETCHARACTERPOINTER));
     return {data, static_cast<size_t>(send(SCI_GETLENGTH))};
+}
+
+std::string TextControl::copyOf(size_t start, size_t end) const {
+    std::string result(end - start, '\0'); // The control puts a NUL behind, where the string has its own.
+    SendScintilla(SCI_GETTEXTRANGE, static_cast<long>(start), static_cast<long>(end), result.data());
+    return result;
 }
 
 void TextControl::replaceBytes(size_t start, size_t end, std::string_view bytes) {

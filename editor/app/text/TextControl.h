@@ -23,6 +23,8 @@ public:
     /// Valid until the next change.
     std::string_view bytes() const;
     std::string_view bytes(size_t start, size_t end) const { return bytes().substr(start, end - start); }
+    /// At a cost that does not grow with the rest of the text, even between edits.
+    std::string copyOf(size_t start, size_t end) const;
     /// One undo step.
     void replaceBytes(size_t start, size_t end, std::string_view bytes);
     /// Ascending and apart from each other. One undo step.
@@ -43,6 +45,9 @@ public:
     }
 
 Q_SIGNALS:
+    /// Before each change, but for those of setBytes.
+    void willInsert(size_t at, size_t length);
+    void willDelete(size_t start, size_t end);
     /// After changes, once for all that were made before the window got to run again.
     void edited();
 
@@ -54,13 +59,13 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
-    void willChange(int position, int type);
+    void willChange(int position, int type, int length);
     bool insertFrom(const QMimeData* source);
     void moveOrCopyTo(size_t place, std::string_view bytes, bool isMove);
 
     QuoteMap _quotes;
     uint64_t _changeCount = 0;
-    bool _isEditedQueued = false;
+    bool _isEditedQueued = false, _isReplacingAll = false;
 };
 
 } // namespace zelk

@@ -37,6 +37,10 @@ public:
     size_t caret() const { return static_cast<size_t>(send(SCI_GETCURRENTPOS)); }
     /// Puts the caret there and shows it.
     void gotoOffset(size_t offset);
+    /// The row of a place in the text.
+    uint32_t rowOf(size_t offset) const {
+        return static_cast<uint32_t>(send(SCI_LINEFROMPOSITION, static_cast<long>(offset))) + 1;
+    }
     uint32_t rowCount() const { return static_cast<uint32_t>(send(SCI_GETLINECOUNT)); }
     /// The nearest place that there is. Shows it even if it was folded away.
     void gotoPlace(uint32_t row, uint32_t column);

@@ -82,9 +82,13 @@ void MainWindow::connectParts() {
         showPreview();
     });
     connect(_statusBar, &StatusBar::warningsAsked, this, [this] { run(CommandId::warnings); });
-    connect(_warnings, &WarningsPanel::placeChosen, this, [this](uint32_t row, uint32_t column) {
+    connect(_warnings, &WarningsPanel::chosen, this, [this](WarningList::Entry entry) {
         if (DocumentView* view = _tabs->current())
-            view->gotoPlace(row, column);
+            view->gotoWarning(entry);
+    });
+    connect(_warnings, &WarningsPanel::left, this, [this] {
+        if (DocumentView* view = _tabs->current())
+            view->setFocus();
     });
     connect(_search, &SearchController::resultShown, this,
             [this](const QString& text) { _statusBar->showMessage(text, 5000); });
@@ -126,6 +130,10 @@ void MainWindow::watch(DocumentView& view) {
     });
     connect(&view.list(), &DocumentViewList::menuAsked, this,
             [this](const QPoint& position) { showContextMenu(tagListMenu(), position); });
+    connect(&view, &DocumentView::warningsChanged, this, [this, &view] {
+        if (_tabs->current() == &view)
+            showWarnings();
+    });
     // The text would take the name of a dropped file as text.
     for (QWidget* widget : view.findChildren<QWidget*>())
         widget->installEventFilter(this);
@@ -158,10 +166,9 @@ void MainWindow::showState() {
 }
 
 void MainWindow::showWarnings() {
-    const DocumentView* view = _tabs->current();
-    const DocumentWarnings& warnings = view == nullptr ? DocumentWarnings() : view->document().warnings;
-    _warnings->setWarnings(warnings);
-    _statusBar->showWarnings(warnings.size());
+    DocumentView* view = _tabs->current();
+    _warnings->showDocument(view);
+    _statusBar->showWarnings(view == nullptr ? 0 : view->warnings().entries().size());
 }
 
 void MainWindow::showPreview() {

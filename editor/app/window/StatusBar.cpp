@@ -8,7 +8,7 @@ namespace zelk {
 StatusBar::StatusBar(QWidget* parent) : QStatusBar(parent), _place(new QLabel(this)), _warnings(new QToolButton(this)) {
     addWidget(new QLabel(tr("Ready"), this), 1); // A message covers it.
     _warnings->setAutoRaise(true);
-    _warnings->setToolTip(tr("Show what the last conversion warned of"));
+    _warnings->setToolTip(tr("Show what was lost on load or save"));
     addPermanentWidget(_warnings);
     addPermanentWidget(_place);
     connect(_warnings, &QToolButton::clicked, this, &StatusBar::warningsAsked);

@@ -37,7 +37,7 @@ private:
     DocumentView& _view;
 };
 
-// Editing keys in the filter box mean its text.
+// Editing keys in a filter box mean its text.
 bool runOnField(int id) {
     auto* field = qobject_cast<QLineEdit*>(QApplication::focusWidget());
     if (field == nullptr)
@@ -66,6 +66,8 @@ WindowCommands::WindowCommands(const Parts& parts) : _parts(parts) {
 }
 
 void WindowCommands::run(int id) const {
+    if (runOnField(id) || _parts.warnings.run(id))
+        return;
     if (const auto handler = _handlers.value(id))
         handler();
 }
@@ -95,7 +97,7 @@ void WindowCommands::addProgramCommands() {
     _handlers[CommandId::nextDocument] = [this] { _parts.tabs.step(1); };
     _handlers[CommandId::previousDocument] = [this] { _parts.tabs.step(-1); };
     _handlers[CommandId::about] = [this] { showAbout(); };
-    _handlers[CommandId::warnings] = [this] { _parts.warnings.open(); };
+    _handlers[CommandId::warnings] = [this] { _parts.warnings.toggle(); };
     _handlers[CommandId::preview] = [this] { _parts.preview.setVisible(_parts.preview.isHidden()); };
     for (int id : {CommandId::themeSystem, CommandId::themeLight, CommandId::themeDark})
         _handlers[id] = [this, id] { setTheme(id); };
@@ -228,7 +230,7 @@ void WindowCommands::addListCommands() {
 }
 
 void WindowCommands::runOnList(DocumentView& view, int id) {
-    if (runOnField(id) || !(view.showsList() || showList(view)))
+    if (!(view.showsList() || showList(view)))
         return;
     BuildTagListCmd build(_parts.session, view.tags());
     if (runCommand(_parts.session, build, &view))

@@ -35,12 +35,15 @@ void saveText(Session& session, Document& document, const std::string& fileName)
             throw JobCancelled();
         params.expected.reset();
         params.failure = nullptr;
-        params.warnings.clear();
+        params.warnings = {};
         runSave(session, params);
     }
     session.writtenFiles.add(fileName, params.written);
     document.fileStamp = document.textStamp = params.written;
-    document.warnings = std::move(params.warnings);
+    if (fileKind(fileName) == FileKind::swf) { // Nothing else converts.
+        document.warnings.compiled(std::move(params.warnings));
+        document.warnings.savedAsMovie(params.text, params.keepsOriginal);
+    }
     document.isModified = false;
     // The file is written, and the text goes on holding what is not in it.
     if (params.leftOut)
@@ -108,7 +111,7 @@ bool SwfPlayCmd::Execute() {
     _document.text.clear();
     params.original = _document.original;
     runJob<compile>(_session.user, "Compiling " + _document.fileName, params);
-    _document.warnings = std::move(params.warnings);
+    _document.warnings.compiled(std::move(params.warnings));
     playMovie(_session, params.movie, 0, 0);
     return true;
 }

@@ -22,7 +22,7 @@ void showInForm(Session& session, Document& document, ITextView& view, std::stri
     runJob<changeForm>(session.user, "Changing the form of " + document.fileName, params);
     view.replace(0, view.text().size(), params.text);
     document.original = std::move(params.original);
-    document.warnings = std::move(params.warnings);
+    document.warnings.loaded(std::move(params.warnings));
     document.formDifferences = {};
 }
 

@@ -5,19 +5,12 @@
 #include <string>
 #include <vector>
 
+#include "DocumentWarnings.h"
 #include "FileKind.h"
 #include "FileStamp.h"
 #include "OriginalMovie.h"
-#include "SwfWarnings.h"
 
 namespace zelk {
-
-/// A warning of a conversion with its place in the document's text.
-struct DocumentWarning {
-    std::string text;
-    uint32_t row = 0, column = 0; ///< from 1; 0 for none
-};
-using DocumentWarnings = std::vector<DocumentWarning>;
 
 /// What of a movie reads differently in the full form than in the classic one.
 struct FormDifferences {
@@ -39,7 +32,7 @@ struct Document {
     std::optional<FileStamp> textStamp;
     /// The movie that the text came from: what is not touched is written with its bytes. Null when there is none.
     std::shared_ptr<const xml2swf::OriginalMovie> original;
-    DocumentWarnings warnings;       ///< of the last conversion
+    WarningList warnings;
     FormDifferences formDifferences; ///< of a movie that was opened in the classic form
 };
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <unordered_map>
 
 #include "Backup.h"
 #include "ConversionTargets.h"
@@ -27,60 +26,6 @@ constexpr int bestCompression = 9;
 template <class Bytes>
 std::string_view textOf(const Bytes& bytes) {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
-// The place in the text of every tag that a warning names by its path.
-class TagPlaces {
-public:
-    explicit TagPlaces(std::vector<TagText> texts) {
-        std::ranges::sort(texts, {}, &TagText::start);
-        std::vector<size_t> ends;
-        std::vector<uint32_t> path = {0};
-        for (const TagText& tag : texts) {
-            for (; !ends.empty() && ends.back() <= tag.start; ends.pop_back()) {
-                path.resize(ends.size());
-                ++path.back();
-            }
-            _starts.emplace(tagPathText(path), tag.start);
-            ends.push_back(tag.end);
-            path.push_back(0);
-        }
-    }
-
-    /// noOffset when there is no such tag.
-    uint64_t of(const std::string& path) const {
-        const auto found = _starts.find(path);
-        return found == _starts.end() ? SwfWarning::noOffset : found->second;
-    }
-
-private:
-    std::unordered_map<std::string, uint64_t> _starts;
-};
-
-DocumentWarning documentWarning(const SwfWarning& warning) { return {warning.text(), warning.row, warning.column}; }
-
-void addTotal(DocumentWarnings& warnings, uint64_t total) {
-    if (total > warnings.size())
-        warnings.push_back({"and " + std::to_string(total - warnings.size()) + " more"});
-}
-
-DocumentWarnings placedWarnings(const SwfWarnings& warnings, std::string_view text, std::vector<TagText> texts) {
-    DocumentWarnings result;
-    if (warnings.empty())
-        return result;
-    const TagPlaces tags(std::move(texts));
-    XmlPlaces places(text);
-    for (const SwfWarning& warning : warnings.items()) {
-        result.push_back(documentWarning(warning));
-        const uint64_t start = tags.of(warning.path);
-        if (result.back().row != 0 || start == SwfWarning::noOffset)
-            continue;
-        const XmlPlace place = places.at(start);
-        result.back().row = place.row;
-        result.back().column = place.column;
-    }
-    addTotal(result, warnings.total());
-    return result;
 }
 
 SwfLoadOptions toBeShown(bool fullForm) {
@@ -111,7 +56,7 @@ void loadMovie(LoadParams& params) {
     Swf2XmlConversionTarget target(document);
     swfToXml(movie, target, options);
     document.original = std::make_shared<OriginalMovie>(movie, document.text, texts);
-    document.warnings = placedWarnings(warnings, document.text, std::move(texts));
+    document.warnings.loaded(warningsOfLoad(warnings, document.text, std::move(texts)));
 }
 
 void loadText(LoadParams& params) {
@@ -317,7 +262,7 @@ void changeForm(ChangeFormParams& params) {
     options.tagTexts = &texts;
     params.text = swfToXmlDocument(movie, options);
     params.original = inForm(params.original, params.fullForm, params.progress);
-    params.warnings = placedWarnings(warnings, params.text, std::move(texts));
+    params.warnings = warningsOfLoad(warnings, params.text, std::move(texts));
 }
 
 SwfVector<uint8_t> compileDocument(CompileParams& params) {
@@ -343,13 +288,12 @@ SwfVector<uint8_t> compileDocument(CompileParams& params) {
     }
     params.progress.checkCancelled();
     SwfVector<uint8_t> bytes = serialise(target.movie, warnings, params.text);
-    for (const SwfWarning& warning : warnings.items()) {
-        params.warnings.push_back(documentWarning(warning));
-        if (params.leftOut == nullptr && warning.reason == noTagReason)
-            params.leftOut =
-                std::make_exception_ptr(NotMovieException::noTag(warning.tagName, warning.row, warning.column));
-    }
-    addTotal(params.warnings, warnings.total());
+    params.warnings = warningsOfCompile(warnings, params.text);
+    params.keepsOriginal = target.movie.source.has_value();
+    const auto& items = warnings.items();
+    const auto noTag = std::ranges::find(items, noTagReason, &SwfWarning::reason);
+    if (noTag != items.end())
+        params.leftOut = std::make_exception_ptr(NotMovieException::noTag(noTag->tagName, noTag->row, noTag->column));
     return bytes;
 }
 

@@ -24,7 +24,8 @@ std::shared_ptr<const xml2swf::OriginalMovie> originalMovie(std::vector<uint8_t>
 struct CompileParams : ThreadParams {
     std::string text;                                       ///< in
     std::shared_ptr<const xml2swf::OriginalMovie> original; ///< in, may be null
-    DocumentWarnings warnings;                              ///< out
+    ConversionWarnings warnings;                            ///< out
+    bool keepsOriginal = false;                             ///< out: untouched tags have the original's bytes
     /// Out: tells of the first element that became no tag, as NotMovieException. Null when all did.
     std::exception_ptr leftOut;
 };

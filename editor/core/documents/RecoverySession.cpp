@@ -291,8 +291,13 @@ void RecoverySession::load(uint32_t id, LoadParams& params) const {
         document.original = originalMovie(libswf::readFile(utf8(folder / originalName(kept->original))),
                                           flag(fields, "compressed"), flag(fields, "full"), params.progress);
     } catch (const libswf::SwfException& error) {
-        document.warnings.push_back({"The movie that the text came from cannot be read (" + std::string(error.what()) +
-                                     "): tags are compiled from their text."});
+        libswf::SwfWarning warning;
+        warning.kind = libswf::SwfWarning::Kind::dropped;
+        warning.reason = "The movie that the text came from cannot be read (" + std::string(error.what()) +
+                         "): tags are compiled from their text.";
+        ConversionWarnings warnings;
+        warnings.items.push_back({warning});
+        document.warnings.loaded(std::move(warnings));
     }
 }
 

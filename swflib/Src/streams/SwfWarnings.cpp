@@ -7,7 +7,7 @@
 
 namespace libswf {
 
-static const char* kindText(SwfWarning::Kind kind) {
+const char* kindText(SwfWarning::Kind kind) {
     switch (kind) {
     case SwfWarning::Kind::dropped: return "dropped";
     case SwfWarning::Kind::keptRaw: return "kept raw";

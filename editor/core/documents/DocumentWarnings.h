@@ -1,0 +1,98 @@
+// What conversions warned of, in the text that is being edited.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Conversion.h"
+#include "SwfWarnings.h"
+#include "TextAnchors.h"
+
+namespace zelk {
+
+struct DocumentWarning {
+    static constexpr size_t nowhere = SIZE_MAX;
+
+    libswf::SwfWarning warning;
+    size_t offset = nowhere; ///< of its element's "<" in the text
+    size_t inElement = 0;    ///< bytes from there to what is meant
+    // The whole element, of a warning that was given when a movie was opened:
+    size_t size = 0;
+    size_t hash = 0;
+};
+
+/// Of one conversion.
+struct ConversionWarnings {
+    std::vector<DocumentWarning> items;
+    uint64_t more = 0; ///< that were given beyond those
+};
+
+/// Of showing a movie as a text: each at the tag that it names by its path.
+ConversionWarnings warningsOfLoad(const libswf::SwfWarnings& warnings, std::string_view text,
+                                  std::vector<xml2swf::TagText> tags);
+/// Of compiling a text.
+ConversionWarnings warningsOfCompile(const libswf::SwfWarnings& warnings, std::string_view text);
+
+/// The warnings of a document that are still true. Those of load tell of the movie that the text came from: each stays
+/// until its element is gone or is saved with another content. Those of the last save or play tell of the text: each
+/// stays until its element is gone or the next save or play.
+class WarningList {
+public:
+    using Reader = TextAnchors::Reader;
+    /// One of the list; valid until `loaded` or `compiled`.
+    struct Entry {
+        bool isOfLoad;
+        uint32_t number;
+        bool operator==(const Entry&) const = default;
+    };
+
+    void loaded(ConversionWarnings warnings);
+    void compiled(ConversionWarnings warnings);
+    /// The text was written as a movie: what it warned of stays true for elements that kept their bytes, of which there
+    /// are none without an original.
+    void savedAsMovie(std::string_view text, bool keepsOriginal);
+
+    // As the members of TextAnchors.
+    void willInsert(size_t at, size_t length);
+    void willDelete(size_t start, size_t end, const Reader& text);
+    bool settle(const Reader& text);
+
+    /// In the order of the text; those without a place last.
+    std::vector<Entry> entries() const;
+    /// Those that nobody holds.
+    uint64_t more() const { return _load.more + _compile.more; }
+    const DocumentWarning& at(Entry entry) const { return of(entry).items[entry.number].given; }
+    /// Where its element is now; DocumentWarning::nowhere when it has none.
+    size_t offset(Entry entry) const;
+
+private:
+    struct Item {
+        DocumentWarning given;
+        bool isOver = false;
+    };
+    struct Set {
+        explicit Set(ConversionWarnings warnings = {});
+        std::vector<Item> items;
+        TextAnchors places;
+        uint64_t more = 0;
+    };
+
+    const Set& of(Entry entry) const { return entry.isOfLoad ? _load : _compile; }
+    bool isTrue(Entry entry) const;
+
+    Set _load, _compile;
+};
+
+/// Warnings that say the same.
+struct WarningGroup {
+    std::string title; ///< "NUL bytes at the end of the font name, 6 tags"; of a single one its reason
+    std::vector<WarningList::Entry> entries;
+};
+
+/// Puts like ones together: of one conversion, of one kind, with reasons that differ in their numbers only. In the
+/// order of their first ones.
+std::vector<WarningGroup> grouped(const WarningList& list, const std::vector<WarningList::Entry>& entries);
+
+} // namespace zelk

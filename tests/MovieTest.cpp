@@ -552,7 +552,10 @@ TEST(Files, KeepPermissionsAndLinks) {
     writeFile(link, Bytes{5});
     EXPECT_EQ(readFile(file), Bytes{5}); // through the link, which stays one
     EXPECT_TRUE(std::filesystem::is_symlink(link));
-    EXPECT_EQ(folder.count(), 2);
+    const std::string longest = folder.file((std::string(251, 'n') + ".swf").c_str()); // as long as a name may be
+    writeFile(longest, Bytes{6});
+    EXPECT_EQ(readFile(longest), Bytes{6});
+    EXPECT_EQ(folder.count(), 3);
 }
 
 // A disk that is full in the middle of a save.

@@ -98,8 +98,9 @@ int refusalToReplace(const fs::path& target) {
 
 // A name beside the target that no other save uses.
 fs::path scratchName(const fs::path& target) {
+    constexpr size_t longestKept = 200; // Systems take names of 255 bytes.
     std::random_device random;
-    fs::path name = target;
+    fs::path name = target.filename().native().size() > longestKept ? target.parent_path() / "long" : target;
     name += ".zelk-" + std::to_string(random()) + ".tmp";
     return name;
 }

@@ -89,6 +89,8 @@ struct XmlWriteContext {
 /// An element of the tree being written. It notes whether it got content and closes itself in the fitting form.
 class XmlNode : public XmlElementWriter {
 public:
+    /// The Movie element, where the text ends.
+    XmlNode(XmlText& out, XmlWriteContext& context) : _context(context) { begin(out, 0, "Movie", true); }
     /// The root of a fragment.
     XmlNode(XmlText& out, XmlWriteContext& context, uint32_t depth, std::string_view name) : _context(context) {
         begin(out, depth, name);

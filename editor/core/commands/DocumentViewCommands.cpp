@@ -1,5 +1,7 @@
 #include "DocumentViewCommands.h"
 
+#include <utility>
+
 #include "DocumentFiles.h"
 #include "Exceptions.h"
 #include "PlayMovie.h"
@@ -12,13 +14,11 @@ void runSave(Session& session, SaveParams& params) {
     runJob<saveDocument>(session.user, "Saving " + params.fileName, params);
 }
 
-// What both save commands do. Gives the text away. Throws what saveDocument throws, and JobCancelled; the document
-// keeps its state then.
-void saveText(Session& session, Document& document, const std::string& fileName) {
+// What both save commands do. Throws what saveDocument throws, and JobCancelled; the document keeps its state then.
+void saveText(Session& session, Document& document, std::string text, const std::string& fileName) {
     SaveParams params;
     params.fileName = fileName;
-    params.text = std::move(document.text);
-    document.text.clear();
+    params.text = std::move(text);
     params.original = document.original;
     const bool isOwnFile = document.hasFile && fileName == document.fileName;
     if (isOwnFile)
@@ -86,7 +86,7 @@ bool RecoverCmd::Execute() {
 }
 
 bool SaveToFileCmd::Execute() {
-    saveText(_session, _document, _document.fileName);
+    saveText(_session, _document, std::exchange(_document.text, {}), _document.fileName);
     return true;
 }
 
@@ -94,7 +94,7 @@ bool SaveAsFileCmd::Execute() {
     const std::optional<std::string> fileName = _session.user.chooseFileToSave(proposedName(_document));
     if (!fileName)
         return false;
-    saveText(_session, _document, *fileName);
+    saveText(_session, _document, std::exchange(_document.text, {}), *fileName);
     return SetDocAttributesCmd(_document, *fileName, fileKind(*fileName).value()).Execute();
 }
 
@@ -107,8 +107,7 @@ bool SetDocAttributesCmd::Execute() {
 
 bool SwfPlayCmd::Execute() {
     PlayParams params;
-    params.text = std::move(_document.text);
-    _document.text.clear();
+    params.text = std::exchange(_document.text, {});
     params.original = _document.original;
     runJob<compile>(_session.user, "Compiling " + _document.fileName, params);
     _document.warnings.compiled(std::move(params.warnings));

@@ -36,7 +36,7 @@ private:
     Document& _document;
 };
 
-/// Writes the document's text to its own file. The text is given away.
+/// Writes the document's text to its own file. The document's text is empty then.
 class SaveToFileCmd : public FinalCommand {
 public:
     SaveToFileCmd(Session& session, Document& document) : _session(session), _document(document) {}
@@ -47,7 +47,8 @@ private:
     Document& _document;
 };
 
-/// Asks for a name, writes the document's text there and renames the document. The text is given away.
+/// Asks for a name, writes the document's text there and renames the document. Its text is empty
+/// once it was written.
 class SaveAsFileCmd : public FinalCommand {
 public:
     SaveAsFileCmd(Session& session, Document& document) : _session(session), _document(document) {}
@@ -71,7 +72,7 @@ private:
     FileKind _kind;
 };
 
-/// Compiles the document's text into a temporary file and plays it. The text is given away.
+/// Compiles the document's text into a temporary file and plays it. The document's text is empty then.
 class SwfPlayCmd : public FinalCommand {
 public:
     SwfPlayCmd(Session& session, Document& document) : _session(session), _document(document) {}

@@ -13,51 +13,30 @@ namespace {
 
 int64_t pixels(int64_t from, int64_t to) { return std::clamp<int64_t>((to - from) / 20, 0, maxStagePixels); }
 
-void replaceAll(std::string& text, std::string_view placeholder, std::string_view value) {
-    for (size_t at = 0; (at = text.find(placeholder, at)) != text.npos; at += value.size())
-        text.replace(at, placeholder.size(), value);
-}
-
-std::string movieStartTag(const SwfMovieHeader& movie, uint32_t frames) {
+// What a movie of its version has anyway is left out.
+void writeAttributes(XmlNode& root, const SwfMovieHeader& movie, uint32_t frames) {
     const SwfRect& stage = movie.frameSize;
     const int64_t width = pixels(stage.Xmin, stage.Xmax);
     const int64_t height = pixels(stage.Ymin, stage.Ymax);
-    std::string tag = R"(<Movie SwfVersion="{Version}" Width="{Width}" Height="{Height}" FrameRate="{FrameRate}">)";
     if (movie.fullForm)
-        tag.insert(std::string_view("<Movie").size(), R"( Form="full")");
-    replaceAll(tag, "{Version}", formatInteger(movie.version).view());
-    replaceAll(tag, "{Width}", formatInteger(width).view());
-    replaceAll(tag, "{Height}", formatInteger(height).view());
-    replaceAll(tag, "{FrameRate}", formatReal(movie.frameRate).view());
-
-    std::string unusual;
+        root.attribute("Form", fullForm);
+    root.attribute("SwfVersion", movie.version);
+    root.attribute("Width", width);
+    root.attribute("Height", height);
+    root.attribute("FrameRate", movie.frameRate);
     if (movie.isCompressed != (movie.version >= 6))
-        unusual += movie.isCompressed ? R"( IsCompressed="true")" : R"( IsCompressed="false")";
+        root.attribute("IsCompressed", movie.isCompressed);
     if (stage.Xmin != 0 || stage.Ymin != 0 || stage.Xmax != width * 20 || stage.Ymax != height * 20 || stage.bits) {
-        auto twips = [&](const char* name, int32_t value) {
-            unusual.append(" ").append(name).append("=\"").append(formatInteger(value).view()).append("\"");
-        };
-        twips("MaxX", stage.Xmax);
-        twips("MaxY", stage.Ymax);
-        twips("MinX", stage.Xmin);
-        twips("MinY", stage.Ymin);
+        root.attribute("MaxX", stage.Xmax);
+        root.attribute("MaxY", stage.Ymax);
+        root.attribute("MinX", stage.Xmin);
+        root.attribute("MinY", stage.Ymin);
         if (stage.bits)
-            twips("Bits", stage.bits.bits());
+            root.attribute("Bits", stage.bits.bits());
     }
     if (movie.fullForm && movie.frameCount != frames)
-        unusual.append(" FrameCount=\"").append(formatInteger(movie.frameCount).view()).append("\"");
-    tag.insert(tag.size() - 1, unusual);
-    return tag;
+        root.attribute("FrameCount", movie.frameCount);
 }
-
-// The root element, whose start tag comes from the template.
-class MovieNode : public XmlNode {
-public:
-    MovieNode(XmlText& out, XmlWriteContext& context, const SwfMovieSafe& movie) : XmlNode(out, context, 0, "Movie") {
-        out.cut(out.size() - std::string_view("\n<Movie>").size());
-        out.append(movieStartTag(movie, movie.tags.tags().showFrames()));
-    }
-};
 
 // Room for the text of most movies, so that it need not move as it grows.
 void reserveFor(XmlText& out, const SwfMovieSafe& movie) {
@@ -182,7 +161,8 @@ void appendMovie(XmlText& out, SwfMovieSafe& movie, const ConversionOptions& opt
     context.tagTexts = options.tagTexts;
     const Tags& tags = movie.tags.tags().items();
     {
-        MovieNode root(out, context, movie);
+        XmlNode root(out, context);
+        writeAttributes(root, movie, movie.tags.tags().showFrames());
         const uint32_t threads = context.threads = threadsFor(movie.body().size() >= bigBody, options.threads);
         if (threads > 1)
             PartedWriter(root, tags, options.progress).write(threads);

@@ -5,6 +5,7 @@
 
 #include "Exceptions.h"
 #include "TagIndex.h"
+#include "XmlCharacters.h"
 #include "XmlErrors.h"
 
 namespace zelk {
@@ -17,17 +18,6 @@ constexpr std::string_view blanks = " \t\r\n";
 
 // At most this many bytes stand between "&" and ";".
 constexpr size_t longestReference = 10;
-
-void appendUtf8(std::string& out, uint32_t c) {
-    if (c < 0x80) {
-        out += static_cast<char>(c);
-        return;
-    }
-    const int tails = c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
-    out += static_cast<char>((0xF00 >> (tails + 1)) | (c >> (6 * tails)));
-    for (int i = tails - 1; i >= 0; --i)
-        out += static_cast<char>(0x80 | (c >> (6 * i) & 0x3F));
-}
 
 constexpr std::pair<std::string_view, char> references[] = {
     {"lt", '<'}, {"gt", '>'}, {"amp", '&'}, {"quot", '"'}, {"apos", '\''}};
@@ -48,7 +38,7 @@ bool appendReferred(std::string& out, std::string_view name) {
     const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), code, isHex ? 16 : 10);
     if (error != std::errc() || end != name.data() + name.size() || code == 0 || code > 0x10FFFF)
         return false;
-    appendUtf8(out, code);
+    xml2swf::appendUtf8(out, code);
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include <unordered_map>
 
 #include "SwfFontParts.h"
+#include "SwfTagCodes.h"
 #include "SwfWarnings.h"
 
 namespace libswf {
@@ -237,7 +238,7 @@ void SwfTagDefineFont2::writeBody(SwfOStream& stream) {
 
 // Codes of kerning pairs are as wide as those of glyphs.
 bool SwfTagDefineFont2::needsWideKerning() const {
-    return type == 48 && std::any_of(kerning.begin(), kerning.end(), [](const SwfKerningRecord& record) {
+    return type == SwfTagCode::DefineFont2 && std::any_of(kerning.begin(), kerning.end(), [](const SwfKerningRecord& record) {
                return (record.kerningCode1 | record.kerningCode2) > UINT8_MAX;
            });
 }

@@ -1,5 +1,6 @@
 #include "SwfTagPlaceObject.h"
 
+#include "SwfTagCodes.h"
 #include "SwfWarnings.h"
 
 namespace libswf {
@@ -147,7 +148,7 @@ void SwfTagPlaceObject3::readDisplay(SwfIStream& stream) {
     if (hasExtended(SwfPlaceFlag3::cacheAsBitmap)) {
         const uint32_t behind =
             (hasExtended(SwfPlaceFlag3::visible) ? 1 : 0) + (hasExtended(SwfPlaceFlag3::opaqueBackground) ? 4 : 0);
-        const bool endsBehind = type == 70 && !hasPlace(SwfPlaceFlag::clipActions);
+        const bool endsBehind = type == SwfTagCode::PlaceObject3 && !hasPlace(SwfPlaceFlag::clipActions);
         if (!endsBehind || stream.bodyLeft() > behind)
             bitmapCache = stream.readUI8("BitmapCache");
     }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "XmlCharacters.h"
+
 namespace xml2swf {
 
 namespace {
@@ -54,13 +56,6 @@ void appendByte(std::string& out, uint8_t byte) {
         out += hexDigits[byte >> 4];
         out += hexDigits[byte & 15];
     }
-}
-
-int hexDigit(char c) {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    const char lower = static_cast<char>(c | 0x20);
-    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
 } // namespace

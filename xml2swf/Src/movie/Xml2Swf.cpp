@@ -6,6 +6,7 @@
 #include "XmlActionRun.h"
 #include "XmlActions.h"
 #include "XmlBytes.h"
+#include "XmlCharacters.h"
 #include "XmlDocument.h"
 #include "XmlNumbers.h"
 #include "XmlStructs.h"
@@ -367,16 +368,6 @@ std::string documentText(std::string bytes) {
     if (!little && !(unit(0) == 0xFE && unit(1) == 0xFF))
         return bytes;
     std::string text;
-    auto append = [&](uint32_t c) {
-        if (c < 0x80) {
-            text += static_cast<char>(c);
-            return;
-        }
-        const int tails = c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
-        text += static_cast<char>((0xF00 >> (tails + 1)) | (c >> (6 * tails)));
-        for (int i = tails - 1; i >= 0; --i)
-            text += static_cast<char>(0x80 | (c >> (6 * i) & 0x3F));
-    };
     auto at = [&](size_t i) { return uint32_t(unit(i + (little ? 1 : 0))) << 8 | unit(i + (little ? 0 : 1)); };
     for (size_t i = 2; i + 1 < bytes.size(); i += 2) {
         uint32_t c = at(i);
@@ -384,7 +375,7 @@ std::string documentText(std::string bytes) {
             c = 0x10000 + ((c - 0xD800) << 10) + (at(i + 2) - 0xDC00);
             i += 2;
         }
-        append(c);
+        appendUtf8(text, c);
     }
     return text;
 }

@@ -4,6 +4,8 @@
 #include <chrono>
 #include <cstdio>
 
+#include "XmlCharacters.h"
+
 namespace xml2swf {
 
 namespace {
@@ -36,13 +38,6 @@ bool takeTime(std::string_view& text, milliseconds& time) {
     time =
         std::chrono::hours(hour) + std::chrono::minutes(minute) + std::chrono::seconds(second) + milliseconds(fraction);
     return hour < 24 && minute < 60 && second < 60;
-}
-
-int hexDigit(char c) {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    const char lower = static_cast<char>(c | 0x20);
-    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
 constexpr size_t uuidDashes[] = {8, 13, 18, 23};

@@ -1,10 +1,4 @@
 // Copies of documents that were not saved, over runs that end in whatever way.
-#ifndef _WIN32
-#include <csignal>
-#include <sys/wait.h>
-#include <unistd.h>
-#endif
-
 #include "Conversion.h"
 #include "DocumentFixture.h"
 #include "Exceptions.h"
@@ -200,38 +194,6 @@ TEST_F(RecoveryTest, WhereNothingCanBeKeptThereIsNoSession) {
     libswf::writeTextFile(path("recovery"), "a file");
     EXPECT_EQ(RecoverySession::begin(root()), nullptr);
     EXPECT_TRUE(RecoverySession::ended(root()).empty());
-}
-
-#endif
-
-#ifndef _WIN32
-
-TEST_F(RecoveryTest, AKilledRunLeavesTheLastCopyWhole) {
-    for (int round = 0; round < 6; ++round) {
-        int ready[2];
-        ASSERT_EQ(pipe(ready), 0);
-        const pid_t child = fork();
-        if (child == 0) {
-            auto session = RecoverySession::begin(root());
-            for (char letter = 'a';; letter = letter == 'z' ? 'a' : static_cast<char>(letter + 1)) {
-                session->keep(named(1, "k"), std::string(500'000, letter), nullptr);
-                if (letter == 'c' && write(ready[1], "r", 1) != 1)
-                    _exit(1);
-            }
-        }
-        char sign = 0;
-        ASSERT_EQ(read(ready[0], &sign, 1), 1);
-        usleep(static_cast<useconds_t>(700 * round));
-        kill(child, SIGKILL);
-        waitpid(child, nullptr, 0);
-        close(ready[0]);
-        close(ready[1]);
-        const auto ended = RecoverySession::ended(root());
-        ASSERT_EQ(ended.size(), 1u);
-        const std::string text = ended[0]->text(1);
-        EXPECT_EQ(text, std::string(500'000, text.at(0)));
-        ended[0]->end();
-    }
 }
 
 #endif

@@ -137,21 +137,13 @@ void addRandomRecord(SwfShapeRecords& records, std::mt19937& random) {
     }
 }
 
-bool same(const SwfShapeRecord& a, const SwfShapeRecord& b) {
-    if (a.kind != b.kind)
-        return false;
-    if (a.kind == SwfShapeRecord::Kind::straightEdge) {
-        const auto &line = static_cast<const SwfLine&>(a), &other = static_cast<const SwfLine&>(b);
-        return line.deltaX == other.deltaX && line.deltaY == other.deltaY;
-    }
-    if (a.kind == SwfShapeRecord::Kind::curvedEdge) {
-        const auto &curve = static_cast<const SwfCurve&>(a), &other = static_cast<const SwfCurve&>(b);
-        return curve.controlDeltaX == other.controlDeltaX && curve.controlDeltaY == other.controlDeltaY &&
-               curve.anchorDeltaX == other.anchorDeltaX && curve.anchorDeltaY == other.anchorDeltaY;
-    }
-    const auto &change = static_cast<const SwfStyleChange&>(a), &other = static_cast<const SwfStyleChange&>(b);
-    return change.moveDeltaX == other.moveDeltaX && change.moveDeltaY == other.moveDeltaY &&
-           change.stateLineStyle == other.stateLineStyle;
+// Reads the body, all of it, and writes it again. `records` is how many there are.
+void expectBack(const std::vector<uint8_t>& body, uint32_t records) {
+    SwfIStream stream(body.data(), body.size());
+    SwfTagDefineShape3 back(stream);
+    EXPECT_EQ(stream.position(), body.size());
+    EXPECT_EQ(back.records.count(), records);
+    EXPECT_TRUE(bodyOf(back) == body);
 }
 
 TEST(Shapes, LongListsComeBack) {
@@ -160,12 +152,7 @@ TEST(Shapes, LongListsComeBack) {
     for (int i = 0; i < 20000; ++i)
         addRandomRecord(shape.records, random);
     std::vector<uint8_t> body = bodyOf(shape);
-    SwfIStream stream(body.data(), body.size());
-    SwfTagDefineShape3 back(stream);
-    EXPECT_EQ(stream.position(), body.size());
-    ASSERT_EQ(back.records.count(), shape.records.count());
-    for (uint32_t i = 0; i < back.records.count(); ++i)
-        ASSERT_TRUE(same(shape.records[i], back.records[i])) << "record " << i;
+    expectBack(body, shape.records.count());
     body.pop_back();
     SwfIStream cut(body.data(), body.size());
     EXPECT_THROW(SwfTagDefineShape3{cut}, SwfException);
@@ -200,12 +187,7 @@ TEST(Shapes, NewStylesMayComeAtAnyPlace) {
         change.stateMoveTo = true;
         change.moveDeltaX = 1 << 20;
         change.moveDeltaY = -1;
-        std::vector<uint8_t> body = bodyOf(shape);
-        SwfIStream stream(body.data(), body.size());
-        SwfTagDefineShape3 back(stream);
-        EXPECT_EQ(stream.position(), body.size());
-        ASSERT_EQ(back.records.count(), shape.records.count());
-        EXPECT_TRUE(same(back.records[static_cast<uint32_t>(edges)], change));
+        expectBack(bodyOf(shape), shape.records.count());
     }
 }
 

@@ -73,39 +73,6 @@ TEST(SwfIStream, ReadsBitFields) {
     EXPECT_EQ(Input("ff ff 80 00").stream.readFB(32), -0.5f); // 16.16
 }
 
-TEST(SwfIStream, KeepsThePartlyReadByteOverByteReads) {
-    Input in("a0 12 34 f0");
-    EXPECT_EQ(in.stream.readUB(2), 2u);
-    EXPECT_EQ(in.stream.readUI16(), 0x3412);
-    EXPECT_EQ(in.stream.readUB(6), 0x20u);
-    EXPECT_EQ(in.stream.bitMask(), 0);
-    EXPECT_EQ(in.stream.readUB(1), 1u);
-    EXPECT_EQ(in.stream.bitMask(), 0x40);
-    in.stream.alignBits();
-    EXPECT_EQ(in.stream.bytesLeft(), 0u);
-}
-
-// Plain doubles and arrays stand in no tag that a case file could give.
-TEST(Numbers, AreLittleEndianBothWays) {
-    constexpr const char* bytes = "01 02 fe ff 01 02 03 84 00 00 80 3f 00 00 00 00 00 00 f8 bf";
-    Input in(bytes);
-    EXPECT_EQ(in.stream.readUI16(), 0x0201);
-    EXPECT_EQ(in.stream.readSI16(), -2);
-    EXPECT_EQ(in.stream.readUI32(), 0x84030201);
-    EXPECT_EQ(in.stream.readFloat(), 1.0f);
-    EXPECT_EQ(in.stream.readDouble(), -1.5);
-    const uint16_t array[] = {1, 0xFFFE};
-    EXPECT_EQ(written([&](SwfOStream& out) {
-                  out.writeUI16(0x0201);
-                  out.writeSI16(-2);
-                  out.writeUI32(0x84030201);
-                  out.writeFloat(1.0f);
-                  out.writeDouble(-1.5);
-                  out.writeUI16Array(2, array);
-              }),
-              std::string(bytes) + " 01 00 fe ff");
-}
-
 TEST(EncodedU32, BothWays) {
     const struct {
         uint32_t value;
@@ -239,17 +206,6 @@ TEST(SwfOStream, WritesBitFields) {
                   out.flushBits();
               }),
               "ff ff 80 00");
-}
-
-TEST(SwfOStream, HoldsAFullByteBackUntilTheNextBit) {
-    EXPECT_EQ(written([](SwfOStream& out) {
-                  out.writeUB(8, 0xAA);
-                  out.writeUI8(1); // goes first
-                  out.writeUB(1, 1);
-                  out.writeUI16(0x0302);
-                  out.flushBits();
-              }),
-              "01 aa 02 03 80");
 }
 
 TEST(SwfOStream, NeverWritesPastItsCapacity) {

@@ -128,29 +128,6 @@ TEST(XmlPlain, GivesWhatTheParserGives) {
     EXPECT_GT(counts.plain, counts.all / 20); // or the test looks at nothing
 }
 
-TEST(XmlPlain, GivesWhatTheParserGivesForRealMovies) {
-    std::mt19937 random(1);
-    Counts counts;
-    ConversionOptions options;
-    options.keepRaw = true;
-    for (const auto& path : filesIn(corpusDir, ".swf")) {
-        if (std::filesystem::file_size(path) > 20000)
-            continue;
-        libswf::SwfMovieSafe movie;
-        libswf::SwfLoadOptions load;
-        load.keepRaw = true;
-        try {
-            movie.load(path.string(), load);
-        } catch (const libswf::SwfException&) {
-            continue;
-        }
-        compareChanged(swfToXmlDocument(movie, options), 5, random, counts);
-    }
-    if (counts.all == 0)
-        GTEST_SKIP() << "no movies at " << corpusDir;
-    EXPECT_GT(counts.plain, counts.all / 20);
-}
-
 // What is written takes the quick way: without this it would be quick no more, and no test would tell.
 TEST(XmlPlain, TakesWhatIsWritten) {
     for (const char* text : {"<a/>", "<a />", "\n<a b=\"1\" c=\"-2\" />\n", "<a><b /></a>", "<a>\n<![CDATA[x]]>\n</a>",

@@ -1,9 +1,13 @@
 // Which bytes of a text have which colour.
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "SwfSyntaxHighlighter.h"
+#include "SwfWords.h"
 #include "TextBuffer.h"
 #include "TextEditorView.h"
+#include "XmlVocabulary.h"
 
 namespace {
 
@@ -66,6 +70,42 @@ TEST(Highlighter, TokensHaveTheirClasses) {
     for (const auto& [text, token] : tokens) {
         TextBuffer buffer(text);
         EXPECT_EQ(SwfSyntaxHighlighter::readToken(buffer), token) << text;
+    }
+}
+
+// Every word is the name of an element or attribute; these few are kept as they are.
+TEST(Highlighter, WordsAreNamesOfTheForm) {
+    const std::set<std::u16string_view> odd = {u"ACTION_NEXTFRAME", u"CString", u"GotoLabel", u"BitVal", u"TextColor"};
+    std::set<std::u16string> known;
+    std::set<const xml2swf::XmlElementType*> seen;
+    const auto add = [&known](std::string_view name) { known.emplace(name.begin(), name.end()); };
+    const std::function<void(const xml2swf::XmlChildForm&)> visit = [&](const xml2swf::XmlChildForm& form) {
+        add(form.name);
+        if (!seen.insert(form.type).second)
+            return;
+        for (const auto& attribute : form.type->attributes)
+            add(attribute.name);
+        for (const auto& child : form.type->children())
+            visit(child);
+    };
+    visit(xml2swf::XmlVocabulary::get().movie());
+    const std::span<const char16_t* const> lists[] = {tagWords, structureWords, actionWords, fieldWords};
+    for (const auto& list : lists) {
+        for (const std::u16string_view word : list)
+            EXPECT_NE(known.contains(std::u16string(word)), odd.contains(word))
+                << QStringView(word).toString().toStdString();
+    }
+}
+
+TEST(Highlighter, ClassesHaveTheColoursOfTheView) {
+    const std::pair<int, QRgb> colours[] = {
+        {SwfSyntaxHighlighter::Other, 0xFF000000},     {SwfSyntaxHighlighter::String, 0xFFB22222},
+        {SwfSyntaxHighlighter::Structure, 0xFF4876FF}, {SwfSyntaxHighlighter::Action, 0xFF836FFF},
+        {SwfSyntaxHighlighter::Tag, 0xFF0000CD},       {SwfSyntaxHighlighter::Field, 0xFF2E8B57}};
+    TextEditorView view;
+    for (const auto& [name, colour] : colours) {
+        const auto shown = static_cast<QRgb>(view.send(QsciScintillaBase::SCI_STYLEGETFORE, name)); // blue first
+        EXPECT_EQ(qRgb(int(shown & 0xFF), int(shown >> 8 & 0xFF), int(shown >> 16 & 0xFF)), colour) << name;
     }
 }
 

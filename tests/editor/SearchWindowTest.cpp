@@ -1,0 +1,131 @@
+// Find and Replace, and what the window does with the names of its documents, by keys and menus.
+#include <QClipboard>
+
+#include "ReplaceDlg.h"
+#include "SwfUtils.h"
+#include "WindowFixture.h"
+
+namespace {
+
+using namespace zelk;
+
+class SearchWindowTest : public WindowTest {
+protected:
+    // The dialog of this title, which is open.
+    FindDlg& dialog(const char* title) {
+        for (FindDlg* each : window->findChildren<FindDlg*>()) {
+            if (each->isVisible() && each->windowTitle() == QLatin1String(title))
+                return *each;
+        }
+        throw std::runtime_error(std::string("no dialog ") + title);
+    }
+    static QAbstractButton& button(QWidget& dialog, const QString& text) {
+        for (auto* each : dialog.findChildren<QAbstractButton*>()) {
+            if (each->text().remove(u'&') == text)
+                return *each;
+        }
+        throw std::runtime_error("no button " + text.toStdString());
+    }
+    // Ticks these and clears the other boxes, fills in the fields, and presses a button.
+    void ask(FindDlg& dialog, const QStringList& ticked, const QStringList& fields, const QString& pressed) {
+        for (auto* box : dialog.findChildren<QCheckBox*>())
+            box->setChecked(ticked.contains(box->text().remove(u'&')));
+        button(dialog, ticked.contains(QStringLiteral("Up")) ? QStringLiteral("Up") : QStringLiteral("Down")).click();
+        const auto edits = dialog.findChildren<QComboBox*>();
+        for (qsizetype i = 0; i < fields.size(); ++i)
+            edits[i]->setEditText(fields[i]);
+        button(dialog, pressed).click();
+    }
+    std::string result(FindDlg& dialog) {
+        std::string text;
+        for (const auto* label : dialog.findChildren<QLabel*>())
+            text += label->buddy() == nullptr ? label->text().toStdString() : "";
+        return text;
+    }
+    void openFile(const char* name) {
+        libswf::writeTextFile(path(name), "<Movie/>");
+        ASSERT_TRUE(window->openFiles({QString::fromStdString(path(name))}));
+    }
+    void choose(int id) { window->actions().action(id)->trigger(); }
+};
+
+TEST_F(SearchWindowTest, FindGoesWhereItIsTold) {
+    const QString around = QStringLiteral("Wrap around"), up = QStringLiteral("Up");
+    const struct {
+        size_t caret;
+        QStringList ticked;
+        const char *pattern, *result;
+        TextMatch selection;
+    } cases[] = {
+        {0, {}, "ab", "1 of 4", {0, 2}},
+        {1, {}, "ab", "2 of 4", {3, 5}},
+        {7, {}, "ab", "4 of 4", {8, 10}},
+        {9, {}, "ab", "Not found: ab", {9, 9}},
+        {9, {around}, "ab", "1 of 4, continued from the other end", {0, 2}},
+        {7, {up}, "ab", "2 of 4", {3, 5}},
+        {1, {up}, "ab", "Not found: ab", {1, 1}},
+        {1, {up, around}, "ab", "4 of 4, continued from the other end", {8, 10}},
+        {1, {QStringLiteral("Match case")}, "ab", "2 of 3", {6, 8}},
+        {5, {around, QStringLiteral("Match whole word only")}, "ab", "1 of 2, continued from the other end", {0, 2}},
+        {0, {QStringLiteral("Regular expression")}, "b+$", "1 of 1", {9, 10}},
+        {0, {QStringLiteral("Regular expression")}, "(", "The expression is not correct: ", {0, 0}},
+    };
+    editor().setText("ab Ab abab");
+    press(Qt::Key_F, Qt::ControlModifier);
+    FindDlg& find = dialog("Find");
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.result);
+        editor().select({c.caret, c.caret});
+        ask(find, c.ticked, {QString::fromUtf8(c.pattern)}, QStringLiteral("Find Next"));
+        EXPECT_TRUE(result(find).starts_with(c.result)) << result(find);
+        EXPECT_EQ(editor().selection(), c.selection);
+    }
+    ask(find, {}, {QStringLiteral("B")}, QStringLiteral("Count"));
+    EXPECT_EQ(result(find), "4 matches");
+    editor().select({3, 5});
+    press(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(find.options().pattern, "Ab") << "what is selected is proposed";
+}
+
+TEST_F(SearchWindowTest, ReplaceChangesWhatItIsTold) {
+    const QString inSelection = QStringLiteral("Replace all in the selection only");
+    const struct {
+        QStringList ticked;
+        const char *pressed, *result, *text;
+    } cases[] = {
+        {{inSelection}, "Replace All", "2 replaced", "a-x-x-a"},
+        {{}, "Replace All", "4 replaced", "x-x-x-x"},
+        {{}, "Replace", "4 of 4", "a-a-a-a"}, // what is selected is no match
+        {{inSelection, QStringLiteral("Regular expression")}, "Replace All", "2 replaced", "a-x-x-a"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.pressed);
+        editor().setText("a-a-a-a");
+        press(Qt::Key_R, Qt::ControlModifier);
+        editor().select({2, 5});
+        ask(dialog("Replace"), c.ticked, {QStringLiteral("a"), QStringLiteral("x")}, QString::fromUtf8(c.pressed));
+        EXPECT_EQ(editor().text(), c.text);
+        EXPECT_EQ(result(dialog("Replace")), c.result);
+    }
+    editor().setText("a-a");
+    editor().select({0, 1});
+    ask(dialog("Replace"), {}, {QStringLiteral("a"), QStringLiteral("x")}, QStringLiteral("Replace"));
+    EXPECT_EQ(editor().text(), "x-a");
+    EXPECT_EQ(editor().selection(), (TextMatch{2, 3})) << "and on to the next one";
+}
+
+TEST_F(SearchWindowTest, DocumentsAreClosedAndNamedByTheMenuOfTheirTab) {
+    for (const char* name : {"a.xml", "b.xml", "c.xml"})
+        openFile(name);
+    openFile("b.xml");
+    choose(CommandId::copyFullPath);
+    EXPECT_EQ(QApplication::clipboard()->text().toStdString(), path("b.xml"));
+    choose(CommandId::copyFileName);
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("b.xml"));
+    choose(CommandId::closeOthers);
+    ASSERT_EQ(window->tabs().count(), 1);
+    EXPECT_EQ(window->tabs().current()->document().fileName, path("b.xml"));
+    QApplication::clipboard()->clear();
+}
+
+} // namespace

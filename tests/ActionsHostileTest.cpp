@@ -36,16 +36,6 @@ Bytes repeated(std::string_view hex, size_t size) {
     return bytes;
 }
 
-// One tag with a long header.
-Bytes recordOf(uint16_t code, const Bytes& body) {
-    Bytes record;
-    append16(record, code << 6 | 63);
-    append16(record, body.size());
-    append16(record, body.size() >> 16);
-    record.insert(record.end(), body.begin(), body.end());
-    return record;
-}
-
 // What becomes of a tag's body; empty when the tag is dropped.
 Bytes savedBody(uint16_t code, const Bytes& body, bool keepRaw, bool fullForm = false) {
     const Bytes record = recordOf(code, body);

@@ -66,12 +66,24 @@ bool readValue(CaseFile& file, std::string_view keyword, std::string_view value)
     return true;
 }
 
+// Where the element whose last tag ends at `end` starts. No element of its name stands in it.
+size_t startOf(std::string_view text, size_t end) {
+    size_t start = text.rfind('<', end);
+    if (text.at(start + 1) != '/')
+        return start;
+    const std::string name = "<" + std::string(text.substr(start + 2, end - start - 2));
+    do {
+        start = text.rfind(name, start - 1);
+    } while (text.at(start + name.size()) != '>' && text.at(start + name.size()) != ' ');
+    return start;
+}
+
 // "<a/>*3" stands for three elements.
 std::string repeatedElements(std::string_view text) {
     std::string result;
     for (size_t star; (star = text.find(">*")) != text.npos;) {
         const size_t end = std::min(text.find_first_not_of("0123456789", star + 2), text.size());
-        const size_t start = text.rfind('<', star);
+        const size_t start = startOf(text, star);
         const uint32_t times = number(text.substr(star + 2, end - star - 2), 1 << 16);
         result += text.substr(0, start);
         for (uint32_t i = 0; i < times; ++i)
@@ -257,4 +269,20 @@ std::string lineDiff(const std::string& expected, const std::string& actual) {
     }
     return "texts part in line " + std::to_string(row) + "\n  expected " + lineA + "\n  actual   " + lineB +
            "\nwhole text:\n" + actual + "\n";
+}
+
+Bytes recordOf(uint16_t code, std::span<const uint8_t> body) {
+    const bool isLong = body.size() >= 63;
+    const uint32_t length = static_cast<uint32_t>(body.size());
+    const uint32_t word = uint32_t(code) << 6 | (isLong ? 63 : length);
+    Bytes record = {static_cast<uint8_t>(word), static_cast<uint8_t>(word >> 8)};
+    for (uint32_t shift = 0; isLong && shift < 32; shift += 8)
+        record.push_back(static_cast<uint8_t>(length >> shift));
+    record.insert(record.end(), body.begin(), body.end());
+    return record;
+}
+
+Bytes joined(Bytes a, std::span<const uint8_t> b) {
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
 }

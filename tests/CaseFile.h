@@ -48,3 +48,7 @@ std::string hexText(std::span<const uint8_t> bytes);
 /// Where two runs of bytes or two texts part; empty when they are equal.
 std::string hexDiff(std::span<const uint8_t> expected, std::span<const uint8_t> actual);
 std::string lineDiff(const std::string& expected, const std::string& actual);
+
+/// A tag's record, with a long header from 63 bytes on.
+Bytes recordOf(uint16_t code, std::span<const uint8_t> body);
+Bytes joined(Bytes a, std::span<const uint8_t> b);

@@ -25,22 +25,6 @@ struct Record {
     bool operator==(const Record&) const = default;
 };
 
-Bytes recordOf(uint16_t code, std::span<const uint8_t> body) {
-    const bool isLong = body.size() >= 63;
-    const uint32_t length = static_cast<uint32_t>(body.size());
-    const uint32_t word = uint32_t(code) << 6 | (isLong ? 63 : length);
-    Bytes record = {static_cast<uint8_t>(word), static_cast<uint8_t>(word >> 8)};
-    for (uint32_t shift = 0; isLong && shift < 32; shift += 8)
-        record.push_back(static_cast<uint8_t>(length >> shift));
-    record.insert(record.end(), body.begin(), body.end());
-    return record;
-}
-
-Bytes joined(Bytes a, std::span<const uint8_t> b) {
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
-}
-
 // An uncompressed file of these records, with an empty stage and no frames.
 Bytes fileOf(uint8_t version, const Bytes& records) {
     const Bytes stage = {0x10, 0x00, 0, 1, 0, 0};
@@ -289,7 +273,7 @@ protected:
 
     // A body that is cut short is refused, or gives a tag that can be shown and written.
     void truncate() {
-        const size_t step = 1 + file.body->size() / 1024;
+        const size_t step = 1 + file.body->size() / 512;
         for (size_t length = 0; length < file.body->size(); length += step) {
             const auto body = std::span<const uint8_t>(*file.body).first(length);
             for (bool keepRaw : {false, true}) {
@@ -412,20 +396,6 @@ TEST(TagTable, EveryTagHasACase) {
     EXPECT_TRUE(shown.count("Unknown"));
 #define SWF_TAG(code, name) EXPECT_TRUE(shown.count(#name)) << "no case shows " #name;
 #define SWF_FULL_TAG SWF_TAG
-#include "SwfTags.def"
-}
-
-TEST(TagTable, NamesAndCodesAreUnique) {
-    std::set<std::string> names = {"Unknown", "Movie"};
-    std::set<uint32_t> codes;
-    auto add = [&](uint32_t code, const char* name) {
-        EXPECT_TRUE(names.insert(name).second) << name;
-        EXPECT_TRUE(codes.insert(code).second) << code;
-        EXPECT_LE(code, 1023u);
-    };
-#define SWF_TAG(code, name) add(code, #name);
-#define SWF_FULL_TAG SWF_TAG
-#define SWF_RAW_TAG SWF_TAG
 #include "SwfTags.def"
 }
 

@@ -15,6 +15,8 @@ namespace zelk {
 class ScriptedUser : public IUserInterface {
 public:
     std::deque<std::optional<std::string>> saveNames;
+    std::optional<std::string> payloadName; ///< of the file to export to and import from
+    std::vector<std::string> payloadKinds;  ///< that were offered for an import
     std::optional<uint32_t> rowAnswer;
     std::deque<std::optional<MovieSettings>> settingsAnswers;
     std::vector<MovieSettings> shownSettings;
@@ -30,6 +32,14 @@ public:
         const auto answer = saveNames.front();
         saveNames.pop_front();
         return answer;
+    }
+    std::optional<std::string> chooseFileToExport(const std::string& name) override {
+        proposal = name;
+        return payloadName;
+    }
+    std::optional<std::string> chooseFileToImport(const std::vector<std::string>& kinds) override {
+        payloadKinds = kinds;
+        return payloadName;
     }
     SaveAnswer askToSave(const Document&) override { return SaveAnswer::cancel; }
     bool askToReplaceChanged(const Document&) override {
@@ -63,10 +73,12 @@ public:
 class StringView : public ITextView {
 public:
     std::string content;
+    std::vector<std::string> replaced; ///< what stood where something was replaced
     uint32_t atRow = 1, atColumn = 1;
     void setText(std::string bytes) override { content = std::move(bytes); }
     std::string_view text() override { return content; }
     void replace(size_t start, size_t end, std::string_view bytes) override {
+        replaced.push_back(content.substr(start, end - start));
         content.replace(start, end - start, bytes);
     }
     void setSavePoint() override {}

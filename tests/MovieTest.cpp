@@ -1,11 +1,6 @@
-// Movie files: header, compression, tag framing, tag lists and files on disk.
+// Movie files: header, compression, tag framing, tag lists.
 #include <gtest/gtest.h>
 #include <zlib.h>
-#ifndef _WIN32
-#include <sys/resource.h>
-
-#include <csignal>
-#endif
 #ifdef ZELK_HAVE_LZMA
 #include <lzma.h>
 #endif
@@ -15,7 +10,6 @@
 #include "CaseFile.h"
 #include "SwfAllTags.h"
 #include "SwfMovie.h"
-#include "SwfUtils.h"
 #include "SwfWarnings.h"
 
 using namespace libswf;
@@ -62,11 +56,6 @@ Bytes zipped(const Bytes& body) {
     compress(out.data(), &size, body.data(), static_cast<uLong>(body.size()));
     out.resize(size);
     return out;
-}
-
-Bytes joined(Bytes a, const Bytes& b) {
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
 }
 
 TEST(MovieHeader, BothWays) {
@@ -153,7 +142,7 @@ TEST(Compression, BoundsTheBodyByItsHeader) {
         {packed, length, 0},
         {packed, length + 100, 0}, // ends early
         {packed, UINT32_MAX, 0},   // costs no memory
-        {joined(packed, {1, 2}), length, 0},
+        {joined(packed, Bytes{1, 2}), length, 0},
         {packed, length - 1, 3}, // gives more than it says
         {packed, 8, 3},
         {packed, 7, 3},
@@ -260,7 +249,7 @@ TEST(Compression, LzmaBodiesMayReferFarBack) {
     Bytes block(20'000);
     std::mt19937 random(1);
     std::generate(block.begin(), block.end(), [&] { return static_cast<uint8_t>(random()); });
-    Bytes body = joined(hexBytes(std::string(stage) + "3ff9"), {0, 0, 0, 0});
+    Bytes body = joined(hexBytes(std::string(stage) + "3ff9"), Bytes(4));
     const size_t bodyStart = body.size();
     body = joined(std::move(body), block);
     body.resize(bodyStart + distance);
@@ -439,144 +428,5 @@ TEST(SwfVector, OwnsGrowsAndAsserts) {
     }
     EXPECT_EQ(living, 0);
 }
-
-// A folder that goes with the test.
-struct Folder {
-    std::filesystem::path path =
-        std::filesystem::temp_directory_path() / ("zelk-test-" + std::to_string(std::random_device()()));
-    Folder() { std::filesystem::create_directories(path); }
-    ~Folder() { std::filesystem::remove_all(path); }
-    std::string file(const char* name) const { return path.string() + "/" + name; }
-    ptrdiff_t count() const {
-        return std::distance(std::filesystem::directory_iterator(path), std::filesystem::directory_iterator());
-    }
-};
-
-template <class Act>
-uint32_t fileFailure(const std::string& name, Act act) {
-    try {
-        act();
-        return 0;
-    } catch (const SwfFileException& error) {
-        EXPECT_EQ(error.fileName(), name);
-        return error.code();
-    }
-}
-
-template <class Act>
-std::string problemOf(Act act) {
-    try {
-        act();
-        return {};
-    } catch (const SwfFileException& error) {
-        EXPECT_EQ(std::string(error.what()).find(error.fileName()), 0u) << "named once, in front";
-        return error.problem();
-    }
-}
-
-// In the system's own words.
-TEST(Files, AFailureTellsTheReason) {
-    const Folder folder;
-    const auto expected = [](const char* what, int error) {
-        return what + (": " + std::generic_category().message(error));
-    };
-    EXPECT_EQ(problemOf([&] { readFile(folder.file("none")); }), expected("cannot be opened for reading", ENOENT));
-    EXPECT_EQ(problemOf([&] { readFile(folder.path.string()); }), expected("cannot be read", EISDIR));
-    EXPECT_EQ(problemOf([&] { writeFile(folder.file("none/file"), Bytes{1}); }),
-              expected("cannot be opened for writing", ENOENT));
-    EXPECT_EQ(problemOf([&] { writeFile(folder.path.string(), Bytes{1}); }),
-              expected("cannot be opened for writing", EISDIR));
-#ifdef __linux__
-    EXPECT_EQ(problemOf([&] { readFile(folder.file(std::string(300, 'x').c_str())); }),
-              expected("cannot be opened for reading", ENAMETOOLONG));
-    EXPECT_EQ(problemOf([&] { writeFile("/proc/zelk", Bytes{1}); }), expected("cannot be opened for writing", ENOENT));
-    EXPECT_EQ(problemOf([&] { writeFile("/dev/full", Bytes{1}); }), expected("cannot be opened for writing", EACCES));
-#endif
-}
-
-TEST(Files, ReadAndWrite) {
-    const Folder folder;
-    const std::string file = folder.file("b\xC3\xA4r.swf");
-    auto write = [&](const std::string& name, const Bytes& bytes) {
-        return fileFailure(name, [&] { writeFile(name, bytes); });
-    };
-    auto read = [&](const std::string& name) { return fileFailure(name, [&] { readFile(name); }); };
-    EXPECT_EQ(write(file, {1, 2, 3}), 0u);
-    EXPECT_EQ(write(file, {4}), 0u);
-    EXPECT_EQ(readFile(file), Bytes{4});
-    // Bytes that text mode would change or stop at, under a name that no code page but UTF-8 can hold whole.
-    const std::string other = folder.file("\xD0\x96\xE6\x97\xA5\xF0\x9F\x8E\xAC.swf");
-    const Bytes special = {'a', '\n', '\r', '\n', 0x1A, 0, 'b'};
-    EXPECT_EQ(write(other, special), 0u);
-    EXPECT_EQ(readFile(other), special);
-
-    EXPECT_EQ(read(folder.file("none")), 4097u);
-    EXPECT_EQ(read(folder.file("no UTF-8 \xFF")), 4097u);
-    EXPECT_EQ(write(folder.file("no UTF-8 \xFF/file"), {1}), 4098u);
-    EXPECT_EQ(read(folder.path.string()), 4099u);
-    EXPECT_EQ(write(folder.file("none/file"), {1}), 4098u);
-    EXPECT_EQ(write(folder.path.string(), {1}), 4098u);
-    EXPECT_EQ(assertionOf([&] { writeFile(file, {}); }), "data");
-    const uint8_t byte = 0;
-    EXPECT_EQ(assertionOf([&] { writeFile(file, {&byte, 0}); }), "size");
-    writeTextFile(folder.file("empty"), "");
-    EXPECT_TRUE(readFile(folder.file("empty")).empty());
-    EXPECT_EQ(folder.count(), 3); // nothing is left lying about
-}
-
-// A file that must not be written is replaced with its permissions, or stays: that is up to the system.
-TEST(Files, AProtectedFileIsReplacedOrStays) {
-    namespace fs = std::filesystem;
-    const Folder folder;
-    const std::string file = folder.file("movie.swf");
-    writeFile(file, Bytes{1});
-    fs::permissions(file, fs::perms(0444));
-    const fs::perms before = fs::status(file).permissions();
-    const uint32_t code = fileFailure(file, [&] { writeFile(file, Bytes{2}); });
-    EXPECT_EQ(readFile(file), Bytes{static_cast<uint8_t>(code == 0 ? 2 : 1)});
-    EXPECT_EQ(fs::status(file).permissions(), before);
-    EXPECT_EQ(folder.count(), 1);
-    fs::permissions(file, fs::perms(0600)); // so that the folder can go
-}
-
-#ifndef _WIN32 // no permission bits, links or limits of this kind there
-
-TEST(Files, KeepPermissionsAndLinks) {
-    const Folder folder;
-    const std::string file = folder.file("movie.swf"), link = folder.file("link");
-    writeFile(file, Bytes{1});
-    std::filesystem::permissions(file, std::filesystem::perms(0600));
-    writeFile(file, Bytes{4});
-    EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0600));
-    std::filesystem::create_symlink(file, link);
-    writeFile(link, Bytes{5});
-    EXPECT_EQ(readFile(file), Bytes{5}); // through the link, which stays one
-    EXPECT_TRUE(std::filesystem::is_symlink(link));
-    const std::string longest = folder.file((std::string(251, 'n') + ".swf").c_str()); // as long as a name may be
-    writeFile(longest, Bytes{6});
-    EXPECT_EQ(readFile(longest), Bytes{6});
-    EXPECT_EQ(folder.count(), 3);
-}
-
-// A disk that is full in the middle of a save.
-TEST(Files, AFailedSaveLeavesTheOldFile) {
-    const Folder folder;
-    const std::string file = folder.file("movie.swf");
-    writeFile(file, Bytes{1, 2, 3});
-    rlimit limit{}, old{};
-    getrlimit(RLIMIT_FSIZE, &old);
-    limit = old;
-    limit.rlim_cur = 4096;
-    const auto handler = signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &limit);
-    const std::string problem = problemOf([&] { writeFile(file, Bytes(100000)); });
-    setrlimit(RLIMIT_FSIZE, &old);
-    signal(SIGXFSZ, handler);
-    EXPECT_EQ(problem, "cannot be written: " + std::generic_category().message(EFBIG));
-    EXPECT_EQ(readFile(file), (Bytes{1, 2, 3}));
-    EXPECT_EQ(folder.count(), 1);
-}
-
-#endif
 
 } // namespace

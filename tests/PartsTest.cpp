@@ -4,10 +4,11 @@
 #include <stdexcept>
 #include <thread>
 
-#include "Conversion.h"
+#include "CaseFile.h"
+#include "Outcome.h"
+#include "Paths.h"
 #include "SwfAllTags.h"
 #include "SwfInOrder.h"
-#include "SwfWarnings.h"
 
 using namespace libswf;
 using namespace xml2swf;
@@ -45,67 +46,33 @@ struct Progress : IProgressReporter {
     }
 };
 
-// All that a conversion gives.
-struct Outcome {
-    std::string result, problem;
-    std::vector<std::string> warnings;
-    uint64_t warningsInAll = 0;
-    std::vector<double> reports;
-
-    bool operator==(const Outcome&) const = default;
-};
-
-// Runs `convert`, which gives the result or throws.
-template <class Convert>
-Outcome outcomeOf(uint32_t threads, double stopAt, Convert convert) {
-    Outcome outcome;
+Outcome compiled(const std::string& text, uint32_t threads, double stopAt = 2, bool toWrite = false) {
     Progress progress(stopAt);
-    SwfWarnings warnings;
-    ConversionOptions options;
-    options.threads = threads;
-    options.progress = &progress;
-    options.warnings = &warnings;
-    try {
-        outcome.result = convert(options);
-    } catch (const XmlValueError& error) {
-        outcome.problem = error.description() + " in row " + std::to_string(error.place.row);
-    } catch (const XmlSyntaxError& error) {
-        outcome.problem = error.what() + (" in row " + std::to_string(error.place.row));
-    } catch (const std::exception& error) {
-        outcome.problem = error.what();
-    }
-    for (const SwfWarning& warning : warnings.items())
-        outcome.warnings.push_back(warning.path + " " + warning.tagName + " " + std::to_string(warning.offset) + " " +
-                                   std::to_string(warning.row) + ":" + std::to_string(warning.column) + " " +
-                                   warning.reason);
-    outcome.warningsInAll = warnings.total();
+    Outcome outcome = ::compiled(text, {.progress = &progress, .toWrite = toWrite, .threads = threads});
     outcome.reports = progress.reports;
     return outcome;
 }
 
-Outcome compiled(const std::string& text, uint32_t threads, double stopAt = 2, bool toWrite = false) {
-    return outcomeOf(threads, stopAt, [&](ConversionOptions options) {
-        MovieTarget target;
-        options.toWrite = toWrite;
-        xmlToSwf(text, target, options);
-        const SwfVector<uint8_t> file = target.movie.serialise(1);
-        return std::string(file.begin(), file.end());
-    });
-}
-
-Outcome shown(const std::string& file, bool keepRaw, uint32_t threads, double stopAt = 2, bool readLater = false) {
+// Warnings of reading come after those of showing.
+Outcome shown(const std::string& file, SwfLoadOptions load, uint32_t threads, double stopAt = 2) {
     SwfMovieSafe movie;
-    movie.parse({file.begin(), file.end()}, {.keepRaw = keepRaw, .readLater = readLater});
-    return outcomeOf(threads, stopAt, [&](ConversionOptions options) {
-        std::vector<TagText> places;
-        options.keepRaw = keepRaw;
-        options.tagTexts = &places;
+    SwfWarnings reading;
+    load.warnings = &reading;
+    movie.parse({file.begin(), file.end()}, load);
+    Progress progress(stopAt);
+    std::vector<TagText> places;
+    const auto show = [&](const ConversionOptions& options) {
         std::string text = swfToXml(movie, options);
         for (const TagText& place : places)
             text += " " + std::to_string(place.start) + "-" + std::to_string(place.end) + " " +
                     std::to_string(place.tag->type);
         return text;
-    });
+    };
+    Outcome outcome =
+        outcomeOf({.keepRaw = load.keepRaw, .progress = &progress, .tagTexts = &places, .threads = threads}, show);
+    outcome.reports = progress.reports;
+    note(reading, outcome);
+    return outcome;
 }
 
 const std::string badValue = "<SetTabIndex Depth=\"no\" />", notWell = "<ShowFrame><a></b></ShowFrame>",
@@ -203,11 +170,50 @@ TEST(Parts, AreShownTheSame) {
                                     {29990, big}}}) {
         const std::string file = compiled(document(odd), 1).result;
         for (const bool keepRaw : {true, false}) {
-            const Outcome one = shown(file, keepRaw, 1);
+            const Outcome one = shown(file, {.keepRaw = keepRaw}, 1);
             EXPECT_EQ(one.problem.empty(), keepRaw || odd.empty()) << one.problem;
             EXPECT_EQ(one.warningsInAll, keepRaw && !odd.empty() ? 1u : 0u);
-            EXPECT_TRUE(shown(file, keepRaw, 3) == one);
-            EXPECT_TRUE(shown(file, keepRaw, 3, 2, true) == one);
+            for (const bool readLater : {false, true})
+                EXPECT_TRUE(shown(file, {.keepRaw = keepRaw, .readLater = readLater}, 3) == one);
+        }
+    }
+}
+
+// All cases in one movie, text and bytes, in each way.
+TEST(Parts, CasesAreTheSameInEachWay) {
+    for (const bool isFull : {false, true}) {
+        std::string elements, text = isFull ? "<Movie Form=\"full\" SwfVersion=\"8\">" : "<Movie SwfVersion=\"8\">";
+        Bytes records, file = hexBytes("46 57 53 08 00000000 10 00 00 01 00 00");
+        for (const auto& path : findCases(casesDir)) {
+            for (const CaseFile& each : parseCases(path)) {
+                if (each.fullForm != isFull || each.version != 8)
+                    continue;
+                if (each.xml && each.fails == CaseFile::Fails::never)
+                    elements += "\n" + *each.xml;
+                if (each.body && each.tag != 0)
+                    records = joined(std::move(records), joined(each.before, recordOf(each.tag, *each.body)));
+            }
+        }
+        while (text.size() < bigText)
+            text += elements;
+        while (file.size() < bigBody)
+            file = joined(std::move(file), records);
+        text += "\n</Movie>";
+        const Outcome objects = compiled(text, 1);
+        EXPECT_EQ(objects.problem, "");
+        for (const auto& [threads, toWrite] : {std::pair(1u, true), std::pair(3u, false), std::pair(3u, true)})
+            EXPECT_TRUE(compiled(text, threads, 2, toWrite) == objects) << isFull << threads << toWrite;
+        for (const bool keepRaw : {false, true}) {
+            const auto show = [&](uint32_t threads, bool later) { // what is read later is warned of later
+                Outcome outcome = shown({file.begin(), file.end()},
+                                        {.fullForm = isFull, .keepRaw = keepRaw, .readLater = later}, threads);
+                std::sort(outcome.warnings.begin(), outcome.warnings.end());
+                return outcome;
+            };
+            const Outcome now = show(1, false);
+            EXPECT_TRUE(now.problem.empty() || !keepRaw) << now.problem;
+            for (const auto& [threads, later] : {std::pair(1u, true), std::pair(3u, false), std::pair(3u, true)})
+                EXPECT_TRUE(show(threads, later) == now) << isFull << keepRaw << threads << later;
         }
     }
 }
@@ -274,7 +280,7 @@ TEST(Parts, AreMeasuredAndWrittenTheSame) {
 
 TEST(Parts, AReporterThatThrowsEndsTheWork) {
     const std::string text = document({}), file = compiled(text, 1).result;
-    for (const Outcome& outcome : {compiled(text, 3, 0.3), shown(file, true, 3, 0.3)}) {
+    for (const Outcome& outcome : {compiled(text, 3, 0.3), shown(file, {.keepRaw = true}, 3, 0.3)}) {
         EXPECT_EQ(outcome.problem, "stopped");
         EXPECT_EQ(outcome.reports.size(), size_t(count * 0.3) + 1);
     }

@@ -6,6 +6,7 @@
 #include <map>
 
 #include "Base64.h"
+#include "DocumentFixture.h"
 #include "Exceptions.h"
 #include "ImageCodec.h"
 #include "MediaSamples.h"
@@ -61,32 +62,6 @@ const std::string movie = R"(<?xml version="1.0"?>
     <ShowFrame/>
 </Movie>)";
 
-// Answers with one name; jobs run at once.
-class User : public zelk::IUserInterface {
-public:
-    std::optional<std::string> answer;
-    std::string proposal;
-    std::vector<std::string> kinds;
-    std::vector<zelk::Failure> failures;
-    std::vector<zelk::Message> messages;
-
-    std::optional<std::string> chooseFileToSave(const std::string&) override { return std::nullopt; }
-    std::optional<std::string> chooseFileToExport(const std::string& name) override {
-        proposal = name;
-        return answer;
-    }
-    std::optional<std::string> chooseFileToImport(const std::vector<std::string>& wanted) override {
-        kinds = wanted;
-        return answer;
-    }
-    zelk::SaveAnswer askToSave(const zelk::Document&) override { return zelk::SaveAnswer::cancel; }
-    std::optional<uint32_t> askForRow(uint32_t, uint32_t) override { return std::nullopt; }
-    std::optional<zelk::MovieSettings> askForMovieSettings(const zelk::MovieSettings&) override { return std::nullopt; }
-    void report(const zelk::Failure& failure) override { failures.push_back(failure); }
-    void inform(const zelk::Message& message) override { messages.push_back(message); }
-    void runJob(const std::string&, zelk::ThreadParams& params, zelk::JobWork work) override { work(params); }
-};
-
 TEST(PayloadInText, IsThatOfTheTagAtThePlace) {
     const struct {
         const char* at;
@@ -124,28 +99,9 @@ TEST(PayloadInText, IsThatOfTheTagAtThePlace) {
     EXPECT_THROW(zelk::payloadElementsAt("<Movie><End></Movie>", 8), xml2swf::XmlSyntaxError);
 }
 
-class View : public zelk::ITextView {
-public:
-    std::string content = movie;
-    std::vector<std::string> replaced;
-    uint32_t atRow = 0;
-
-    void setText(std::string bytes) override { content = std::move(bytes); }
-    std::string_view text() override { return content; }
-    void replace(size_t start, size_t end, std::string_view bytes) override {
-        replaced.push_back(content.substr(start, end - start));
-        content.replace(start, end - start, bytes);
-    }
-    void setSavePoint() override {}
-    void gotoPlace(uint32_t row, uint32_t) override { atRow = row; }
-    uint32_t row() const override { return 1; }
-    uint32_t rowCount() const override { return 1; }
-};
-
-class PayloadCommands : public ::testing::Test {
+class PayloadCommands : public zelk::DocumentFixture {
 protected:
-    PayloadCommands() { fs::create_directories(folder); }
-    ~PayloadCommands() override { fs::remove_all(folder); }
+    PayloadCommands() { view.content = movie; }
 
     template <class Cmd>
     bool run(const char* at) {
@@ -153,18 +109,14 @@ protected:
         return runCommand(session, command, &view);
     }
 
-    const fs::path folder = fs::temp_directory_path() / ::testing::UnitTest::GetInstance()->current_test_info()->name();
-    const std::string file = (folder / "x.bin").string();
+    const std::string file = path("x.bin");
     const char* const binary = "<DefineBinaryData CharacterId = '7'";
-    User user;
-    View view;
-    zelk::Session session{user};
 };
 
 TEST_F(PayloadCommands, WriteAFileAndPutOneInItsPlace) {
     EXPECT_FALSE(run<ExportPayloadCmd>(binary)) << "thinks better of it";
     EXPECT_EQ(user.proposal, "7-DefineBinaryData.bin");
-    user.answer = file;
+    user.payloadName = file;
     EXPECT_TRUE(run<ExportPayloadCmd>(binary));
     EXPECT_EQ(readFile(file), (Bytes{1, 2, 3}));
     EXPECT_FALSE(run<ImportPayloadCmd>(binary));
@@ -173,7 +125,7 @@ TEST_F(PayloadCommands, WriteAFileAndPutOneInItsPlace) {
 
     writeFile(file, Bytes{4, 5});
     EXPECT_TRUE(run<ImportPayloadCmd>(binary));
-    EXPECT_EQ(user.kinds, std::vector<std::string>{"*"});
+    EXPECT_EQ(user.payloadKinds, std::vector<std::string>{"*"});
     ASSERT_EQ(view.replaced.size(), 1u);
     const std::string& old = view.replaced[0];
     EXPECT_TRUE(old.starts_with(binary) && old.ends_with("</DefineBinaryData>")) << old;
@@ -186,7 +138,7 @@ TEST_F(PayloadCommands, WriteAFileAndPutOneInItsPlace) {
 }
 
 TEST_F(PayloadCommands, SayWhatKeepsThem) {
-    user.answer = file;
+    user.payloadName = file;
     const std::pair<const char*, const char*> told[] = {
         {"<Movie SwfVersion=\"9\"", "There is no tag at this place."},
         {"<ShowFrame", "ShowFrame has no data that could be a file."},
@@ -204,7 +156,7 @@ TEST_F(PayloadCommands, SayWhatKeepsThem) {
     EXPECT_EQ(view.atRow, std::count(movie.begin(), movie.begin() + long(movie.find("<Data>!")), '\n') + 1);
     EXPECT_FALSE(run<ImportPayloadCmd>(binary)) << "there is no such file";
     EXPECT_TRUE(user.failures.back().message.text.starts_with("Unable to open "));
-    user.answer = (folder / "none" / "x.bin").string();
+    user.payloadName = (folder / "none" / "x.bin").string();
     EXPECT_FALSE(run<ExportPayloadCmd>(binary));
     EXPECT_TRUE(user.failures.back().message.text.starts_with("Unable to save this file."));
     EXPECT_EQ(view.content, movie);

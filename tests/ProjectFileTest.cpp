@@ -1,12 +1,10 @@
 // Project files: which entry of an archive is the text, what is refused, and what is left on the disk.
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <zlib.h>
 
-#include <csignal>
 #include <cstdlib>
 #include <ctime>
 #include <functional>
@@ -14,6 +12,7 @@
 #include "Exceptions.h"
 #include "FileKind.h"
 #include "ProjectFile.h"
+#include "SmallDisk.h"
 #include "SwfUtils.h"
 
 namespace fs = std::filesystem;
@@ -69,19 +68,6 @@ std::string deflated(const std::string& text) {
     std::string packed(size, '\0');
     compress(reinterpret_cast<Bytef*>(packed.data()), &size, reinterpret_cast<const Bytef*>(text.data()), text.size());
     return packed.substr(2, size - 6); // without zlib's own header and checksum
-}
-
-// Runs with files that cannot grow past `most` bytes, as on a disk that is full.
-void onFullDisk(rlim_t most, const std::function<void()>& act) {
-    rlimit old{};
-    getrlimit(RLIMIT_FSIZE, &old);
-    rlimit limit = old;
-    limit.rlim_cur = most;
-    const auto handler = signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &limit);
-    act();
-    setrlimit(RLIMIT_FSIZE, &old);
-    signal(SIGXFSZ, handler);
 }
 
 class ProjectFileTest : public testing::Test {

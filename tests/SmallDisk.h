@@ -1,6 +1,28 @@
 // Disks that are full or take nothing.
 #pragma once
 
+#ifndef _WIN32
+
+#include <csignal>
+#include <functional>
+
+#include <sys/resource.h>
+
+// Runs with files that cannot grow past `most` bytes, as on a disk that is full.
+inline void onFullDisk(rlim_t most, const std::function<void()>& act) {
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    rlimit limit = old;
+    limit.rlim_cur = most;
+    const auto handler = signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &limit);
+    act();
+    setrlimit(RLIMIT_FSIZE, &old);
+    signal(SIGXFSZ, handler);
+}
+
+#endif
+
 #ifdef __linux__
 
 #include <gtest/gtest.h>

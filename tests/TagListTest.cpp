@@ -6,6 +6,7 @@
 
 #include "CommandHistory.h"
 #include "DocumentFiles.h"
+#include "DocumentFixture.h"
 #include "DocumentViewListCommands.h"
 #include "Exceptions.h"
 #include "TagCheck.h"
@@ -93,19 +94,6 @@ public:
     }
 };
 
-class SilentUser : public IUserInterface {
-public:
-    std::vector<Failure> failures;
-
-    std::optional<std::string> chooseFileToSave(const std::string&) override { return {}; }
-    SaveAnswer askToSave(const Document&) override { return SaveAnswer::cancel; }
-    std::optional<uint32_t> askForRow(uint32_t, uint32_t) override { return {}; }
-    std::optional<MovieSettings> askForMovieSettings(const MovieSettings&) override { return {}; }
-    void report(const Failure& failure) override { failures.push_back(failure); }
-    void inform(const Message&) override {}
-    void runJob(const std::string&, ThreadParams& params, JobWork work) override { work(params); }
-};
-
 class TagListTest : public testing::Test {
 protected:
     template <class Command, class... Args>
@@ -128,7 +116,7 @@ protected:
     HistoryText text;
     TaggedText tags{text};
     TestClipboard clipboard;
-    SilentUser user;
+    ScriptedUser user;
     Session session{user};
     CommandHistory history{text};
 };

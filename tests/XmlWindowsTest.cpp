@@ -1,10 +1,9 @@
 // Texts that are parsed in more than one piece behave as if they were parsed as a whole.
 #include <gtest/gtest.h>
 
-#include "Conversion.h"
+#include "Outcome.h"
 #include "SwfTagDefineSprite.h"
 #include "SwfTagsControl.h"
-#include "SwfWarnings.h"
 
 using namespace libswf;
 using namespace xml2swf;
@@ -159,36 +158,21 @@ TEST(XmlWindows, EdgesOfAnyFormAreReadAlike) {
         "<Line DX=\"1\" DY=\"2\" ><Line DX=\"1\" DY=\"2\" /></Line>",
         "<Line DX=\"1\" DY=\"2\" /",
     };
-    auto outcomeOf = [](const std::string& edges) {
-        const std::string head = "\n<DefineShape3 ShapeId=\"1\"><Bounds /><FillStyles><SolidFillStyle Color=\"ff\" />"
-                                 "</FillStyles><LineStyles><LineStyle Width=\"1\" /></LineStyles><Edges>";
-        const std::string text = movie(head + edges + "</Edges></DefineShape3>");
-        MovieTarget target;
-        SwfWarnings warnings;
-        ConversionOptions options;
-        options.warnings = &warnings;
-        std::string outcome;
-        try {
-            EXPECT_TRUE(xmlToSwf(text, target, options));
-            const SwfVector<uint8_t> file = target.movie.serialise(0);
-            outcome.assign(file.begin(), file.end());
-        } catch (const XmlValueError& error) {
-            outcome = error.description();
-        } catch (const XmlSyntaxError& error) {
-            outcome = error.what();
-        }
-        for (const SwfWarning& warning : warnings.items())
-            outcome += warning.tagName + warning.reason;
-        return outcome;
+    auto shape = [](const std::string& edges) {
+        return movie("\n<DefineShape3 ShapeId=\"1\"><Bounds /><FillStyles><SolidFillStyle Color=\"ff\" /></FillStyles>"
+                     "<LineStyles><LineStyle Width=\"1\" /></LineStyles><Edges>" +
+                     edges + "</Edges></DefineShape3>");
     };
     for (const std::string odd : odds) {
         std::string usual, other;
         for (int i = 0; i < 1000; ++i) {
             const std::string line = "\n <Line DX=\"" + std::to_string(i - 500) + "\" DY=\"40\" />";
-            const std::string edge = i == 500 || i == 900 ? odd : line;
+            const std::string edge = i == 500 || i == 900 ? "\n" + odd : line;
             usual += edge;
-            other += "<!-- -->" + edge;
+            other += edge + "<!-- -->";
         }
-        EXPECT_TRUE(outcomeOf(usual) == outcomeOf(other)) << odd;
+        const Outcome objects = compiled(shape(usual));
+        EXPECT_TRUE(compiled(shape(usual), {.toWrite = true}) == objects) << odd;
+        EXPECT_TRUE(compiled(shape(other)) == objects) << odd;
     }
 }

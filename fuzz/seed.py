@@ -26,22 +26,31 @@ def hexes(text):
 
 
 def cases():
-    """(code, version, records before, body, xml) of every case file."""
+    """(code, version, records before, body, xml) of every case."""
     for path in sorted((ROOT / 'tests' / 'cases').rglob('*.case')):
-        values, sections, name = {}, {}, None
         content = path.read_text(encoding='latin-1')
-        if '{' in content:  # stands for many cases of single flags
-            continue
-        for line in content.splitlines():
-            if not line or line.startswith('  '):
-                if name:
-                    sections[name].append(line[2:])
-            elif not line.startswith('#'):
-                name, _, values[name] = line.partition(' ')
-                sections[name] = []
-        text = lambda key: '\n'.join(sections.get(key, []))
-        number = lambda key, default: int(values.get(key, str(default)).split()[0])
-        yield number('tag', 0), number('version', 8), hexes(text('before')), hexes(text('body')), text('xml')
+        if '{' not in content:  # else it stands for many cases of single flags
+            yield from cases_in(content)
+
+
+def cases_in(content):
+    values, sections, head, name = {}, {}, None, None
+    text = lambda key: '\n'.join(sections.get(key, []))
+    number = lambda key, default: int(values.get(key, str(default)).split()[0])
+    case = lambda: (number('tag', 0), number('version', 8), hexes(text('before')), hexes(text('body')), text('xml'))
+    for line in content.splitlines():
+        if not line or line.startswith('  '):
+            if name:
+                sections[name].append(line[2:])
+        elif not line.startswith('#'):
+            name, _, value = line.partition(' ')
+            if name in sections and name in ('body', 'xml') or name == 'body' and 'xml' in sections:
+                yield case()
+                values, sections = dict(head[0]), dict(head[1])
+            if name in ('body', 'xml') and head is None:
+                head = dict(values), dict(sections)
+            values[name], sections[name] = value, []
+    yield case()
 
 
 def movie(version, records):

@@ -162,8 +162,15 @@ Bytes hexBytes(std::string_view text) {
     return bytes;
 }
 
-static CaseFile parseCase(const std::filesystem::path& path, const std::string& text) {
-    CaseFile file;
+// Whether this section begins another case: the one before it has what a case may have once.
+static bool beginsAnother(const CaseFile& file, std::string_view section) {
+    return (section == "xml" && file.xml) || (section == "body" && (file.body || file.xml));
+}
+
+// The cases of a text. What stands before the first body or xml holds for all of them.
+static std::vector<CaseFile> parseText(const std::filesystem::path& path, const std::string& text) {
+    std::vector<CaseFile> files;
+    CaseFile file, header;
     file.path = path;
     std::istringstream in(text);
     size_t row = 0, sectionRow = 0;
@@ -177,6 +184,10 @@ static CaseFile parseCase(const std::filesystem::path& path, const std::string& 
         if (!readSection(file, keyword, content))
             throw std::runtime_error("unknown keyword " + keyword);
         keyword.clear();
+    };
+    auto endCase = [&] {
+        checkWhole(file);
+        files.push_back(file);
     };
     try {
         for (size_t next = 1; std::getline(in, line); ++next) {
@@ -192,17 +203,25 @@ static CaseFile parseCase(const std::filesystem::path& path, const std::string& 
                 const std::string word = line.substr(0, blank);
                 if (readValue(file, word, trimmed(std::string_view(line).substr(blank))))
                     continue;
+                if (beginsAnother(file, word)) {
+                    endCase();
+                    file = header;
+                }
+                if ((word == "body" || word == "xml") && file.row == 0) {
+                    header = file;
+                    file.row = next;
+                }
                 keyword = word;
                 sectionRow = next;
                 content.clear();
             }
         }
         endSection();
-        checkWhole(file);
+        endCase();
     } catch (const std::exception& error) {
         throw std::runtime_error(path.string() + ":" + std::to_string(row) + ": " + error.what());
     }
-    return file;
+    return files;
 }
 
 std::vector<CaseFile> parseCases(const std::filesystem::path& path) {
@@ -210,8 +229,10 @@ std::vector<CaseFile> parseCases(const std::filesystem::path& path) {
     text << std::ifstream(path, std::ios::binary).rdbuf();
     std::vector<CaseFile> files;
     for (const FlagCase& flagCase : casesOfFlags(text.str())) {
-        files.push_back(parseCase(path, flagCase.text));
-        files.back().flags = flagCase.flags;
+        for (CaseFile& file : parseText(path, flagCase.text)) {
+            file.flags = flagCase.flags;
+            files.push_back(std::move(file));
+        }
     }
     return files;
 }

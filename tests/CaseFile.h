@@ -14,6 +14,7 @@ struct CaseFile {
     enum class Fails { never, read, write, xml };
 
     std::filesystem::path path;
+    size_t row = 0;     ///< of its body or xml in the file
     uint32_t flags = 0; ///< the one that this case shows
     uint16_t tag = 0;
     uint8_t version = 8;
@@ -35,7 +36,7 @@ struct CaseFile {
     const Bytes& saved() const { return resaved ? *resaved : *body; }
 };
 
-/// The cases in a file: one, or one for each flag that it asks for. Throws std::runtime_error "<file>:<line>: ...".
+/// The cases in a file, each once for each flag that it asks for. Throws std::runtime_error "<file>:<line>: ...".
 std::vector<CaseFile> parseCases(const std::filesystem::path& path);
 
 /// Every case file under `folder`, sorted.

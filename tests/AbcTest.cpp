@@ -3,6 +3,7 @@
 
 #include <set>
 
+#include "CaseFile.h"
 #include "Conversion.h"
 #include "MovieCompare.h"
 #include "Paths.h"
@@ -16,8 +17,6 @@ using namespace libswf;
 using namespace xml2swf;
 
 namespace {
-
-using Bytes = std::vector<uint8_t>;
 
 Bytes bytesOf(const SwfBytes& bytes) { return {bytes.data(), bytes.data() + bytes.size()}; }
 
@@ -137,6 +136,38 @@ TEST(Abc, BrokenBlocksAreKept) {
         if (HasFatalFailure())
             return;
     }
+}
+
+// By its name in the layout; each once, in the order of the bytes.
+TEST(Abc, ACutBlockTellsTheFieldThatIsMissing) {
+    std::string fields;
+    for (const char* file : {"names", "members", "methods"}) {
+        const Bytes body = *parseCases(std::string(casesDir) + "/abc/" + file + ".case").front().body;
+        constexpr size_t start = 5; // behind Flags and Name
+        for (size_t end = start; end < body.size(); ++end) {
+            try {
+                SwfAbcBlock(std::span(body).subspan(start, end - start));
+                ADD_FAILURE() << file << " cut at " << end;
+            } catch (const SwfException& error) {
+                const std::string text = error.what(), field = text.substr(0, text.rfind(": "));
+                const std::string name = field.substr(field.rfind(": ") + 2) + ", ";
+                fields += (", " + fields).find(", " + name) == fields.npos ? name : "";
+            }
+        }
+    }
+    EXPECT_EQ(fields,
+              "MinorVersion, MajorVersion, int_count, uint_count, double_count, string_count, string length, "
+              "string, namespace_count, namespace kind, namespace name, ns_set_count, ns_set size, "
+              "ns_set namespace, multiname_count, multiname kind, multiname namespace, multiname name, "
+              "multiname namespace set, multiname type, multiname parameters, multiname parameter, method_count, "
+              "metadata_count, class_count, script_count, method_body_count, int, uint, double, param_count, "
+              "return_type, method name, method flags, metadata name, item_count, item key, item value, "
+              "instance name, super_name, instance flags, protectedNs, intrf_count, interface, iinit, trait_count, "
+              "trait name, trait kind, trait id, trait type, trait value, trait value kind, trait index, "
+              "trait metadata count, trait metadata, cinit, init, param_type, option_count, option value, "
+              "option kind, param_name, body method, max_stack, local_count, init_scope_depth, max_scope_depth, "
+              "code_length, code, exception_count, exception from, exception to, exception target, exception type, "
+              "exception name, ");
 }
 
 // Little bytes that could make much text, or take long.

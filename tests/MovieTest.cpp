@@ -393,6 +393,15 @@ TEST(SwfTags, AccessorsAssertAndLookUp) {
               SwfBytes::copyOf(Bytes{0xBB})); // outlives list and movie
 }
 
+TEST(SwfTags, ATagThatWritesMoreThanItMeasuredIsNoMovie) {
+    struct Liar : SwfTagShowFrame {
+        void writeBody(SwfOStream& stream) override { stream.isCounter() ? void() : stream.writeUI8(1); }
+    };
+    SwfMovie movie(8, 0, 0, 1, false);
+    movie.tags.append(std::make_shared<Liar>());
+    EXPECT_EQ(assertionOf([&] { movie.serialise(0); }), "written <= size");
+}
+
 TEST(SwfVector, OwnsGrowsAndAsserts) {
     SwfVector<uint8_t> vector;
     EXPECT_EQ(assertionOf([&] { vector[0]; }), "Data");

@@ -28,7 +28,7 @@ public:
     explicit CommandActions(QWidget* window);
 
     QAction* action(int id) const { return _actions.value(id); }
-    /// The menu that stands in place of a command: recent files, themes. Asked for what is there as it opens.
+    /// The menu that stands in place of a command: recent files, themes. It is filled each time it opens.
     QMenu* submenu(int id) const { return _submenus.value(id); }
 
     void fill(QMenuBar& bar);

@@ -1,4 +1,4 @@
-// What anyone but the user asks for waits here until his hands are free.
+// Requests that do not come from the user wait here until no dialog is open and no job runs.
 #pragma once
 
 #include <QObject>
@@ -22,9 +22,9 @@ public:
     RequestQueue();
 
     /// Carries the request out from the program's event loop, at once if nothing is open, but never before this has
-    /// returned; one at a time, in the order in which they were added. Forgotten when `owner` goes before.
+    /// returned; one at a time, in the order in which they were added. Dropped if `owner` is deleted before.
     void add(const QObject* owner, Request request);
-    /// The same for who asks again and again: takes the place of what the owner still waits for under this name.
+    /// The same for an owner that asks repeatedly: replaces its request of this name that is still waiting.
     void addLatest(const QObject* owner, const QString& name, Request request);
 
     /// True while anything modal or with an event loop of its own is open.

@@ -23,7 +23,7 @@ public:
     void selectKind(qsizetype index);
     qsizetype selectedKind() const;
 
-    /// A full path; none when the user thinks better of it. `complete` gives a name that was typed the suffix that it
+    /// A full path; none when the user cancels. `complete` gives a name that was typed the suffix that it
     /// lacks, by the kind; a file that would be replaced is asked about by its whole name.
     std::optional<QString> askWhereToSave(const std::function<QString(const QString& name, qsizetype kind)>& complete);
 

@@ -13,7 +13,7 @@ class WindowDialogs : public IUserInterface {
 public:
     explicit WindowDialogs(QWidget* parent) : _parent(parent) {}
 
-    /// Full paths; none when the user thinks better of it.
+    /// Full paths; none when the user cancels.
     QStringList chooseFilesToOpen(const QString& folder);
 
     /// Where payloads are looked for at first: beside the document.

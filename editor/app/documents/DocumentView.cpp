@@ -86,7 +86,7 @@ void DocumentView::dropNotice(const QString& name) {
     if (focus != nullptr && bar->isAncestorOf(focus))
         setFocus();
     bar->hide();
-    bar->setObjectName({}); // One of its buttons may be what was pressed: it goes later.
+    bar->setObjectName({}); // One of its own buttons may have called this, so the bar is deleted later.
     bar->deleteLater();
 }
 

@@ -77,7 +77,7 @@ void NoticeBar::changeEvent(QEvent* event) {
         setColors();
 }
 
-// A shade of amber on what the window has, so that its text colour goes with it in light and dark.
+// The window's own colour with some amber, so that its text colour stays readable in light and dark.
 void NoticeBar::setColors() {
     const QScopedValueRollback guard(_setsColors, true);
     const QPalette theme = QApplication::palette();

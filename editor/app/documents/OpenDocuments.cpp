@@ -13,7 +13,7 @@ using namespace guicommand::documentviewtext;
 
 namespace {
 
-// As it was made, so that nothing is lost when a file takes its place.
+// A new document that was not touched: a file may take its tab, and nothing is lost.
 bool isUntouchedNew(const DocumentView& view) { return !view.document().hasFile && !view.document().isModified; }
 
 } // namespace

@@ -34,7 +34,7 @@ void Autosave::adopt(DocumentView& view, RecoverySession& from, const KeptDocume
     _pool.waitForDone();
     Entry& entry = _entries[&view];
     if (!_session->adopt(entry.id, from, kept.id))
-        return; // It is offered once more.
+        return; // It stays in its old session, which is offered again at the next start.
     entry.hasCopy = true;
     entry.keptChange = view.changeCount();
     entry.original = view.document().original;

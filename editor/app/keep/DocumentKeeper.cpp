@@ -94,7 +94,7 @@ void DocumentKeeper::willClose() {
 }
 
 void DocumentKeeper::hasEnded(bool areClosed) {
-    _isClosing = areClosed; // What goes with the window is no change of the files that are open.
+    _isClosing = areClosed; // Documents that close with the window stay in the list of files to reopen.
     if (areClosed && _autosave != nullptr)
         _autosave->end();
 }

@@ -22,7 +22,7 @@ QString stampText(const FileStamp& stamp) {
     return FileGuard::tr("%1 of %2").arg(sizeText(stamp.size), time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")));
 }
 
-// Another program may still be at it.
+// Another program may still be writing it.
 bool isFresh(const FileStamp& stamp) {
     const qint64 age = QDateTime::currentMSecsSinceEpoch() - stamp.time / 1'000'000;
     return age >= 0 && age < 500;
@@ -77,7 +77,7 @@ void FileGuard::found(DocumentView& view, const FileLook& look) {
     State& state = _states[&view];
     switch (look.change) {
     case FileChange::none:
-        view.document().fileStamp = look.now; // whose time tells by now
+        view.document().fileStamp = look.now; // its time is old enough by now to be relied on
         agree(view);
         break;
     case FileChange::changed:
@@ -89,7 +89,7 @@ void FileGuard::found(DocumentView& view, const FileLook& look) {
         break;
     case FileChange::removed:
         if (!std::exchange(state.isMissing, true))
-            _watch.lookSoon(); // It may only be on its way to be replaced.
+            _watch.lookSoon(); // The program may be about to put a new file there.
         else if (!std::exchange(state.toldRemoved, true))
             tellRemoved(view);
         break;

@@ -7,7 +7,7 @@
 
 namespace zelk {
 
-/// Tells late rather than often: a program that writes a file does so in many steps.
+/// Reports with a delay, once for many events: a program that writes a file does so in many steps.
 class FileWatch : public QObject {
     Q_OBJECT
 public:

@@ -15,7 +15,7 @@ public:
 
     /// Looks at the text again. Throws XmlException; there are no rows then.
     void refresh();
-    /// False as soon as the text has changed: rows tell nothing then.
+    /// False as soon as the text has changed: the rows are out of date then.
     bool isCurrent() const { return _text.isCurrent() && _index == _text.sharedTags(); }
     /// Shows the tags in whose name or attributes this text stands, in any case, and the sprites around them. A sprite
     /// of which only the name or attributes match shows all its tags. Empty: shows everything.

@@ -24,7 +24,7 @@ constexpr double mostEnlarged = 8;    // by fitting
 constexpr auto longest = std::chrono::seconds(3);
 constexpr QRgb markColor = 0xFF2A6DB8;
 
-// [worker thread] What is not painted in time stays away.
+// [worker thread] Stops when it takes too long: the rest is left out.
 QImage painted(const TagPreview& preview, double ratio, const QSize& size, double pixelRatio,
                const QTransform& transform, const std::atomic<bool>& isDropped) {
     QImage image(size * pixelRatio, QImage::Format_ARGB32_Premultiplied);

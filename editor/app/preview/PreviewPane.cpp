@@ -148,7 +148,7 @@ void PreviewPane::accept(const std::shared_ptr<TagPreview>& preview) {
     showWords();
 }
 
-// Old drawings are wrong ones.
+// The drawing of a text that has changed would show what is no longer there.
 void PreviewPane::clear(const QString& words) {
     _player->stop();
     _worker->drop();

@@ -9,7 +9,7 @@ namespace zelk {
 
 void PreviewWorker::start(PreviewRequest request) {
     drop();
-    if (_order != nullptr) { // The thread notices soon that it is dropped.
+    if (_order != nullptr) { // The thread looks at this flag between its steps.
         _next = std::move(request);
         return;
     }
@@ -37,7 +37,7 @@ void PreviewWorker::run(std::shared_ptr<Order> order) {
         this, [this, order, preview] { finish(order, preview); }, Qt::QueuedConnection);
 }
 
-// [worker thread] Asks the GUI thread, which may never come to it: then this order is dropped.
+// [worker thread] Asks the GUI thread; if the order is dropped meanwhile, there is no answer.
 std::string PreviewWorker::definition(const std::shared_ptr<Order>& order, uint16_t id) {
     using namespace std::chrono_literals;
     auto answer = std::make_shared<std::promise<std::string>>();

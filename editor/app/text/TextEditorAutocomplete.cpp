@@ -59,7 +59,7 @@ void TextEditorAutocomplete::choose(std::string_view word) {
         chosen += "=\"\"";
     else if ((completion->kind == Completion::Kind::endTag || word.starts_with('/')) && !behind.starts_with('>'))
         chosen += '>';
-    size_t step = isAttribute ? chosen.size() - 1 : chosen.size(); // to where the caret goes
+    size_t step = isAttribute ? chosen.size() - 1 : chosen.size(); // from the start of the new text to the caret
     if (completion->kind == Completion::Kind::value && (behind.starts_with('"') || behind.starts_with('\'')))
         ++step;
     _control.replaceBytes(completion->start, place, chosen);

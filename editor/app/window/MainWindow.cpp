@@ -92,7 +92,7 @@ void MainWindow::connectParts() {
     });
     connect(_search, &SearchController::resultShown, this,
             [this](const QString& text) { _statusBar->showMessage(text, 5000); });
-    // Not by way of the window: the pane is hidden once more when the window is half gone.
+    // The window is no receiver here: the pane is hidden once more while the window is being destroyed.
     QAction* preview = _actions->action(CommandId::preview);
     const auto checkPreview = [pane = _preview, preview] { preview->setChecked(!pane->isHidden()); };
     connect(_preview, &QDockWidget::visibilityChanged, preview, checkPreview);

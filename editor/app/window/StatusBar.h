@@ -1,4 +1,4 @@
-// "Ready", where the caret is, and how many warnings the last conversion gave.
+// "Ready", where the caret is, and how many warnings are still true.
 #pragma once
 
 #include <QStatusBar>

@@ -64,9 +64,9 @@ void WarningsPanel::buildLayout() {
 
 void WarningsPanel::showDocument(DocumentView* view) {
     if (view != _view) {
-        _model->show(nullptr, {}); // What is open and current is that of the other document.
+        _model->show(nullptr, {}); // Forgets which groups were open and which row was current: those were the other document's.
         disconnect(_edits);
-        if (view != nullptr) // The rows are read when they are drawn.
+        if (view != nullptr) // Row numbers are looked up while drawing, so drawing again is enough.
             _edits = connect(&view->editor(), &TextControl::edited, _list->viewport(), qOverload<>(&QWidget::update));
     }
     _view = view;
@@ -85,7 +85,7 @@ std::vector<WarningList::Entry> WarningsPanel::openGroups() const {
 
 void WarningsPanel::refresh() {
     if (!isVisible())
-        return; // It will be when it is opened.
+        return; // Opening it calls this again.
     const std::vector<WarningList::Entry> open = openGroups();
     const std::optional<WarningList::Entry> current = _model->entryOf(_list->currentIndex());
     _model->show(_view, _filter->text());

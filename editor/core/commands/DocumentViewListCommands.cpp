@@ -124,7 +124,7 @@ TagListCmd::Edit EditSingleTagCmd::prepare() {
     const std::optional<std::string> after = _editor.editTag(before, movieVersion(text()));
     if (!after || *after == before)
         return {};
-    // The editor goes on with the line ends that it finds; where there are none, the text knows better.
+    // The tag editor keeps the line ends of the element; an element of one line gets those of the text.
     const bool hasLines = before.find_first_of("\r\n") != before.npos;
     std::string element = trimmed(*after);
     if (!hasLines)

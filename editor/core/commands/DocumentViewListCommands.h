@@ -143,7 +143,7 @@ private:
     TagPath _position;
 };
 
-/// Lets the user edit a tag. False when he thinks better of it or changes nothing.
+/// Lets the user edit a tag. False when the user cancels or changes nothing.
 class EditSingleTagCmd : public TagListCmd {
 public:
     EditSingleTagCmd(TaggedText& text, ITagEditor& editor, TagPath position)

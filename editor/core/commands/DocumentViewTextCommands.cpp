@@ -44,7 +44,7 @@ bool CheckXmlCmd::Execute() {
     CheckParams params;
     params.text = _view.text();
     runJob<check>(_session.user, "Checking", params);
-    params.progress.checkCancelled(); // Nobody wants to know any more, even if it was done by then.
+    params.progress.checkCancelled(); // A check that was cancelled says nothing, even if it had just finished.
     _session.user.inform(xmlIsCorrect());
     return true;
 }
@@ -61,7 +61,7 @@ bool MovieSettingsCmd::Execute() {
             apply(before, settings);
             return true;
         } catch (...) {
-            _session.user.report(describeFailure()); // and he is asked again, with what he typed
+            _session.user.report(describeFailure()); // then the dialog opens again with what was typed
         }
     }
 }

@@ -24,7 +24,7 @@ class IUserInterface {
 public:
     virtual ~IUserInterface() = default;
 
-    /// A full path with an extension that tells the kind; none when the user thinks better of it.
+    /// A full path with an extension that tells the kind; none when the user cancels.
     virtual std::optional<std::string> chooseFileToSave(const std::string& proposal) = 0;
     /// A full path, asked about when the file is there already.
     virtual std::optional<std::string> chooseFileToExport(const std::string& /*proposal*/) { return std::nullopt; }
@@ -58,7 +58,7 @@ class ITagEditor {
 public:
     virtual ~ITagEditor() = default;
     /// Takes the XML of a tag, or an empty text for a new one. Gives exactly one element that compiles for this SWF
-    /// version; none when the user thinks better of it.
+    /// version; none when the user cancels.
     virtual std::optional<std::string> editTag(const std::string& element, uint8_t version) = 0;
 };
 

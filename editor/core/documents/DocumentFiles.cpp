@@ -84,7 +84,8 @@ void loadByKind(LoadParams& params) {
         throw FileLoadException(params.fileName, "Its text has more than 1 GiB.");
 }
 
-// A file that is gone is written anew. What is seen now may tell by its time the next time.
+// A file that is gone is written anew. The stamp seen now replaces the older one: by the next look its time may be
+// old enough to be relied on.
 void checkUnchanged(SaveParams& params) {
     if (!params.expected)
         return;

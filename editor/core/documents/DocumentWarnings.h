@@ -54,14 +54,14 @@ public:
     /// are none without an original.
     void savedAsMovie(std::string_view text, bool keepsOriginal);
 
-    // As the members of TextAnchors.
+    // The text is edited: see the members of TextAnchors.
     void willInsert(size_t at, size_t length);
     void willDelete(size_t start, size_t end, const Reader& text);
     bool settle(const Reader& text);
 
     /// In the order of the text; those without a place last.
     std::vector<Entry> entries() const;
-    /// Those that nobody holds.
+    /// How many were given beyond those that are listed.
     uint64_t more() const { return _load.more + _compile.more; }
     const DocumentWarning& at(Entry entry) const { return of(entry).items[entry.number].given; }
     /// Where its element is now; DocumentWarning::nowhere when it has none.

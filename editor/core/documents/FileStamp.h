@@ -37,7 +37,7 @@ struct FileLook {
     FileStamp now; ///< of a file that cannot be read without its content
 };
 
-/// Reads the file only when size and time do not tell.
+/// Reads the file only when size and time leave it open whether it changed.
 FileLook lookAgain(const FileStamp& known, const std::string& fileName);
 
 } // namespace zelk

@@ -203,7 +203,7 @@ std::vector<uint8_t> archiveOf(const char* entry, std::string_view content, cons
             done = zipWriteInFileInZip(zip, piece.data(), static_cast<unsigned>(piece.size())) == ZIP_OK;
             content.remove_prefix(piece.size());
         }
-        // Each has to run, whatever failed before.
+        // All of these have to be called, even when one before has failed.
         done = zipCloseFileInZip(zip) == ZIP_OK && done;
         done = zipClose(zip, nullptr) == ZIP_OK && done;
     }

@@ -8,7 +8,7 @@ namespace zelk {
 
 namespace {
 
-// So much of an element tells it from others: name and first attributes.
+// Bytes of an element, its name and first attributes, by which it is found again.
 constexpr size_t headSize = 96;
 
 // Where an offset is after a deletion.
@@ -22,7 +22,7 @@ std::string_view headOf(std::string_view element) {
     return element.substr(0, end == element.npos || element[end] != '>' ? end : end + 1);
 }
 
-// One that was deleted in part says too little to be looked for.
+// The start of an element that was deleted only in part is too short to look for.
 bool isWhole(std::string_view head) {
     return head.starts_with('<') && (head.ends_with('>') || head.size() == headSize);
 }
@@ -68,7 +68,7 @@ void TextAnchors::moveStep(size_t index) {
         _places[_step - 1].offset -= _shift;
 }
 
-// What went stays where it was, before what is put in there; what is there moves on.
+// Places whose elements are gone stay in front of the inserted bytes; the others move behind them.
 void TextAnchors::willInsert(size_t at, size_t length) {
     moveStep(firstFrom(at, true));
     _shift += length;
@@ -117,7 +117,7 @@ bool TextAnchors::isTaken(size_t offset) const {
     return index < _places.size() && offsetOf(index) == offset;
 }
 
-// A step that is taken back puts in what it took out.
+// Undo puts an element back at the offset at which it was deleted.
 std::vector<TextAnchors::Found> TextAnchors::findWhereTheyWere(const Reader& text) const {
     std::vector<Found> found;
     for (size_t i = 0; i < _places.size(); ++i) {

@@ -16,7 +16,7 @@ namespace zelk {
 /// before it, whatever the size of the text.
 class TextAnchors {
 public:
-    /// Bytes of the text; only asked for the text as it is.
+    /// Gives bytes of the text as it is now.
     using Reader = std::function<std::string(size_t start, size_t end)>;
 
     TextAnchors() = default;
@@ -27,8 +27,8 @@ public:
     void willInsert(size_t at, size_t length);
     void willDelete(size_t start, size_t end, const Reader& text);
 
-    /// Looks for places that went in what was put in since the last call. Called at least before the places are asked
-    /// for. True when some went or came back since the last call.
+    /// Looks for deleted elements in the bytes that were inserted since the last call. To be called before places are
+    /// asked for. True when an element was deleted or came back since the last call.
     bool settle(const Reader& text);
 
     /// None while the element is not in the text. As of the last settle.

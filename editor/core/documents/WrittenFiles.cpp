@@ -22,7 +22,7 @@ std::string keyOf(const std::string& fileName) {
 
 } // namespace
 
-// A line has size, hash, time and whether the time tells, then the name.
+// A line has size, hash, time and whether the time can be relied on, then the name.
 void WrittenFiles::read() {
     if (_list.empty())
         return;

@@ -20,7 +20,7 @@ public:
             while (_helpers.size() + 1 < threads)
                 _helpers.emplace_back([this] { help(); });
         } catch (const std::exception&) {
-            // Fewer do.
+            // No more threads to be had: the work is done by fewer.
         }
     }
     ~InOrder() {

@@ -4,6 +4,7 @@
 #include <bit>
 
 #include "XmlBytes.h"
+#include "XmlWords.h"
 
 namespace xml2swf {
 
@@ -33,12 +34,7 @@ struct Usual {
                 mask(block, [](Bytes16 bytes) { return equal16(bytes, '"'); }),
                 mask(block, [](Bytes16 bytes) { return or16(equal16(bytes, '\''), equal16(bytes, '\0')); })};
     }
-    // Of set bits; std::popcount is a call here.
-    static size_t countOf(uint64_t bits) {
-        bits -= bits >> 1 & 0x5555555555555555;
-        bits = (bits & 0x3333333333333333) + (bits >> 2 & 0x3333333333333333);
-        return ((bits + (bits >> 4)) & 0x0F0F0F0F0F0F0F0F) * 0x0101010101010101 >> 56;
-    }
+    static size_t countOf(uint64_t bits) { return countOfBits(bits); }
 };
 
 // With 32 bytes at a time.
@@ -57,13 +53,6 @@ struct Wide {
     }
     ZELK_WIDE static size_t countOf(uint64_t bits) { return static_cast<size_t>(_mm_popcnt_u64(bits)); }
 };
-
-// Each bit is set when the number of set bits up to and with it is odd.
-[[gnu::always_inline]] inline uint64_t parities(uint64_t bits) {
-    for (int shift = 1; shift < 64; shift *= 2)
-        bits ^= bits << shift;
-    return bits;
-}
 
 // Writes more than there is, so that no branch depends on how many there are.
 template <class Processor>

@@ -131,7 +131,7 @@ private:
     std::vector<Branch> _branches;
 };
 
-// What the sizes of actions are does not show: they are written with those that they get then.
+// Uses the sizes that writing will give the actions, not those that the file had.
 ScriptView::ScriptView(XmlWriteContext& context, const SwfActions& script) : _context(context) {
     Outline outline(context.swf, const_cast<SwfActions&>(script));
     _poolsAreSure = outline.poolsAreSure;

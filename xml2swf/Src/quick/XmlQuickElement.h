@@ -1,4 +1,5 @@
-// Reading of elements straight from the text, without nodes, while they have the form in which they are written.
+// Reading of elements straight from the text, without nodes, while they have the form in which they are written:
+// scripts, a quarter faster than by nodes (README.md).
 #pragma once
 
 #include <cstring>

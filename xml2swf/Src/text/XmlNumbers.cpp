@@ -1,9 +1,10 @@
 #include "XmlNumbers.h"
 
 #include <array>
-#include <bit>
 #include <cmath>
 #include <cstring>
+
+#include "XmlWords.h"
 
 namespace xml2swf {
 
@@ -160,23 +161,19 @@ namespace {
 
 // The value of 1 to 8 digits, all at once. False when one of them is none.
 bool readDigits(const char* digits, size_t n, uint32_t& value) {
-    constexpr uint64_t zeros = 0x3030303030303030, high = 0xF0F0F0F0F0F0F0F0;
-    static_assert(std::endian::native == std::endian::little);
     auto byte = [&](size_t i) { return uint64_t(static_cast<uint8_t>(digits[i])) << (8 * i); };
     auto four = [&](size_t i) {
         uint32_t word;
         std::memcpy(&word, digits + i, sizeof word);
         return uint64_t(word) << (8 * i);
     };
-    // The digits as bytes of a word, the first one lowest, then moved to the top with zeros below them.
+    // The digits as bytes of a word, then moved to its end with zeros in front of them.
     uint64_t word = n >= 4 ? four(0) | four(n - 4) : byte(0) | byte(n / 2) | byte(n - 1);
     word <<= 64 - 8 * n;
-    word |= n == 8 ? 0 : zeros >> (8 * n);
-    if ((word & high) != zeros || ((word + 0x0606060606060606) & high) != zeros)
+    word |= n == 8 ? 0 : eightZeros >> (8 * n);
+    if (!areDigits(word))
         return false;
-    word = (word & 0x0F0F0F0F0F0F0F0F) * (10 * 256 + 1) >> 8;     // pairs of digits
-    word = (word & 0x00FF00FF00FF00FF) * (100 * 65536 + 1) >> 16; // fours
-    value = static_cast<uint32_t>((word & 0x0000FFFF0000FFFF) * (10000 * (uint64_t(1) << 32) + 1) >> 32);
+    value = valueOfDigits(word);
     return true;
 }
 

@@ -1,4 +1,5 @@
-// A quick reader for XML in the form in which it is mostly written.
+// A quick reader for XML in the form in which it is mostly written: a fifth faster than rapidxml alone on real movies,
+// and held equal to it by XmlPlainTest (quick/README.md).
 #pragma once
 
 #include <string>

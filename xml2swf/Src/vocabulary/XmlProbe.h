@@ -18,7 +18,7 @@ struct ProbeAttribute {
     bool isOptional = false;   ///< the reader asks whether it is there
     bool isRead = false;       ///< in at least one sample
     bool isAlwaysRead = false; ///< in the sample with all attributes at their first values
-    bool wasSkipped = false;   ///< in the sample of the moment
+    bool wasSkipped = false;   ///< in the sample that is being read
 };
 
 /// An element of which it is being learned what it may have.

@@ -11,6 +11,7 @@
 #include "SwfTagCodes.h"
 #include "SwfTagDefineSprite.h"
 #include "SwfWarnings.h"
+#include "XmlTags.h"
 
 namespace zelkc {
 
@@ -27,6 +28,7 @@ struct Row {
     size_t bytes = 0; ///< of the body
     std::optional<uint16_t> characterId;
     bool isRaw = false; ///< kept as bytes
+    std::string reason; ///< why
 };
 
 // Where a body keeps the id of its character; none when it has none.
@@ -47,10 +49,20 @@ std::optional<size_t> idOffset(uint16_t code, std::span<const uint8_t> body) {
     }
 }
 
-Row rowOf(const SwfTag& tag, const std::vector<uint32_t>& path) {
+SwfContext contextOf(const SwfMovieSafe& movie) {
+    SwfContext context;
+    context.version = movie.version;
+    context.fullForm = movie.fullForm;
+    context.tags = &movie.tags.tags();
+    return context;
+}
+
+Row rowOf(const SwfTag& tag, const std::vector<uint32_t>& path, const SwfContext& movie) {
     const std::span<const uint8_t> record = tag.source.span();
     const std::span<const uint8_t> body = record.subspan(SwfTag::headerSize(record));
-    Row row{tagPathText(path), tag.type, tagName(tag.type), body.size(), {}, tag.isUnknown()};
+    Row row{tagPathText(path), tag.type, tagName(tag.type), body.size(), {}, tag.isUnknown(), {}};
+    if (row.isRaw)
+        row.reason = xml2swf::reasonOfUnknown(tag.type, body, movie).value_or("");
     const std::optional<size_t> at = idOffset(tag.type, body);
     if (at && *at + 2 <= body.size())
         row.characterId = static_cast<uint16_t>(body[*at] | body[*at + 1] << 8);
@@ -58,12 +70,12 @@ Row rowOf(const SwfTag& tag, const std::vector<uint32_t>& path) {
 }
 
 template <class Act>
-void forEachTag(const SwfTags& tags, std::vector<uint32_t>& path, const Act& act) {
+void forEachTag(const SwfTags& tags, std::vector<uint32_t>& path, const SwfContext& movie, const Act& act) {
     path.push_back(0);
     for (const auto& tag : tags.items()) {
-        act(rowOf(*tag, path));
+        act(rowOf(*tag, path, movie));
         if (const auto* sprite = dynamic_cast<const SwfTagDefineSprite*>(tag.get()))
-            forEachTag(sprite->tags, path, act);
+            forEachTag(sprite->tags, path, movie, act);
         ++path.back();
     }
     path.pop_back();
@@ -94,10 +106,12 @@ void printTable(const File& file, const Signature& signature, const SwfMovieSafe
     std::printf("Body length  %" PRIu64 " bytes\n\n", bodyLength(movie));
     std::printf("%-10s %5s  %-30s %10s  %s\n", "index", "code", "name", "bytes", "id");
     std::vector<uint32_t> path;
-    forEachTag(movie.tags.tags(), path, [](const Row& row) {
+    forEachTag(movie.tags.tags(), path, contextOf(movie), [](const Row& row) {
         const std::string name = row.name + (row.isRaw ? " (raw)" : "");
         const std::string id = row.characterId ? "  " + std::to_string(*row.characterId) : "";
-        std::printf("%-10s %5u  %-30s %10zu%s\n", row.index.c_str(), row.code, name.c_str(), row.bytes, id.c_str());
+        const std::string reason = row.reason.empty() ? "" : "  kept raw: " + row.reason;
+        std::printf("%-10s %5u  %-30s %10zu%s%s\n", row.index.c_str(), row.code, name.c_str(), row.bytes, id.c_str(),
+                    reason.c_str());
     });
 }
 
@@ -128,12 +142,14 @@ void printJson(const File& file, const Signature& signature, const SwfMovieSafe&
     std::printf("%s,\n  \"tags\": [", text.c_str());
     const char* separator = "\n    ";
     std::vector<uint32_t> path;
-    forEachTag(movie.tags.tags(), path, [&](const Row& row) {
+    forEachTag(movie.tags.tags(), path, contextOf(movie), [&](const Row& row) {
         Json tag = {{"index", row.index}, {"code", row.code}, {"name", row.name}, {"bytes", row.bytes}};
         if (row.characterId)
             tag["id"] = *row.characterId;
         if (row.isRaw)
             tag["raw"] = true;
+        if (!row.reason.empty())
+            tag["reason"] = row.reason;
         std::printf("%s%s", separator, dump(tag, -1).c_str());
         separator = ",\n    ";
     });

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "FormDifferences.h"
 #include "SwfMovie.h"
 #include "TagText.h"
 #include "XmlErrors.h"
@@ -58,6 +59,8 @@ struct ConversionOptions {
     bool abcAsData = false;
     /// SWF to XML: receives the place of every tag's element, nested ones too.
     std::vector<TagText>* tagTexts = nullptr;
+    /// SWF to XML in the classic form: receives how much the full form would show otherwise.
+    FormDifferences* formDifferences = nullptr;
     /// XML to SWF: the movie that the text came from. Elements whose text is as it was, the stage, the frame count and
     /// what follows the last tag are written with their original bytes, as long as the SWF version is the same.
     const OriginalMovie* original = nullptr;

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "FormDifferences.h"
 #include "SwfContext.h"
 #include "SwfStructs.h"
 #include "SwfWarnings.h"
@@ -84,6 +85,7 @@ struct XmlWriteContext {
     ScriptView* script = nullptr;             ///< being written in the full form; null elsewhere
     uint32_t threads = 1;                     ///< for an element that can be written in parts
     std::vector<TagText>* tagTexts = nullptr; ///< receives the place of each tag's element; may be null
+    FormDifferences* differences = nullptr;   ///< classic form: counts what the full form shows otherwise; may be null
 };
 
 /// An element of the tree being written. It notes whether it got content and closes itself in the fitting form.
@@ -132,6 +134,11 @@ public:
     XmlWriteContext& context() const { return _context; }
     /// The text is in the full form.
     bool fullForm() const { return _context.swf.fullForm; }
+    /// Notes, in the classic form, that the full form shows so many values of the element otherwise.
+    void differs(uint64_t values) {
+        if (_context.differences != nullptr)
+            _context.differences->values += values;
+    }
 
 private:
     XmlWriteContext& _context;

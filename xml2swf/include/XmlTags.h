@@ -2,6 +2,9 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <span>
+#include <string>
 
 #include "SwfTags.h"
 #include "XmlElement.h"
@@ -31,6 +34,11 @@ constexpr std::string_view noTagReason = "it is no tag";
 std::shared_ptr<libswf::SwfTag> readTag(XmlElement& element);
 /// Appends the tags of all child elements.
 void readTagList(XmlElement& parent, libswf::SwfTags& tags);
+
+/// Why a record stands as Unknown in a movie of this version and form; nothing when the form shows it. Reads it, and
+/// writes its XML, for which some tags need the others of the movie. Takes some times the time and memory of its bytes.
+std::optional<std::string> reasonOfUnknown(uint16_t code, std::span<const uint8_t> body,
+                                           const libswf::SwfContext& movie);
 
 /// The direct call of the factory: throws std::runtime_error "Trying to get unknown type from factory".
 std::shared_ptr<libswf::SwfTag> makeTag(std::string_view elementName);

@@ -8,15 +8,12 @@
 #include "DocumentWarnings.h"
 #include "FileKind.h"
 #include "FileStamp.h"
+#include "FormDifferences.h"
 #include "OriginalMovie.h"
 
 namespace zelk {
 
-/// What of a movie reads differently in the full form than in the classic one.
-struct FormDifferences {
-    uint64_t values = 0;
-    uint64_t tags = 0; ///< that the classic form keeps as bytes
-};
+using xml2swf::FormDifferences;
 
 /// Holds what a document is besides the text that is being edited: that one stands in the text view, and here only on
 /// its way there (LoadFromDocCmd) and back (SaveAsDocCmd), so that a big text is not kept twice.

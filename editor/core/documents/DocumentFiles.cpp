@@ -52,6 +52,7 @@ void loadMovie(LoadParams& params) {
     options.progress = &params.progress;
     options.warnings = &warnings;
     options.tagTexts = &texts;
+    options.formDifferences = &params.document.formDifferences;
     Document& document = params.document;
     Swf2XmlConversionTarget target(document);
     swfToXml(movie, target, options);

@@ -188,6 +188,8 @@ void writeXml(XmlNode& node, const SwfActionTry& action) {
         node.attribute("VarName", action.catchName);
     if (full)
         writeReserved(node, action.flags >> SwfActionTry::reservedShift);
+    else
+        node.differs(1);
     writeBody(node, "TryActions", action.tryBody);
     writeBlock(node, "CatchActions", action.catchBody, !full || action.hasCatch(full));
     writeBlock(node, "FinallyActions", action.finallyBody, !full || action.hasFinally(full));
@@ -254,8 +256,15 @@ void writeXml(XmlNode& node, const SwfActionGetURL2& action) {
         node.attribute("SendVarsMethod", method);
     else
         node.attribute("SendVarsMethod", findName(sendMethods, method));
-    if (full)
+    if (full) {
         writeReserved(node, (action.flags & SwfActionGetURL2::reserved) >> SwfActionGetURL2::reservedShift);
+        return;
+    }
+    const SwfActionGetURL2::Bits read = SwfActionGetURL2::bits(true);
+    const auto has = [&](uint8_t flag) { return (action.flags & flag) != 0; };
+    node.differs(has(bit.loadVariables) != has(read.loadVariables));
+    node.differs(has(bit.loadTarget) != has(read.loadTarget));
+    node.differs(method != (action.flags >> read.methodShift & SwfActionGetURL2::highestMethod));
 }
 
 template <class Element>
@@ -298,6 +307,8 @@ void writeXml(XmlNode& node, const SwfActionGotoFrame2& action) {
         node.attribute("SceneBias", action.sceneBias);
     if (full)
         writeReserved(node, action.reserved);
+    else
+        node.differs((action.play ? 1 : 0) + (action.sceneBias != 0 ? 1 : 0)); // players read other bits
 }
 
 template <class Element>

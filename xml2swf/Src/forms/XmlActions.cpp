@@ -99,6 +99,25 @@ void writeUnknown(XmlNode& parent, uint32_t code, std::span<const uint8_t> data)
     writePayload(node, "Data", data);
 }
 
+// Whether the full form shows what stands as UnknownAction in the classic one: the layouts of few actions differ.
+bool isOfFullForm(const SwfActionUnknown& action) {
+    SwfIStream stream(action.data.data(), action.data.size());
+    stream.context.fullForm = stream.context.keepRaw = true;
+    stream.context.actionLength = static_cast<uint16_t>(action.data.size());
+    stream.setBodyEnd(action.data.size());
+    try {
+        switch (action.type) {
+        case SwfActionCode::Try: SwfActionTry{stream}; break;
+        case SwfActionCode::GoToFrame2: SwfActionGotoFrame2{stream}; break;
+        case SwfActionCode::GetURL2: SwfActionGetURL2{stream}; break;
+        default: return false;
+        }
+    } catch (const SwfException&) {
+        return false;
+    }
+    return stream.inexact() == nullptr && stream.position() == action.data.size();
+}
+
 void writeAction(XmlNode& parent, const SwfAction& action) {
     // The usual cases first: types that differ are compared by their names.
     const auto& type = typeid(action);
@@ -109,9 +128,12 @@ void writeAction(XmlNode& parent, const SwfAction& action) {
         return;
     else if (action.type == SwfActionCode::compiled)
         ActionNode(parent, "Compiled");
-    else if (type == typeid(SwfActionUnknown))
-        writeUnknown(parent, action.type, static_cast<const SwfActionUnknown&>(action).data.span());
-    else
+    else if (type == typeid(SwfActionUnknown)) {
+        const auto& unknown = static_cast<const SwfActionUnknown&>(action);
+        if (!parent.fullForm())
+            parent.differs(isOfFullForm(unknown));
+        writeUnknown(parent, action.type, unknown.data.span());
+    } else
         writeUnknown(parent, action.type, {});
 }
 

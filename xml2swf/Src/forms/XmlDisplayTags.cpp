@@ -97,6 +97,8 @@ void writeXml(XmlNode& node, const SwfTagPlaceObject3& tag) {
         node.attribute("CharacterId", tag.characterId);
     if (tag.hasPlace(SwfPlaceFlag::ratio)) // in the classic form the low 8 bits only, on purpose
         node.attribute("Ratio", fullForm ? tag.ratio : static_cast<uint8_t>(tag.ratio));
+    if (!fullForm)
+        node.differs(tag.hasPlace(SwfPlaceFlag::ratio) && tag.ratio > UINT8_MAX);
     if (tag.hasPlace(SwfPlaceFlag::name))
         node.attribute("Name", tag.name);
     if (tag.hasPlace(SwfPlaceFlag::clipDepth))

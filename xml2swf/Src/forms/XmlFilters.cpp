@@ -47,10 +47,22 @@ constexpr FlagBits fullConvolution[] = {
     {"Clamp", 1, 1}, {"PreserveAlpha", 0, 1}, {"Reserved", 2, 6, FlagBits::unlessZero}};
 constexpr FlagLayout convolutionFlags{classicConvolution, fullConvolution};
 
+int valueOf(const FlagBits& part, uint8_t flags) { return (flags >> part.shift) & ((1 << part.bits) - 1); }
+
+// How many of the parts that both layouts have, in the same order, have another value in the full form.
+uint64_t differingFlags(const FlagLayout& layout, uint8_t flags) {
+    uint64_t count = 0;
+    for (size_t i = 0; i < layout.classic.size() && layout.classic[i].shown == FlagBits::always; ++i)
+        count += valueOf(layout.classic[i], flags) != valueOf(layout.full[i], flags);
+    return count;
+}
+
 void writeFlags(XmlNode& filter, const FlagLayout& layout, uint8_t flags) {
     XmlNode node(filter, "BitsField");
+    if (!node.fullForm())
+        node.differs(differingFlags(layout, flags));
     for (const FlagBits& part : layout.of(node.fullForm())) {
-        const int value = (flags >> part.shift) & ((1 << part.bits) - 1);
+        const int value = valueOf(part, flags);
         if (part.shown == FlagBits::always || (part.shown == FlagBits::unlessZero && value != 0))
             node.attribute(part.name, value);
     }
@@ -104,6 +116,8 @@ void writeDirected(XmlNode& node, const SwfDirectedFilter& filter) {
     writeFixed(node, "BlurY", filter.blurY);
     writeFixed(node, "Angle", filter.angle);
     writeFixed(node, "Distance", node.fullForm() ? filter.distance : filter.angle);
+    if (!node.fullForm())
+        node.differs(filter.distance.high != filter.angle.high || filter.distance.low != filter.angle.low);
     writeFixed(node, "Strength", filter.strength);
 }
 

@@ -118,6 +118,13 @@ static void writeXml(XmlNode& node, const SwfZoneRecord& record) {
     const SwfZoneRecord::Layout& layout = node.fullForm() ? SwfZoneRecord::full : SwfZoneRecord::classic;
     node.attribute("ZoneMaskX", (record.mask & layout.maskX) != 0);
     node.attribute("ZoneMaskY", (record.mask & layout.maskY) != 0);
+    if (!node.fullForm()) {
+        const auto mask = [&](const SwfZoneRecord::Layout& of) {
+            return std::pair((record.mask & of.maskX) != 0, (record.mask & of.maskY) != 0);
+        };
+        const auto shown = mask(layout), read = mask(SwfZoneRecord::full);
+        node.differs(uint64_t(shown.first != read.first) + (shown.second != read.second));
+    }
     if (const uint32_t reserved = record.mask >> layout.reservedShift & 0x3F; reserved != 0)
         node.attribute("Reserved", reserved);
     for (const SwfZoneData& zone : record.zones) {

@@ -1,4 +1,6 @@
 // DefineMorphShape 1 and 2 with their styles as XML.
+#include <algorithm>
+
 #include "XmlShapes.h"
 #include "XmlTagForms.h"
 
@@ -153,10 +155,19 @@ static void readXml(XmlElement& element, SwfMorphLineStyle& style) {
     style.endColor = element.color("EndColor");
 }
 
+// How many flags players read otherwise: the two bytes have changed places.
+static uint64_t differingFlags(const SwfLineFlags& flags) {
+    constexpr uint8_t inPaint[] = {0xC0, 0x30, 0x08, 0x04, 0x02, 0x01}, inEnds[] = {0x03, 0x04};
+    const auto differ = [other = flags.paint ^ flags.ends](uint8_t bits) { return (other & bits) != 0; };
+    return static_cast<uint64_t>(std::ranges::count_if(inPaint, differ) + std::ranges::count_if(inEnds, differ));
+}
+
 static void writeXml(XmlNode& node, const SwfMorphLineStyle2& style) {
     {
         XmlNode bits(node, "BitsField");
         writeLineFlags(bits, style.flags, "EndCapstyle");
+        if (!bits.fullForm())
+            bits.differs(differingFlags(style.flags));
     }
     writeValue(node, "StartWidth", style.startWidth);
     writeValue(node, "EndWidth", style.endWidth);
@@ -269,12 +280,19 @@ void readXml(XmlElement& element, SwfTagDefineMorphShape& tag) {
     }
 }
 
+static uint64_t differingSides(const SwfRect& a, const SwfRect& b) {
+    return uint64_t(a.Xmin != b.Xmin) + (a.Xmax != b.Xmax) + (a.Ymin != b.Ymin) + (a.Ymax != b.Ymax);
+}
+
 // In the classic form the edge bounds show the shape bounds, on purpose: what the file had is lost.
 void writeXml(XmlNode& node, const SwfTagDefineMorphShape2& tag) {
     const bool fullForm = node.fullForm();
     node.attribute("ShapeId", tag.characterId);
-    if (!fullForm)
+    if (!fullForm) {
         node.attribute("Offset", tag.offset);
+        node.differs(differingSides(tag.startBounds, tag.startEdgeBounds) +
+                     differingSides(tag.endBounds, tag.endEdgeBounds));
+    }
     writeStrokeFlags(node, tag.flags, false);
     writeChild(node, "StartBounds", tag.startBounds);
     writeChild(node, "EndBounds", tag.endBounds);

@@ -1,6 +1,8 @@
 #include "XmlPushValues.h"
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <type_traits>
 
 #include "XmlScriptNotes.h"
@@ -31,9 +33,19 @@ std::unique_ptr<SwfValue> readText(Element& element) {
     return value;
 }
 
+// The bytes of a double say the same in both forms when they are the same forwards and backwards.
+bool differsInFullForm(double value) {
+    const auto bits = std::bit_cast<std::array<uint8_t, sizeof value>>(value);
+    return !std::equal(bits.begin(), bits.begin() + bits.size() / 2, bits.rbegin());
+}
+
 template <class Value>
 void writeNumber(XmlNode& node, const SwfValue& value) {
     const auto number = static_cast<const Value&>(value).value;
+    if constexpr (std::is_same_v<Value, SwfValueDouble>) {
+        if (!node.fullForm())
+            node.differs(differsInFullForm(number));
+    }
     if constexpr (std::is_same_v<Value, SwfValueInteger>)
         node.attribute("Value", static_cast<int32_t>(number));
     else

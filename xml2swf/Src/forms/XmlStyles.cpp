@@ -274,7 +274,7 @@ void writeStrokeFlags(XmlNode& node, uint8_t flags, bool hasWindingRule) {
     node.attribute("UseScalingStrokes", (flags & 1) != 0);
     node.attribute("UseNonScalingStrokes", (flags & 2) != 0);
     if (!node.fullForm())
-        return;
+        return node.differs(hasWindingRule && (flags & 4) != 0); // which is not shown
     if (hasWindingRule)
         node.attribute("UseFillWindingRule", (flags & 4) != 0);
     if (const int reserved = flags >> (hasWindingRule ? 3 : 2); reserved != 0)

@@ -121,10 +121,23 @@ void warnKeptRaw(XmlWriteContext& context, const SwfTag& tag, const std::string&
     context.warnings->add(std::move(warning));
 }
 
+// Whether the full form shows what stands as Unknown in the classic one.
+void countUnknown(XmlWriteContext& context, uint16_t code, const SwfBytes& body) {
+    if (context.differences == nullptr)
+        return;
+    SwfContext full = context.swf;
+    full.fullForm = true;
+    context.differences->tags += reasonOfUnknown(code, body.span(), full) ? 0 : 1;
+}
+
 } // namespace
 
 static void writeForm(XmlNode& parent, SwfTag& tag) {
     const size_t start = parent.out().size();
+    XmlWriteContext& context = parent.context();
+    const FormDifferences before = context.differences == nullptr ? FormDifferences() : *context.differences;
+    if (tag.isUnknown() && context.differences != nullptr)
+        countUnknown(context, tag.type, bodyOf(tag, context.swf));
     try {
         const TagForm* form = tag.isUnknown() ? &unknownForm : formByCode(tag.type, parent.fullForm());
         if (form != nullptr && form->write(parent, form->name, tag))
@@ -132,12 +145,51 @@ static void writeForm(XmlNode& parent, SwfTag& tag) {
         writeUnknown(parent, tag.type, {}); // a code without a form and an empty body
     } catch (SwfException& error) {
         parent.out().cut(start); // the half-written element would compile into a wrong tag
-        if (!parent.context().keepRaw) {
-            error.addPlace("tag " + tagPathText(parent.context().tagPath) + " (" + tagName(tag.type) + ")");
+        if (!context.keepRaw) {
+            error.addPlace("tag " + tagPathText(context.tagPath) + " (" + tagName(tag.type) + ")");
             throw;
         }
-        warnKeptRaw(parent.context(), tag, error.what());
-        writeUnknown(parent, tag.type, bodyOf(tag, parent.context().swf));
+        warnKeptRaw(context, tag, error.what());
+        SwfBytes body = bodyOf(tag, context.swf);
+        if (context.differences != nullptr) {
+            *context.differences = before;
+            countUnknown(context, tag.type, body);
+        }
+        writeUnknown(parent, tag.type, std::move(body));
+    }
+}
+
+std::optional<std::string> reasonOfUnknown(uint16_t code, std::span<const uint8_t> body, const SwfContext& movie) {
+    const TagForm* form = formByCode(code, movie.fullForm);
+    if (form == nullptr)
+        return formByCode(code, true) == nullptr ? "no layout of it is known" : "only the full form shows it";
+    SwfOStream record(body.size() + SwfTag::longHeaderSize);
+    constexpr uint32_t longLength = 63; // the length follows
+    record.writeUI16(static_cast<uint16_t>(code << 6 | longLength));
+    record.writeUI32(static_cast<uint32_t>(body.size()));
+    record.writeBytes(body);
+    SwfIStream stream(record.begin(), static_cast<size_t>(record.end() - record.begin()));
+    stream.context = movie;
+    stream.context.keepRaw = true;
+    stream.context.readLater = false;
+    stream.context.warnings = nullptr;
+    SwfTags list;
+    list.readUntil(stream, stream.size());
+    if (list.count() == 0)
+        return {}; // an End
+    const SwfTag& tag = list.at(0);
+    if (tag.isUnknown())
+        return static_cast<const SwfTagUnknown&>(tag).reason;
+    XmlWriteContext writing;
+    writing.swf = movie;
+    writing.keepRaw = writing.abcAsData = true;
+    XmlText text;
+    XmlNode root(text, writing, 0, "Movie");
+    try {
+        form->write(root, form->name, tag);
+        return {};
+    } catch (const SwfException& error) {
+        return error.what();
     }
 }
 

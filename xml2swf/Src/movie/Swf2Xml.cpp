@@ -97,6 +97,7 @@ private:
         size_t textStart = 0, textEnd = 0; // of the tags that are done
         SwfWarnings warnings;
         std::vector<TagText> tagTexts;
+        FormDifferences differences;
 
         Part(size_t index, bool big) : first(index), done(index), end(index), isBig(big) {}
     };
@@ -109,6 +110,7 @@ private:
         context.threads = 1;
         context.warnings = _partContext.warnings == nullptr ? nullptr : &part.warnings;
         context.tagTexts = _partContext.tagTexts == nullptr ? nullptr : &part.tagTexts;
+        context.differences = _partContext.differences == nullptr ? nullptr : &part.differences;
         part.text = _texts.take();
         XmlNode root(part.text, context, 0, "Movie"); // for its depth; its own text is left out
         part.textStart = part.text.size();
@@ -133,6 +135,8 @@ private:
     void join(Part& part) {
         if (_context.warnings != nullptr)
             _context.warnings->add(std::move(part.warnings));
+        if (_context.differences != nullptr)
+            *_context.differences += part.differences;
         XmlText& out = _root.out();
         const size_t shift = out.size() - part.textStart;
         out.append(part.text.view().substr(part.textStart, part.textEnd - part.textStart));
@@ -159,6 +163,7 @@ void appendMovie(XmlText& out, SwfMovieSafe& movie, const ConversionOptions& opt
     context.abcAsData = options.abcAsData;
     context.warnings = options.warnings;
     context.tagTexts = options.tagTexts;
+    context.differences = movie.fullForm ? nullptr : options.formDifferences;
     const Tags& tags = movie.tags.tags().items();
     {
         XmlNode root(out, context);

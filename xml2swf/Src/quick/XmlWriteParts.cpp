@@ -23,6 +23,7 @@ void writeInParts(XmlNode& parent, size_t count,
         Part& part = parts[i];
         XmlWriteContext context(partContext);
         context.warnings = partContext.warnings == nullptr ? nullptr : &part.warnings;
+        context.differences = nullptr; // what comes in such numbers is the same in both forms
         part.text = texts.take();
         XmlNode node(part.text, context, parent.depth(), "Part"); // for its depth; its own text is left out
         part.start = part.text.size();

@@ -1,15 +1,15 @@
 #!/usr/bin/env bash
-# The schema accepts what zelkc writes, and only that: schema.sh ZELKC SCHEMA FOLDER...
+# The schema of a form accepts what zelkc writes in it, and only that: schema.sh ZELKC FORM SCHEMA FOLDER...
 set -euo pipefail
 
-zelkc="$1" schema="$2"
-shift 2
+zelkc="$1" form="$2" schema="$3"
+shift 3
 temp="$(mktemp -d)"
 trap 'rm -rf "$temp"' EXIT
 
-"$zelkc" schema | diff - "$schema" >"$temp/changes" || {
+"$zelkc" schema --form "$form" | diff - "$schema" >"$temp/changes" || {
     head -n 20 "$temp/changes"
-    echo "schema: write it anew: zelkc schema > docs/zelk.xsd"
+    echo "schema: write it anew: zelkc schema --form $form > docs/${schema##*/}"
     exit 1
 }
 
@@ -17,8 +17,16 @@ validate() { # FILE...
     xmllint --huge --noout --schema "$schema" "$@" 2>&1
 }
 
+show() { # FILE TEXT
+    case "$form $1" in
+    classic\ *.xml) cp "$1" "$2" ;;
+    *) "$zelkc" convert --quiet --form "$form" "$1" "$2" 2>/dev/null ;;
+    esac
+}
+
 # Each expression spoils a sample: an element, an attribute, a name, a number, an order that no reader knows.
-sample="$(dirname "$schema")/../samples/animated-shape.xml"
+sample="$temp/sample.xml"
+show "$(dirname "$schema")/../samples/animated-shape.xml" "$sample"
 for spoil in 's/<ShowFrame/<ShowFrames/' 's/<ShowFrame/<Line/' 's/SetFill1 Index/SetFill1 Indices/' 's/Radial/Rectangular/' \
     's/ShapeId="1"/ShapeId="65536"/' 's/Move="true"/Move="maybe"/' 's/<Bounds[^>]*>//' 's/Color="4/Color="g/'; do
     sed "$spoil" "$sample" >"$temp/spoilt.xml"
@@ -31,10 +39,7 @@ done
 count=0
 while IFS= read -r -d '' file; do
     count=$((count + 1)) # names may be the same in several folders
-    case "$file" in
-    *.xml) cp "$file" "$temp/$count-${file##*/}" ;;
-    *.swf) "$zelkc" convert --quiet "$file" "$temp/$count-${file##*/}.xml" 2>/dev/null || continue ;; # broken on purpose
-    esac
+    show "$file" "$temp/$count-${file##*/}.xml" || continue # broken on purpose
     # Names in a movie may be in another encoding, which makes no XML.
     iconv -f UTF-8 -t UTF-8 "$temp/$count-"* >/dev/null 2>&1 || rm "$temp/$count-"*
 done < <(find "$@" -type f \( -name '*.swf' -o -name '*.xml' \) -print0 2>/dev/null)

@@ -17,6 +17,13 @@ struct XmlName {
 };
 using XmlNames = std::span<const XmlName>;
 
+/// A text of which not any will do.
+struct XmlTextForm {
+    std::string_view name;
+    std::string_view sample;  ///< what a new element has
+    std::string_view pattern; ///< of all such texts, as schemas have it
+};
+
 /// What a reader takes the text of an attribute for.
 struct XmlValueForm {
     enum class Kind : uint8_t {
@@ -34,7 +41,10 @@ struct XmlValueForm {
     Kind kind = Kind::text;
     int64_t low = 0, high = 0; ///< of an integer
     XmlNames names = {};
+    const XmlTextForm* textForm = nullptr; ///< of a text; null for any
 
+    static XmlValueForm text(const XmlTextForm& form) { return {Kind::text, 0, 0, {}, &form}; }
+    bool isAnyText() const { return kind == Kind::text && textForm == nullptr; }
     static XmlValueForm integer(int64_t low, int64_t high) { return {Kind::integer, low, high, {}}; }
     bool isInteger() const { return kind == Kind::integer || kind == Kind::nameOrInteger; }
     /// What fits into an attribute, for the user: "Id: 0 to 65535".

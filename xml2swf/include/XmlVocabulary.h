@@ -52,10 +52,10 @@ struct XmlElementType {
 
 class XmlVocabulary {
 public:
-    /// Learned at the first call, in some hundredths of a second.
-    static const XmlVocabulary& get();
+    /// Of one form. Learned at the first call, in some hundredths of a second.
+    static const XmlVocabulary& get(bool fullForm = false);
 
-    XmlVocabulary();
+    explicit XmlVocabulary(bool fullForm);
     XmlVocabulary(const XmlVocabulary&) = delete;
     XmlVocabulary& operator=(const XmlVocabulary&) = delete;
 
@@ -63,6 +63,7 @@ public:
     const XmlChildForm& movie() const { return _movie; }
     const XmlChildGroup& tags() const { return *findGroup("Tags"); }
     const XmlChildGroup& actions() const { return *findGroup("Actions"); }
+    bool isFullForm() const { return _isFullForm; }
     const std::deque<XmlElementType>& types() const { return _types; }
     const std::deque<XmlChildGroup>& groups() const { return _groups; }
 
@@ -72,12 +73,13 @@ private:
     std::deque<XmlElementType> _types;
     std::deque<XmlChildGroup> _groups;
     XmlChildForm _movie;
+    const bool _isFullForm;
 };
 
 /// A new element with the children that belong to it, in the form in which elements are written. Lines end with "\n".
 std::string newElementText(const XmlChildForm& form);
 
-/// A schema that other editors check and complete with: XSD 1.0.
-std::string xmlSchema();
+/// A schema of one form, that other editors check and complete with: XSD 1.0.
+std::string xmlSchema(bool fullForm = false);
 
 } // namespace xml2swf

@@ -136,7 +136,8 @@ void AbcCodeReader::readChild(Element& child) {
 
 template <class Element>
 void AbcCodeReader::readActivation(Element& element) {
-    for (Element child : element.anyChildren("Slot"))
+    static constexpr XmlNameGroup members{"AbcActivationMembers", abcTraitElements};
+    for (Element child : element.children(members))
         activationTrait(child, _traits);
 }
 
@@ -168,7 +169,7 @@ uint32_t AbcCodeReader::labelOf(std::string_view text) {
 
 template <class Element>
 void AbcCodeReader::takeLabels(Element& element) {
-    const auto text = textOf(element, "At");
+    const auto text = textOf(element, "At", {XmlValueForm::Kind::places});
     if (!text)
         return;
     std::string_view rest = *text;
@@ -256,7 +257,7 @@ void AbcCodeReader::readIndex(Element& element, SwfAbcOperand kind) {
 
 template <class Element>
 void AbcCodeReader::readTarget(Element& element, std::string_view label, std::string_view offset, uint32_t base) {
-    const auto text = textOf(element, label);
+    const auto text = textOf(element, label, {XmlValueForm::Kind::place});
     if (element.has(offset)) {
         if (text)
             refuse(element, label, "a place and an offset are given");
@@ -300,7 +301,7 @@ void AbcCodeReader::readCases(Element& element, uint32_t start) {
 
 template <class Element>
 uint32_t AbcCodeReader::readPlace(Element& element, std::string_view label, std::string_view byte, bool& isByte) {
-    const auto text = textOf(element, label);
+    const auto text = textOf(element, label, {XmlValueForm::Kind::place});
     if (text && !text->empty())
         return labelOf(*text);
     isByte = element.has(byte);
@@ -313,7 +314,7 @@ template <class Element>
 void AbcCodeReader::readCatch(Element& element) {
     Catch result;
     result.offset = element.offset();
-    if (const auto id = textOf(element, "Id"))
+    if (const auto id = textIfThere(element, "Id"))
         result.name = _part.arena.keep(*id);
     bool areBytes[3] = {};
     SwfAbcException& exception = result.exception;

@@ -15,7 +15,8 @@ static constexpr std::string_view staticNames[] = {"Initializer", "Slot",  "Meth
 static constexpr std::string_view methodNames[] = {"Metadata", "Parameter", "Code"};
 const XmlNameGroup abcTopNames{"AbcParts", topNames}, abcClassNames{"AbcMembers", classNames},
     abcStaticNames{"AbcStatics", staticNames}, abcScriptNames = abcStaticNames;
-static constexpr XmlNameGroup abcMethodNames{"AbcMethodParts", methodNames};
+static constexpr XmlNameGroup abcMethodNames{"AbcMethodParts", methodNames},
+    abcFunctionNames{"AbcFunctionParts", std::span(methodNames).subspan(1)}; // no member: it has no metadata
 
 namespace {
 
@@ -60,7 +61,7 @@ struct MethodTarget {
 template <class Element>
 void AbcMemberReader::methodAttributes(Element& element, AbcMethodText& text) {
     SwfAbcMethod& method = text.method;
-    if (const auto id = textOf(element, "Id"))
+    if (const auto id = textIfThere(element, "Id"))
         text.id = _part.arena.keep(*id);
     text.place = place(element);
     method.name = index(element, "DebugName", Pool::strings);
@@ -75,9 +76,9 @@ void AbcMemberReader::methodAttributes(Element& element, AbcMethodText& text) {
 // The number of the method that the element holds, or a reference to another one.
 template <class Element>
 uint32_t AbcMemberReader::readMethod(Element& element, SwfAbcTrait* trait) {
-    const auto other = textOf(element, "Method");
+    const auto other = textIfThere(element, "Method");
     uint32_t method = abcIsReference;
-    if (other) {
+    if (other && !isObserved(element)) {
         method = refer(element, AbcReference::Kind::method, {}, "Method", *other);
     } else {
         method = static_cast<uint32_t>(_part.methods.size());
@@ -86,7 +87,7 @@ uint32_t AbcMemberReader::readMethod(Element& element, SwfAbcTrait* trait) {
         methodAttributes(element, text);
     }
     MethodTarget target{_part, method, trait};
-    readAbcChildren(element, abcMethodNames, _part, target,
+    readAbcChildren(element, trait == nullptr ? abcFunctionNames : abcMethodNames, _part, target,
                     [&](auto& child) { readMethodChild(child, method, trait); });
     return method;
 }
@@ -211,7 +212,7 @@ void AbcMemberReader::classAttributes(Element& element, AbcClassText& target) {
     } else {
         refuse(element, "Name", "it is missing");
     }
-    if (const auto id = textOf(element, "Id"))
+    if (const auto id = textIfThere(element, "Id"))
         target.id = _part.arena.keep(*id);
     entry.base = index(element, "Base", Pool::multinames);
     entry.flags = static_cast<uint8_t>(flags(element, abcClassFlags));

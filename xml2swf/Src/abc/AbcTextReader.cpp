@@ -49,7 +49,7 @@ SwfAbcValue AbcTextReader::valueIn(Element& element, std::string_view attribute,
 
 template <class Element>
 SwfAbcValue AbcTextReader::value(Element& element, std::string_view attribute) {
-    const auto text = textOf(element, attribute);
+    const auto text = textIfThere(element, attribute);
     SwfAbcValue result = text ? valueIn(element, attribute, *text) : SwfAbcValue();
     if (element.has("ValueKind"))
         result.kind = element.ui8("ValueKind");
@@ -59,7 +59,8 @@ SwfAbcValue AbcTextReader::value(Element& element, std::string_view attribute) {
 template <class Element>
 void AbcTextReader::traitAttributes(Element& element, SwfAbcTrait& trait) {
     using Kind = SwfAbcTrait::Kind;
-    trait.name = index(element, "Name", Pool::multinames);
+    if (const auto name = textOf(element, "Name"))
+        trait.name = entry(element, Pool::multinames, "Name", *name);
     const bool hasDispId = trait.kind == Kind::method || trait.kind == Kind::getter || trait.kind == Kind::setter;
     trait.id = number(element, hasDispId ? "DispId" : "SlotId");
     if (trait.holdsValue()) {

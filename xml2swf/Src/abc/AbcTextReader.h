@@ -19,10 +19,18 @@ public:
 protected:
     using Pool = AbcPools::Pool;
 
-    std::optional<std::string_view> textOf(XmlElement& element, std::string_view name) {
-        return element.attribute(name);
+    /// `form` says what the text is taken for.
+    std::optional<std::string_view> textOf(XmlElement& element, std::string_view name, const XmlValueForm& form = {}) {
+        return element.attribute(name, form);
     }
-    std::optional<std::string_view> textOf(XmlQuickElement& element, std::string_view name) {
+    std::optional<std::string_view> textOf(XmlQuickElement& element, std::string_view name, const XmlValueForm& = {}) {
+        return element.attribute(name, _room);
+    }
+    /// A text that a new element does not have.
+    std::optional<std::string_view> textIfThere(XmlElement& element, std::string_view name) {
+        return element.has(name) ? element.attribute(name) : std::nullopt;
+    }
+    std::optional<std::string_view> textIfThere(XmlQuickElement& element, std::string_view name) {
         return element.attribute(name, _room);
     }
 
@@ -32,6 +40,8 @@ protected:
             refuseAbcText(element.name(), attribute, std::move(reason), element.offset());
     }
     static void refuse(XmlQuickElement& element, std::string_view, const std::string&) { element.skip(); }
+    static bool isObserved(XmlElement& element) { return element.context().observer != nullptr; }
+    static bool isObserved(XmlQuickElement&) { return false; }
     static void refuseElement(XmlElement& element) {
         if (element.context().observer != nullptr)
             element.skip();
@@ -55,7 +65,7 @@ protected:
     /// The index of what an attribute names; 0 when it is missing.
     template <class Element>
     uint32_t index(Element& element, std::string_view attribute, Pool pool) {
-        const auto text = textOf(element, attribute);
+        const auto text = textIfThere(element, attribute);
         return text ? entry(element, pool, attribute, *text) : 0;
     }
     template <class Element>

@@ -109,8 +109,9 @@ void writeXml(XmlNode& node, const SwfTagProductInfo& tag) {
 
 // The bytes or the date behind an attribute's text; a missing one leaves the value as it is.
 template <class Value>
-static void readText(XmlElement& element, const char* name, bool (*parse)(std::string_view, Value), Value value) {
-    const auto text = element.attribute(name);
+static void readText(XmlElement& element, const char* name, const XmlTextForm& form,
+                     bool (*parse)(std::string_view, Value), Value value) {
+    const auto text = element.attribute(name, XmlValueForm::text(form));
     if (text && !parse(*text, value))
         element.refuse(name, "\"" + std::string(*text) + "\" is not a value that fits");
 }
@@ -122,13 +123,13 @@ void readXml(XmlElement& element, SwfTagProductInfo& tag) {
     tag.minorVersion = element.ui8("MinorVersion");
     tag.buildLow = element.ui32("BuildLow");
     tag.buildHigh = element.ui32("BuildHigh");
-    readText<uint64_t&>(element, "CompilationDate", parseDate, tag.compilationDate);
+    readText<uint64_t&>(element, "CompilationDate", dateForm, parseDate, tag.compilationDate);
 }
 
 void writeXml(XmlNode& node, const SwfTagDebugID& tag) { node.attribute("UUID", formatUuid(tag.uuid)); }
 
 void readXml(XmlElement& element, SwfTagDebugID& tag) {
-    readText<std::span<uint8_t, 16>>(element, "UUID", parseUuid, tag.uuid);
+    readText<std::span<uint8_t, 16>>(element, "UUID", uuidForm, parseUuid, tag.uuid);
 }
 
 void writeXml(XmlNode& node, const SwfTagEnableTelemetry& tag) {
@@ -141,7 +142,7 @@ void writeXml(XmlNode& node, const SwfTagEnableTelemetry& tag) {
 void readXml(XmlElement& element, SwfTagEnableTelemetry& tag) {
     tag.reserved = element.ui16("Reserved");
     tag.hasPasswordHash = element.has("PasswordHash");
-    readText<std::span<uint8_t>>(element, "PasswordHash", parseHexBytes, tag.passwordHash);
+    readText<std::span<uint8_t>>(element, "PasswordHash", hashForm, parseHexBytes, tag.passwordHash);
 }
 
 void writeXml(XmlNode& node, const SwfTagMetadata& tag) { XmlNode(node, "Data").text(tag.data.view()); }

@@ -31,8 +31,10 @@ static void readShape(XmlElement& element, SwfShapeTag& tag) {
         readShapeRecords(*edges, tag.records);
 }
 
-// The id is the first attribute, whatever its name.
+// In the classic form the id is the first attribute, whatever its name.
 static uint16_t readFirstId(XmlElement& element) {
+    if (element.fullForm())
+        return element.ui16("ShapeId");
     const XmlValueForm form = XmlValueForm::integer(0, UINT16_MAX);
     const auto text = element.firstAttribute("ShapeId", form);
     if (!text)

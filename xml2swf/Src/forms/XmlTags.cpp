@@ -211,7 +211,7 @@ static void readRecordForm(XmlElement& element, SwfTag& tag) {
     tag.longHeader = element.boolean("LongHeader");
     if (SwfTag::mayEndInText(tag.type))
         tag.lacksNul = element.boolean("MissingNul");
-    const std::string_view trailing = element.attribute("Trailing").value_or("");
+    const std::string_view trailing = element.attribute("Trailing", XmlValueForm::text(hexBytesForm)).value_or("");
     std::vector<uint8_t> bytes(trailing.size() / 2);
     if (!parseHexBytes(trailing, bytes))
         element.refuse("Trailing", "it is not bytes in hexadecimal");

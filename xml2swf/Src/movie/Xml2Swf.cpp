@@ -40,7 +40,7 @@ bool isFullForm(XmlElement& root) {
     const auto form = root.attribute("Form", {XmlValueForm::Kind::name, 0, 0, forms}).value_or(classicForm);
     if (form != classicForm && form != fullForm)
         throw MovieAttributeError("Form", "Form: classic or full", root.offset());
-    return form == fullForm && root.context().observer == nullptr; // which learns the classic form
+    return form == fullForm;
 }
 
 void readRoot(XmlElement& root, IXml2SwfConversionTarget& target) {

@@ -39,13 +39,15 @@ Compiled compiled(const std::string& text) {
     ConversionOptions options;
     options.warnings = &reading;
     MovieTarget target;
-    xmlToSwf(text, target, options);
-    result.isRead = reading.empty();
     try {
+        xmlToSwf(text, target, options);
+        result.isRead = reading.empty();
         const SwfVector<uint8_t> file = target.movie.serialise(1, &writing);
         result.fileOrError.assign(file.begin(), file.end());
         result.isFile = writing.empty();
     } catch (const SwfException& error) {
+        result.fileOrError = error.what();
+    } catch (const XmlValueError& error) { // It leads to what is to be written yet.
         result.fileOrError = error.what();
     }
     return result;
@@ -63,10 +65,15 @@ void descend(XmlElement& element, std::span<const std::string_view> path, Look l
 template <class Look>
 void lookAtWritten(const ProbeNode& node, const std::string& text, Look look) {
     MovieTarget target;
-    xmlToSwf(text, target, {});
+    try {
+        xmlToSwf(text, target, {});
+    } catch (const XmlValueError&) {
+        return;
+    }
     XmlText written;
     XmlWriteContext writing;
     writing.swf.version = target.movie.version;
+    writing.swf.fullForm = target.movie.fullForm;
     try {
         XmlNode root(written, writing, 0, "Movie");
         writeTagList(root, target.movie.tags);
@@ -79,6 +86,7 @@ void lookAtWritten(const ProbeNode& node, const std::string& text, Look look) {
     XmlDocument document(written.view());
     XmlReadContext reading;
     reading.document = &document;
+    reading.fullForm = target.movie.fullForm;
     XmlElement movie = *XmlElement::ChildIterator(reading, document.top());
     descend(movie, path, look);
 }
@@ -118,7 +126,7 @@ void chooseFlag(const ProbeNode& node, XmlElementType& type) {
 
 std::string_view defaultValue(const XmlValueForm& form) {
     switch (form.kind) {
-    case XmlValueForm::Kind::text:
+    case XmlValueForm::Kind::text: return form.textForm == nullptr ? "" : form.textForm->sample;
     case XmlValueForm::Kind::places:
     case XmlValueForm::Kind::place: return "";
     case XmlValueForm::Kind::boolean: return "false";
@@ -149,8 +157,15 @@ void chooseNewElement(const ProbeNode& node, XmlElementType& type) {
     if (!type.ownChildren.empty())
         chooseChildren(node, type);
     lookAtWritten(node, newElement(node, type, ""), [&](XmlElement& element) {
-        for (XmlAttributeForm& attribute : type.attributes)
-            setInNew(attribute, element.has(attribute.name) && probed(attribute).isAlwaysRead);
+        // A new element leads to no place yet: it has the number in its stead.
+        const bool leads = std::any_of(type.attributes.begin(), type.attributes.end(), [&](const auto& attribute) {
+            return attribute.value.kind == XmlValueForm::Kind::place && element.has(attribute.name);
+        });
+        for (XmlAttributeForm& attribute : type.attributes) {
+            const bool isIn = attribute.value.kind != XmlValueForm::Kind::place &&
+                              (element.has(attribute.name) || (leads && attribute.value.isInteger()));
+            setInNew(attribute, isIn && probed(attribute).isAlwaysRead);
+        }
     });
     chooseFlag(node, type);
 }

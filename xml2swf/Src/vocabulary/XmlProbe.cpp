@@ -14,6 +14,8 @@ constexpr std::string_view strangerName = "_"; // no element is called this
 
 // Of a movie whose players know everything that has a form.
 constexpr std::string_view movieStart = "<Movie SwfVersion=\"10\" IsCompressed=\"false\">";
+constexpr std::string_view fullMovieStart = "<Movie Form=\"full\" SwfVersion=\"10\" IsCompressed=\"false\">";
+constexpr std::string_view formName = "Form"; // not varied: each form is learned by itself
 
 bool isMovie(const ProbeNode& node) { return node.parent == nullptr; }
 
@@ -31,7 +33,7 @@ void writeBefore(std::string& text, const ProbeNode& node) {
     const ProbeNode& parent = *node.parent;
     writeBefore(text, parent);
     if (isMovie(parent))
-        text += movieStart;
+        text += parent.fullForm ? fullMovieStart : movieStart;
     else
         writeStart(text, parent, ">");
     const bool isOwn = std::any_of(parent.children.begin(), parent.children.end(),
@@ -53,9 +55,18 @@ std::optional<std::string> sampleValue(const XmlValueForm& form, size_t index) {
     };
     switch (form.kind) {
     case XmlValueForm::Kind::text:
+        if (form.textForm != nullptr)
+            return index == 0 ? std::optional<std::string>(form.textForm->sample) : std::nullopt;
+        [[fallthrough]];
     case XmlValueForm::Kind::places:
     case XmlValueForm::Kind::place: return oneOf({"a"});
-    case XmlValueForm::Kind::integer: return oneOf({"1", "0", "2"}); // 2 is outside no field's range but bits'
+    case XmlValueForm::Kind::integer: {
+        constexpr int64_t tried[] = {1, 0, 2};
+        const bool fits = index < std::size(tried) && form.low <= tried[index] && tried[index] <= form.high;
+        if (index == 0 && !fits)
+            return std::to_string(form.high);
+        return fits ? std::optional(std::to_string(tried[index])) : std::nullopt;
+    }
     case XmlValueForm::Kind::real: return oneOf({"1"});
     case XmlValueForm::Kind::boolean: return oneOf({"true", "false"});
     case XmlValueForm::Kind::color: return oneOf({"ff"});
@@ -87,6 +98,8 @@ std::string structureOf(const ProbeNode& node) {
         text.append("," + std::to_string(form.low) + "," + std::to_string(form.high));
         for (const XmlName& name : form.names)
             text.append(",").append(name.name);
+        if (form.textForm != nullptr)
+            text.append(",").append(form.textForm->name);
         text += attribute.isOptional ? '?' : ' ';
         text += attribute.isAlwaysRead ? '!' : ' ';
     }
@@ -155,7 +168,11 @@ void XmlProber::write(ProbeNode& node, const ProbeVariation& variation) {
     _text += '<';
     _places.push_back({_text.size(), &node, false});
     _text += node.name;
+    if (node.fullForm)
+        _text.append(" ").append(formName).append("=\"").append(fullForm).append("\"");
     for (size_t i = 0; i < node.attributes.size(); ++i) {
+        if (isMovie(node) && node.attributes[i].name == formName)
+            continue;
         const bool varies = &node == _focus && (variation.attribute == ProbeVariation::all || variation.attribute == i);
         std::optional<std::string> value = sampleValue(node.attributes[i].form, varies ? variation.value : 0);
         if (!value && variation.attribute == ProbeVariation::all)
@@ -276,7 +293,7 @@ ProbeAttribute* XmlProber::addAttribute(const XmlElement& element, std::string_v
         known->name = name;
         _hasNews = true;
     }
-    if (known->form.kind == XmlValueForm::Kind::text && form.kind != XmlValueForm::Kind::text) {
+    if (known->form.isAnyText() && !form.isAnyText()) {
         known->form = form;
         _hasNews = true;
     }

@@ -29,6 +29,7 @@ struct ProbeNode {
     std::vector<std::unique_ptr<ProbeNode>> children;
     std::optional<XmlNameGroup> group;
     XmlContent content = XmlContent::none;
+    bool fullForm = false; ///< of a movie: its readers are those of the full form
     bool isOrdered = false;
     bool isAlone = false; ///< read only where no other child stands before it
     bool isRead = false, isAlwaysRead = false;

@@ -99,7 +99,14 @@ private:
 
     void writeValue(XmlNode& attribute, const XmlValueForm& form) {
         switch (form.kind) {
-        case XmlValueForm::Kind::text: attribute.attribute("type", "xs:string"); break;
+        case XmlValueForm::Kind::text:
+            if (form.textForm == nullptr)
+                attribute.attribute("type", "xs:string");
+            else
+                set(attribute, "type",
+                    simpleType(std::string(form.textForm->name),
+                               {{"xs:pattern", std::string(form.textForm->pattern)}}));
+            break;
         case XmlValueForm::Kind::places:
             set(attribute, "type", simpleType("places", {{"xs:pattern", R"(\s*\S+(\s+\S+)*\s*)"}}));
             break;
@@ -172,6 +179,6 @@ private:
 
 } // namespace
 
-std::string xmlSchema() { return SchemaWriter(XmlVocabulary::get()).write(); }
+std::string xmlSchema(bool fullForm) { return SchemaWriter(XmlVocabulary::get(fullForm)).write(); }
 
 } // namespace xml2swf

@@ -28,8 +28,9 @@ struct ProbeForest {
     ProbeNode movie;
     std::vector<std::unique_ptr<ProbeGroup>> groups;
 
-    ProbeForest() {
+    explicit ProbeForest(bool fullForm) {
         movie.name = "Movie";
+        movie.fullForm = fullForm;
         XmlProber prober;
         prober.explore(movie);
         findGroups(movie);
@@ -69,7 +70,9 @@ public:
         std::vector<XmlChildForm> children;
         std::string key = keyOf(node);
         for (const auto& child : node.children) {
-            if (!child->isRead)
+            const bool isOfGroup =
+                node.group && std::ranges::find(node.group->names, child->name) != node.group->names.end();
+            if (!child->isRead || isOfGroup)
                 continue;
             children.push_back(make(*child));
             key.append(child->name).append(child->isAlwaysRead ? "!" : "?");
@@ -170,8 +173,8 @@ std::vector<XmlChildForm> XmlElementType::children() const {
     return all;
 }
 
-XmlVocabulary::XmlVocabulary() {
-    const ProbeForest forest;
+XmlVocabulary::XmlVocabulary(bool fullForm) : _isFullForm(fullForm) {
+    const ProbeForest forest(fullForm);
     for (const auto& group : forest.groups)
         _groups.emplace_back().name = group->names.name;
     TypeMaker maker(_types, _groups);
@@ -183,9 +186,13 @@ XmlVocabulary::XmlVocabulary() {
     maker.giveNames();
 }
 
-const XmlVocabulary& XmlVocabulary::get() {
-    static const XmlVocabulary vocabulary;
-    return vocabulary;
+const XmlVocabulary& XmlVocabulary::get(bool fullForm) {
+    if (fullForm) {
+        static const XmlVocabulary full(true);
+        return full;
+    }
+    static const XmlVocabulary classic(false);
+    return classic;
 }
 
 const XmlChildGroup* XmlVocabulary::findGroup(std::string_view name) const {

@@ -48,7 +48,7 @@ std::string withPayload(std::string text, const Arguments& arguments, std::strin
     note = result.note;
     if (result.tag == nullptr)
         return text;
-    return text.replace(elements->start(), elements->element.size(), zelk::tagElement(result.tag, elements->version));
+    return text.replace(elements->start(), elements->element.size(), zelk::tagElement(result.tag, elements->layout));
 }
 
 int replace(const File& input, const File& output, const Arguments& arguments) {
@@ -94,6 +94,7 @@ void addReplace(CLI::App& app, Command& chosen) {
     command->add_option("OUTPUT", arguments->output, "The changed movie, XML or project")->required();
     command->add_option("--tag", arguments->tag, "Id of the character")->type_name("ID")->required();
     addKind(*command, "--to", arguments->to, "Kind of the output when its name does not say it: swf, xml or zelk");
+    addForm(*command, arguments->options.fullForm, "Form of the XML that a movie becomes, classic or full");
     command->add_option("--original", arguments->options.original,
                         "The movie that an XML came from: tags that were not touched keep its bytes");
     command->add_option("--level", arguments->options.level, "Compression of a movie, 0 to 9")

@@ -84,7 +84,7 @@ TEST(PayloadInText, IsThatOfTheTagAtThePlace) {
         ASSERT_EQ(found.has_value(), each.element != nullptr) << each.at;
         if (!found)
             continue;
-        EXPECT_EQ(found->version, 9);
+        EXPECT_EQ(found->layout.version, 9);
         EXPECT_TRUE(found->element.starts_with(each.element)) << found->element;
         Bytes joined;
         const zelk::TagPayload payload(*found);

@@ -87,9 +87,9 @@ public:
     std::string asked;
     uint8_t version = 0;
 
-    std::optional<std::string> editTag(const std::string& element, uint8_t swfVersion) override {
+    std::optional<std::string> editTag(const std::string& element, MovieLayout layout) override {
         asked = element;
-        version = swfVersion;
+        version = layout.version;
         return answer;
     }
 };

@@ -128,7 +128,7 @@ TEST(TagMap, KnowsWhatDefinesACharacter) {
     const auto element = [&](const std::optional<TagRange>& tag) {
         return tag ? text.substr(tag->start, 12) : std::string();
     };
-    EXPECT_EQ(map.version(), 7);
+    EXPECT_EQ(map.layout().version, 7);
     EXPECT_EQ(element(map.definition(3)), "<DefineFont2") << "the first that defines it";
     EXPECT_EQ(element(map.definition(4)), "<DefineSprit");
     EXPECT_FALSE(map.definition(4464)) << "70,000 is no id";
@@ -139,6 +139,19 @@ TEST(TagMap, KnowsWhatDefinesACharacter) {
     EXPECT_FALSE(map.at(text, 3));
     EXPECT_FALSE(map.at(text, text.size()));
     EXPECT_FALSE(TagMap("<Movie><DefineShape>").at("<Movie><DefineShape>", 9));
+}
+
+TEST(TagPreview, FollowsTheFormOfTheText) {
+    for (const bool isFull : {true, false}) {
+        const std::string text = "<Movie SwfVersion=\"9\"" + std::string(isFull ? " Form=\"full\"" : "") +
+                                 "><PlaceObject4 Depth=\"1\" /></Movie>";
+        PreviewRequest request;
+        request.element = "<PlaceObject4 Depth=\"1\" />";
+        request.layout = TagMap(text).layout();
+        const TagPreview preview(request);
+        EXPECT_EQ(preview.words().startsWith(QStringLiteral("PlaceObject4")), isFull);
+        EXPECT_EQ(preview.problem() == QStringLiteral("This element is no tag."), !isFull);
+    }
 }
 
 // --- tags that ask for too much --------------------------------------------------------------------------------------
@@ -213,7 +226,7 @@ TEST(TagPreview, EndsWhateverATagSays) {
         SCOPED_TRACE(test.name);
         PreviewRequest request;
         request.element = test.element;
-        request.version = 8;
+        request.layout = 8;
         request.definition = [&](uint16_t id) {
             const auto found = test.others.find(id);
             return found == test.others.end() ? std::string() : found->second;

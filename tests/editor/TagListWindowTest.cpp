@@ -1,8 +1,10 @@
 // The tag list in the window, by keys.
 #include <QClipboard>
 #include <QDropEvent>
+#include <QLabel>
 #include <QMimeData>
 
+#include "StatusBar.h"
 #include "SwfUtils.h"
 #include "TagEditorDlg.h"
 #include "TagListModel.h"
@@ -92,6 +94,32 @@ TEST_F(TagListWindowTest, TheViewsSwitchAndKeepThePlace) {
     choose(CommandId::tagList);
     EXPECT_FALSE(view().showsList());
     EXPECT_FALSE(window->actions().action(CommandId::tagList)->isChecked());
+}
+
+TEST_F(TagListWindowTest, RowsFollowTheFormAndSayWhatUnknownTagsAre) {
+    const std::string tags = "<ImportAssets URL=\"a\" />\n<PlaceObject4 Depth=\"1\" />\n"
+                             "<Unknown TagType=\"9\"><Data>AQIDBA==</Data></Unknown>\n</Movie>";
+    const QString words = QStringLiteral("SetBackgroundColor, kept raw: 1 bytes are left over after its fields");
+    const auto* status = window->findChild<StatusBar*>();
+    const auto statusShows = [&](const QString& text) {
+        const auto labels = status->findChildren<QLabel*>();
+        return std::ranges::any_of(labels, [&](const QLabel* label) { return label->text() == text; });
+    };
+    for (const bool isFull : {true, false}) {
+        load("<Movie SwfVersion=\"8\"" + std::string(isFull ? " Form=\"full\"" : "") + ">\n" + tags);
+        choose(CommandId::tagList);
+        const QAbstractItemModel& model = *list().tree().model();
+        EXPECT_EQ(model.index(1, 0).data(Qt::FontRole).isNull(), isFull) << "a tag of the full form";
+        EXPECT_EQ(model.index(2, 1).data().toString(), words + QStringLiteral(" · TagType=\"9\""));
+        press(Qt::Key_End);
+        EXPECT_TRUE(statusShows(words));
+        press(Qt::Key_Home);
+        EXPECT_TRUE(statusShows(QStringLiteral("Ready")));
+        choose(CommandId::movieXml);
+        editor().gotoPlace(4, 30);
+        QApplication::processEvents();
+        EXPECT_TRUE(statusShows(words));
+    }
 }
 
 TEST_F(TagListWindowTest, KeysEditTheTagsWithOneHistory) {

@@ -7,6 +7,8 @@
 
 #include "Exceptions.h"
 #include "NoticeBar.h"
+#include "UnknownTag.h"
+#include "XmlSurroundings.h"
 
 namespace zelk {
 
@@ -172,6 +174,17 @@ std::optional<std::pair<size_t, size_t>> DocumentView::listedTag() {
     if (!showsList() || !_list->isCurrent() || tag == TagIndex::movie)
         return std::nullopt;
     return std::pair(_tags.tags().start(tag), _tags.tags().end(tag));
+}
+
+QString DocumentView::unknownTag() {
+    const std::string_view text = _editor->text();
+    std::optional<std::string_view> element;
+    if (const auto tag = listedTag())
+        element = text.substr(tag->first, tag->second - tag->first);
+    else if (!showsList())
+        element = unknownElementAt(text, _editor->caret());
+    return element ? QString::fromStdString(unknownTagWords(*element, layoutAtStart(text), surroundingsReach))
+                   : QString();
 }
 
 size_t DocumentView::place() {

@@ -36,6 +36,8 @@ public:
     void showList();
     /// Start and end of the list's current tag in the text. None while the text is shown.
     std::optional<std::pair<size_t, size_t>> listedTag();
+    /// What the Unknown tag is that the list is at, or else the caret; empty where it is at none.
+    QString unknownTag();
     /// Where that tag starts, or else the selected text.
     size_t place();
     /// Shows the text with the caret at the tag that is selected in the list.

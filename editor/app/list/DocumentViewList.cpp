@@ -325,11 +325,12 @@ void DocumentViewList::rebuildAt(const TagSelection& paths, const TagPath& place
 }
 
 void DocumentViewList::insertNew(Session& session) {
-    InsertElementDlg dialog(tr("Insert Tag Template"), xml2swf::XmlVocabulary::get().tags().children, this);
+    const MovieLayout layout = layoutAtStart(_text.text());
+    const xml2swf::XmlVocabulary& vocabulary = xml2swf::XmlVocabulary::get(layout.fullForm);
+    InsertElementDlg dialog(tr("Insert Tag Template"), vocabulary.tags().children, this);
     if (dialog.exec() != QDialog::Accepted)
         return;
-    const std::optional<std::string> element =
-        tagEditor().editTag(xml2swf::newElementText(dialog.choice()), movieVersion(_text));
+    const std::optional<std::string> element = tagEditor().editTag(xml2swf::newElementText(dialog.choice()), layout);
     if (element)
         execute(session, std::make_shared<InsertCmd>(_text, std::vector{trimmed(*element)}, positionToInsert()));
 }

@@ -8,6 +8,7 @@
 #include "ByteSearch.h"
 #include "Exceptions.h"
 #include "TagText.h"
+#include "UnknownTag.h"
 #include "XmlTags.h"
 
 namespace zelk {
@@ -38,6 +39,8 @@ QString fromBytes(std::string_view bytes, qsizetype most) {
 void ListViewController::refresh() {
     _index = nullptr;
     _index = _text.sharedTags();
+    _layout = layoutAtStart(_text.text());
+    _unknown.clear();
     applyFilter();
 }
 
@@ -143,7 +146,9 @@ QString ListViewController::text(uint32_t key, int column) const {
     const std::string_view tag = startTag(key);
     if (column == 0)
         return fromBytes(elementName(tag), longestText);
-    QString text;
+    QString text = unknownWords(key);
+    if (!text.isEmpty())
+        text += QStringLiteral(" · ");
     for (const TagAttribute& attribute : attributesOf(tag)) {
         const std::string value = decoded(attribute.value.substr(0, longestText * 4));
         text += QStringLiteral("%1=\"%2\" ").arg(fromBytes(attribute.name, longestText), fromBytes(value, longestText));
@@ -153,9 +158,18 @@ QString ListViewController::text(uint32_t key, int column) const {
     return shortened(text.trimmed().replace(u'\n', u' '), longestText);
 }
 
+// Asked for the rows on the screen, again and again.
+const QString& ListViewController::unknownWords(uint32_t key) const {
+    constexpr size_t most = 64 * 1024; // bytes of an element that are read for a row
+    const auto [found, isNew] = _unknown.try_emplace(key);
+    if (isNew && isCurrent())
+        found->second = QString::fromStdString(unknownTagWords(_text.element(key), _layout, most));
+    return found->second;
+}
+
 bool ListViewController::isLeftOut(uint32_t key) const {
     const std::string_view tag = startTag(key);
-    return !tag.empty() && !xml2swf::isTagElement(elementName(tag));
+    return !tag.empty() && !xml2swf::isTagElement(elementName(tag), _layout.fullForm);
 }
 
 QString ListViewController::toolTip(uint32_t key) const {
@@ -164,6 +178,8 @@ QString ListViewController::toolTip(uint32_t key) const {
         lines.append(QString::fromStdString(NotMovieException::noTag(elementName(startTag(key)), 1, 1).description()));
     else
         lines.append(text(key, 0));
+    if (const QString& words = unknownWords(key); !words.isEmpty())
+        lines.append(words);
     for (const TagAttribute& attribute : attributesOf(startTag(key)))
         lines.append(
             QStringLiteral("%1=\"%2\"")

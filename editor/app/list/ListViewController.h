@@ -1,9 +1,11 @@
 // The rows of the tag list: a document's tags, or those of them that a filter lets through.
 #pragma once
 
+#include <unordered_map>
 #include <vector>
 
 #include "IVirtualListViewController.h"
+#include "MovieLayout.h"
 #include "TaggedText.h"
 
 namespace zelk {
@@ -48,9 +50,12 @@ private:
     void collect(const std::vector<bool>& isShown);
     std::string_view startTag(uint32_t key) const;
     const Children& childrenOf(uint32_t parent) const;
+    const QString& unknownWords(uint32_t key) const;
 
     TaggedText& _text;
-    std::shared_ptr<const TagIndex> _index; // null while there is none
+    std::shared_ptr<const TagIndex> _index;                 // null while there is none
+    MovieLayout _layout;                                    // of the text
+    mutable std::unordered_map<uint32_t, QString> _unknown; // what was found for rows on the screen
     QString _filter;
     // With a filter only:
     std::vector<uint32_t> _rows;       // the children shown, those of each parent in a row

@@ -71,8 +71,9 @@ void TagEditorDlg::addEditActions() {
             [this](const QPoint& position) { QMenu::exec(actions(), position, nullptr, this); });
 }
 
-std::optional<std::string> TagEditorDlg::editTag(const std::string& element, uint8_t version) {
-    _version = version;
+std::optional<std::string> TagEditorDlg::editTag(const std::string& element, MovieLayout layout) {
+    _layout = layout;
+    _editor->setForm(layout.fullForm);
     _editor->setText(element);
     _editor->setFocus();
     if (exec() != QDialog::Accepted)
@@ -111,7 +112,7 @@ void TagEditorDlg::accept() {
         return QDialog::accept();
     libswf::SwfWarnings warnings;
     try {
-        checkTag(_editor->text(), _version, warnings);
+        checkTag(_editor->text(), _layout, warnings);
     } catch (...) {
         const Failure failure = describeFailure();
         WindowDialogs(this).report(failure);

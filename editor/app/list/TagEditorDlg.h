@@ -14,7 +14,7 @@ class TagEditorDlg : public QDialog, public ITagEditor {
 public:
     explicit TagEditorDlg(QWidget* parent);
 
-    std::optional<std::string> editTag(const std::string& element, uint8_t version) override;
+    std::optional<std::string> editTag(const std::string& element, MovieLayout layout) override;
     TextEditorView& editor() { return *_editor; }
 
 public Q_SLOTS:
@@ -29,7 +29,7 @@ private:
     bool confirms(const libswf::SwfWarnings& warnings);
 
     TextEditorView* _editor;
-    uint8_t _version = 0;
+    MovieLayout _layout;
 };
 
 } // namespace zelk

@@ -91,7 +91,7 @@ PreviewRequest DocumentTags::request(const TagRange& tag) const {
         return request;
     request.element = element(tag);
     request.jpegTables = smallElement(_map->jpegTables());
-    request.version = _map->version();
+    request.layout = _map->layout();
     request.definition = [tags = QPointer(this), map = _map](uint16_t id) {
         return tags == nullptr || tags->_map != map ? std::string() : tags->smallElement(map->definition(id));
     };

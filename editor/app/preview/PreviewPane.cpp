@@ -125,7 +125,7 @@ void PreviewPane::ask(bool isForced) {
 }
 
 void PreviewPane::show(PreviewRequest request, bool isForced) {
-    const bool isSame = _preview != nullptr && request.element == _request.element;
+    const bool isSame = _preview != nullptr && request.element == _request.element && request.layout == _request.layout;
     if (isSame && !isForced && _preview->problem().isEmpty())
         return;
     _request = std::move(request);

@@ -1,9 +1,10 @@
 // What the preview pane is asked to show.
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <string>
+
+#include "MovieLayout.h"
 
 namespace zelk {
 
@@ -13,7 +14,7 @@ struct PreviewRequest {
     /// it is the last one asked for.
     std::function<std::string(uint16_t characterId)> definition;
     std::string jpegTables; ///< the movie's JPEGTables element; may be empty
-    uint8_t version = 0;    ///< of the movie
+    MovieLayout layout;     ///< of the movie
 };
 
 } // namespace zelk

@@ -28,7 +28,7 @@ void PreviewWorker::drop() {
 void PreviewWorker::run(std::shared_ptr<Order> order) {
     std::shared_ptr<TagPreview> preview;
     try {
-        PreviewRequest request = {order->request.element, nullptr, order->request.jpegTables, order->request.version};
+        PreviewRequest request = {order->request.element, nullptr, order->request.jpegTables, order->request.layout};
         request.definition = [this, &order](uint16_t id) { return definition(order, id); };
         preview = std::make_shared<TagPreview>(request);
     } catch (const std::exception&) { // dropped, or out of memory

@@ -5,7 +5,6 @@
 #include <exception>
 #include <string>
 
-#include "Conversion.h"
 #include "XmlTagSpans.h"
 
 namespace zelk {
@@ -50,12 +49,6 @@ std::optional<uint16_t> idOf(std::string_view element) {
     return std::nullopt;
 }
 
-uint8_t versionOf(std::string_view untilFirstTag) {
-    MovieTarget target;
-    xmlToSwf(std::string(untilFirstTag) + "</Movie>", target, {});
-    return target.movie.version;
-}
-
 } // namespace
 
 TagMap::TagMap(std::string_view text) {
@@ -63,7 +56,7 @@ TagMap::TagMap(std::string_view text) {
         const auto spans = findTagSpans(text).spans;
         if (spans.empty())
             return;
-        _version = versionOf(text.substr(0, spans.front().start));
+        _layout = movieLayout(text.substr(0, spans.front().start));
         _tags.reserve(spans.size());
         for (const ElementSpan& span : spans)
             _tags.push_back({span.start, span.end});

@@ -7,6 +7,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "MovieLayout.h"
+
 namespace zelk {
 
 /// A range of bytes: from an element's "<" to behind its last ">".
@@ -26,7 +28,7 @@ public:
     std::optional<TagRange> definition(uint16_t characterId) const;
     std::optional<TagRange> jpegTables() const { return _jpegTables; }
     /// Of the movie.
-    uint8_t version() const { return _version; }
+    MovieLayout layout() const { return _layout; }
 
 private:
     void addDefinitions(std::string_view text);
@@ -34,7 +36,7 @@ private:
     std::vector<TagRange> _tags;
     std::unordered_map<uint16_t, TagRange> _definitions;
     std::optional<TagRange> _jpegTables;
-    uint8_t _version = 0;
+    MovieLayout _layout;
 };
 
 } // namespace zelk

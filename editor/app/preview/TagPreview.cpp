@@ -49,7 +49,7 @@ TagPreview::TagPreview(const PreviewRequest& request)
 }
 
 void TagPreview::build() {
-    _tag = compileTag(_request->element, _request->version, nullptr);
+    _tag = compileTag(_request->element, _request->layout, nullptr);
     if (_tag == nullptr) {
         _problem = tr("This element is no tag.");
         return;
@@ -133,7 +133,7 @@ std::shared_ptr<SwfTag> TagPreview::definition(uint16_t id) {
         return nullptr;
     _bytesLeft -= element.size();
     try {
-        return found->second = compileTag(element, _request->version, nullptr);
+        return found->second = compileTag(element, _request->layout, nullptr);
     } catch (const std::exception&) { // It counts as missing; its own preview tells why.
         return nullptr;
     }
@@ -162,7 +162,7 @@ QImage TagPreview::decoded(const SwfTag& tag) {
     if (const auto* lossless = dynamic_cast<const SwfTagDefineBitsLossless*>(&tag))
         take(lossless->bitmapWidth, lossless->bitmapHeight);
     if (_jpegTables == nullptr && !_request->jpegTables.empty() && tag.type == SwfTagCode::DefineBits)
-        _jpegTables = compileTag(_request->jpegTables, _request->version, nullptr);
+        _jpegTables = compileTag(_request->jpegTables, _request->layout, nullptr);
     const Image image = decodeBitmap(tag, dynamic_cast<const SwfTagJPEGTables*>(_jpegTables.get()));
     _pixelsLeft -= take(image.width, image.height);
     return imageFrom(image);

@@ -3,6 +3,7 @@
 #include <span>
 #include <unordered_map>
 
+#include "SwfFullWords.h"
 #include "SwfWords.h"
 #include "TextBuffer.h"
 #include "TextControl.h"
@@ -24,6 +25,13 @@ const WordTable& wordTable() {
         add(structureWords, SwfSyntaxHighlighter::Structure);
         add(actionWords, SwfSyntaxHighlighter::Action);
         add(fieldWords, SwfSyntaxHighlighter::Field);
+        const auto addNew = [&](std::span<const char16_t* const> list, SwfSyntaxHighlighter::Class wordClass) {
+            for (const char16_t* word : list)
+                words.try_emplace(word, wordClass);
+        };
+        addNew(fullTagWords, SwfSyntaxHighlighter::Tag);
+        addNew(fullStructureWords, SwfSyntaxHighlighter::Structure);
+        addNew(fullActionWords, SwfSyntaxHighlighter::Action);
         return words;
     }();
     return table;

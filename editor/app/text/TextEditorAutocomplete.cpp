@@ -49,7 +49,7 @@ void TextEditorAutocomplete::showList(const Completion& completion) {
 
 void TextEditorAutocomplete::choose(std::string_view word) {
     const size_t place = caret();
-    const std::optional<Completion> completion = completionAt(text(), place);
+    const std::optional<Completion> completion = completionAt(text(), place, _fullForm);
     if (!completion)
         return;
     const std::string_view behind = text().substr(place);

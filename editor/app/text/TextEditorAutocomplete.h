@@ -16,6 +16,9 @@ public:
 
     /// Shows the list, if anything is known of the place.
     void show();
+    /// Of a text that does not tell its form.
+    void setForm(bool fullForm) { _fullForm = fullForm; }
+    std::optional<bool> fullForm() const override { return _fullForm; }
 
 private:
     std::string_view text() const override;
@@ -25,6 +28,7 @@ private:
     void choose(std::string_view word);
 
     TextControl& _control;
+    std::optional<bool> _fullForm;
 };
 
 } // namespace zelk

@@ -208,7 +208,8 @@ void TextEditorView::insertElement(ElementKind kind) {
     const QString title = kind == ElementKind::tag      ? tr("Insert Tag Template")
                           : kind == ElementKind::action ? tr("Insert Action Template")
                                                         : tr("Insert Struct Template");
-    const auto place = placeForElement(text(), static_cast<size_t>(send(SCI_GETCURRENTPOS)), kind);
+    const auto place =
+        placeForElement(text(), static_cast<size_t>(send(SCI_GETCURRENTPOS)), kind, _autocomplete->fullForm());
     if (!place) {
         QMessageBox::information(this, title, tr("Nothing of this kind can stand here."));
         return;

@@ -62,6 +62,8 @@ public:
     void unfoldAll();
     /// Asks for a colour and puts it, as attributes have it, in place of the selection.
     void insertColorAsHex();
+    /// The form of a text that does not tell it: a part of a movie.
+    void setForm(bool fullForm) { _autocomplete->setForm(fullForm); }
     /// Shows what may be typed at the caret.
     void complete() { _autocomplete->show(); }
     /// Ask for a new element and put it where it may stand, at the caret or behind what the caret is in.

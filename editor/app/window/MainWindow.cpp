@@ -120,8 +120,10 @@ void MainWindow::watch(DocumentView& view) {
     connect(&view.editor(), &TextEditorView::contextMenuAsked, this,
             [this](const QPoint& position) { showContextMenu(textViewMenu(), position); });
     connect(&view, &DocumentView::currentTagChanged, this, [this, &view] {
-        if (_tabs->current() == &view)
-            showPreview();
+        if (_tabs->current() != &view)
+            return;
+        showPreview();
+        showState();
     });
     connect(&view.list(), &DocumentViewList::commandAsked, this, &MainWindow::run);
     connect(&view.list(), &DocumentViewList::executeAsked, this, [this, &view](const guicommand::CommandPtr& command) {
@@ -145,6 +147,7 @@ void MainWindow::showState() {
     CommandState state;
     state.documents = _tabs->count();
     QString title = QStringLiteral("Zelk");
+    QString tag;
     uint32_t row = 0, column = 0;
     if (DocumentView* view = _tabs->current()) {
         TextEditorView& editor = view->editor();
@@ -158,8 +161,10 @@ void MainWindow::showState() {
             row = editor.row();
             column = editor.column();
         }
+        tag = view->unknownTag();
     }
     _statusBar->showPlace(row, column);
+    _statusBar->showTag(tag);
     _actions->update(state);
     if (windowTitle() != title)
         setWindowTitle(title);

@@ -16,12 +16,14 @@ public:
     /// From 1; 0 when no document is open.
     void showPlace(uint32_t row, uint32_t column);
     void showWarnings(size_t count);
+    /// What is to be said of the tag at hand; "Ready" when it is empty.
+    void showTag(const QString& words);
 
 Q_SIGNALS:
     void warningsAsked();
 
 private:
-    QLabel* _place;
+    QLabel *_tag, *_place;
     QToolButton* _warnings;
 };
 

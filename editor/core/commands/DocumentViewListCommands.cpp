@@ -121,7 +121,7 @@ TagListCmd::Edit EditSingleTagCmd::prepare() {
     if (tag == TagIndex::movie)
         return {};
     const std::string before = loneElement(text(), tag);
-    const std::optional<std::string> after = _editor.editTag(before, movieVersion(text()));
+    const std::optional<std::string> after = _editor.editTag(before, layoutAtStart(text().text()));
     if (!after || *after == before)
         return {};
     // The tag editor keeps the line ends of the element; an element of one line gets those of the text.

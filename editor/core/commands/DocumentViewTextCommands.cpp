@@ -90,7 +90,7 @@ bool GotoLineCmd::Execute() {
 }
 
 bool SwfAutoCompleteCmd::Execute() {
-    const std::optional<Completion> completion = completionAt(_view.text(), _view.caret());
+    const std::optional<Completion> completion = completionAt(_view.text(), _view.caret(), _view.fullForm());
     if (completion)
         _view.showList(*completion);
     return completion.has_value();

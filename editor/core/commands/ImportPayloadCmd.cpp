@@ -42,7 +42,7 @@ void readPayload(ImportParams& params) {
         throw FileLoadException(params.fileName, error.what());
     }
     if (params.result.tag != nullptr)
-        params.element = tagElement(params.result.tag, params.target->elements->version);
+        params.element = tagElement(params.result.tag, params.target->elements->layout);
 }
 
 } // namespace

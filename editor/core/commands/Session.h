@@ -11,6 +11,7 @@
 #include "EditableText.h"
 #include "Job.h"
 #include "Messages.h"
+#include "MovieLayout.h"
 #include "MovieSettings.h"
 #include "TemporaryMovies.h"
 #include "WrittenFiles.h"
@@ -57,9 +58,9 @@ void runJob(IUserInterface& user, const std::string& title, Params& params) {
 class ITagEditor {
 public:
     virtual ~ITagEditor() = default;
-    /// Takes the XML of a tag, or an empty text for a new one. Gives exactly one element that compiles for this SWF
-    /// version; none when the user cancels.
-    virtual std::optional<std::string> editTag(const std::string& element, uint8_t version) = 0;
+    /// Takes the XML of a tag, or an empty text for a new one. Gives exactly one element that compiles for a
+    /// movie of this layout; none when the user cancels.
+    virtual std::optional<std::string> editTag(const std::string& element, MovieLayout layout) = 0;
 };
 
 /// Shows a movie.

@@ -12,7 +12,7 @@ namespace {
 
 std::vector<std::string> elementsFor(const XmlSurroundings& around) {
     if (around.isTop)
-        return {std::string(XmlVocabulary::get().movie().name)};
+        return {std::string(around.vocabulary->movie().name)};
     std::vector<std::string> words;
     if (around.type == nullptr)
         return words;
@@ -67,12 +67,12 @@ std::vector<std::string> valuesFor(const XmlElementType& type, std::string_view 
 
 } // namespace
 
-std::optional<Completion> completionAt(std::string_view text, size_t position) {
+std::optional<Completion> completionAt(std::string_view text, size_t position, std::optional<bool> fullForm) {
     using In = XmlPlaceKind::In;
     const XmlPlaceKind place = placeKindAt(text, position);
     if (place.in == In::content || place.in == In::elsewhere)
         return std::nullopt;
-    const XmlSurroundings around = surroundingsOf(text, place.open);
+    const XmlSurroundings around = surroundingsOf(vocabularyOf(text, fullForm), text, place.open);
     Completion completion{Completion::Kind::element, place.start, {}};
     if (place.in == In::name) {
         completion.words = elementsFor(around);

@@ -25,10 +25,13 @@ public:
     /// Valid until the text changes.
     virtual std::string_view text() const = 0;
     virtual size_t caret() const = 0;
+    /// The form of a text that does not tell it.
+    virtual std::optional<bool> fullForm() const { return {}; }
     virtual void showList(const Completion& completion) = 0;
 };
 
-/// None where nothing is known. Looks at some megabyte of text at most.
-std::optional<Completion> completionAt(std::string_view text, size_t position);
+/// None where nothing is known. Looks at some megabyte of text at most. The form is what the text begins in, where it
+/// is not said: a part of a movie does not tell.
+std::optional<Completion> completionAt(std::string_view text, size_t position, std::optional<bool> fullForm = {});
 
 } // namespace zelk

@@ -13,10 +13,9 @@ namespace {
 
 constexpr std::string_view blanks = " \t", allBlanks = " \t\r\n", oneLevel = "    ";
 
-std::vector<XmlChildForm> choicesIn(const XmlElementType* type, ElementKind kind) {
+std::vector<XmlChildForm> choicesIn(const XmlVocabulary& vocabulary, const XmlElementType* type, ElementKind kind) {
     if (type == nullptr)
         return {};
-    const XmlVocabulary& vocabulary = XmlVocabulary::get();
     if (kind == ElementKind::structure) {
         const bool isOther = type->group != &vocabulary.tags() && type->group != &vocabulary.actions();
         return isOther ? type->children() : type->ownChildren;
@@ -99,8 +98,9 @@ void openEmpty(std::string_view text, const XmlTagToken& tag, ElementPlace& plac
 }
 
 // Puts the place at the beginning of an element, if that holds what is asked for.
-bool enter(std::string_view text, const XmlTagToken& tag, ElementKind kind, ElementPlace& place) {
-    place.choices = choicesIn(typeOfElement(surroundingsOf(text, tag.open), tag.name), kind);
+bool enter(const XmlVocabulary& vocabulary, std::string_view text, const XmlTagToken& tag, ElementKind kind,
+           ElementPlace& place) {
+    place.choices = choicesIn(vocabulary, typeOfElement(surroundingsOf(vocabulary, text, tag.open), tag.name), kind);
     if (place.choices.empty())
         return false;
     if (tag.kind == XmlTagToken::Kind::empty)
@@ -120,18 +120,20 @@ std::optional<XmlTagToken> tagBehind(std::string_view text, size_t position) {
 
 } // namespace
 
-std::optional<ElementPlace> placeForElement(std::string_view text, size_t position, ElementKind kind) {
+std::optional<ElementPlace> placeForElement(std::string_view text, size_t position, ElementKind kind,
+                                            std::optional<bool> fullForm) {
+    const XmlVocabulary& vocabulary = vocabularyOf(text, fullForm);
     ElementPlace place{{}, 0, 0, "", "", "", std::string(lineEndOf(text))};
     position = behindSection(text, position);
     if (const auto tag = tagAround(text, position)) {
-        if (tag->kind == XmlTagToken::Kind::empty && enter(text, *tag, kind, place))
+        if (tag->kind == XmlTagToken::Kind::empty && enter(vocabulary, text, *tag, kind, place))
             return place;
         position = tag->kind == XmlTagToken::Kind::end ? tag->open : tag->end;
     }
-    place.choices = choicesIn(surroundingsOf(text, position).type, kind);
+    place.choices = choicesIn(vocabulary, surroundingsOf(vocabulary, text, position).type, kind);
     if (place.choices.empty()) {
         const auto next = tagBehind(text, position);
-        if (next && next->kind != XmlTagToken::Kind::end && enter(text, *next, kind, place))
+        if (next && next->kind != XmlTagToken::Kind::end && enter(vocabulary, text, *next, kind, place))
             return place;
     }
     while (place.choices.empty()) {
@@ -139,7 +141,7 @@ std::optional<ElementPlace> placeForElement(std::string_view text, size_t positi
         if (!end)
             return std::nullopt;
         position = end->end;
-        place.choices = choicesIn(surroundingsOf(text, position).type, kind);
+        place.choices = choicesIn(vocabulary, surroundingsOf(vocabulary, text, position).type, kind);
     }
     makeLine(text, position, place);
     return place;

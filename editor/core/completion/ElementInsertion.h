@@ -23,7 +23,9 @@ struct ElementPlace {
 
 /// The nearest place for elements of this kind: in the element at `position`, else at the beginning of the next one,
 /// else behind the one that it is in. None when none of these holds elements of this kind, or they are too big to tell.
-std::optional<ElementPlace> placeForElement(std::string_view text, size_t position, ElementKind kind);
+/// The form is what the text begins in, where it is not said.
+std::optional<ElementPlace> placeForElement(std::string_view text, size_t position, ElementKind kind,
+                                            std::optional<bool> fullForm = {});
 
 /// Puts a new element there, complete with the attributes and children that belong to it.
 TextChange insertElement(const ElementPlace& place, const xml2swf::XmlChildForm& choice);

@@ -7,6 +7,7 @@
 #include "ConversionTargets.h"
 #include "Exceptions.h"
 #include "Messages.h"
+#include "MovieLayout.h"
 #include "ProjectFile.h"
 #include "SwfException.h"
 #include "SwfUtils.h"
@@ -149,11 +150,12 @@ std::shared_ptr<const OriginalMovie> inForm(std::shared_ptr<const OriginalMovie>
 uint32_t tagOfError(const TagIndex& index, std::string_view text, const std::vector<uint32_t>& positions,
                     bool tagsOnly) {
     uint32_t tag = TagIndex::movie;
+    const bool fullForm = layoutAtStart(text).fullForm;
     for (uint32_t position : positions) {
         uint32_t row = 0, count = 0;
         for (; row < index.childCount(tag); ++row) {
             const size_t start = index.start(index.child(tag, row));
-            count += !tagsOnly || isTagElement(elementName(text.substr(start)));
+            count += !tagsOnly || isTagElement(elementName(text.substr(start)), fullForm);
             if (count > position)
                 break;
         }

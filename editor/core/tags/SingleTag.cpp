@@ -20,8 +20,11 @@ XmlPlace inElement(XmlPlace place, size_t before) {
 
 } // namespace
 
-std::shared_ptr<SwfTag> compileTag(std::string_view element, uint8_t version, SwfWarnings* warnings) {
-    std::string text = "<Movie SwfVersion=\"" + std::to_string(version) + "\">\n"; // one row more than the element has
+std::shared_ptr<SwfTag> compileTag(std::string_view element, MovieLayout layout, SwfWarnings* warnings) {
+    std::string text = "<Movie SwfVersion=\"" + std::to_string(layout.version) + "\"";
+    if (layout.fullForm)
+        text.append(" Form=\"").append(fullForm) += '"';
+    text += ">\n"; // one row more than the element has
     const size_t before = text.size();
     text.append(element) += "\n</Movie>";
     SwfWarnings found;
@@ -48,9 +51,10 @@ std::shared_ptr<SwfTag> compileTag(std::string_view element, uint8_t version, Sw
     return target.movie.tags.count() == 0 ? nullptr : target.movie.tags.sharedAt(0);
 }
 
-std::string tagElement(const std::shared_ptr<SwfTag>& tag, uint8_t version) {
+std::string tagElement(const std::shared_ptr<SwfTag>& tag, MovieLayout layout) {
     SwfMovieSafe movie;
-    movie.version = version;
+    movie.version = layout.version;
+    movie.fullForm = layout.fullForm;
     movie.tags.append(tag);
     std::vector<TagText> texts;
     ConversionOptions options;

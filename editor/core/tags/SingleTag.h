@@ -5,17 +5,18 @@
 #include <string>
 #include <string_view>
 
+#include "MovieLayout.h"
 #include "SwfTag.h"
 #include "SwfWarnings.h"
 
 namespace zelk {
 
-/// Compiles one element as a child of a Movie element of this SWF version. Null for an element that is no tag. Throws
+/// Compiles one element as a child of a Movie element that says this. Null for an element that is no tag. Throws
 /// XmlException and the errors of xmlToSwf, with places in `element`; warnings, which may be null, have them too.
-std::shared_ptr<libswf::SwfTag> compileTag(std::string_view element, uint8_t version, libswf::SwfWarnings* warnings);
+std::shared_ptr<libswf::SwfTag> compileTag(std::string_view element, MovieLayout layout, libswf::SwfWarnings* warnings);
 
 /// The element of one tag as it stands among a Movie element's children, from its "<" to behind its last ">". A tag
 /// that XML cannot express becomes Unknown.
-std::string tagElement(const std::shared_ptr<libswf::SwfTag>& tag, uint8_t version);
+std::string tagElement(const std::shared_ptr<libswf::SwfTag>& tag, MovieLayout layout);
 
 } // namespace zelk

@@ -1,21 +1,19 @@
 // Whether a text is one tag.
 #pragma once
 
+#include "MovieLayout.h"
 #include "SwfWarnings.h"
 #include "TaggedText.h"
 
 namespace zelk {
 
-/// Throws what keeps a text from being one tag of a movie of this SWF version, comments around it apart: XmlException,
+/// Throws what keeps a text from being one tag of a movie of this layout, comments around it apart: XmlException,
 /// NotMovieException, SwfException and the errors of xmlToSwf, with places in `text`; the warnings have their rows
 /// there.
-void checkTag(std::string_view text, uint8_t version, libswf::SwfWarnings& warnings);
+void checkTag(std::string_view text, MovieLayout layout, libswf::SwfWarnings& warnings);
 
 /// [any thread] Throws XmlException for a text that is not well-formed, NotMovieException for one without a Movie
 /// element or with an element among its tags that is none.
 void checkMovieText(std::string_view text, xml2swf::IProgressReporter* progress = nullptr);
-
-/// The SWF version for which the movie's tags are compiled.
-uint8_t movieVersion(TaggedText& text);
 
 } // namespace zelk

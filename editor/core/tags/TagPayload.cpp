@@ -5,7 +5,6 @@
 #include <string>
 
 #include "AttributeText.h"
-#include "Conversion.h"
 #include "Exceptions.h"
 #include "SingleTag.h"
 #include "TagText.h"
@@ -59,12 +58,6 @@ std::optional<uint32_t> characterIdOf(std::string_view element) {
     return error == std::errc() ? std::optional(id) : std::nullopt;
 }
 
-uint8_t versionOf(std::string_view text, const Spans& spans) {
-    MovieTarget target;
-    xmlToSwf(std::string(text.substr(0, spans.front().start)) + "</Movie>", target, {});
-    return target.movie.version;
-}
-
 // The blocks behind a head in the list that it stands in, up to the next head.
 std::vector<std::string_view> blocksBehind(std::string_view text, const Spans& spans, size_t head) {
     size_t listEnd = text.size();
@@ -91,7 +84,7 @@ PayloadElements elementsOf(std::string_view text, const Spans& spans, size_t ind
     PayloadElements result;
     result.text = text;
     result.element = elementOf(text, spans[index]);
-    result.version = versionOf(text, spans);
+    result.layout = movieLayout(text.substr(0, spans.front().start));
     for (const ElementSpan& span : spans) {
         if (hasName(elementOf(text, span), "JPEGTables"))
             result.jpegTables = elementOf(text, span);
@@ -116,7 +109,7 @@ std::shared_ptr<SwfTag> compiled(const PayloadElements& elements, std::string_vi
         place.locate(elements.text);
     };
     try {
-        return compileTag(element, elements.version, nullptr);
+        return compileTag(element, elements.layout, nullptr);
     } catch (Base64Error& error) {
         locate(error.place);
         throw;

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "MovieLayout.h"
 #include "Payload.h"
 #include "SwfTag.h"
 
@@ -17,7 +18,7 @@ struct PayloadElements {
     std::string_view element;
     std::string_view jpegTables;                ///< empty when the movie has none
     std::vector<std::string_view> streamBlocks; ///< that follow a SoundStreamHead in its list
-    uint8_t version = 0;                        ///< of the movie
+    MovieLayout layout;                         ///< of the movie
 
     /// Where the element starts in the text.
     size_t start() const { return static_cast<size_t>(element.data() - text.data()); }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "MovieLayout.h"
+
 namespace zelk {
 
 using xml2swf::XmlChildForm;
@@ -32,30 +34,36 @@ void addUse(NameUses& uses, const XmlChildForm& child, const XmlElementType* hos
         use.host = nullptr;
 }
 
-const NameUses& nameUses() {
-    static const NameUses uses = [] {
-        NameUses table;
-        const XmlVocabulary& vocabulary = XmlVocabulary::get();
-        addUse(table, vocabulary.movie(), nullptr);
-        for (const XmlElementType& type : vocabulary.types()) {
-            for (const XmlChildForm& child : type.ownChildren)
-                addUse(table, child, nullptr);
-        }
-        for (const XmlChildGroup& group : vocabulary.groups()) {
-            const auto host = std::ranges::find_if(vocabulary.types(), [&](const XmlElementType& type) {
-                return type.group == &group && type.ownChildren.empty();
-            });
-            for (const XmlChildForm& child : group.children)
-                addUse(table, child, host == vocabulary.types().end() ? nullptr : &*host);
-        }
-        return table;
-    }();
-    return uses;
+NameUses makeUses(const XmlVocabulary& vocabulary) {
+    NameUses table;
+    addUse(table, vocabulary.movie(), nullptr);
+    for (const XmlElementType& type : vocabulary.types()) {
+        for (const XmlChildForm& child : type.ownChildren)
+            addUse(table, child, nullptr);
+    }
+    for (const XmlChildGroup& group : vocabulary.groups()) {
+        const auto host = std::ranges::find_if(vocabulary.types(), [&](const XmlElementType& type) {
+            return type.group == &group && type.ownChildren.empty();
+        });
+        for (const XmlChildForm& child : group.children)
+            addUse(table, child, host == vocabulary.types().end() ? nullptr : &*host);
+    }
+    return table;
 }
 
-NameUse useOf(std::string_view name) {
-    const auto found = nameUses().find(name);
-    return found == nameUses().end() ? NameUse{} : found->second;
+const NameUses& nameUses(const XmlVocabulary& vocabulary) {
+    if (vocabulary.isFullForm()) {
+        static const NameUses full = makeUses(XmlVocabulary::get(true));
+        return full;
+    }
+    static const NameUses classic = makeUses(XmlVocabulary::get(false));
+    return classic;
+}
+
+NameUse useOf(const XmlVocabulary& vocabulary, std::string_view name) {
+    const NameUses& uses = nameUses(vocabulary);
+    const auto found = uses.find(name);
+    return found == uses.end() ? NameUse{} : found->second;
 }
 
 // From an element inwards; `names` are the elements in it, the innermost first.
@@ -157,6 +165,10 @@ std::optional<XmlTagToken> XmlTagsBefore::next() {
     return std::nullopt;
 }
 
+const XmlVocabulary& vocabularyOf(std::string_view text, std::optional<bool> fullForm) {
+    return XmlVocabulary::get(fullForm ? *fullForm : layoutAtStart(text).fullForm);
+}
+
 // --- places ----------------------------------------------------------------------------------------------------------
 
 namespace {
@@ -218,15 +230,16 @@ XmlPlaceKind placeKindAt(std::string_view text, size_t position) {
     return kind;
 }
 
-XmlSurroundings surroundingsOf(std::string_view text, size_t position) {
+XmlSurroundings surroundingsOf(const XmlVocabulary& vocabulary, std::string_view text, size_t position) {
     XmlSurroundings result;
+    result.vocabulary = &vocabulary;
     XmlTagsBefore tags(text, position);
     std::vector<std::string_view> names; // of the elements around the place, the innermost first
     size_t depth = 0;
     bool isEmpty = true;
     while (const auto tag = tags.next()) {
         isEmpty = false;
-        const NameUse use = useOf(tag->name);
+        const NameUse use = useOf(vocabulary, tag->name);
         if (tag->kind == XmlTagToken::Kind::start && depth > 0) {
             --depth;
         } else if (tag->kind == XmlTagToken::Kind::start) {
@@ -252,7 +265,7 @@ XmlSurroundings surroundingsOf(std::string_view text, size_t position) {
 }
 
 const XmlElementType* typeOfElement(const XmlSurroundings& around, std::string_view name) {
-    const XmlChildForm& movie = XmlVocabulary::get().movie();
+    const XmlChildForm& movie = around.vocabulary->movie();
     if (around.isTop)
         return name == movie.name ? movie.type : nullptr;
     const XmlChildForm* child = around.type == nullptr ? nullptr : around.type->child(name);

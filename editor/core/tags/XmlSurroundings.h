@@ -41,6 +41,9 @@ private:
     bool _hasNoCData = false, _hasNoComment = false; // before the place that was reached
 };
 
+/// The vocabulary of a form; of the one that the text begins in, where it is not said.
+const xml2swf::XmlVocabulary& vocabularyOf(std::string_view text, std::optional<bool> fullForm);
+
 /// What a place itself is in.
 struct XmlPlaceKind {
     enum class In : uint8_t { content, name, endName, attributeName, value, elsewhere };
@@ -53,13 +56,14 @@ XmlPlaceKind placeKindAt(std::string_view text, size_t position);
 
 /// The element around a place.
 struct XmlSurroundings {
-    const xml2swf::XmlElementType* type = nullptr; ///< null when it is not known, or there is none
-    std::string_view name;                         ///< may be empty though the type is known
-    bool isTop = false;                            ///< no element stands around the place or before it
-    std::vector<std::string_view> siblings;        ///< before the place, as far as they had to be looked at
+    const xml2swf::XmlVocabulary* vocabulary = nullptr; ///< of the text's form
+    const xml2swf::XmlElementType* type = nullptr;      ///< null when it is not known, or there is none
+    std::string_view name;                              ///< may be empty though the type is known
+    bool isTop = false;                                 ///< no element stands around the place or before it
+    std::vector<std::string_view> siblings;             ///< before the place, as far as they had to be looked at
 };
 /// `position` is outside of tags.
-XmlSurroundings surroundingsOf(std::string_view text, size_t position);
+XmlSurroundings surroundingsOf(const xml2swf::XmlVocabulary& vocabulary, std::string_view text, size_t position);
 /// The type of an element of this name there; null when it is not known.
 const xml2swf::XmlElementType* typeOfElement(const XmlSurroundings& around, std::string_view name);
 

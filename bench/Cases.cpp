@@ -31,6 +31,19 @@ void addGenerated(std::vector<Case>& cases, const char* name, Content content, s
     }
 }
 
+// The same movies in the full form, beside the classic one.
+void addFull(std::vector<Case>& cases) {
+    for (const char* name : {"million-edges", "shapes-10MB", "actions-10MB", "mixed-30MB"}) {
+        const auto classic =
+            std::find_if(cases.begin(), cases.end(), [&](const Case& other) { return other.name == name; });
+        Case full = *classic;
+        full.name += "-full";
+        full.measureDeflate = false;
+        full.fullForm = true;
+        cases.insert(classic + 1, full);
+    }
+}
+
 // Movies of ActionScript 3, in the form that shows its code: generated ones, and the corpus's with most of it.
 void addAbc(std::vector<Case>& cases) {
     for (const size_t size : {1, 10})
@@ -52,6 +65,7 @@ const std::vector<Case>& cases() {
         addGenerated(result, "actions", Content::actions, {10, 30});
         addGenerated(result, "payload", Content::payload, {10, 30, 100});
         addGenerated(result, "mixed", Content::mixed, {10, 30, 100});
+        addFull(result);
         addAbc(result);
         return result;
     }();

@@ -14,8 +14,9 @@ namespace fuzz {
 using Bytes = std::vector<uint8_t>;
 
 inline void parse(libswf::SwfMovieSafe& movie, Bytes file, bool keepRaw, libswf::SwfWarnings* warnings = nullptr,
-                  bool readLater = false) {
+                  bool readLater = false, bool fullForm = false) {
     libswf::SwfLoadOptions options;
+    options.fullForm = fullForm;
     options.keepRaw = keepRaw;
     options.warnings = warnings;
     options.readLater = readLater;

@@ -1,19 +1,20 @@
-// Reading and writing settle: what was written once comes back as it is, in the binary way and through XML.
+// Reading and writing settle: what was written once comes back as it is, in the binary way and through XML, in both
+// forms.
 #include "Movies.h"
 
 namespace {
 
 using fuzz::Bytes;
 
-Bytes binaryTrip(Bytes file) {
+Bytes binaryTrip(Bytes file, bool fullForm) {
     libswf::SwfMovieSafe movie;
-    fuzz::parse(movie, std::move(file), true);
+    fuzz::parse(movie, std::move(file), true, nullptr, false, fullForm);
     return fuzz::serialise(movie);
 }
 
-Bytes xmlTrip(Bytes file) {
+Bytes xmlTrip(Bytes file, bool fullForm) {
     libswf::SwfMovieSafe movie;
-    fuzz::parse(movie, std::move(file), true);
+    fuzz::parse(movie, std::move(file), true, nullptr, false, fullForm);
     xml2swf::MovieTarget target;
     if (!xmlToSwf(fuzz::toXml(movie, true), target, {}))
         __builtin_trap();
@@ -27,13 +28,13 @@ constexpr uint32_t lateChanges = 3;
 
 // A first trip may be refused: text that is not XML (a control character), a value that does not fit. What came out of
 // one never is, and a few trips later it comes back as it is.
-void settles(Bytes (*trip)(Bytes), const uint8_t* data, size_t size) {
+void settles(Bytes (*trip)(Bytes, bool), bool fullForm, const uint8_t* data, size_t size) {
     Bytes before;
-    fuzz::refusable([&] { before = trip(Bytes(data, data + size)); });
+    fuzz::refusable([&] { before = trip(Bytes(data, data + size), fullForm); });
     if (before.empty())
         return;
     uint32_t changes = lateChanges;
-    for (Bytes after = trip(before); after != before; after = trip(before)) {
+    for (Bytes after = trip(before, fullForm); after != before; after = trip(before, fullForm)) {
         if (changes-- == 0)
             __builtin_trap();
         before = std::move(after);
@@ -45,7 +46,9 @@ void settles(Bytes (*trip)(Bytes), const uint8_t* data, size_t size) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size > 8 && data[0] == 'C')
         return 0; // inflating is the other target's work
-    settles(binaryTrip, data, size);
-    settles(xmlTrip, data, size);
+    for (const bool fullForm : {false, true}) {
+        settles(binaryTrip, fullForm, data, size);
+        settles(xmlTrip, fullForm, data, size);
+    }
     return 0;
 }

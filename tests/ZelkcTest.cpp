@@ -336,6 +336,13 @@ TEST_F(ZelkcTest, TellsHeaderAndTags) {
     EXPECT_EQ(run("compare same.zelk good.swf").status, 0);
     put("empty.xml", "<Movie/>");
     EXPECT_EQ(Json::parse(run("info --json empty.xml").out)["tags"], Json::array());
+
+    put("raw.swf", movieOf(record(41, "abc") + record(9, "abcd") + showFrame));
+    const Json raw = Json::parse(run("info --json raw.swf").out)["tags"];
+    EXPECT_EQ(raw[0]["reason"], "only the full form shows it");
+    EXPECT_EQ(raw[1]["reason"], "1 bytes are left over after its fields");
+    EXPECT_FALSE(raw[2].contains("reason"));
+    EXPECT_NE(run("info --form full raw.swf").out.find("  kept raw: ProductID: data ends here"), std::string::npos);
 }
 
 TEST_F(ZelkcTest, ComparesMovies) {
@@ -399,6 +406,8 @@ TEST_F(ZelkcTest, ExtractsAndReplacesPayloads) {
     put("new.txt", "defg");
     EXPECT_EQ(run("replace a.swf --tag 4 new.txt b.swf").status, 0);
     EXPECT_EQ(get("b.swf"), movieOf(binary + record(87, little(4, 2) + little(0, 4) + "defg") + rest));
+    EXPECT_EQ(run("replace a.swf --form full --tag 4 new.txt full.xml").status, 0);
+    EXPECT_NE(get("full.xml").find("<Movie Form=\"full\""), std::string::npos);
     put("a.xml",
         "<Movie SwfVersion=\"5\"><!-- kept -->\n<DefineBinaryData CharacterId=\"4\"/>\n  <ShowFrame />  </Movie>");
     EXPECT_EQ(run("replace a.xml --tag 4 new.txt b.zelk").status, 0);

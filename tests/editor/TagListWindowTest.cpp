@@ -4,6 +4,8 @@
 #include <QLabel>
 #include <QMimeData>
 
+#include "FormNotice.h"
+#include "NoticeBar.h"
 #include "StatusBar.h"
 #include "SwfUtils.h"
 #include "TagEditorDlg.h"
@@ -98,8 +100,8 @@ TEST_F(TagListWindowTest, TheViewsSwitchAndKeepThePlace) {
 
 TEST_F(TagListWindowTest, RowsFollowTheFormAndSayWhatUnknownTagsAre) {
     const std::string tags = "<ImportAssets URL=\"a\" />\n<PlaceObject4 Depth=\"1\" />\n"
-                             "<Unknown TagType=\"9\"><Data>AQIDBA==</Data></Unknown>\n</Movie>";
-    const QString words = QStringLiteral("SetBackgroundColor, kept raw: 1 bytes are left over after its fields");
+                             "<Unknown TagType=\"88\"><Data>AQ==</Data></Unknown>\n</Movie>";
+    const QString words = QStringLiteral("DefineFontName, kept raw: FontId: data ends here (code 3)");
     const auto* status = window->findChild<StatusBar*>();
     const auto statusShows = [&](const QString& text) {
         const auto labels = status->findChildren<QLabel*>();
@@ -110,7 +112,7 @@ TEST_F(TagListWindowTest, RowsFollowTheFormAndSayWhatUnknownTagsAre) {
         choose(CommandId::tagList);
         const QAbstractItemModel& model = *list().tree().model();
         EXPECT_EQ(model.index(1, 0).data(Qt::FontRole).isNull(), isFull) << "a tag of the full form";
-        EXPECT_EQ(model.index(2, 1).data().toString(), words + QStringLiteral(" · TagType=\"9\""));
+        EXPECT_EQ(model.index(2, 1).data().toString(), words + QStringLiteral(" · TagType=\"88\""));
         press(Qt::Key_End);
         EXPECT_TRUE(statusShows(words));
         press(Qt::Key_Home);
@@ -120,6 +122,31 @@ TEST_F(TagListWindowTest, RowsFollowTheFormAndSayWhatUnknownTagsAre) {
         QApplication::processEvents();
         EXPECT_TRUE(statusShows(words));
     }
+}
+
+TEST_F(TagListWindowTest, ABarTellsWhatPlayersReadOtherwise) {
+    constexpr std::pair<FormDifferences, const char*> words[] = {
+        {{0, 0}, ""},
+        {{1, 0}, "1 value of this movie reads differently in players."},
+        {{0, 1}, "1 tag of this movie reads differently in players."},
+        {{14, 3}, "14 values and 3 tags of this movie read differently in players."}};
+    for (const auto& [differences, text] : words)
+        EXPECT_EQ(FormNotice::text(differences).toStdString(), text);
+    const std::vector<uint8_t> file = {// a Push of 1.0, an import table
+                                       'F', 'W',  'S', 9,    0,    0,   0, 0, 0x10, 0,    0,    1, 0,
+                                       0,   0x0D, 3,   0x96, 9,    0,   6, 0, 0,    0xF0, 0x3F, 0, 0,
+                                       0,   0,    0,   0x44, 0x0E, 'a', 0, 0, 0,    0,    0};
+    libswf::writeFile(path("a.swf"), file);
+    ASSERT_TRUE(window->openFiles({QString::fromStdString(path("a.swf"))}));
+    NoticeBar* bar = view().notice(QStringLiteral("form"));
+    ASSERT_NE(bar, nullptr);
+    EXPECT_EQ(bar->text(), QStringLiteral("1 value and 1 tag of this movie read differently in players."));
+    QTest::mouseClick(bar->findChild<QPushButton*>(), Qt::LeftButton);
+    ASSERT_TRUE(runUntil([&] { return view().notice(QStringLiteral("form")) == nullptr; }));
+    for (const char* shown : {"Form=\"full\"", "<Double Value=\"1\"", "<ImportAssets URL=\"a\""})
+        EXPECT_NE(editor().text().find(shown), std::string::npos) << editor().text();
+    editor().undo();
+    EXPECT_EQ(editor().text().find("Form="), std::string::npos);
 }
 
 TEST_F(TagListWindowTest, KeysEditTheTagsWithOneHistory) {

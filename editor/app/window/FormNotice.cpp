@@ -45,6 +45,7 @@ void FormNotice::show(DocumentView& view, Session& session) {
         if (!runCommand(session, command, &view))
             return;
         Q_EMIT view.stateChanged();
+        Q_EMIT view.warningsChanged();
         view.dropNotice(noticeName);
     });
     QObject::connect(bar->addButton(tr("&Hide")), &QPushButton::clicked, bar, [&view] {

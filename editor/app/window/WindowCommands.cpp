@@ -152,7 +152,8 @@ void WindowCommands::addDocumentCommands() {
     executeOnCurrent<CheckXmlCmd>(CommandId::checkXml);
     onCurrent(CommandId::movieSettings, [this](DocumentView& view) {
         MovieSettingsCmd command(_parts.session, view.document(), view);
-        runCommand(_parts.session, command, &view);
+        if (runCommand(_parts.session, command, &view))
+            Q_EMIT view.warningsChanged(); // of a form that was changed
     });
     executeOnCurrent<GotoLineCmd>(CommandId::gotoLine);
     executeOnPayload<ExportPayloadCmd>(CommandId::exportPayload);

@@ -121,13 +121,31 @@ void warnKeptRaw(XmlWriteContext& context, const SwfTag& tag, const std::string&
     context.warnings->add(std::move(warning));
 }
 
-// Whether the full form shows what stands as Unknown in the classic one.
+// A record by itself, read in the movie's form. None for an End; Unknown where the body is not of the layout.
+SwfTags readRecord(uint16_t code, std::span<const uint8_t> body, const SwfContext& movie) {
+    SwfOStream record(body.size() + SwfTag::longHeaderSize);
+    constexpr uint32_t longLength = 63; // the length follows
+    record.writeUI16(static_cast<uint16_t>(code << 6 | longLength));
+    record.writeUI32(static_cast<uint32_t>(body.size()));
+    record.writeBytes(body);
+    SwfIStream stream(record.begin(), static_cast<size_t>(record.end() - record.begin()));
+    stream.context = movie;
+    stream.context.keepRaw = true;
+    stream.context.readLater = false;
+    stream.context.warnings = nullptr;
+    SwfTags list;
+    list.readUntil(stream, stream.size());
+    return list;
+}
+
+// Whether the full form shows what stands as Unknown in the classic one. What can be read has names there.
 void countUnknown(XmlWriteContext& context, uint16_t code, const SwfBytes& body) {
-    if (context.differences == nullptr)
+    if (context.differences == nullptr || formByCode(code, true) == nullptr)
         return;
     SwfContext full = context.swf;
     full.fullForm = true;
-    context.differences->tags += reasonOfUnknown(code, body.span(), full) ? 0 : 1;
+    const SwfTags read = readRecord(code, body.span(), full);
+    context.differences->tags += read.count() == 0 || !read.at(0).isUnknown();
 }
 
 } // namespace
@@ -163,21 +181,10 @@ std::optional<std::string> reasonOfUnknown(uint16_t code, std::span<const uint8_
     const TagForm* form = formByCode(code, movie.fullForm);
     if (form == nullptr)
         return formByCode(code, true) == nullptr ? "no layout of it is known" : "only the full form shows it";
-    SwfOStream record(body.size() + SwfTag::longHeaderSize);
-    constexpr uint32_t longLength = 63; // the length follows
-    record.writeUI16(static_cast<uint16_t>(code << 6 | longLength));
-    record.writeUI32(static_cast<uint32_t>(body.size()));
-    record.writeBytes(body);
-    SwfIStream stream(record.begin(), static_cast<size_t>(record.end() - record.begin()));
-    stream.context = movie;
-    stream.context.keepRaw = true;
-    stream.context.readLater = false;
-    stream.context.warnings = nullptr;
-    SwfTags list;
-    list.readUntil(stream, stream.size());
-    if (list.count() == 0)
-        return {}; // an End
-    const SwfTag& tag = list.at(0);
+    const SwfTags read = readRecord(code, body, movie);
+    if (read.count() == 0)
+        return {};
+    const SwfTag& tag = read.at(0);
     if (tag.isUnknown())
         return static_cast<const SwfTagUnknown&>(tag).reason;
     XmlWriteContext writing;

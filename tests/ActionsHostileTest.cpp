@@ -328,25 +328,6 @@ TEST(ActionLimits, CountsAndSizesOver16Bits) {
     }
 }
 
-TEST(ActionLimits, DeepXmlIsRefused) {
-    for (uint32_t depth : {256u, 257u}) {
-        std::string text = "<Movie><DoAction><Actions>";
-        for (uint32_t i = 0; i < depth; ++i)
-            text += "<With><Actions>";
-        for (uint32_t i = 0; i < depth; ++i)
-            text += "</Actions></With>";
-        text += "</Actions></DoAction></Movie>";
-        xml2swf::MovieTarget target;
-        uint32_t code = 0;
-        try {
-            xml2swf::xmlToSwf(text, target, {});
-        } catch (const SwfException& error) {
-            code = error.code();
-        }
-        EXPECT_EQ(code, depth > SwfContext::maxDepth ? SwfError::doesNotFit : 0);
-    }
-}
-
 TEST(ActionTable, EveryActionHasACase) {
     std::string shown;
     for (const auto& path : findCases(std::string(casesDir) + "/actions")) {

@@ -146,11 +146,13 @@ TEST(XmlQuickActions, OfAnySizeAreWrittenAlike) {
 }
 
 TEST(XmlQuickActions, NestAsDeepAsNodesDo) {
-    for (const int depth : {128, 129}) { // two bodies each
-        std::string actions = "<Pop />";
-        for (int i = 0; i < depth; ++i)
+    for (const bool isTooDeep : {false, true}) { // by one
+        std::string actions = isTooDeep ? "<With>\n<Actions>\n<Pop />\n</Actions>\n</With>" : "<Pop />";
+        for (int i = 0; i < 128; ++i) // two bodies each
             actions = inFunction(actions);
-        for (const std::string& text : {script(actions), smallScript(actions)})
-            EXPECT_TRUE(areAlike(text)) << depth;
+        for (const std::string& text : {script(actions), smallScript(actions)}) {
+            EXPECT_TRUE(areAlike(text)) << isTooDeep;
+            EXPECT_EQ(compiled(text).problem.empty(), !isTooDeep);
+        }
     }
 }

@@ -9,7 +9,6 @@
 #include <QTest>
 #include <QWebEngineProfile>
 #include <QWebEngineView>
-#include <filesystem>
 
 #include "Conversion.h"
 #include "DocumentViewTextCommands.h"
@@ -105,14 +104,6 @@ TEST_F(PlayerWindowTest, AMoviePausesPlaysAndStartsAgain) {
     EXPECT_TRUE(waitFor([&] { return traced("tick") > 0 && loads == 2; }));
     EXPECT_EQ(traced("first"), 1);
     EXPECT_FALSE(pause->isChecked());
-}
-
-TEST_F(PlayerWindowTest, AMovieOfTheCorpusPlays) {
-    const char name[] = CORPUS_DIR "/movies/avm1__bitor.swf";
-    if (!std::filesystem::exists(name))
-        GTEST_SKIP() << "no corpus";
-    open(std::string(name));
-    EXPECT_TRUE(waitFor([&] { return traced("//\"0xFF1306\" | \"0xFF1306\"") == 1; }));
 }
 
 TEST_F(PlayerWindowTest, TheWindowFitsTheScreen) {

@@ -137,7 +137,7 @@ void SwfTagPlaceObject3::read(SwfIStream& stream) {
     if (stream.context.fullForm)
         readDisplay(stream);
     // The fields of these flags stand before the clip actions, or are left over, be they zero.
-    else if (hasExtended(SwfPlaceFlag3::withoutField) && (hasClipActions || stream.bodyLeft() != 0))
+    else if (hasExtended(SwfPlaceFlag3::withoutField) && stream.bodyLeft() != 0)
         stream.markInexact("it has fields that this form does not hold");
     if (hasClipActions)
         clipActions.read(stream);

@@ -163,8 +163,6 @@ struct DrawCase {
     Elements others = {};
 };
 
-void PrintTo(const DrawCase& test, std::ostream* out) { *out << test.name; }
-
 constexpr QRgb nothing = 0, red = 0xFFFF0000, green = 0xFF00FF00, blue = 0xFF0000FF, black = 0xFF000000;
 
 bool isNear(QRgb a, QRgb b) {
@@ -178,7 +176,6 @@ std::vector<DrawCase> shapeCases() {
     const std::string half = "<StyleChange>" + set("Fill1", 2) + "</StyleChange>";
     const std::string newStyles =
         "<NewStyles><FillStyles>" + solid("ff00ff") + "</FillStyles><LineStyles /></NewStyles>";
-    const std::string hairline = "<LineStyle Width=\"0\" Color=\"ff\" />";
     const std::string flat = "<LineStyle Width=\"200\" Color=\"ff\"><BitsField EndCapStyle=\"1\" StartCapStyle=\"1\" "
                              "JoinStyle=\"1\" /></LineStyle>";
     const std::string miter = "<LineStyle Width=\"200\" Color=\"ff\" MitterLimitFactor=\"768\"><BitsField "
@@ -238,11 +235,6 @@ std::vector<DrawCase> shapeCases() {
         {"a line has its width",
          shape3("", line(10, "ff"), along),
          {{40, 16, black}, {40, 23, black}, {40, 13, nothing}, {40, 27, nothing}, {16, 20, black}}},
-        {"a hairline is a pixel wide",
-         shape3("", hairline,
-                moveTo(20, 20, set("Line", 1)) + "<Line DX=\"800\" DY=\"0\" />" + moveTo(10, 40, "") +
-                    "<Line DX=\"10\" DY=\"0\" />"),
-         {{40, 25, nothing}, {40, 15, nothing}}},
         {"flat caps", shape4("", "", flat, along), {{40, 16, black}, {16, 20, nothing}, {64, 20, nothing}}},
         {"bevel join",
          shape4("", "", flat, moveTo(20, 60, set("Line", 1)) + lineBy(40, 0) + lineBy(0, -40)),
@@ -426,32 +418,25 @@ std::string repeated(const std::string& text, int count) {
 TEST(Drawing, EndsWhateverATagSays) {
     const std::string far = "<Line DX=\"2000000000\" DY=\"-2000000000\" /><Curve CDX=\"-2147483648\" "
                             "CDY=\"2147483647\" ADX=\"2147483647\" ADY=\"-2147483648\" />";
-    const std::string deep = place(1, 9, 0) + place(2, 9, 5) + place(3, 9, 9);
-    const struct {
-        const char* name;
-        std::string element;
-    } cases[] = {
+    const std::pair<const char*, std::string> cases[] = {
         {"far away",
          shape3(solid("ff"), line(3000, "ff"), moveTo(0, 0, set("Fill1", 1) + set("Line", 1)) + repeated(far, 50))},
         {"styles that are not there",
          shape3("", "", square(0, 0, 20, set("Fill0", 900) + set("Fill1", 65535) + set("Line", 3)))},
         {"more edges than are drawn",
          shape3(solid("ff"), "", moveTo(0, 0, set("Fill1", 1)) + repeated("<Line DX=\"1\" DY=\"0\" />", 450'000))},
-        {"a sprite in itself", "<DefineSprite Id=\"9\">" + repeated(deep, 40) + "<ShowFrame /></DefineSprite>"},
         {"no number",
          "<DefineText Id=\"1\"><Matrix><Scale ScaleX=\"nan\" ScaleY=\"inf\" /></Matrix><TextRecords><TextRecord "
          "XOffset=\"0\" FontId=\"5\" Height=\"9\"><GlyphEntries><GlyphEntry Index=\"4294967295\" Advance=\"-5\" "
          "/></GlyphEntries></TextRecord></TextRecords></DefineText>"},
         {"a morph shape without an end",
          "<DefineMorphShape ShapeId=\"1\"><StartEdges>" + square(0, 0, 20, "") + "</StartEdges></DefineMorphShape>"},
-        {"a huge bitmap fill",
-         shape3(bitmapFill("Clipped"), "", square(-900'000, -900'000, 1'900'000, set("Fill1", 1)))},
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.name);
-        const auto tag = compileTag(test.element, 8, nullptr);
+    for (const auto& [name, element] : cases) {
+        SCOPED_TRACE(name);
+        const auto tag = compileTag(element, 8, nullptr);
         ASSERT_NE(tag, nullptr);
-        const Elements others = {{9, test.element}, {5, font("DefineFont2", 1)}};
+        const Elements others = {{5, font("DefineFont2", 1)}};
         const Characters characters = charactersOf(others);
         const Drawing drawing = drawTag(*tag, characters, 0.3);
         EXPECT_LE(drawing.pieces().size(), 20'000U);

@@ -155,7 +155,10 @@ TEST_F(WindowTest, FailuresAreToldAndTheCaretGoesThere) {
     ASSERT_TRUE(window->openFiles({QString::fromStdString(path("b.xml"))}));
     answers.addButton(QMessageBox::Ok, QStringLiteral("Error description: "));
     window->actions().action(CommandId::checkXml)->trigger();
-    EXPECT_EQ(editor().row(), 3u);
+    QStringList shown;
+    for (const auto* label : window->statusBar()->findChildren<QLabel*>())
+        shown.append(label->text());
+    EXPECT_EQ(shown.join(u'|').toStdString(), "Row 3, column 8|Ready");
     answers.addButton(QMessageBox::Ok, QStringLiteral("Please install a Flash Player."));
     press(Qt::Key_N, Qt::ControlModifier);
     press(Qt::Key_Return, Qt::ControlModifier);

@@ -348,6 +348,7 @@ TEST(ReadAction, TakesOneRecordAndItsBody) {
     stream.context.keepRaw = true;
     const auto with = readAction(stream);
     EXPECT_EQ(dynamic_cast<SwfActionWith&>(*with).body.size(), 2u);
+    EXPECT_EQ(with->size, 2u) << "what Length says";
     EXPECT_EQ(stream.position(), 7u);
     EXPECT_NE(dynamic_cast<SwfActionUnknown*>(readAction(stream).get()), nullptr);
     EXPECT_EQ(stream.position(), 12u) << "the body of a block kept as bytes is read next";

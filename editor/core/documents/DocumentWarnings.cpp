@@ -206,6 +206,7 @@ std::string titleOf(const WarningList& list, const std::vector<WarningList::Entr
     const bool areEqual = std::ranges::all_of(
         entries, [&](WarningList::Entry entry) { return list.at(entry).warning.reason == first.reason; });
     std::vector<size_t> elements;
+    elements.reserve(entries.size());
     for (WarningList::Entry entry : entries)
         elements.push_back(list.offset(entry));
     elements.erase(std::unique(elements.begin(), elements.end()), elements.end()); // They are in the order of the text.

@@ -38,7 +38,7 @@ std::string unknownTagWords(std::string_view element, MovieLayout layout, size_t
     const bool isBig = element.size() > most;
     std::string start(startTagOf(element));
     if (isBig && !start.ends_with("/>"))
-        start.insert(start.size() - 1, "/"); // its bytes are left out
+        start.insert(start.size() - 1, 1, '/'); // its bytes are left out
     try {
         const std::shared_ptr<SwfTag> tag = compileTag(isBig ? std::string_view(start) : element, layout, nullptr);
         const std::string reason = isBig || tag == nullptr ? std::string() : reasonOf(*tag, layout);

@@ -138,10 +138,16 @@ SwfTags readRecord(uint16_t code, std::span<const uint8_t> body, const SwfContex
     return list;
 }
 
-// Whether the full form shows what stands as Unknown in the classic one. What can be read has names there.
+// Whether the full form shows what stands as Unknown in the classic one. What can be read has names there. Big bodies,
+// mostly of fonts, are hardly ever broken: they are not read for it, which would take longer than showing their bytes.
 void countUnknown(XmlWriteContext& context, uint16_t code, const SwfBytes& body) {
+    constexpr size_t mostRead = 32 * 1024;
     if (context.differences == nullptr || formByCode(code, true) == nullptr)
         return;
+    if (body.size() > mostRead) {
+        ++context.differences->tags;
+        return;
+    }
     SwfContext full = context.swf;
     full.fullForm = true;
     const SwfTags read = readRecord(code, body.span(), full);

@@ -85,7 +85,7 @@ void DocumentKeeper::tellFailure(DocumentView& view, const QString& reason) {
         return;
     NoticeBar* bar = view.addNotice(noCopyNotice);
     bar->setText(tr("No copy of unsaved changes can be kept for the case of a crash."), reason);
-    connect(bar->addButton(tr("&Hide")), &QPushButton::clicked, bar, &QWidget::hide);
+    connect(bar->addButton(tr("Hi&de")), &QPushButton::clicked, bar, &QWidget::hide);
 }
 
 void DocumentKeeper::willClose() {

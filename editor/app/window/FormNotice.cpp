@@ -40,7 +40,7 @@ void FormNotice::show(DocumentView& view, Session& session) {
         return;
     NoticeBar* bar = view.addNotice(noticeName);
     bar->setText(words, tr("The classic form shows them as Zelk's own layouts do, or as bytes."));
-    QObject::connect(bar->addButton(tr("Show the &Full Form")), &QPushButton::clicked, bar, [&view, &session] {
+    QObject::connect(bar->addButton(tr("&Show the Full Form")), &QPushButton::clicked, bar, [&view, &session] {
         ChangeFormCmd command(session, view.document(), view, true);
         if (!runCommand(session, command, &view))
             return;
@@ -48,7 +48,7 @@ void FormNotice::show(DocumentView& view, Session& session) {
         Q_EMIT view.warningsChanged();
         view.dropNotice(noticeName);
     });
-    QObject::connect(bar->addButton(tr("&Hide")), &QPushButton::clicked, bar, [&view] {
+    QObject::connect(bar->addButton(tr("Hi&de")), &QPushButton::clicked, bar, [&view] {
         view.document().formDifferences = {}; // until the movie is opened again
         view.dropNotice(noticeName);
     });

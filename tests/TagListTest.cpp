@@ -72,12 +72,16 @@ public:
     std::string plain;
     bool works = true;
 
-    bool setTags(const std::string& elements) override {
+    bool isFull = false;
+
+    bool setTags(const std::string& elements, bool fullForm) override {
+        isFull = fullForm;
         if (works)
             own = plain = elements;
         return works;
     }
     std::optional<std::string> tags() override { return own; }
+    bool tagsAreFull() override { return isFull; }
     std::string plainText() override { return plain; }
 };
 
@@ -383,6 +387,23 @@ TEST_F(TagListTest, BytesSurviveTheClipboard) {
         EXPECT_TRUE(run<EditSingleTagCmd>(editor, TagPath{2}));
         EXPECT_NE(text.content.find(lines("|  <A>|  </A>|", lineEnd)), std::string::npos);
     }
+}
+
+TEST_F(TagListTest, TagsGoBetweenFormsByWhatTheyMean) {
+    const std::string full =
+        "<Movie SwfVersion=\"9\" Form=\"full\">\n    <DoAction>\n        <Actions>\n            <Push>\n"
+        "                <Double Value=\"1\" />\n            </Push>\n        </Actions>\n"
+        "    </DoAction>\n    <EnableTelemetry />\n</Movie>";
+    text.change(full);
+    ASSERT_TRUE(CopyCmd(tags, clipboard, {{0}, {1}}).Execute());
+    text.change("<Movie SwfVersion=\"9\">\n</Movie>");
+    EXPECT_TRUE(run<PasteCmd>(clipboard, TagPath{0}));
+    EXPECT_NE(text.text().find("<Double Value=\"3.03865e-319\" />"), std::string::npos) << text.text();
+    EXPECT_NE(text.text().find("<Unknown TagType=\"93\">"), std::string::npos) << text.text();
+    ASSERT_TRUE(CopyCmd(tags, clipboard, {{0}, {1}}).Execute());
+    text.change("<Movie SwfVersion=\"9\" Form=\"full\">\n</Movie>");
+    EXPECT_TRUE(run<PasteCmd>(clipboard, TagPath{0}));
+    EXPECT_EQ(text.text(), full);
 }
 
 TEST_F(TagListTest, ARefusedCommandLeavesTextAndHistoryAlone) {

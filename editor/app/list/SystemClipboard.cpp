@@ -21,16 +21,20 @@ std::optional<std::string> bytesOf(const char* format) {
 
 } // namespace
 
-bool SystemClipboard::setTags(const std::string& elements) {
+bool SystemClipboard::setTags(const std::string& elements, bool fullForm) {
     auto* data = new QMimeData;
     for (const QString& format : {formatName(tagsFormat), formatName(TextControl::bytesFormat)})
         data->setData(format, QByteArray::fromStdString(elements));
+    if (fullForm)
+        data->setData(formatName(fullFormat), "full");
     data->setText(QString::fromStdString(elements)); // for other programs
     QGuiApplication::clipboard()->setMimeData(data);
     return true;
 }
 
 std::optional<std::string> SystemClipboard::tags() { return bytesOf(tagsFormat); }
+
+bool SystemClipboard::tagsAreFull() { return bytesOf(fullFormat).has_value(); }
 
 std::string SystemClipboard::plainText() {
     const std::optional<std::string> bytes = bytesOf(TextControl::bytesFormat);

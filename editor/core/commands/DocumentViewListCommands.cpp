@@ -84,13 +84,16 @@ TagListCmd::Edit DeleteCmd::prepare() {
     return edit;
 }
 
-void CutCmd::finish() { putOnClipboard(_clipboard, removed(), lineEndOf(text().text())); }
+void CutCmd::finish() {
+    putOnClipboard(_clipboard, removed(), lineEndOf(text().text()), layoutAtStart(text().text()).fullForm);
+}
 
 bool CopyCmd::Execute() {
     std::vector<std::string> elements;
     for (uint32_t tag : tagsAt(_text.tags(), _selection))
         elements.push_back(loneElement(_text, tag));
-    return !elements.empty() && putOnClipboard(_clipboard, elements, lineEndOf(_text.text()));
+    return !elements.empty() &&
+           putOnClipboard(_clipboard, elements, lineEndOf(_text.text()), layoutAtStart(_text.text()).fullForm);
 }
 
 TagListCmd::Edit InsertCmd::prepare() {
@@ -114,7 +117,7 @@ TagListCmd::Edit InsertCmd::put(const std::vector<std::string>& elements) {
     return edit;
 }
 
-TagListCmd::Edit PasteCmd::prepare() { return put(tagsOnClipboard(_clipboard)); }
+TagListCmd::Edit PasteCmd::prepare() { return put(tagsOnClipboard(_clipboard, layoutAtStart(text().text()))); }
 
 TagListCmd::Edit EditSingleTagCmd::prepare() {
     const uint32_t tag = text().tags().find(_position);

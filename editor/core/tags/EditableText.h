@@ -50,10 +50,12 @@ public:
 class IClipboard {
 public:
     virtual ~IClipboard() = default;
-    /// XML elements, UTF-8, as tags and as plain text. False when it cannot be done.
-    virtual bool setTags(const std::string& elements) = 0;
+    /// XML elements, UTF-8, as tags of a text in this form and as plain text. False when it cannot be done.
+    virtual bool setTags(const std::string& elements, bool fullForm) = 0;
     /// What setTags put there, if it is what stands there.
     virtual std::optional<std::string> tags() = 0;
+    /// Whether these came from a text in the full form.
+    virtual bool tagsAreFull() = 0;
     /// With its bytes when a text view put it there.
     virtual std::string plainText() = 0;
 };

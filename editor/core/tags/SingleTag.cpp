@@ -65,4 +65,22 @@ std::string tagElement(const std::shared_ptr<SwfTag>& tag, MovieLayout layout) {
     return text.substr(own.start, own.end - own.start);
 }
 
+std::string tagInForm(std::string_view element, MovieLayout from, bool fullForm) {
+    std::shared_ptr<SwfTag> tag = compileTag(element, from, nullptr);
+    if (tag == nullptr)
+        return std::string(element);
+    constexpr int noCompression = 0;
+    SwfMovie movie;
+    movie.version = from.version;
+    movie.fullForm = from.fullForm;
+    movie.tags.append(std::move(tag));
+    const SwfVector<uint8_t> file = movie.serialise(noCompression);
+    SwfMovieSafe read;
+    SwfLoadOptions options;
+    options.fullForm = fullForm;
+    options.keepRaw = true;
+    read.parse({file.begin(), file.end()}, options);
+    return tagElement(read.tags.sharedAt(0), {from.version, fullForm});
+}
+
 } // namespace zelk

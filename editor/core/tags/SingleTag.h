@@ -19,4 +19,8 @@ std::shared_ptr<libswf::SwfTag> compileTag(std::string_view element, MovieLayout
 /// that XML cannot express becomes Unknown.
 std::string tagElement(const std::shared_ptr<libswf::SwfTag>& tag, MovieLayout layout);
 
+/// An element of a text of this layout as it stands in the other form, through its bytes. The element itself where it
+/// is no tag. Throws as compileTag does, and SwfException.
+std::string tagInForm(std::string_view element, MovieLayout from, bool fullForm);
+
 } // namespace zelk

@@ -6,6 +6,7 @@
 #include "CaseFile.h"
 #include "SmallDisk.h"
 #include "SwfException.h"
+#include "SwfMovie.h"
 #include "SwfUtils.h"
 #include "SwfVector.h"
 
@@ -95,6 +96,21 @@ TEST(Files, ReadAndWrite) {
     writeTextFile(folder.file("empty"), "");
     EXPECT_TRUE(readFile(folder.file("empty")).empty());
     EXPECT_EQ(folder.count(), 3); // nothing is left lying about
+}
+
+TEST(Files, MoviesAreSavedAtTheLevelThatIsAskedFor) {
+    const Folder folder;
+    SwfMovie movie(8, 0, 0, 1, true);
+    SwfMovieSafe safe;
+    for (int i = 0; i < 1000; ++i)
+        movie.tags.append(std::make_shared<SwfTagShowFrame>());
+    movie.save(folder.file("stored"), 0);
+    movie.save(folder.file("packed"), 9);
+    safe.load(folder.file("packed"), SwfLoadOptions());
+    safe.save(folder.file("again"), 0);
+    EXPECT_GT(readFile(folder.file("stored")).size(), 2000u);
+    EXPECT_LT(readFile(folder.file("packed")).size(), 100u);
+    EXPECT_EQ(readFile(folder.file("again")), readFile(folder.file("stored")));
 }
 
 #ifndef _WIN32 // no permission bits, links or limits of this kind there

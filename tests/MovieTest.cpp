@@ -83,6 +83,16 @@ TEST(MovieHeader, BothWays) {
     EXPECT_EQ(header.tags.count(), 0u);
 }
 
+TEST(MovieHeader, IsThatOfTheConstructor) {
+    const SwfMovie movie(9, 3, 5, 1.5f, true);
+    EXPECT_EQ(std::tuple(movie.version, movie.frameSize.Xmax, movie.frameSize.Ymax, movie.frameRate),
+              std::tuple(9, 3, 5, 1.5f));
+    const SwfMovieSafe safe;
+    EXPECT_EQ(std::tuple(safe.version, safe.frameSize.Xmax, safe.frameSize.Ymax, safe.frameRate),
+              std::tuple(7, 11000, 8000, 12.0f));
+    EXPECT_TRUE(movie.isCompressed && safe.isCompressed);
+}
+
 TEST(MovieHeader, WhateverIsNotCompressedIsRead) {
     // The signature of an LZMA movie makes none.
     for (const char* start : {"465753 08", "000000 08", "464343 08", "5a5753 08", "5a5753 0d", "5a5753 ff"}) {
@@ -285,6 +295,8 @@ TEST(TagFraming, KeepsHeadersAndPlaces) {
         {"a huge length of a known tag", "7f00 ffffffff 4000", 1, 1, "7f00 00000000 0000", "7f00 02000000 4000 0000"},
         {"bytes left over", "4300 010203 4000 0000", 2, 2, "4000 4000 0000", "4300 010203 4000 0000"},
         {"zeros left over", "4300 000000 4000 0000", 2, 2, "4000 4000 0000", ""},
+        {"more assets than the body holds", "060e 0200 0100 6100 4000 4000 0000", 2, 3, "4000 4000 0000",
+         "060e 0200 0100 6100 4000 4000 0000"},
         {"a character id cut short", "8100 02 4000 0000", 1, 2, "4000 0000", "8100 02 4000 0000"},
     };
     for (const auto& row : rows) {
@@ -386,6 +398,12 @@ TEST(SwfTags, AccessorsAssertAndLookUp) {
     EXPECT_EQ(assertionOf([&] { safe.at(4); }), "tagIndex < _tags.size()");
     EXPECT_EQ(assertionOf([&] { safe.sharedAt(4); }), "tagIndex < _tags.size()");
 
+    const Loaded sprite(fileOf("c609 01000000 0000 0000"));
+    EXPECT_NE(dynamic_cast<SwfTagDefineSpriteSafe*>(&sprite.tag(0)), nullptr);
+    for (const uint16_t code : {2, 39, 60, 88})
+        EXPECT_TRUE(SwfTagUnknown::carriesCharacterId(code)) << code;
+    for (const uint16_t code : {0, 9, 43, 89})
+        EXPECT_FALSE(SwfTagUnknown::carriesCharacterId(code)) << code;
     const std::shared_ptr<SwfTag> kept = safe.sharedAt(3);
     safe = SwfTagsSafe();
     loaded.movie.parse(fileOf("0000"), {});

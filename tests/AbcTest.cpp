@@ -335,6 +335,7 @@ TEST(Abc, LimitsThatAreTooSmallAreWarnedOf) {
         replaced(scriptOf(code), "<Code>", R"(<Code MaxStack="1" LocalCount="9" MaxScopeDepth="0">)");
     EXPECT_NE(show(compile(movieOf(given), &warnings)).text.find(R"(MaxStack="1" LocalCount="9")"), std::string::npos);
     ASSERT_EQ(warnings.total(), 2u);
+    EXPECT_TRUE(warnings.items()[0].text().starts_with("too small: ")) << warnings.items()[0].text();
     EXPECT_EQ(warnings.items()[0].reason, "MaxStack is 1, but the code needs 2");
     EXPECT_EQ(warnings.items()[1].reason, "MaxScopeDepth is 0, but the code needs 1");
     // What is not given is worked out.

@@ -46,6 +46,7 @@ public:
     virtual void documentText(std::string text) = 0;
 };
 
+class IScriptListener;
 class OriginalMovie;
 class XmlReadObserver;
 
@@ -69,6 +70,8 @@ struct ConversionOptions {
     bool toWrite = false;
     /// XML to SWF: hears what the readers ask for.
     XmlReadObserver* observer = nullptr;
+    /// XML to SWF, without toWrite: hears where the branches of scripts lead to. Goes on one thread then.
+    IScriptListener* scripts = nullptr;
     /// Threads for a big input, this one among them; 0 for as many as the machine has cores. What comes out is the
     /// same, and progress and warnings come on this thread.
     uint32_t threads = 0;

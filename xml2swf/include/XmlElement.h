@@ -27,6 +27,7 @@ class SwfTag;
 namespace xml2swf {
 
 class ActionBytes;
+class IScriptListener;
 class ScriptNotes;
 
 /// What the readers of one document share.
@@ -45,6 +46,7 @@ struct XmlReadContext {
     /// Empty when there is no original.
     std::function<std::shared_ptr<libswf::SwfTag>(size_t)> untouched;
     XmlReadObserver* observer = nullptr;               ///< hears what the readers ask for; may be null
+    IScriptListener* scripts = nullptr;                ///< hears of scripts; may be null
     const int exceptions = std::uncaught_exceptions(); ///< more of them: an element is let go because of an error
 
     /// The movie is only to be written: what a reader need not keep apart may become bytes.

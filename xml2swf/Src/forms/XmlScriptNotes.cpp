@@ -4,6 +4,7 @@
 
 #include "XmlBytes.h"
 #include "XmlDocument.h"
+#include "XmlScriptView.h"
 
 namespace xml2swf {
 
@@ -194,9 +195,10 @@ bool ScriptNotes::settle(SwfActions& script, bool mayWarn) {
             fail(label.offset, labelAttribute, label.name, "is the name of another place, too");
     }
     const bool isChecked = _context.warnings != nullptr;
+    const bool isTold = _context.scripts != nullptr && !_elements.empty();
     const bool hasWork = std::any_of(_branches.begin(), _branches.end(),
                                      [&](const ScriptBranch& branch) { return branch.isLabelled || isChecked; });
-    if (!hasWork)
+    if (!hasWork && !isTold)
         return true;
     const Layout layout(*this, script);
     Operand operand;
@@ -216,7 +218,50 @@ bool ScriptNotes::settle(SwfActions& script, bool mayWarn) {
                 _context.warn(std::move(*warning), branch.offset);
         }
     }
+    if (isTold)
+        tell(script, layout);
     return true;
+}
+
+void ScriptNotes::tell(SwfActions& script, const Layout& layout) const {
+    ScriptBranches told;
+    std::vector<ScriptBranches::Place> places;
+    size_t action = 0;
+    told.first = _elements.front();
+    told.last = addPlaces(script, places, action);
+    SwfContext measure;
+    measure.fullForm = _context.fullForm;
+    const std::vector<uint32_t> targets = ScriptView::targetsOf(measure, script);
+    Operand operand;
+    for (size_t i = 0; i < _branches.size(); ++i) {
+        const ScriptBranch& branch = _branches[i];
+        ScriptBranches::Branch& known = told.branches.emplace_back();
+        known.element = branch.offset;
+        if (targets[i] != ScriptView::noPlace)
+            known.target = places[targets[i]];
+        known.number = operand.get(branch, layout.branches[i]);
+        known.skips = branch.skips();
+        known.isLabelled = branch.isLabelled;
+    }
+    for (const ScriptLabel& label : _labels)
+        told.labels.push_back({label.name, label.offset});
+    _context.scripts->script(std::move(told));
+}
+
+// In the order in which places are counted: a list's actions, each with its bodies behind it, and its end. Gives the
+// element of the last action.
+size_t ScriptNotes::addPlaces(SwfActions& list, std::vector<ScriptBranches::Place>& places, size_t& action) const {
+    size_t last = 0;
+    for (SwfAction* each : list) {
+        last = _elements[action++];
+        places.push_back({last, false});
+        for (SwfActions* body : bodiesOf(*each)) {
+            if (body != nullptr)
+                addPlaces(*body, places, action);
+        }
+    }
+    places.push_back({last, true});
+    return last;
 }
 
 int32_t ScriptNotes::numberFor(const ScriptBranch& branch, const ScriptLabel& label, const Layout& layout,

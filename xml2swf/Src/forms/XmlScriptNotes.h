@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "ScriptBranches.h"
 #include "XmlConstants.h"
 #include "XmlElement.h"
 
@@ -115,6 +116,8 @@ private:
 
     uint32_t actions() const { return static_cast<uint32_t>(_elements.size()); }
     void addLabels(std::string_view names, size_t offset);
+    void tell(libswf::SwfActions& script, const Layout& layout) const;
+    size_t addPlaces(libswf::SwfActions& list, std::vector<ScriptBranches::Place>& places, size_t& action) const;
     int32_t numberFor(const ScriptBranch& branch, const ScriptLabel& label, const Layout& layout, uint32_t start) const;
     std::optional<libswf::SwfWarning> check(const ScriptBranch& branch, int32_t number, const Layout& layout,
                                             uint32_t start) const;

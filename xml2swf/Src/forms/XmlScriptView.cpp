@@ -9,7 +9,7 @@ namespace xml2swf {
 
 using namespace libswf;
 
-static constexpr uint32_t none = UINT32_MAX;
+static constexpr uint32_t none = ScriptView::noPlace;
 
 // Where the lists, actions and branches of a script stand in its bytes.
 class ScriptView::Outline {
@@ -141,6 +141,10 @@ ScriptView::ScriptView(XmlWriteContext& context, const SwfActions& script) : _co
     std::sort(_named.begin(), _named.end());
     _named.erase(std::unique(_named.begin(), _named.end()), _named.end());
     context.script = this;
+}
+
+std::vector<uint32_t> ScriptView::targetsOf(const SwfContext& context, SwfActions& script) {
+    return std::move(Outline(context, script).targets);
 }
 
 void ScriptView::startAction(XmlNode& node) {

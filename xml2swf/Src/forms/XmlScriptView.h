@@ -40,6 +40,11 @@ public:
     /// A list in the one around it, for as long as it lives.
     class List;
 
+    static constexpr uint32_t noPlace = UINT32_MAX;
+    /// The places that the branches of a script lead to, in the order of the branches; noPlace for one that keeps its
+    /// number. Measures the actions.
+    static std::vector<uint32_t> targetsOf(const libswf::SwfContext& context, libswf::SwfActions& script);
+
 private:
     class Outline;
 

@@ -192,9 +192,9 @@ private:
     std::vector<Part> _parts;
 };
 
-// Original bytes are looked for in the order of the tags, and an observer hears one reader: that is for one thread.
+// Original bytes are looked for in the order of the tags, and who listens hears one reader: that is for one thread.
 uint32_t threadsFor(const XmlReadContext& context, const ConversionOptions& options) {
-    const bool isForOne = context.untouched || context.observer != nullptr;
+    const bool isForOne = context.untouched || context.observer != nullptr || context.scripts != nullptr;
     return isForOne ? 1 : libswf::threadsFor(context.document->text().size() >= bigText, options.threads);
 }
 
@@ -268,6 +268,7 @@ static bool compile(XmlDocument& document, std::vector<ElementSpan> spans, IXml2
     context.places = XmlPlaces(document.text());
     context.warnings = options.warnings;
     context.observer = options.observer;
+    context.scripts = options.toWrite ? nullptr : options.scripts;
     context.fullForm = isFullForm(context);
     const ScriptsAsBytes scripts(context);
     std::optional<XmlElement> root = findRoot(context, "Movie");

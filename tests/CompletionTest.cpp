@@ -66,6 +66,11 @@ TEST(Completion, OffersWhatMayStandThere) {
         {"<!--<--><!--<|", ""},
         {"<--><!----><FillStyles/><Paly><|", ""},
         {"<Movie><DefineShape / |", ""},
+        {"<DoAction><Actions><Play At=\"a b\"/><If To=\"|\"/><Place At=\"c\"/></Actions></DoAction>", "value : a b c"},
+        {"<DoAction><Actions><ConstantPool><Constant Name=\"x &lt;\"/></ConstantPool><Push><Constant Name=\"x|",
+         "value x: x &lt;"},
+        {"<Abc><Class Name=\"p::A\"><Slot Type=\"int\"/><Constructor><Code><GetLex Name=\"|\"/>", "value : int p::A"},
+        {"<Abc><Script><Code><Jump To=\"|\"/><Nop At=\"x\"/></Code>", "value : x"},
     };
     for (const auto& [text, expected] : cases)
         EXPECT_EQ(completed(text), expected) << text;

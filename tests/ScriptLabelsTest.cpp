@@ -6,11 +6,13 @@
 
 #include "CaseFile.h"
 #include "Conversion.h"
+#include "ScriptLabels.h"
 #include "SwfAction.h"
 #include "SwfMovie.h"
 
 using namespace libswf;
 using namespace xml2swf;
+using namespace zelk;
 
 namespace {
 
@@ -162,6 +164,78 @@ TEST(ScriptLabels, LeadToTheSameActionAfterAnyEdit) {
         }
     }
     EXPECT_GT(branches, 500u) << "the scripts branch too little to show anything";
+}
+
+std::string changed(BranchTargets targets, const std::string& text, size_t start = 0, size_t end = 0) {
+    const std::vector<TextChange> changes = changeBranches(targets, text, TagIndex(text), start, end);
+    std::string result = text;
+    for (size_t i = changes.size(); i-- > 0;) {
+        EXPECT_TRUE(changes[i].start <= changes[i].end && (i == 0 || changes[i - 1].end <= changes[i].start));
+        result.replace(changes[i].start, changes[i].end - changes[i].start, changes[i].text);
+    }
+    return result;
+}
+
+TEST(ScriptLabels, ComeAndGoInTheText) {
+    size_t labels = 0;
+    for (uint32_t seed = 0; seed < 60; ++seed) {
+        const std::string typed = RandomScript(seed).movie(seed % 2 == 0);
+        const Bytes file = compiled(typed, false);
+        const std::string unlabelled = changed(BranchTargets::numbers, typed);
+        ASSERT_EQ(unlabelled.find(" To="), std::string::npos) << unlabelled;
+        ASSERT_EQ(hexDiff(file, compiled(unlabelled, false)), "") << unlabelled;
+        const std::string again = changed(BranchTargets::labels, unlabelled);
+        ASSERT_EQ(again.find(" Offset="), std::string::npos) << again;
+        ASSERT_EQ(hexDiff(file, compiled(again, false)), "") << again;
+
+        SwfMovieSafe movie;
+        movie.parse(file, {.keepRaw = true});
+        const std::string written = swfToXml(movie, {.keepRaw = true});
+        const std::string labelled = changed(BranchTargets::labels, written);
+        ASSERT_EQ(hexDiff(compiled(written, true), compiled(labelled, true)), "") << labelled;
+        ASSERT_EQ(lineDiff(written, changed(BranchTargets::numbers, labelled)), "");
+        labels += static_cast<size_t>(labelled != written);
+    }
+    EXPECT_GT(labels, 30u);
+}
+
+TEST(ScriptLabels, LeaveAllElseAsItIsTyped) {
+    const struct {
+        const char *numbers, *labels;
+    } cases[] = {
+        {"<DoAction><Actions><Jump  Offset = '1'/><Play/><Stop /></Actions></DoAction>",
+         "<DoAction><Actions><Jump  To=\"L1\"/><Play/><Stop At=\"L1\" /></Actions></DoAction>"},
+        {"<DoAction>\n <Actions>\n  <!-- <If/> -->\n  <If Offset=\"0\" />\n </Actions>\n</DoAction>",
+         "<DoAction>\n <Actions>\n  <!-- <If/> -->\n  <If To=\"L1\" />\n  <Place At=\"L1\" />\n "
+         "</Actions>\n</DoAction>"},
+        {"<DoAction><Actions><Jump Offset=\"-5\"/><If Offset=\"1\"/><Push><Null/></Push></Actions></DoAction>",
+         "<DoAction><Actions><Jump At=\"L1\" To=\"L1\"/><If Offset=\"1\"/><Push><Null/></Push></Actions></DoAction>"},
+        {"<DoInitAction><Actions><WaitForFrame Frame=\"2\" SkipCount=\"1\"/><Play/><Stop/></Actions></DoInitAction>",
+         "<DoInitAction><Actions><WaitForFrame Frame=\"2\" To=\"L1\"/><Play/><Stop "
+         "At=\"L1\"/></Actions></DoInitAction>"},
+        {"<DefineSprite><DefineButton><Actions><Jump Offset=\"0\"/></Actions></DefineButton></DefineSprite>",
+         "<DefineSprite><DefineButton><Actions><Jump To=\"L1\"/><Place At=\"L1\" "
+         "/></Actions></DefineButton></DefineSprite>"},
+        {"<FrameLabel Name=\" At=\"/><DoAction><Actions><Jump Offset=\"9\"/></Actions></DoAction>", nullptr},
+    };
+    for (const auto& c : cases) {
+        const std::string start = "<Movie SwfVersion=\"8\">\n", end = "\n</Movie>", numbers = start + c.numbers + end;
+        const std::string labels = start + (c.labels == nullptr ? c.numbers : c.labels) + end;
+        EXPECT_EQ(changed(BranchTargets::labels, numbers), labels);
+        EXPECT_EQ(hexDiff(compiled(numbers, true), compiled(labels, true)), "");
+        if (numbers.find('\'') == numbers.npos) {
+            EXPECT_EQ(changed(BranchTargets::numbers, labels), numbers);
+        }
+    }
+    // Names that are there are used, and no other is called like them.
+    const std::string own =
+        "<Movie><DoAction><Actions><Jump Offset=\"0\"/><Play At=\"L1\"/><Jump Offset=\"0\"/><Stop/>"
+        "</Actions></DoAction><DoAction><Actions><Jump Offset=\"-5\"/></Actions></DoAction></Movie>";
+    const size_t second = own.rfind("<DoAction>");
+    EXPECT_EQ(changed(BranchTargets::labels, own, 0, second - 20),
+              "<Movie><DoAction><Actions><Jump To=\"L1\"/><Play At=\"L1\"/><Jump To=\"L2\"/><Stop At=\"L2\"/>" +
+                  own.substr(second - 21))
+        << "only the scripts that are touched";
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "CodeNames.h"
+#include "ScriptFlow.h"
 #include "XmlSurroundings.h"
 
 namespace zelk {
@@ -65,6 +67,27 @@ std::vector<std::string> valuesFor(const XmlElementType& type, std::string_view 
     return words;
 }
 
+template <size_t n>
+bool isOneOf(const std::string_view (&names)[n], std::string_view name) {
+    return std::ranges::find(names, name) != std::end(names);
+}
+
+// What the text itself has for a value: labels, constants, names of code. Nothing where the vocabulary knows better.
+std::vector<std::string> wordsOfText(const XmlSurroundings& around, std::string_view text, const XmlPlaceKind& place) {
+    constexpr std::string_view targets[] = {"To", "From", "Until", "Default"};
+    constexpr std::string_view names[] = {"Name", "Type", "Base", "Returns", "Class"};
+    constexpr std::string_view holders[] = {"Code", "Abc", "Class", "Static", "Method", "Getter", "Setter", "Function"};
+    std::vector<std::string> words;
+    if (isOneOf(targets, place.attribute))
+        words = labelsAround(text, place.open);
+    else if (place.element == "Constant" && around.name == "Push")
+        words = constantsInForce(text, place.open);
+    else if (isOneOf(names, place.attribute) && isOneOf(holders, around.name))
+        words = namesAround(text, place.start);
+    std::erase_if(words, [](const std::string& word) { return word.find('\n') != word.npos; });
+    return words;
+}
+
 } // namespace
 
 std::optional<Completion> completionAt(std::string_view text, size_t position, std::optional<bool> fullForm) {
@@ -80,6 +103,10 @@ std::optional<Completion> completionAt(std::string_view text, size_t position, s
         completion.kind = Completion::Kind::endTag;
         if (!around.name.empty())
             completion.words.emplace_back(around.name);
+    } else if (auto words = place.in == In::value ? wordsOfText(around, text, place) : std::vector<std::string>();
+               !words.empty()) {
+        completion.kind = Completion::Kind::value;
+        completion.words = std::move(words);
     } else if (const XmlElementType* type = typeOfElement(around, place.element)) {
         const bool isValue = place.in == In::value;
         completion.kind = isValue ? Completion::Kind::value : Completion::Kind::attribute;

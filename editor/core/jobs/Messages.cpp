@@ -90,6 +90,8 @@ Message message(MessageCode code, std::string_view detail) {
     return {std::move(text), rows[index].caption};
 }
 
+Message noBranches() { return {"There is no branch here to be changed.", "Message"}; }
+
 Message xmlIsCorrect() { return {"The XML is correct.", "The XML is correct."}; }
 
 Message payloadNote(std::string_view note) {

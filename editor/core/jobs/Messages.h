@@ -33,6 +33,8 @@ Message message(MessageCode code, std::string_view detail = {});
 
 /// The box after a successful check.
 Message xmlIsCorrect();
+/// There was no branch to change.
+Message noBranches();
 /// What became of a payload on its way from or to a file, or why nothing did.
 Message payloadNote(std::string_view note);
 /// The question on closing a modified document.

@@ -132,8 +132,8 @@ std::optional<XmlTagToken> endTagBehind(std::string_view text, size_t position) 
     return std::nullopt;
 }
 
-XmlTagsBefore::XmlTagsBefore(std::string_view text, size_t position)
-    : _text(text), _at(position), _least(position > surroundingsReach ? position - surroundingsReach : 0) {}
+XmlTagsBefore::XmlTagsBefore(std::string_view text, size_t position, size_t reach)
+    : _text(text), _at(position), _least(position > reach ? position - reach : 0) {}
 
 // Passes over a comment or CDATA section that ends between a "<" and the place.
 bool XmlTagsBefore::skipSection(size_t open) {

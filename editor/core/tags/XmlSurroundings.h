@@ -28,7 +28,7 @@ std::optional<XmlTagToken> endTagBehind(std::string_view text, size_t position);
 /// The tags before a place, the nearest first. What stands in comments and CDATA sections is passed over.
 class XmlTagsBefore {
 public:
-    XmlTagsBefore(std::string_view text, size_t position);
+    XmlTagsBefore(std::string_view text, size_t position, size_t reach = surroundingsReach);
     /// None at the end of the reach.
     std::optional<XmlTagToken> next();
     bool isAtStart() const { return _least == 0; }

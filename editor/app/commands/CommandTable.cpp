@@ -30,6 +30,12 @@ constexpr CommandRow rows[] = {
     {findPrevious, "Find Pre&vious\tShift+F3", "", "", Needs::text, ""},
     {replace, "R&eplace...\tCtrl+R", "", "replace", Needs::text, ""},
     {gotoLine, "Go &To Line...", "", "", Needs::document, "Ctrl+G"},
+    {gotoTarget, "Go To Tar&get\tF12", "Go to where the branch, constant or name at the caret leads\nGo To Target", "",
+     Needs::text, ""},
+    {jumpBack, "Jump &Back\tAlt+Left", "", "", Needs::text, ""},
+    {jumpForward, "Jump For&ward\tAlt+Right", "", "", Needs::text, ""},
+    {findSymbol, "Find &Symbol...\tCtrl+Shift+O", "Find a class, method, tag or label by name\nFind Symbol", "",
+     Needs::document, ""},
     {movieXml, "&Movie XML", "", "", Needs::document, ""},
     {tagList, "&Tag list", "", "", Needs::document, ""},
     {insert, "&Insert", "Insert a tag behind the selected one\nInsert", "", Needs::document, ""},
@@ -54,6 +60,9 @@ constexpr CommandRow rows[] = {
     {insertTag, "Insert &tag\tCtrl+Shift+T", "", "", Needs::document, ""},
     {insertStruct, "Insert &struct\tCtrl+Shift+S", "", "", Needs::text, ""},
     {insertAction, "Insert &action\tCtrl+Shift+C", "", "", Needs::text, ""},
+    {labelBranches, "&Label Branches", "Let the branches of scripts lead to labels\nLabel Branches", "", Needs::document, ""},
+    {unlabelBranches, "Branches by &Number", "Let the branches of scripts count bytes again\nBranches by Number", "",
+     Needs::document, ""},
     {exportPayload, "E&xport Payload...", "Save the picture, sound or data of the tag at the caret as a file\nExport Payload", "",
      Needs::document, ""},
     {replacePayload, "Re&place Payload...", "Put a file in place of the picture, sound or data of the tag at the caret\nReplace Payload",
@@ -85,13 +94,14 @@ constexpr MenuItem line = {separator};
 
 constexpr MenuItem fileItems[] = {{fileNew},     {fileOpen},      {save}, {saveAs},         line, {play}, line,
                                   {recentFiles}, {reopenSession}, line,   {CommandId::exit}};
-constexpr MenuItem editItems[] = {{undo}, {redo},     {cut},          {copy},    {paste}, line,
-                                  {find}, {findNext}, {findPrevious}, {replace}, line,    {gotoLine}};
+constexpr MenuItem editItems[] = {{undo},       {redo},       {cut},          {copy},       {paste}, line,
+                                  {find},       {findNext},   {findPrevious}, {replace},    line,    {gotoLine},
+                                  {findSymbol}, {gotoTarget}, {jumpBack},     {jumpForward}};
 constexpr MenuItem viewItems[] = {{movieXml},   {tagList}, line,        {zoomIn}, {zoomOut},  {zoomReset}, line,
                                   {toggleFold}, {foldAll}, {unfoldAll}, line,     {warnings}, {preview},   {theme}};
-constexpr MenuItem toolsItems[] = {{checkXml},  {movieSettings}, {openInFullForm}, line,
-                                   {insertTag}, {insertStruct},  {insertAction},   {complete},
-                                   line,        {exportPayload}, {replacePayload}};
+constexpr MenuItem toolsItems[] = {
+    {checkXml}, {movieSettings}, {openInFullForm}, line, {insertTag},     {insertStruct},   {insertAction}, {complete},
+    line,       {exportPayload}, {replacePayload}, line, {labelBranches}, {unlabelBranches}};
 constexpr MenuItem windowItems[] = {{close}, {closeAll}, line, {nextDocument}, {previousDocument}};
 constexpr MenuItem helpItems[] = {{updates}, {homePage}, {about}};
 constexpr Menu menus[] = {{"&File", fileItems},   {"&Edit", editItems},     {"&View", viewItems},

@@ -73,6 +73,12 @@ constexpr int complete = 60025;
 constexpr int preview = 60030;
 constexpr int reopenSession = 60040;
 constexpr int openInFullForm = 60041;
+constexpr int labelBranches = 60050;
+constexpr int unlabelBranches = 60051;
+constexpr int gotoTarget = 60052;
+constexpr int jumpBack = 60053;
+constexpr int jumpForward = 60054;
+constexpr int findSymbol = 60055;
 } // namespace CommandId
 
 /// What has to be there for a command to be chosen.

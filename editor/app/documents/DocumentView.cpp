@@ -201,4 +201,9 @@ void DocumentView::showText() {
     showView(_editor);
 }
 
+void DocumentView::jumpTo(size_t offset) {
+    _editor->jumpTo(offset);
+    showView(_editor);
+}
+
 } // namespace zelk

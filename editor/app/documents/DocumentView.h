@@ -42,6 +42,8 @@ public:
     size_t place();
     /// Shows the text with the caret at the tag that is selected in the list.
     void showText();
+    /// Shows the text there; the text view can go back to where it was.
+    void jumpTo(size_t offset);
 
     /// Full path, or the made-up name.
     QString fileName() const { return QString::fromStdString(_document.fileName); }

@@ -4,9 +4,11 @@
 #include <QContextMenuEvent>
 #include <QFontDatabase>
 #include <QMessageBox>
+#include <QMouseEvent>
 
 #include "ColorText.h"
 #include "InsertElementDlg.h"
+#include "ScriptFlow.h"
 #include "TagMatch.h"
 #include "TextFolds.h"
 
@@ -15,14 +17,15 @@ namespace zelk {
 namespace {
 
 enum Margin { numbers, folds };
-constexpr int tagIndicator = 8;
+constexpr int tagIndicator = 8, targetIndicator = 9;
 
 // One line of base64 can have a megabyte, and the control takes a millisecond for each thousand characters of a line
 // that it draws. Behind so many bytes a line is not drawn; its bytes are all there.
 constexpr long longestDrawn = 2000, drawnOfLong = 400;
 constexpr char hiddenStyle = 30;
 
-constexpr QRgb faint = 0xFF808080, lineShade = 0xFFEEF4FB, selectionShade = 0xFFB5D5FF, tagShade = 0xFF2A6DB8;
+constexpr QRgb faint = 0xFF808080, lineShade = 0xFFEEF4FB, selectionShade = 0xFFB5D5FF, tagShade = 0xFF2A6DB8,
+               targetShade = 0xFFD07000;
 
 } // namespace
 
@@ -40,10 +43,14 @@ TextEditorView::TextEditorView(QWidget* parent)
         styleVisible();
         if ((what & (SC_UPDATE_SELECTION | SC_UPDATE_CONTENT)) != 0) {
             markTags();
+            markTarget();
             Q_EMIT placeChanged();
         }
     });
     connect(this, &TextControl::edited, this, &TextEditorView::placeChanged);
+    connect(this, &TextControl::willInsert, this, [this](size_t at, size_t bytes) { _jumps.inserted(at, bytes); });
+    connect(this, &TextControl::willDelete, this,
+            [this](size_t start, size_t end) { _jumps.removed(start, end - start); });
 }
 
 // --- look and keys ---------------------------------------------------------------------------------------------------
@@ -95,6 +102,10 @@ void TextEditorView::setLook() {
     send(SCI_INDICSETSTYLE, tagIndicator, INDIC_ROUNDBOX);
     SendScintilla(SCI_INDICSETFORE, static_cast<unsigned long>(tagIndicator), QColor(tagShade));
     send(SCI_INDICSETALPHA, tagIndicator, 60);
+    send(SCI_INDICSETSTYLE, targetIndicator, INDIC_STRAIGHTBOX);
+    SendScintilla(SCI_INDICSETFORE, static_cast<unsigned long>(targetIndicator), QColor(targetShade));
+    send(SCI_INDICSETALPHA, targetIndicator, 70);
+    send(SCI_INDICSETOUTLINEALPHA, targetIndicator, 200);
 
     send(SCI_SETLEXER, SCLEX_CONTAINER);
     send(SCI_SETIDLESTYLING, SC_IDLESTYLING_ALL);
@@ -127,10 +138,50 @@ void TextEditorView::contextMenuEvent(QContextMenuEvent* event) {
     Q_EMIT contextMenuAsked(event->globalPos());
 }
 
+// --- jumps -----------------------------------------------------------------------------------------------------------
+
+void TextEditorView::followCaret() {
+    const std::optional<FlowTarget> target = flowTargetAt(bytes(), caret(), FlowEffort::full);
+    if (target && target->reason.empty()) {
+        jumpTo(target->start);
+        return;
+    }
+    const std::string reason = target ? target->reason : tr("Nothing here leads anywhere.").toStdString();
+    SendScintilla(SCI_CALLTIPSHOW, static_cast<uintptr_t>(caret()), reason.c_str());
+}
+
+void TextEditorView::jumpTo(size_t offset) {
+    _jumps.jumpFrom(caret());
+    gotoOffset(offset);
+}
+
+void TextEditorView::jumpBack() {
+    if (const auto place = _jumps.back(caret()))
+        gotoOffset(*place);
+}
+
+void TextEditorView::jumpForward() {
+    if (const auto place = _jumps.forward(caret()))
+        gotoOffset(*place);
+}
+
+// With Ctrl, the left button goes where the code leads.
+void TextEditorView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || event->modifiers() != Qt::ControlModifier) {
+        TextControl::mousePressEvent(event);
+        return;
+    }
+    setFocus();
+    const QPoint point = event->position().toPoint();
+    send(SCI_SETEMPTYSELECTION, send(SCI_POSITIONFROMPOINT, point.x(), point.y()));
+    followCaret();
+}
+
 // --- the text --------------------------------------------------------------------------------------------------------
 
 void TextEditorView::setText(std::string newText) {
     setBytes(std::move(newText));
+    _jumps.clear();
     const std::string_view bytes = text();
     quoteStateAt(bytes.size()); // Counts them all once, so that a jump to the end need not.
     // New lines end as the first one does.
@@ -298,6 +349,15 @@ void TextEditorView::markTags() {
         return;
     for (const TextRange& range : {tags->here, tags->other})
         send(SCI_INDICATORFILLRANGE, static_cast<long>(range.start), static_cast<long>(range.end - range.start));
+}
+
+// Where the branch or constant at the caret leads to.
+void TextEditorView::markTarget() {
+    send(SCI_SETINDICATORCURRENT, targetIndicator);
+    send(SCI_INDICATORCLEARRANGE, 0, send(SCI_GETLENGTH));
+    const std::optional<FlowTarget> target = flowTargetAt(bytes(), caret(), FlowEffort::quick);
+    if (target && target->reason.empty())
+        send(SCI_INDICATORFILLRANGE, static_cast<long>(target->start), static_cast<long>(target->end - target->start));
 }
 
 // --- folds -----------------------------------------------------------------------------------------------------------

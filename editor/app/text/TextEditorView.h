@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ElementInsertion.h"
+#include "JumpHistory.h"
 #include "SwfSyntaxHighlighter.h"
 #include "TextControl.h"
 #include "TextEditorAutocomplete.h"
@@ -41,6 +42,12 @@ public:
     uint32_t rowOf(size_t offset) const {
         return static_cast<uint32_t>(send(SCI_LINEFROMPOSITION, static_cast<long>(offset))) + 1;
     }
+    /// The same, remembered: jumpBack leads to where the caret is now.
+    void jumpTo(size_t offset);
+    /// Jumps to where the branch, constant or name at the caret leads, or says why it cannot.
+    void followCaret();
+    void jumpBack();
+    void jumpForward();
     uint32_t rowCount() const { return static_cast<uint32_t>(send(SCI_GETLINECOUNT)); }
     /// The nearest place that there is. Shows it even if it was folded away.
     void gotoPlace(uint32_t row, uint32_t column);
@@ -79,6 +86,7 @@ Q_SIGNALS:
 
 protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
 
 private:
     void setLook();
@@ -87,11 +95,13 @@ private:
     void styleLines(long first, long last);
     void shortenLine(long line);
     void markTags();
+    void markTarget();
     void indent(int character);
     void toggleFoldAt(long line);
     void insertElement(ElementKind kind);
 
     SwfSyntaxHighlighter _highlighter;
+    JumpHistory _jumps;
     TextEditorAutocomplete* _autocomplete;
 };
 

@@ -10,8 +10,10 @@
 
 #include "DocumentViewListCommands.h"
 #include "DocumentViewTextCommands.h"
+#include "FindSymbolDlg.h"
 #include "PayloadCommands.h"
 #include "PreviewPane.h"
+#include "ScriptCommands.h"
 #include "Theme.h"
 
 namespace zelk {
@@ -156,6 +158,9 @@ void WindowCommands::addDocumentCommands() {
             Q_EMIT view.warningsChanged(); // of a form that was changed
     });
     executeOnCurrent<GotoLineCmd>(CommandId::gotoLine);
+    onCurrent(CommandId::labelBranches, [this](DocumentView& view) { changeBranches(view, BranchTargets::labels); });
+    onCurrent(CommandId::unlabelBranches, [this](DocumentView& view) { changeBranches(view, BranchTargets::numbers); });
+    onCurrent(CommandId::findSymbol, [this](DocumentView& view) { findSymbol(view); });
     executeOnPayload<ExportPayloadCmd>(CommandId::exportPayload);
     executeOnPayload<ImportPayloadCmd>(CommandId::replacePayload);
     onCurrent(CommandId::copyFullPath, [](DocumentView& view) { copyToClipboard(view.fileName()); });
@@ -169,6 +174,25 @@ void WindowCommands::addDocumentCommands() {
 void WindowCommands::showSelectedColor(DocumentView& view) {
     ShowColorCmd command(_parts.session, view.editor().selectedText());
     runCommand(_parts.session, command);
+}
+
+// Of the selected text; all scripts when nothing is selected.
+void WindowCommands::changeBranches(DocumentView& view, BranchTargets targets) {
+    const bool isPart = !view.showsList() && view.editor().hasSelection();
+    const TextMatch range = isPart ? view.editor().selection() : TextMatch{};
+    script::ChangeBranchesCmd command(_parts.session, view.tags(), targets, range.start, range.end);
+    runCommand(_parts.session, command, &view);
+}
+
+// In the tag list, of the selected tag: what stands in a block of code is the second level of the list.
+void WindowCommands::findSymbol(DocumentView& view) {
+    const std::pair<size_t, size_t> tag = view.listedTag().value_or(std::pair<size_t, size_t>());
+    script::CollectSymbolsCmd command(_parts.session, view.tags(), tag.first, tag.second);
+    if (!runCommand(_parts.session, command, &view))
+        return;
+    FindSymbolDlg dialog(command.symbols, &_parts.window);
+    if (dialog.exec() == QDialog::Accepted)
+        view.jumpTo(dialog.choice().offset);
 }
 
 // Of the tag at the caret, or of the current one in the list.
@@ -203,6 +227,9 @@ void WindowCommands::addTextCommands() {
         {CommandId::insertActionTemplate, &TextEditorView::insertNewAction},
         {CommandId::insertStruct, &TextEditorView::insertNewStruct},
         {CommandId::insertStructTemplate, &TextEditorView::insertNewStruct},
+        {CommandId::gotoTarget, &TextEditorView::followCaret},
+        {CommandId::jumpBack, &TextEditorView::jumpBack},
+        {CommandId::jumpForward, &TextEditorView::jumpForward},
         {CommandId::zoomIn, &TextEditorView::zoomIn},
         {CommandId::zoomOut, &TextEditorView::zoomOut},
         {CommandId::zoomReset, &TextEditorView::zoomReset},

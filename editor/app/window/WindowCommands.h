@@ -9,6 +9,7 @@
 
 #include "CommandActions.h"
 #include "OpenDocuments.h"
+#include "ScriptLabels.h"
 #include "SearchController.h"
 #include "WarningsPanel.h"
 #include "WindowDialogs.h"
@@ -58,6 +59,8 @@ private:
     bool showList(DocumentView& view);
     void openFiles();
     void showSelectedColor(DocumentView& view);
+    void changeBranches(DocumentView& view, BranchTargets targets);
+    void findSymbol(DocumentView& view);
     void showAbout();
 
     const Parts _parts;

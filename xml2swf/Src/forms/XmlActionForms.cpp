@@ -2,6 +2,7 @@
 
 #include "XmlActions.h"
 #include "XmlPushValues.h"
+#include "XmlRegisters.h"
 #include "XmlScriptNotes.h"
 #include "XmlScriptView.h"
 
@@ -70,11 +71,13 @@ static void read(Element& element, SwfActionGetURL& action) {
     action.target = element.string("Target");
 }
 
-void writeXml(XmlNode& node, const SwfActionStoreRegister& action) { node.attribute("Number", action.registerNumber); }
+void writeXml(XmlNode& node, const SwfActionStoreRegister& action) {
+    writeRegister(node, "Number", action.registerNumber);
+}
 
 template <class Element>
 static void read(Element& element, SwfActionStoreRegister& action) {
-    action.registerNumber = element.ui8("Number");
+    action.registerNumber = readRegister(element, "Number");
 }
 
 void writeXml(XmlNode& node, const SwfActionConstantPool& action) {
@@ -126,21 +129,62 @@ static void read(Element& element, SwfActionWaitForFrame2& action) {
 }
 
 static constexpr XmlName functionFlags[] = {
-    {"PreloadThis", 0x0001},      {"SupressThis", 0x0002},   {"PreloadArguments", 0x0004},
-    {"SupressArguments", 0x0008}, {"PreloadSuper", 0x0010},  {"SupressSuper", 0x0020},
-    {"PreloadRoot", 0x0040},      {"PreloadParent", 0x0080}, {"PreloadGlobal", 0x0100},
+    {"PreloadThis", preloadedRegisters[0].preload},      {"SupressThis", preloadedRegisters[0].suppress},
+    {"PreloadArguments", preloadedRegisters[1].preload}, {"SupressArguments", preloadedRegisters[1].suppress},
+    {"PreloadSuper", preloadedRegisters[2].preload},     {"SupressSuper", preloadedRegisters[2].suppress},
+    {"PreloadRoot", preloadedRegisters[3].preload},      {"PreloadParent", preloadedRegisters[4].preload},
+    {"PreloadGlobal", preloadedRegisters[5].preload},
 };
 static constexpr uint32_t reservedShift = 9;
 
+// The names of what is preloaded, in the order of its registers, or of what is suppressed.
+static void writeRegisterFlags(XmlNode& node, std::string_view attribute, uint16_t flags,
+                               uint16_t PreloadedRegister::*flag) {
+    std::string names;
+    for (const PreloadedRegister& each : preloadedRegisters) {
+        if ((flags & each.*flag) != 0)
+            names.append(names.empty() ? "" : " ").append(each.name);
+    }
+    if (!names.empty())
+        node.attribute(attribute, std::string_view(names));
+}
+
+// Another order would tell other registers than there are.
+template <class Element>
+static uint16_t readRegisterFlags(Element& element, std::string_view attribute, uint16_t PreloadedRegister::*flag) {
+    const std::string names = element.label(attribute, XmlValueForm::Kind::places);
+    uint16_t flags = 0;
+    const auto fail = [&](std::string_view name, const char* reason) {
+        throw XmlValueError(element.name(), attribute, "\"" + std::string(name) + reason, element.offset());
+    };
+    const PreloadedRegister* next = std::begin(preloadedRegisters);
+    for (size_t start = 0; (start = names.find_first_not_of(" \t\r\n", start)) != names.npos;) {
+        const size_t end = std::min(names.find_first_of(" \t\r\n", start), names.size());
+        const std::string_view name = std::string_view(names).substr(start, end - start);
+        const auto found = std::ranges::find(preloadedRegisters, name, &PreloadedRegister::name);
+        if (found == std::end(preloadedRegisters) || found->*flag == 0)
+            fail(name, "\" is none of what can stand here");
+        if (found < next)
+            fail(name, "\" stands behind what takes a later register");
+        flags |= found->*flag;
+        next = found + 1;
+        start = end;
+    }
+    return flags;
+}
+
 void writeXml(XmlNode& node, const SwfActionDefineFunction2& action) {
+    ScriptView* script = node.context().script;
     node.attribute("Name", action.functionName);
     node.attribute("RegisterCount", action.registerCount);
-    {
+    if (node.context().swf.fullForm) {
+        writeRegisterFlags(node, "Preload", action.flags, &PreloadedRegister::preload);
+        writeRegisterFlags(node, "Suppress", action.flags, &PreloadedRegister::suppress);
+        writeReserved(node, action.flags >> reservedShift);
+    } else {
         XmlNode bits(node, "BitsField");
         for (const XmlName& flag : functionFlags)
             bits.attribute(flag.name, (action.flags & flag.value) != 0);
-        if (node.context().swf.fullForm)
-            writeReserved(bits, action.flags >> reservedShift);
     }
     {
         XmlNode parameters(node, "RegisterParams");
@@ -150,6 +194,7 @@ void writeXml(XmlNode& node, const SwfActionDefineFunction2& action) {
             child.attribute("Name", parameter.name);
         }
     }
+    const RegisterScope scope(script, script == nullptr ? RegisterNames() : RegisterNames(action));
     writeBody(node, "Actions", action.body);
 }
 
@@ -157,12 +202,21 @@ template <class Element>
 static void read(Element& element, SwfActionDefineFunction2& action) {
     action.functionName = element.string("Name");
     action.registerCount = element.ui8("RegisterCount");
-    if (auto bits = element.child("BitsField")) {
+    const bool fullForm = element.context().fullForm;
+    const bool hasLists = fullForm && (element.has("Preload") || element.has("Suppress"));
+    if (fullForm) {
+        const uint32_t preload = readRegisterFlags(element, "Preload", &PreloadedRegister::preload);
+        const uint32_t suppress = readRegisterFlags(element, "Suppress", &PreloadedRegister::suppress);
+        action.flags = static_cast<uint16_t>(preload | suppress);
+    }
+    if (auto bits = hasLists ? std::nullopt : element.child("BitsField")) {
         for (const XmlName& flag : functionFlags)
             action.flags = static_cast<uint16_t>(action.flags | (bits->boolean(flag.name) ? flag.value : 0));
-        if (element.context().fullForm)
+        if (fullForm)
             action.flags = static_cast<uint16_t>(action.flags | readReserved(*bits, 0x7F) << reservedShift);
     }
+    if (fullForm)
+        action.flags = static_cast<uint16_t>(action.flags | readReserved(element, 0x7F) << reservedShift);
     if (auto parameters = element.child("RegisterParams")) {
         readEach(*parameters, "RegisterParam", [&](Element& child) {
             SwfRegisterParam& parameter = action.parameters.append({});
@@ -170,6 +224,7 @@ static void read(Element& element, SwfActionDefineFunction2& action) {
             parameter.name = child.string("Name");
         });
     }
+    const RegisterScope scope(element.context().script, fullForm ? RegisterNames(action) : RegisterNames());
     readBody(element, "Actions", action.body);
 }
 
@@ -288,6 +343,7 @@ void writeXml(XmlNode& node, const SwfActionDefineFunction& action) {
         for (const SwfString& parameter : action.parameters)
             XmlNode(parameters, "Param").attribute("Value", parameter);
     }
+    const RegisterScope scope(node.context().script, RegisterNames()); // it has none of its own
     writeBody(node, "Actions", action.body);
 }
 
@@ -297,6 +353,7 @@ static void read(Element& element, SwfActionDefineFunction& action) {
     if (auto parameters = element.child("Params")) {
         readEach(*parameters, "Param", [&](Element& child) { action.parameters.append(child.string("Value")); });
     }
+    const RegisterScope scope(element.context().script, RegisterNames());
     readBody(element, "Actions", action.body);
 }
 

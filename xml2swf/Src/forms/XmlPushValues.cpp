@@ -65,6 +65,17 @@ std::unique_ptr<SwfValue> readNumber(Element& element) {
     return value;
 }
 
+void writeRegisterValue(XmlNode& node, const SwfValue& value) {
+    writeRegister(node, "Value", static_cast<const SwfValueRegister&>(value).value);
+}
+
+template <class Element>
+std::unique_ptr<SwfValue> readRegisterValue(Element& element) {
+    auto value = std::make_unique<SwfValueRegister>();
+    value->value = readRegister(element, "Value");
+    return value;
+}
+
 void writeNothing(XmlNode&, const SwfValue&) {}
 
 template <SwfValue::Plain type, class Element>
@@ -84,11 +95,16 @@ constexpr ValueForm plainForm(std::string_view name) {
 
 // By type byte.
 constexpr ValueForm forms[] = {
-    {"String", writeText, readText, readText},  numberForm<SwfValueFloat>("Float"),
-    plainForm<SwfValue::Plain::Null>("Null"),   plainForm<SwfValue::Plain::Undefined>("Undefined"),
-    numberForm<SwfValueRegister>("Register"),   numberForm<SwfValueBoolean>("Boolean"),
-    numberForm<SwfValueDouble>("Double"),       numberForm<SwfValueInteger>("Integer"),
-    numberForm<SwfValueConstant8>("Constant8"), numberForm<SwfValueConstant16>("Constant16"),
+    {"String", writeText, readText, readText},
+    numberForm<SwfValueFloat>("Float"),
+    plainForm<SwfValue::Plain::Null>("Null"),
+    plainForm<SwfValue::Plain::Undefined>("Undefined"),
+    {"Register", writeRegisterValue, readRegisterValue, readRegisterValue},
+    numberForm<SwfValueBoolean>("Boolean"),
+    numberForm<SwfValueDouble>("Double"),
+    numberForm<SwfValueInteger>("Integer"),
+    numberForm<SwfValueConstant8>("Constant8"),
+    numberForm<SwfValueConstant16>("Constant16"),
 };
 
 // The index of a text in the pool in force; a text for which it has no room is pushed itself.

@@ -8,6 +8,7 @@
 #include "ScriptBranches.h"
 #include "XmlConstants.h"
 #include "XmlElement.h"
+#include "XmlRegisters.h"
 
 namespace xml2swf {
 
@@ -50,6 +51,7 @@ public:
     ScriptNotes& operator=(const ScriptNotes&) = delete;
 
     ConstantsInForce constants;
+    const RegisterNames* registers = nullptr; ///< of the function being read; null in none
 
     /// An action begins, whose element this is.
     template <class Element>

@@ -8,6 +8,7 @@
 
 #include "SwfActionsPayload.h"
 #include "XmlElementWriter.h"
+#include "XmlRegisters.h"
 
 namespace xml2swf {
 
@@ -20,6 +21,8 @@ public:
     ~ScriptView() { _context.script = nullptr; }
     ScriptView(const ScriptView&) = delete;
     ScriptView& operator=(const ScriptView&) = delete;
+
+    const RegisterNames* registers = nullptr; ///< of the function being written; null in none
 
     // Called for everything in the order of writing.
 

@@ -1,6 +1,7 @@
 #include "CodeNames.h"
 
 #include <algorithm>
+#include <functional>
 #include <set>
 
 #include "TagText.h"
@@ -14,16 +15,19 @@ constexpr std::string_view declarations[] = {"Class", "Method", "Getter",       
                                              "Slot",  "Const",  "FunctionSlot", "ClassSlot"};
 constexpr std::string_view nameAttributes[] = {"Name", "Type", "Base", "Returns", "Class"};
 
-// A block of code in the text.
-struct Block {
-    size_t start, end;
-};
+// Names are looked for in all of a big text while someone waits: not letter by letter.
+size_t find(std::string_view text, std::string_view word, size_t from) {
+    const std::boyer_moore_horspool_searcher searcher(word.begin(), word.end());
+    const auto found =
+        std::search(text.begin() + static_cast<ptrdiff_t>(std::min(from, text.size())), text.end(), searcher);
+    return found == text.end() ? text.npos : static_cast<size_t>(found - text.begin());
+}
 
-std::optional<Block> blockAround(std::string_view text, size_t position) {
-    const size_t start = text.rfind("<Abc", position), end = text.find("</Abc>", position);
-    if (start == text.npos || end == text.npos || text.substr(start, position - start).find("</Abc>") != text.npos)
-        return {};
-    return Block{start, end};
+size_t findBefore(std::string_view text, std::string_view word, size_t before) {
+    const std::boyer_moore_horspool_searcher searcher(word.rbegin(), word.rend());
+    const auto start = text.rend() - static_cast<ptrdiff_t>(before);
+    const auto found = std::search(start, text.rend(), searcher);
+    return found == text.rend() ? text.npos : static_cast<size_t>(text.rend() - found) - word.size();
 }
 
 // The part of a name that says no place: "x" of "private(A)::x".
@@ -32,23 +36,18 @@ std::string_view lastPart(std::string_view name) {
     return colons == name.npos ? name : name.substr(colons + 2);
 }
 
-// The classes of a block by where they start.
-class Classes {
-public:
-    Classes(std::string_view text, const Block& block) : _text(text.substr(0, block.end)) {
-        constexpr std::string_view open = "<Class ";
-        for (size_t at = _text.find(open, block.start); at != _text.npos; at = _text.find(open, at + 1))
-            _starts.push_back(at);
-    }
-    // The class that stands last before a place; 0 when there is none. Scripts and functions come behind all classes.
-    size_t before(size_t position) const {
-        const auto next = std::ranges::upper_bound(_starts, position);
-        return next == _starts.begin() ? 0 : next[-1];
-    }
+// The class around a place; empty when there is none.
+struct ClassAround {
+    size_t start = 0, end = 0;
 
-private:
-    const std::string_view _text;
-    std::vector<size_t> _starts;
+    ClassAround(std::string_view text, size_t position) {
+        const size_t open = findBefore(text, "<Class ", position), close = findBefore(text, "</Class>", position);
+        if (open == text.npos || (close != text.npos && close > open))
+            return;
+        start = open;
+        end = std::min(find(text, "</Class>", position), text.size());
+    }
+    bool holds(size_t position) const { return start <= position && position < end; }
 };
 
 // The element whose start tag the place is in, if its attribute `wanted` is there.
@@ -71,50 +70,52 @@ int rank(std::string_view element, std::string_view declared, std::string_view n
 
 } // namespace
 
-bool isInCode(std::string_view text, size_t position) { return blockAround(text, position).has_value(); }
-
 bool declaresName(std::string_view element) {
     return std::ranges::find(declarations, element) != std::end(declarations);
 }
 
-std::optional<size_t> declarationOf(std::string_view text, size_t position, std::string_view name) {
-    const auto block = blockAround(text, position);
+std::optional<size_t> blockAround(std::string_view text, size_t position) {
+    constexpr std::string_view name = "Abc";
+    for (size_t at = findBefore(text, name, position); at != text.npos && at > 0; at = findBefore(text, name, at)) {
+        if (text[at - 1] == '<')
+            return at - 1;
+        if (text.substr(at - 1).starts_with("/Abc>"))
+            return {};
+    }
+    return {};
+}
+
+std::optional<size_t> declarationOf(std::string_view text, size_t block, size_t position, std::string_view name) {
     const std::string_view last = lastPart(name);
-    if (!block || last.empty())
+    if (last.empty())
         return {};
-    const std::string_view within = text.substr(0, block->end);
-    const Classes classes(text, *block);
+    const ClassAround own(text, position);
     const std::string ending = std::string(last) + '"';
     std::optional<size_t> best;
     int bestRank = -1;
-    for (size_t at = within.find(ending, block->start); at != within.npos; at = within.find(ending, at + 1)) {
-        if (within[at - 1] != '"' && within[at - 1] != ':')
+    for (size_t at = find(text, ending, block); at != text.npos; at = find(text, ending, at + 1)) {
+        if (text[at - 1] != '"' && text[at - 1] != ':')
             continue;
-        const auto element = elementWithValueAt(within, at, "Name");
+        const auto element = elementWithValueAt(text, at, "Name");
         if (!element || !declaresName(element->name))
             continue;
-        const size_t quote = within.rfind('"', at - 1) + 1;
-        const std::string_view declared = within.substr(quote, at + last.size() - quote);
-        const int found =
-            rank(element->name, declared, name, classes.before(element->open) == classes.before(position));
+        const size_t quote = text.rfind('"', at - 1) + 1;
+        const std::string_view declared = text.substr(quote, at + last.size() - quote);
+        const int found = rank(element->name, declared, name, own.holds(element->open));
         if (found > bestRank)
             best = element->open;
         bestRank = std::max(bestRank, found);
     }
     if (best)
         return best;
-    const size_t elsewhere = text.find("<Class Name=\"" + std::string(name) + '"');
-    return elsewhere == text.npos ? std::nullopt : std::optional(elsewhere);
+    const size_t before = find(text.substr(0, block), "<Class Name=\"" + std::string(name) + '"', 0);
+    return before == text.npos ? std::nullopt : std::optional(before);
 }
 
-std::optional<size_t> methodOf(std::string_view text, size_t position, std::string_view id) {
-    const auto block = blockAround(text, position);
-    if (!block)
-        return {};
-    const std::string_view within = text.substr(0, block->end);
+std::optional<size_t> methodOf(std::string_view text, size_t block, std::string_view id) {
     const std::string wanted = " Id=\"" + std::string(id) + '"';
-    for (size_t at = within.find(wanted, block->start); at != within.npos; at = within.find(wanted, at + 1)) {
-        const auto element = elementWithValueAt(within, at + 5, "Id");
+    for (size_t at = find(text, wanted, block); at != text.npos; at = find(text, wanted, at + 1)) {
+        const auto element = elementWithValueAt(text, at + 5, "Id");
         if (element && element->name != "Class" && element->name != "Catch")
             return element->open;
     }

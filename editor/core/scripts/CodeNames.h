@@ -9,17 +9,16 @@
 
 namespace zelk {
 
-/// Whether the place is in a block of code.
-bool isInCode(std::string_view text, size_t position);
-
 /// Whether elements of this name declare the class or member that their Name says.
 bool declaresName(std::string_view element);
 
-/// The "<" of the declaration that a name in the code at `position` means, as far as the text tells: in the block
-/// around it that of the same class first, else a class of another block.
-std::optional<size_t> declarationOf(std::string_view text, size_t position, std::string_view name);
-/// The "<" of the method with this Id in the block around `position`.
-std::optional<size_t> methodOf(std::string_view text, size_t position, std::string_view id);
+/// The "<" of the block of code that the place is in; none outside of code.
+std::optional<size_t> blockAround(std::string_view text, size_t position);
+/// The "<" of the declaration that a name in the code at `position` means, as far as the text tells: that of the same
+/// class first, else one in this or a later block, else a class of an earlier one.
+std::optional<size_t> declarationOf(std::string_view text, size_t block, size_t position, std::string_view name);
+/// The "<" of the method with this Id in a block.
+std::optional<size_t> methodOf(std::string_view text, size_t block, std::string_view id);
 
 /// Names that occur in the code near `position`, in the order of the alphabet.
 std::vector<std::string> namesAround(std::string_view text, size_t position);

@@ -252,11 +252,13 @@ std::optional<FlowTarget> nameTarget(std::string_view text, const Here& here) {
     const TagAttribute* value = here.atCaret;
     for (const char* name : {"Name", "Class", "Method", "Type", "Base", "Returns"})
         value = value == nullptr ? here.find(name) : value;
-    if (value == nullptr || value->value.empty() || !isInCode(text, here.tag.open) ||
-        (value->name == "Name" && declaresName(here.tag.name)))
+    if (value == nullptr || value->value.empty() || (value->name == "Name" && declaresName(here.tag.name)))
         return {};
-    const auto found = value->name == "Method" ? methodOf(text, here.tag.open, value->value)
-                                               : declarationOf(text, here.tag.open, value->value);
+    const std::optional<size_t> block = blockAround(text, here.tag.open);
+    if (!block)
+        return {};
+    const auto found = value->name == "Method" ? methodOf(text, *block, value->value)
+                                               : declarationOf(text, *block, here.tag.open, value->value);
     if (found)
         return toElement(text, *found);
     return nowhere("Nothing in this movie's code declares \"" + decoded(value->value) + "\".");

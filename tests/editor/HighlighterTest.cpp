@@ -15,7 +15,7 @@ using namespace zelk;
 
 // A letter for the class of each byte: "." is black.
 std::string shown(std::string_view classes) {
-    constexpr std::string_view letters = ".W\"<>/=SATF";
+    constexpr std::string_view letters = ".W\"<>/=SATFC";
     std::string result;
     for (char c : classes)
         result += letters.at(static_cast<size_t>(c));
@@ -55,6 +55,8 @@ TEST(Highlighter, ColoursNamesAndStrings) {
         {"<\xFF"
          "End",
          "....."},
+        {R"(<Jump At="a" To="b")", ".AAAA CC.\"\"\" CC.\"\"\""},
+        {R"(<X To At Name="b")", "............ .\"\"\""},
         {"", ""},
     };
     for (const Case& c : cases) {

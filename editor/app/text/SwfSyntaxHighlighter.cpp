@@ -2,7 +2,9 @@
 
 #include <span>
 #include <unordered_map>
+#include <unordered_set>
 
+#include "CodeWords.h"
 #include "SwfFullWords.h"
 #include "SwfWords.h"
 #include "TextBuffer.h"
@@ -37,6 +39,12 @@ const WordTable& wordTable() {
     return table;
 }
 
+bool isCodeAttribute(std::u16string_view word) {
+    static const std::unordered_set<std::u16string_view> words(std::begin(codeAttributeWords),
+                                                               std::end(codeAttributeWords));
+    return words.contains(word);
+}
+
 bool belongsToWord(char16_t unit) {
     if (unit < 0x80) // the common case, without a look at the tables
         return (unit >= '0' && unit <= '9') || ((unit | 0x20) >= 'a' && (unit | 0x20) <= 'z');
@@ -52,8 +60,9 @@ void readString(ITextBuffer& buffer) {
 
 const std::map<int, QRgb>& SwfSyntaxHighlighter::colours() {
     static const std::map<int, QRgb> table = {
-        {EndOfText, 0xFF000000}, {Other, 0xFF000000},  {Word, 0xFF000000}, {String, 0xFFB22222},
-        {Structure, 0xFF4876FF}, {Action, 0xFF836FFF}, {Tag, 0xFF0000CD},  {Field, 0xFF2E8B57},
+        {EndOfText, 0xFF000000}, {Other, 0xFF000000},     {Word, 0xFF000000},
+        {String, 0xFFB22222},    {Structure, 0xFF4876FF}, {Action, 0xFF836FFF},
+        {Tag, 0xFF0000CD},       {Field, 0xFF2E8B57},     {CodeAttribute, 0xFF8B5A00},
     };
     return table;
 }
@@ -100,6 +109,8 @@ std::string SwfSyntaxHighlighter::classesOf(std::string_view text, bool startsIn
             return classes;
         if (token == String || (token >= Structure && (before == Less || before == Slash)))
             colour(start, buffer.position(), token);
+        else if ((token == Word || token >= Structure) && buffer.peek() == '=' && isCodeAttribute(buffer.collected()))
+            colour(start, buffer.position(), CodeAttribute);
         before = token;
     }
 }

@@ -26,7 +26,8 @@ public:
         Structure, // words that are names of elements: coloured behind "<" and "/" only
         Action,
         Tag,
-        Field
+        Field,
+        CodeAttribute // words that are attributes of code: coloured before "=" only
     };
 
     /// The colour of every class that has one. All the rest is black.

@@ -24,8 +24,10 @@ public:
         : _text(text), _script(script), _limit(limit) {}
 
     void toLabels() {
-        for (const ScriptBranches::Label& label : _script.labels)
+        for (const ScriptBranches::Label& label : _script.labels) {
             _taken.insert(label.name);
+            _firstNames.emplace(label.element, label.name);
+        }
         for (const ScriptBranches::Branch& branch : _script.branches) {
             if (!branch.isLabelled && branch.target)
                 _names.emplace(placeOf(*branch.target), std::string());
@@ -59,9 +61,9 @@ public:
 private:
     // Where a place stands in the text: an action's element, or the end tag of a list.
     struct Place {
-        size_t at;
-        bool isEnd;
-        size_t lastAction = 0; // of the list
+        size_t at = 0;
+        bool isEnd = false;
+        size_t lastAction = 0, lastEnd = 0; // of the list
         bool operator<(const Place& other) const { return at < other.at; }
     };
 
@@ -79,12 +81,13 @@ private:
 
     Place placeOf(const ScriptBranches::Place& target) {
         if (!target.isEnd)
-            return {target.element, false};
-        size_t& end = _ends[target.element];
-        if (end == 0)
-            end =
-                closingTag(_text, elementEnd(_text, target.element, _limit).value_or(_limit), _limit).value_or(_limit);
-        return {end, true, target.element};
+            return {target.element};
+        Place& end = _ends[target.element];
+        if (!end.isEnd) {
+            const size_t lastEnd = elementEnd(_text, target.element, _limit).value_or(_limit);
+            end = {closingTag(_text, lastEnd, _limit).value_or(_limit), true, target.element, lastEnd};
+        }
+        return end;
     }
 
     std::string newName() {
@@ -95,15 +98,9 @@ private:
         return name;
     }
 
-    // The first of the names that the element has.
-    std::optional<std::string> firstNameOf(size_t element) const {
-        const auto label = std::ranges::find(_script.labels, element, &ScriptBranches::Label::element);
-        return label == _script.labels.end() ? std::nullopt : std::optional(label->name);
-    }
-
     std::string nameOfAction(size_t element) {
-        if (auto name = firstNameOf(element))
-            return *name;
+        if (const auto known = _firstNames.find(element); known != _firstNames.end())
+            return known->second;
         const std::string name = newName();
         if (attributeOf(startTag(element), at)) // an empty one would not have compiled
             return name;
@@ -113,11 +110,10 @@ private:
     }
 
     std::string nameOfEnd(const Place& place) {
-        for (const ScriptBranches::Label& label : _script.labels) {
-            const bool isBehind = label.element > place.lastAction && label.element < place.at;
-            if (isBehind && closingTag(_text, tagAt(label.element).end, _limit) == place.at)
-                return label.name;
-        }
+        // Behind the last action only a Place can have a name.
+        const auto known = _firstNames.lower_bound(place.lastEnd);
+        if (known != _firstNames.end() && known->first < place.at)
+            return known->second;
         const std::string name = newName();
         std::string element = "<" + std::string(placeName) + " " + std::string(at) + "=\"" + name + "\" />";
         const std::string_view indent = lineIndent(_text, place.at);
@@ -169,7 +165,8 @@ private:
     const size_t _limit; // the end of the tag
     std::set<std::string, std::less<>> _taken;
     std::map<Place, std::string> _names;
-    std::map<size_t, size_t> _ends; // of lists, by their last action
+    std::map<size_t, std::string> _firstNames; // by the elements that have names
+    std::map<size_t, Place> _ends;             // of lists, by their last action
     uint32_t _lastName = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "XmlRegisters.h"
 
 #include <algorithm>
+#include <array>
 
 namespace xml2swf {
 
@@ -16,14 +17,18 @@ RegisterNames::RegisterNames(const SwfActionDefineFunction2& function) {
         if (parameter.registerNumber != 0)
             add(parameter.registerNumber, parameter.name.view());
     }
-    std::vector<Register> sure;
-    for (const Register& one : _registers) {
-        const auto clashes = std::ranges::count_if(
-            _registers, [&](const Register& other) { return other.number == one.number || other.name == one.name; });
-        if (clashes == 1 && !one.name.empty())
-            sure.push_back(one);
+    std::array<uint32_t, 256> uses{};
+    for (const Register& each : _registers)
+        ++uses[each.number];
+    std::ranges::sort(_registers, {}, &Register::name);
+    const std::vector<Register> all = std::move(_registers);
+    _registers.clear();
+    for (size_t i = 0; i < all.size(); ++i) {
+        const bool isTwice =
+            (i > 0 && all[i - 1].name == all[i].name) || (i + 1 < all.size() && all[i + 1].name == all[i].name);
+        if (!isTwice && !all[i].name.empty() && uses[all[i].number] == 1)
+            _registers.push_back(all[i]);
     }
-    _registers = std::move(sure);
 }
 
 std::string_view RegisterNames::nameOf(uint8_t number) const {

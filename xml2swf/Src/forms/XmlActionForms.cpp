@@ -137,6 +137,9 @@ static constexpr XmlName functionFlags[] = {
 };
 static constexpr uint32_t reservedShift = 9;
 
+static constexpr XmlTextForm preloadForm{"preloaded", "this", "(this|arguments|super|_root|_parent|_global| )*"};
+static constexpr XmlTextForm suppressForm{"suppressed", "this", "(this|arguments|super| )*"};
+
 // The names of what is preloaded, in the order of its registers, or of what is suppressed.
 static void writeRegisterFlags(XmlNode& node, std::string_view attribute, uint16_t flags,
                                uint16_t PreloadedRegister::*flag) {
@@ -151,11 +154,14 @@ static void writeRegisterFlags(XmlNode& node, std::string_view attribute, uint16
 
 // Another order would tell other registers than there are.
 template <class Element>
-static uint16_t readRegisterFlags(Element& element, std::string_view attribute, uint16_t PreloadedRegister::*flag) {
-    const std::string names = element.label(attribute, XmlValueForm::Kind::places);
+static uint16_t readRegisterFlags(Element& element, std::string_view attribute, const XmlTextForm& form,
+                                  uint16_t PreloadedRegister::*flag) {
+    std::string names;
+    if constexpr (std::is_same_v<Element, XmlElement>)
+        names = element.attribute(attribute, XmlValueForm::text(form)).value_or("");
+    else
+        names = element.label(attribute, XmlValueForm::Kind::text);
     uint16_t flags = 0;
-    if (element.context().observer != nullptr) // it tries any text
-        return flags;
     const auto fail = [&](std::string_view name, const char* reason) {
         throw XmlValueError(element.name(), attribute, "\"" + std::string(name) + reason, element.offset());
     };
@@ -207,8 +213,8 @@ static void read(Element& element, SwfActionDefineFunction2& action) {
     const bool fullForm = element.context().fullForm;
     const bool hasLists = fullForm && (element.has("Preload") || element.has("Suppress"));
     if (fullForm) {
-        const uint32_t preload = readRegisterFlags(element, "Preload", &PreloadedRegister::preload);
-        const uint32_t suppress = readRegisterFlags(element, "Suppress", &PreloadedRegister::suppress);
+        const uint32_t preload = readRegisterFlags(element, "Preload", preloadForm, &PreloadedRegister::preload);
+        const uint32_t suppress = readRegisterFlags(element, "Suppress", suppressForm, &PreloadedRegister::suppress);
         action.flags = static_cast<uint16_t>(preload | suppress);
     }
     if (auto bits = hasLists ? std::nullopt : element.child("BitsField")) {

@@ -7,6 +7,7 @@
 
 #include "SwfActionsPayload.h"
 #include "XmlErrors.h"
+#include "XmlReadObserver.h"
 
 namespace xml2swf {
 
@@ -59,14 +60,14 @@ uint8_t readRegister(Element& element, std::string_view numberAttribute) {
     auto& context = element.context();
     if (!context.fullForm || !element.has("Name"))
         return element.ui8(numberAttribute);
-    const libswf::SwfString name = element.string("Name");
+    const std::string name = element.label("Name", XmlValueForm::Kind::place); // in the stead of the number
     const RegisterNames* names = context.script == nullptr ? nullptr : context.script->registers;
-    const auto number = names == nullptr ? std::nullopt : names->numberOf(name.view());
+    const auto number = names == nullptr ? std::nullopt : names->numberOf(name);
     const bool hasBoth = context.observer == nullptr && element.has(numberAttribute);
     if (context.observer == nullptr && (hasBoth || !number))
         throw XmlValueError(
             element.name(), "Name",
-            "\"" + std::string(name.view()) +
+            "\"" + name +
                 (hasBoth ? "\" stands beside " + std::string(numberAttribute) + ": only one of them can hold"
                          : "\" is the name of no register of the function here"),
             element.offset());

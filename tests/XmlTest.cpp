@@ -372,6 +372,23 @@ TEST(XmlToSwf, WarnsOfWhatNothingReads) {
     }
 }
 
+// In reading and in writing, behind lists that have ended.
+TEST(Conversion, WarningsNameThePathOfTheirTag) {
+    const std::string odd = "<Unknown TagType='60' Odd='1'><Data>AQABAAEAAQAA/w==</Data></Unknown>"; // no such codec
+    Compiled compiled("<Movie><DefineSprite><DefineSprite/>" + odd + "</DefineSprite>" + odd + "</Movie>");
+    const SwfVector<uint8_t> file = compiled.target.movie.serialise(0);
+    SwfMovieSafe movie;
+    SwfWarnings shown;
+    movie.parse({file.begin(), file.end()}, {.keepRaw = true});
+    swfToXml(movie, {.keepRaw = true, .warnings = &shown});
+    for (const SwfWarnings* warnings : {&compiled.warnings, &shown}) {
+        std::string paths;
+        for (const SwfWarning& warning : warnings->items())
+            paths += warning.path + " ";
+        EXPECT_EQ(paths, "0.1 1 ");
+    }
+}
+
 TEST(SwfToXml, WritesTheRoot) {
     const struct {
         SwfRect stage;

@@ -116,6 +116,7 @@ TEST(ElementInsertion, PutsElementsWhereTheyMayStand) {
         {ElementKind::structure, "Edges", "<DefineShape>\n<LineStyles/><!-- | --></DefineShape>",
          "<DefineShape>\n<LineStyles/><!--  -->\n<Edges />\n</DefineShape>"},
         {ElementKind::structure, "Edges", "<Movie>|</Movie>", nullptr},
+        {ElementKind::structure, "ShowFrame", "<Movie>|</Movie>", nullptr},
         {ElementKind::tag, "End", "|", nullptr},
         {ElementKind::tag, "End", "|<!-- <Movie/> -->", nullptr},
         {ElementKind::tag, "End", "<Movie><Metadata>|<!", nullptr},

@@ -466,6 +466,8 @@ TEST_F(TagListTest, ASingleTagIsEditedInItsPlace) {
     checkTag("\n<ShowFrame Nothing=\"1\" />", 7, warnings);
     ASSERT_EQ(warnings.total(), 1u);
     EXPECT_EQ(warnings.items().front().row, 2u);
+    checkTag("<ShowFrame Nothing=\"1\" />", 7, warnings);
+    EXPECT_EQ(warnings.items().back().row, 1u);
     struct Bad {
         const char* text;
         MessageCode code;

@@ -64,7 +64,8 @@ void WarningsPanel::buildLayout() {
 
 void WarningsPanel::showDocument(DocumentView* view) {
     if (view != _view) {
-        _model->show(nullptr, {}); // Forgets which groups were open and which row was current: those were the other document's.
+        _model->show(nullptr,
+                     {}); // Forgets which groups were open and which row was current: those were the other document's.
         disconnect(_edits);
         if (view != nullptr) // Row numbers are looked up while drawing, so drawing again is enough.
             _edits = connect(&view->editor(), &TextControl::edited, _list->viewport(), qOverload<>(&QWidget::update));

@@ -238,7 +238,8 @@ void SwfTagDefineFont2::writeBody(SwfOStream& stream) {
 
 // Codes of kerning pairs are as wide as those of glyphs.
 bool SwfTagDefineFont2::needsWideKerning() const {
-    return type == SwfTagCode::DefineFont2 && std::any_of(kerning.begin(), kerning.end(), [](const SwfKerningRecord& record) {
+    return type == SwfTagCode::DefineFont2 &&
+           std::any_of(kerning.begin(), kerning.end(), [](const SwfKerningRecord& record) {
                return (record.kerningCode1 | record.kerningCode2) > UINT8_MAX;
            });
 }

@@ -16,8 +16,8 @@ std::string formatDate(uint64_t milliseconds);
 /// Reads both; the time may be left out. False for any other text, and for a day or an hour that there is none of.
 bool parseDate(std::string_view text, uint64_t& milliseconds);
 
-inline constexpr XmlTextForm dateForm{"date", "1970-01-01T00:00:00Z",
-                                      R"([0-9]+|[0-9]{4}-[0-9]{2}-[0-9]{2}(T[0-9]{2}:[0-9]{2}:[0-9]{2}(\.[0-9]{3})?Z)?)"};
+inline constexpr XmlTextForm dateForm{
+    "date", "1970-01-01T00:00:00Z", R"([0-9]+|[0-9]{4}-[0-9]{2}-[0-9]{2}(T[0-9]{2}:[0-9]{2}:[0-9]{2}(\.[0-9]{3})?Z)?)"};
 
 /// Lower-case hexadecimal, two digits a byte.
 std::string formatHexBytes(std::span<const uint8_t> bytes);

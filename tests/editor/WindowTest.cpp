@@ -158,7 +158,7 @@ TEST_F(WindowTest, FailuresAreToldAndTheCaretGoesThere) {
     QStringList shown;
     for (const auto* label : window->statusBar()->findChildren<QLabel*>())
         shown.append(label->text());
-    EXPECT_EQ(shown.join(u'|').toStdString(), "Row 3, column 8|Ready");
+    EXPECT_EQ(shown.join(u'|').toStdString(), "Ready|Row 3, column 8");
     answers.addButton(QMessageBox::Ok, QStringLiteral("Please install a Flash Player."));
     press(Qt::Key_N, Qt::ControlModifier);
     press(Qt::Key_Return, Qt::ControlModifier);

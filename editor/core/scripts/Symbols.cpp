@@ -107,7 +107,7 @@ char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 
 
 bool holds(std::string_view text, std::string_view word) {
     const auto same = [](char a, char b) { return lower(a) == lower(b); };
-    return !std::ranges::search(text, word, same).empty() || word.empty();
+    return std::search(text.begin(), text.end(), word.begin(), word.end(), same) != text.end() || word.empty();
 }
 
 bool holdsAll(const Symbol& symbol, std::string_view filter) {

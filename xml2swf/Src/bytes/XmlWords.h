@@ -11,22 +11,22 @@ static_assert(std::endian::native == std::endian::little);
 constexpr uint64_t eachByte = 0x0101010101010101;
 constexpr uint64_t eightZeros = eachByte * '0'; // the characters "00000000"
 
-/// Whether the eight characters of a word are digits.
-inline bool areDigits(uint64_t word) {
-    // Of a digit this leaves 0 to 9. Of any other byte it leaves at least 10, to which 118 is added so that the byte's
-    // highest bit is set; a byte above 137 would lose that bit in the addition, but has it by itself.
-    const uint64_t values = word ^ eightZeros;
+/// Whether all eight bytes of a word are 0 to 9, as digits are once the character '0' is taken away (word ^
+/// eightZeros).
+inline bool areDigits(uint64_t values) {
+    // 118 is added, so that a byte from 10 on gets its highest bit set; one above 137 would lose that bit in the
+    // addition, but has it by itself.
     return (((values + eachByte * (0x80 - 10)) | values) & (eachByte * 0x80)) == 0;
 }
 
-/// The number that eight digits stand for.
-inline uint32_t valueOfDigits(uint64_t word) {
+/// The number that eight such values stand for.
+inline uint32_t numberOf(uint64_t values) {
     // Each step multiplies the first of two neighbours by 10, 100 or 10,000 and adds the second one: the product with
     // (10 * 256 + 1) has 10 * first + second where the second one stood, and the shift takes it to the first one's
     // place.
-    word = (word & eachByte * 0x0F) * (10 * 256 + 1) >> 8;
-    word = (word & 0x00FF00FF00FF00FF) * (100 * 65536 + 1) >> 16;
-    return static_cast<uint32_t>((word & 0x0000FFFF0000FFFF) * (10000 * (uint64_t(1) << 32) + 1) >> 32);
+    values = values * (10 * 256 + 1) >> 8;
+    values = (values & 0x00FF00FF00FF00FF) * (100 * 65536 + 1) >> 16;
+    return static_cast<uint32_t>((values & 0x0000FFFF0000FFFF) * (10000 * (uint64_t(1) << 32) + 1) >> 32);
 }
 
 /// Of set bits, for processors without an instruction for it: std::popcount is a call there.

@@ -58,13 +58,13 @@ public:
         _at = end;
         if (digits < 1 || digits > 7)
             return false;
-        uint64_t word;
-        std::memcpy(&word, end - sizeof word, sizeof word);
+        uint64_t values;
+        std::memcpy(&values, end - sizeof values, sizeof values);
         const auto others = static_cast<unsigned>(64 - 8 * digits);
-        word = word >> others << others | eightZeros >> (8 * digits); // zeros in front of the number
-        if (!areDigits(word))
+        values = (values ^ eightZeros) >> others << others; // zeros in front of the number
+        if (!areDigits(values))
             return false;
-        const auto magnitude = static_cast<int32_t>(valueOfDigits(word));
+        const auto magnitude = static_cast<int32_t>(numberOf(values));
         value = (magnitude ^ -int32_t(isNegative)) + isNegative; // no branch: signs come as they like
         return true;
     }

@@ -171,9 +171,10 @@ bool readDigits(const char* digits, size_t n, uint32_t& value) {
     uint64_t word = n >= 4 ? four(0) | four(n - 4) : byte(0) | byte(n / 2) | byte(n - 1);
     word <<= 64 - 8 * n;
     word |= n == 8 ? 0 : eightZeros >> (8 * n);
-    if (!areDigits(word))
+    const uint64_t values = word ^ eightZeros;
+    if (!areDigits(values))
         return false;
-    value = valueOfDigits(word);
+    value = numberOf(values);
     return true;
 }
 

@@ -2,12 +2,13 @@
 
 #include <QDialogButtonBox>
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+
+#include "FilterKeys.h"
 
 namespace zelk {
 
@@ -17,7 +18,7 @@ FindSymbolDlg::FindSymbolDlg(const std::vector<Symbol>& symbols, QWidget* parent
     setWindowTitle(tr("Find Symbol"));
     _filter->setPlaceholderText(tr("Part of the name of a class, method, tag or label"));
     _filter->setClearButtonEnabled(true);
-    _filter->installEventFilter(this);
+    new FilterKeys(*_filter, *_list);
     _list->setHeaderLabels({tr("Name"), tr("Kind")});
     _list->setRootIsDecorated(false);
     _list->setUniformRowHeights(true);
@@ -59,18 +60,6 @@ void FindSymbolDlg::showMatching(const QString& filter) {
     _count->setText(matches.size() == mostShown ? tr("The first %1 are shown.").arg(mostShown)
                     : items.isEmpty()           ? tr("Nothing of that name.")
                                                 : QString());
-}
-
-// The list is gone through without leaving the field.
-bool FindSymbolDlg::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown) {
-            QCoreApplication::sendEvent(_list, event);
-            return true;
-        }
-    }
-    return QDialog::eventFilter(watched, event);
 }
 
 } // namespace zelk

@@ -24,9 +24,6 @@ public:
     /// After it was accepted.
     const Symbol& choice() const;
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
     static constexpr size_t mostShown = 500;
     void showMatching(const QString& filter);

@@ -3,11 +3,12 @@
 #include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QGridLayout>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+
+#include "FilterKeys.h"
 
 namespace zelk {
 
@@ -18,7 +19,7 @@ InsertElementDlg::InsertElementDlg(const QString& title, const std::vector<xml2s
     setWindowTitle(title);
     _filter->setPlaceholderText(tr("Part of the name"));
     _filter->setClearButtonEnabled(true);
-    _filter->installEventFilter(this);
+    new FilterKeys(*_filter, *_list);
     _preview->setReadOnly(true);
     _preview->setLineWrapMode(QPlainTextEdit::NoWrap);
     _preview->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -71,18 +72,6 @@ void InsertElementDlg::showPreview() {
     const bool hasChoice = _list->currentItem() != nullptr;
     _insert->setEnabled(hasChoice);
     _preview->setPlainText(hasChoice ? QString::fromStdString(newElementText(choice())) : QString());
-}
-
-// The list is gone through without leaving the field.
-bool InsertElementDlg::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp || key == Qt::Key_PageDown) {
-            QCoreApplication::sendEvent(_list, event);
-            return true;
-        }
-    }
-    return QDialog::eventFilter(watched, event);
 }
 
 } // namespace zelk

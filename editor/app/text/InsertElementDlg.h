@@ -22,9 +22,6 @@ public:
     /// After it was accepted.
     const xml2swf::XmlChildForm& choice() const;
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
     void showMatching(const QString& part);
     void showPreview();

@@ -178,9 +178,9 @@ FlowTarget toNumber(std::string_view text, const Scope& scope, const Here& here,
         if (!branch->target->isEnd)
             return toElement(text, element);
         const auto last = elementEnd(text, element, *end);
-        const auto close = last ? closingTag(text, *last, *end) : std::nullopt;
+        const auto close = last ? endTagBehind(text, *last, *end - *last) : std::nullopt;
         if (close)
-            return toElement(text, *close);
+            return toElement(text, close->open);
     }
     return nowhere("This is no branch of a script.");
 }

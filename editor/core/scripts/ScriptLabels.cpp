@@ -85,7 +85,8 @@ private:
         Place& end = _ends[target.element];
         if (!end.isEnd) {
             const size_t lastEnd = elementEnd(_text, target.element, _limit).value_or(_limit);
-            end = {closingTag(_text, lastEnd, _limit).value_or(_limit), true, target.element, lastEnd};
+            const auto close = endTagBehind(_text, lastEnd, _limit - lastEnd);
+            end = {close ? close->open : _limit, true, target.element, lastEnd};
         }
         return end;
     }

@@ -4,6 +4,7 @@
 
 #include "Conversion.h"
 #include "Exceptions.h"
+#include "MovieLayout.h"
 #include "XmlSurroundings.h"
 
 namespace zelk {
@@ -57,44 +58,14 @@ bool holdsScripts(std::string_view tagName) {
     return std::ranges::find(tagsWithScripts, tagName) != std::end(tagsWithScripts);
 }
 
-std::string_view movieTagOf(std::string_view text) {
-    const auto tag = tagTokenAt(text, skipSections(text, 0), text.size());
-    return tag && tag->name == "Movie" ? text.substr(tag->open, tag->end - tag->open) : std::string_view();
-}
-
 std::optional<size_t> elementEnd(std::string_view text, size_t open, size_t limit) {
     const auto tag = tagTokenAt(text, open, limit);
     if (!tag)
         return {};
     if (tag->kind == XmlTagToken::Kind::empty)
         return tag->end;
-    const auto close = closingTag(text, tag->end, limit);
-    const size_t end = close ? text.find('>', *close) : text.npos;
-    return end == text.npos ? std::nullopt : std::optional(end + 1);
-}
-
-std::optional<size_t> closingTag(std::string_view text, size_t position, size_t limit) {
-    text = text.substr(0, limit);
-    size_t depth = 0;
-    for (size_t at = skipSections(text, position); at < text.size(); at = skipSections(text, at)) {
-        const auto tag = tagTokenAt(text, at, text.size());
-        if (!tag)
-            return {};
-        if (tag->kind == XmlTagToken::Kind::end && depth == 0)
-            return tag->open;
-        if (tag->kind != XmlTagToken::Kind::empty)
-            depth += tag->kind == XmlTagToken::Kind::start ? 1 : size_t(-1);
-        at = tag->end;
-    }
-    return {};
-}
-
-std::optional<TagAttribute> attributeOf(std::string_view startTag, std::string_view name) {
-    for (const TagAttribute& attribute : attributesOf(startTag)) {
-        if (attribute.name == name)
-            return attribute;
-    }
-    return {};
+    const auto close = endTagBehind(text, tag->end, limit - tag->end);
+    return close ? std::optional(close->end) : std::nullopt;
 }
 
 bool holdsName(std::string_view names, std::string_view name) {
@@ -108,7 +79,7 @@ bool holdsName(std::string_view names, std::string_view name) {
 }
 
 std::vector<ScriptBranches> scriptsOf(std::string_view text, size_t start, size_t end) {
-    const std::string_view movieTag = movieTagOf(text);
+    const std::string_view movieTag = movieTagAtStart(text);
     std::string lone(movieTag.empty() ? "<Movie>" : movieTag);
     if (lone.ends_with("/>"))
         lone.erase(lone.size() - 2, 1);

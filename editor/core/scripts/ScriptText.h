@@ -13,17 +13,8 @@ namespace zelk {
 /// Whether tags of this name hold scripts of ActionScript 1 and 2.
 bool holdsScripts(std::string_view tagName);
 
-/// The start tag of the Movie element that the text begins with; empty when it begins with something else.
-std::string_view movieTagOf(std::string_view text);
-
 /// Behind the element that starts with the "<" at `open`; none when it does not end before `limit`.
 std::optional<size_t> elementEnd(std::string_view text, size_t open, size_t limit);
-
-/// The start of the end tag of the element around the place; none when there is none before `limit`.
-std::optional<size_t> closingTag(std::string_view text, size_t position, size_t limit);
-
-/// The attribute of a start tag; its views lie in `startTag`.
-std::optional<TagAttribute> attributeOf(std::string_view startTag, std::string_view name);
 
 /// Whether a list of names separated by blanks holds one.
 bool holdsName(std::string_view names, std::string_view name);

@@ -1,40 +1,20 @@
 #include "AttributeText.h"
 
+#include "TagText.h"
+
 namespace zelk {
 
-namespace {
-
-constexpr std::string_view blanks = " \t\r\n";
-
-struct ValuePlace {
-    size_t start, end;
-};
-
-std::optional<ValuePlace> findValue(std::string_view tag, std::string_view name) {
-    size_t at = tag.find_first_of(" \t\r\n/>");
-    while ((at = tag.find_first_not_of(blanks, at)) < tag.size() && tag[at] != '/' && tag[at] != '>') {
-        const size_t nameEnd = tag.find_first_of(" \t\r\n=", at);
-        const size_t quote = tag.find_first_of("\"'", nameEnd);
-        const size_t end = quote == tag.npos ? tag.npos : tag.find(tag[quote], quote + 1);
-        if (end == tag.npos)
-            break;
-        if (tag.substr(at, nameEnd - at) == name)
-            return ValuePlace{quote + 1, end};
-        at = end + 1;
-    }
-    return {};
-}
-
-} // namespace
+static constexpr std::string_view blanks = " \t\r\n";
 
 std::optional<std::string> attributeText(std::string_view startTag, std::string_view name) {
-    const auto value = findValue(startTag, name);
-    return value ? std::optional(std::string(startTag.substr(value->start, value->end - value->start))) : std::nullopt;
+    const auto attribute = attributeOf(startTag, name);
+    return attribute ? std::optional(std::string(attribute->value)) : std::nullopt;
 }
 
 void setAttributeText(std::string& startTag, std::string_view name, std::string_view value) {
-    if (const auto place = findValue(startTag, name)) {
-        startTag.replace(place->start, place->end - place->start, escapedAttribute(value));
+    if (const auto attribute = attributeOf(startTag, name)) {
+        const auto start = static_cast<size_t>(attribute->value.data() - startTag.data());
+        startTag.replace(start, attribute->value.size(), escapedAttribute(value));
         return;
     }
     size_t end = startTag.size() - 1;

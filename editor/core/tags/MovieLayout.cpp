@@ -20,12 +20,16 @@ MovieLayout movieLayout(std::string_view untilFirstTag) {
     return {target.movie.version, target.movie.fullForm};
 }
 
-MovieLayout layoutAtStart(std::string_view text) {
+std::string_view movieTagAtStart(std::string_view text) {
     text = text.substr(0, surroundingsReach);
     const std::optional<XmlTagToken> tag = tagTokenAt(text, skipSections(text, 0), text.size());
-    if (!tag || tag->name != "Movie")
+    return tag && tag->name == "Movie" ? text.substr(tag->open, tag->end - tag->open) : std::string_view();
+}
+
+MovieLayout layoutAtStart(std::string_view text) {
+    const std::string_view start = movieTagAtStart(text);
+    if (start.empty())
         return {};
-    const std::string_view start = text.substr(tag->open, tag->end - tag->open);
     const auto version = parseInteger(attributeText(start, "SwfVersion").value_or(""));
     const bool isVersion = version && *version >= 0 && *version <= UINT8_MAX;
     return {isVersion ? static_cast<uint8_t>(*version) : MovieLayout().version,

@@ -18,6 +18,8 @@ struct MovieLayout {
 /// element. Throws as xmlToSwf does.
 MovieLayout movieLayout(std::string_view untilFirstTag);
 
+/// The start tag of a text's Movie element as far as its beginning tells; empty when no such element begins there.
+std::string_view movieTagAtStart(std::string_view text);
 /// The same as far as the beginning of a text tells, for one that is being typed: nothing else of it is looked at, and
 /// nothing has to be right.
 MovieLayout layoutAtStart(std::string_view text);

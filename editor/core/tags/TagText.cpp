@@ -102,6 +102,14 @@ std::vector<TagAttribute> attributesOf(std::string_view startTag) {
     }
 }
 
+std::optional<TagAttribute> attributeOf(std::string_view startTag, std::string_view name) {
+    for (const TagAttribute& attribute : attributesOf(startTag)) {
+        if (attribute.name == name)
+            return attribute;
+    }
+    return {};
+}
+
 std::string decoded(std::string_view value) {
     std::string result;
     for (size_t at = 0; at < value.size();) {

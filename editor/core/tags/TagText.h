@@ -1,6 +1,7 @@
 // Reading and changing the text of single elements.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +20,8 @@ struct TagAttribute {
 
 /// The attributes of a well-formed start tag, in their order.
 std::vector<TagAttribute> attributesOf(std::string_view startTag);
+/// One of them; none when it is missing.
+std::optional<TagAttribute> attributeOf(std::string_view startTag, std::string_view name);
 
 /// Text whose references to characters are replaced by these. An unknown one stays.
 std::string decoded(std::string_view value);

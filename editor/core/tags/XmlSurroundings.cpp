@@ -117,8 +117,8 @@ size_t skipSections(std::string_view text, size_t position) {
     }
 }
 
-std::optional<XmlTagToken> endTagBehind(std::string_view text, size_t position) {
-    const size_t limit = std::min(text.size(), position + surroundingsReach);
+std::optional<XmlTagToken> endTagBehind(std::string_view text, size_t position, size_t reach) {
+    const size_t limit = std::min(text.size(), position + reach);
     text = text.substr(0, limit);
     size_t depth = 0;
     for (size_t at = skipSections(text, position); at < limit; at = skipSections(text, at)) {

@@ -22,8 +22,8 @@ struct XmlTagToken {
 std::optional<XmlTagToken> tagTokenAt(std::string_view text, size_t open, size_t limit);
 /// The next "<" that begins no comment, CDATA section or the like; the text's size when there is none.
 size_t skipSections(std::string_view text, size_t position);
-/// The end of the element in which a place stands: its end tag.
-std::optional<XmlTagToken> endTagBehind(std::string_view text, size_t position);
+/// The end of the element in which a place stands: its end tag, if it ends within `reach`.
+std::optional<XmlTagToken> endTagBehind(std::string_view text, size_t position, size_t reach = surroundingsReach);
 
 /// The tags before a place, the nearest first. What stands in comments and CDATA sections is passed over.
 class XmlTagsBefore {

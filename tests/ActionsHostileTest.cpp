@@ -11,6 +11,7 @@
 #include "SwfTagDoAction.h"
 #include "SwfTags.h"
 #include "SwfWarnings.h"
+#include "TagBody.h"
 
 using namespace libswf;
 
@@ -199,9 +200,7 @@ private:
 
 // By way of objects, or of bytes wherever they do.
 Bytes bodyThroughXml(uint16_t code, const Bytes& body, bool asBytes, bool fullForm) {
-    Bytes file = hexBytes("46 57 53 08 00 00 00 00 10 00 00 01 00 00");
-    const Bytes record = recordOf(code, body);
-    file.insert(file.end(), record.begin(), record.end());
+    Bytes file = movieFile(8, recordOf(code, body));
     append16(file, 0);
     SwfMovieSafe movie;
     movie.parse(file, {.fullForm = fullForm, .keepRaw = true, .readLater = asBytes});

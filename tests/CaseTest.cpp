@@ -11,6 +11,7 @@
 #include "SwfAllTags.h"
 #include "SwfTagCodes.h"
 #include "SwfWarnings.h"
+#include "TagBody.h"
 
 using namespace libswf;
 
@@ -25,13 +26,7 @@ struct Record {
     bool operator==(const Record&) const = default;
 };
 
-// An uncompressed file of these records, with an empty stage and no frames.
-Bytes fileOf(uint8_t version, const Bytes& records) {
-    const Bytes stage = {0x10, 0x00, 0, 1, 0, 0};
-    Bytes file = joined({'F', 'W', 'S', version, 0, 0, 0, 0}, stage);
-    file = joined(std::move(file), records);
-    return joined(std::move(file), Bytes{0, 0});
-}
+Bytes fileOf(uint8_t version, const Bytes& records) { return joined(movieFile(version, records), Bytes{0, 0}); }
 
 // The record of the last tag in a list, after checking that every tag takes the bytes that were measured.
 Record writeLast(SwfTags& tags, const CaseFile& file, uint32_t tagsBefore, SwfWarnings* warnings) {

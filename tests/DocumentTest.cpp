@@ -277,19 +277,6 @@ TEST_F(DocumentTest, SaveAsRenamesOnlyWhenItWorks) {
     EXPECT_EQ(newDocument(session.names).fileName, "Untitled-2.swf");
 }
 
-TEST_F(DocumentTest, WarningsOfAMovieAreAtTheirTags) {
-    // ShowFrame, then RemoveObject2 with a byte more than it has: kept raw.
-    const std::vector<uint8_t> movie = {'F',  'W', 'S',  7,    23, 0, 0, 0, 0x08, 0x00, 0x00, 0x0C, 1, 0, //
-                                        0x40, 0,   0x03, 0x07, 1,  0, 2, 0, 0};
-    libswf::writeFile(path("w.swf"), movie);
-    Document document;
-    ASSERT_TRUE(load(document, "w.swf"));
-    const auto entries = document.warnings.entries();
-    ASSERT_EQ(entries.size(), 1u);
-    EXPECT_TRUE(std::string_view(document.text).substr(document.warnings.offset(entries[0])).starts_with("<Unknown"))
-        << document.text;
-}
-
 TEST_F(DocumentTest, AFormIsChangedAndTheOriginalKept) {
     using namespace std::string_literals;
     const std::string movie = "FWS\x08\x28\0\0\0"

@@ -1,30 +1,19 @@
-// Fonts and texts that are too large for a case file.
+// Tags that are too large for a case file: fonts, texts, tables.
 #include <gtest/gtest.h>
 
 #include "SwfAllTags.h"
 #include "SwfWarnings.h"
+#include "TagBody.h"
 
 namespace {
 
 using namespace libswf;
 
-SwfContext contextOf(SwfTag& tag, uint8_t version, SwfWarnings* warnings = nullptr) {
+Bytes bodyOf(SwfTag& tag, SwfWarnings* warnings = nullptr) {
     SwfContext context;
-    context.version = version;
-    context.tagType = tag.type;
+    context.version = 8;
     context.warnings = warnings;
-    return context;
-}
-
-std::vector<uint8_t> bodyOf(SwfTag& tag, uint8_t version, SwfWarnings* warnings = nullptr) {
-    SwfContext context = contextOf(tag, version, warnings);
-    tag.prepare();
-    const uint32_t size = tag.getSize(context);
-    SwfOStream stream(uint64_t(size) + tag.headerSize());
-    stream.context = context;
-    tag.write(stream);
-    EXPECT_EQ(stream.size(), size + tag.headerSize());
-    return {stream.begin() + tag.headerSize(), stream.end()};
+    return ::bodyOf(tag, context);
 }
 
 template <class Tag>
@@ -33,15 +22,6 @@ Tag readBody(const std::vector<uint8_t>& body, uint8_t version) {
     stream.context.version = version;
     stream.setBodyEnd(body.size());
     return Tag(stream);
-}
-
-uint32_t writeErrorOf(SwfTag& tag) {
-    try {
-        bodyOf(tag, 8);
-    } catch (const SwfException& error) {
-        return error.code();
-    }
-    return 0;
 }
 
 // A glyph of `lines` vertical lines of 10 bits each.
@@ -78,7 +58,7 @@ TEST(Fonts, OffsetsGrowWithTheGlyphs) {
         addGlyph(font.glyphs, 1);
         for (uint16_t code : {65, 66})
             font.codes.append(code);
-        const std::vector<uint8_t> body = bodyOf(font, 8);
+        const std::vector<uint8_t> body = bodyOf(font);
         const auto read = readBody<SwfTagDefineFont2>(body, 8);
         EXPECT_EQ(read.wideOffsets, wide);
         ASSERT_EQ(read.glyphs.count(), 2u);
@@ -93,7 +73,7 @@ TEST(Fonts, WrappedOffsetsAreWarnedOf) {
         addGlyph(font.glyphs, lines);
         addGlyph(font.glyphs, 1);
         SwfWarnings warnings;
-        const std::vector<uint8_t> body = bodyOf(font, 8, &warnings);
+        const std::vector<uint8_t> body = bodyOf(font, &warnings);
         EXPECT_EQ(warnings.total(), warned);
         const uint64_t offset = 4 + font.glyphs.items[0]->size;
         EXPECT_EQ(body[4] | body[5] << 8, static_cast<int>(offset & 0xFFFF));
@@ -124,34 +104,40 @@ TEST(Fonts, TextsMayHaveManyGlyphsUpToALimit) {
     SwfTagDefineText text; // of the smallest glyphs that are written
     for (int i = 0; i < 2000; ++i)
         text.records.append({}).glyphs.resize(255);
-    EXPECT_EQ(readBody<SwfTagDefineText>(bodyOf(text, 8), 8).records.size(), 2000u);
+    EXPECT_EQ(readBody<SwfTagDefineText>(bodyOf(text), 8).records.size(), 2000u);
 }
 
 TEST(Fonts, CountsAboveTheirFieldsAreRefused) {
     SwfTagDefineFont2 glyphs;
     for (uint32_t i = 0; i <= UINT16_MAX; ++i)
         glyphs.glyphs.add();
-    EXPECT_EQ(writeErrorOf(glyphs), SwfError::doesNotFit);
+    EXPECT_EQ(codeOf([&] { bodyOf(glyphs); }), SwfError::doesNotFit);
 
     SwfTagDefineFont3 kerning;
     kerning.kerning.resize(UINT16_MAX + 1);
-    EXPECT_EQ(writeErrorOf(kerning), SwfError::doesNotFit);
+    EXPECT_EQ(codeOf([&] { bodyOf(kerning); }), SwfError::doesNotFit);
 
     SwfTagDefineFontInfo name;
     name.fontName = SwfString(std::string(255, 'n'));
-    EXPECT_EQ(writeErrorOf(name), 0u);
+    EXPECT_EQ(codeOf([&] { bodyOf(name); }), 0u);
     name.fontName = SwfString(std::string(256, 'n'));
-    EXPECT_EQ(writeErrorOf(name), SwfError::doesNotFit);
+    EXPECT_EQ(codeOf([&] { bodyOf(name); }), SwfError::doesNotFit);
 
     SwfTagDefineFontAlignZones zones;
     zones.records.append({}).zones.resize(256);
-    EXPECT_EQ(writeErrorOf(zones), SwfError::doesNotFit);
+    EXPECT_EQ(codeOf([&] { bodyOf(zones); }), SwfError::doesNotFit);
+
+    SwfTagSymbolClass symbols;
+    symbols.symbols.resize(UINT16_MAX);
+    EXPECT_EQ(bodyOf(symbols).size(), 2u + UINT16_MAX * 3u);
+    symbols.symbols.append({});
+    EXPECT_EQ(codeOf([&] { bodyOf(symbols); }), SwfError::doesNotFit);
 
     SwfTagDefineText text;
     text.records.append({}).glyphs.resize(255);
-    EXPECT_EQ(writeErrorOf(text), 0u);
+    EXPECT_EQ(codeOf([&] { bodyOf(text); }), 0u);
     text.records[0].glyphs.resize(256);
-    EXPECT_EQ(writeErrorOf(text), SwfError::doesNotFit);
+    EXPECT_EQ(codeOf([&] { bodyOf(text); }), SwfError::doesNotFit);
 }
 
 } // namespace

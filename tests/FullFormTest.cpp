@@ -2,12 +2,12 @@
 // otherwise is counted, what stands as Unknown is told.
 #include <gtest/gtest.h>
 
-#include "CaseFile.h"
 #include "Completion.h"
 #include "Conversion.h"
 #include "ElementInsertion.h"
 #include "SingleTag.h"
 #include "SwfWarnings.h"
+#include "TagBody.h"
 #include "TagCheck.h"
 #include "TagPayload.h"
 #include "UnknownTag.h"
@@ -20,15 +20,11 @@ namespace {
 
 // --- parts of a document ---------------------------------------------------------------------------------------------
 
-std::string bodyOf(SwfTag& tag, MovieLayout layout) {
+std::string bodyOf(const SwfTag& tag, MovieLayout layout) {
     SwfContext context;
     context.version = layout.version;
     context.fullForm = layout.fullForm;
-    const uint32_t size = tag.getSize(context);
-    SwfOStream stream(uint64_t(size) + tag.headerSize());
-    stream.context = context;
-    tag.write(stream);
-    return hexText({stream.begin() + tag.headerSize(), size});
+    return hexText(::bodyOf(const_cast<SwfTag&>(tag), context));
 }
 
 struct FullTag {
@@ -70,7 +66,7 @@ TEST(FullDocument, PartsAreReadInItsForm) {
         EXPECT_EQ(bodyOf(*compileTag(shown, layout, nullptr), layout), bodyOf(*tag, layout)) << shown;
         const auto elements = payloadElementsAt(text, text.find(test.element));
         ASSERT_TRUE(elements);
-        EXPECT_EQ(bodyOf(const_cast<SwfTag&>(TagPayload(*elements).tag()), layout), bodyOf(*tag, layout));
+        EXPECT_EQ(bodyOf(TagPayload(*elements).tag(), layout), bodyOf(*tag, layout));
     }
     const auto sound = payloadElementsOf(text, 3);
     ASSERT_TRUE(sound);
@@ -108,9 +104,7 @@ TEST(FullDocument, OffersTheWordsOfItsForm) {
 
 // --- what the classic form shows otherwise ---------------------------------------------------------------------------
 
-std::vector<uint8_t> fileOf(const std::string& records) {
-    return hexBytes("46 57 53 09 00000000 10 00 00 01 00 00 " + records + " 00 00");
-}
+Bytes fileOf(const std::string& records) { return movieFile(9, hexBytes(records + " 00 00")); }
 
 FormDifferences differences(const std::vector<uint8_t>& file) {
     SwfMovieSafe movie;
@@ -154,7 +148,7 @@ TEST(FormDifferences, AreCountedWhereLayoutsDiffer) {
     };
     for (const auto& test : cases)
         EXPECT_EQ(differences(fileOf(test.records)), (FormDifferences{test.values, test.tags})) << test.name;
-    std::vector<uint8_t> big = hexBytes("46 57 53 09 00000000 10 00 00 01 00 00");
+    Bytes big = movieFile(9, {});
     const std::vector<uint8_t> record = hexBytes(oneDouble);
     constexpr size_t count = 30000;
     for (size_t i = 0; i < count; ++i)

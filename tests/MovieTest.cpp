@@ -7,10 +7,10 @@
 
 #include <random>
 
-#include "CaseFile.h"
 #include "SwfAllTags.h"
 #include "SwfMovie.h"
 #include "SwfWarnings.h"
+#include "TagBody.h"
 
 using namespace libswf;
 
@@ -18,9 +18,7 @@ namespace {
 
 constexpr const char* stage = "10 00  00 01  00 00"; // an empty RECT, 1 frame per second, 0 frames
 
-Bytes hexFile(const std::string& hex) { return hexBytes(hex); }
-// An uncompressed file of version 8 with these records.
-Bytes fileOf(const std::string& records) { return hexBytes("46 57 53 08 00000000 " + std::string(stage) + records); }
+Bytes fileOf(const std::string& records) { return movieFile(8, hexBytes(records)); }
 
 struct Loaded {
     SwfMovieSafe movie;
@@ -42,11 +40,15 @@ struct Loaded {
 };
 
 uint32_t failureOf(const Bytes& file) {
+    return codeOf([&] { Loaded loaded(file); });
+}
+
+std::string assertionOf(const std::function<void()>& act) {
     try {
-        Loaded loaded(file);
-        return 0;
-    } catch (const SwfException& error) {
-        return error.code();
+        act();
+        return {};
+    } catch (const SwfAssertionFailure& failure) {
+        return failure.what();
     }
 }
 
@@ -61,7 +63,7 @@ Bytes zipped(const Bytes& body) {
 TEST(MovieHeader, BothWays) {
     SwfMovieSafe movie;
     // RECT of 9 bits: 01001 000000000 001100100 000000000 001010000 …
-    movie.parse(hexFile("46 57 53 06 18000000 48 00 c8 00 28 00 80 0c 02 00 4000 4000 0000"), {});
+    movie.parse(hexBytes("46 57 53 06 18000000 48 00 c8 00 28 00 80 0c 02 00 4000 4000 0000"), {});
     EXPECT_FALSE(movie.isCompressed);
     EXPECT_EQ(movie.version, 6);
     EXPECT_EQ(movie.frameSize.Xmax, 100);
@@ -97,14 +99,14 @@ TEST(MovieHeader, WhateverIsNotCompressedIsRead) {
     // The signature of an LZMA movie makes none.
     for (const char* start : {"465753 08", "000000 08", "464343 08", "5a5753 08", "5a5753 0d", "5a5753 ff"}) {
         for (const char* length : {"00000000", "12000000", "ff000000"}) {
-            Loaded loaded(hexFile(std::string(start) + length + stage + "4000 0000"));
+            Loaded loaded(hexBytes(std::string(start) + length + stage + "4000 0000"));
             EXPECT_EQ(loaded.count(), 1u) << start << length;
             EXPECT_FALSE(loaded.movie.isCompressed) << start << length;
         }
     }
     for (const char* cut :
          {"", "46", "46 57 53 08 000000", "46 57 53 08 00000000", "46 57 53 08 00000000 10 00 00 01 00"})
-        EXPECT_EQ(failureOf(hexFile(cut)), 3u) << cut;
+        EXPECT_EQ(failureOf(hexBytes(cut)), 3u) << cut;
     EXPECT_EQ(failureOf(fileOf("")), 0u);
 }
 
@@ -115,12 +117,7 @@ TEST(MovieHeader, FrameCountFitsItsField) {
     EXPECT_NO_THROW(movie.serialise(0));
     EXPECT_EQ(movie.frameCount, 65535);
     movie.tags.append(std::make_shared<SwfTagShowFrame>());
-    try {
-        movie.serialise(0);
-        FAIL();
-    } catch (const SwfAssertionFailure& failure) {
-        EXPECT_STREQ(failure.what(), "frameCount <= 0xFFFF");
-    }
+    EXPECT_EQ(assertionOf([&] { movie.serialise(0); }), "frameCount <= 0xFFFF");
     auto sprite = std::make_shared<SwfTagDefineSprite>();
     sprite->tags = std::move(movie.tags);
     SwfMovie nested(8, 0, 0, 1, false);
@@ -371,15 +368,6 @@ TEST(TagFraming, BoundsNesting) {
         EXPECT_TRUE(tag->isUnknown());
         EXPECT_EQ(depth, 255u);
         EXPECT_GT(loaded.movie.serialise(1).size(), file.size());
-    }
-}
-
-std::string assertionOf(const std::function<void()>& act) {
-    try {
-        act();
-        return {};
-    } catch (const SwfAssertionFailure& failure) {
-        return failure.what();
     }
 }
 

@@ -6,23 +6,17 @@
 #include "SwfTagDefineMorphShape.h"
 #include "SwfTagDefineShape.h"
 #include "SwfWarnings.h"
+#include "TagBody.h"
 
 using namespace libswf;
 
 namespace {
 
-// The body as it is measured and written, with the context of a tag list.
-std::vector<uint8_t> bodyOf(SwfTag& tag, SwfWarnings* warnings = nullptr) {
+Bytes bodyOf(SwfTag& tag, SwfWarnings* warnings = nullptr) {
     SwfContext context;
     context.version = 8;
     context.warnings = warnings;
-    context.tagType = tag.type;
-    const uint32_t size = tag.getSize(context);
-    SwfOStream stream(uint64_t(size) + tag.headerSize());
-    stream.context = context;
-    tag.write(stream);
-    EXPECT_EQ(stream.size(), size + tag.headerSize());
-    return {stream.begin() + tag.headerSize(), stream.end()};
+    return ::bodyOf(tag, context);
 }
 
 // What the writer says about a tag that it refuses.

@@ -1,9 +1,9 @@
 // Bit streams and the records made of bit fields.
 #include <gtest/gtest.h>
 
-#include "CaseFile.h"
 #include "SwfStream.h"
 #include "SwfStructs.h"
+#include "TagBody.h"
 
 using namespace libswf;
 
@@ -274,12 +274,7 @@ std::string rewritten(std::string_view hex, Record& record) {
 template <class Record>
 uint32_t writeFailure(Record record) {
     SwfContext context;
-    try {
-        record.getSize(context);
-        return 0;
-    } catch (const SwfException& error) {
-        return error.code();
-    }
+    return codeOf([&] { record.getSize(context); });
 }
 
 TEST(SwfRect, FitsItsWidths) {

@@ -1,9 +1,13 @@
-// zelkc check: does a file read, convert and compile?
+// zelkc check: does a file read, convert and compile, and what is wrong with it?
+#include <cinttypes>
 #include <cstdio>
+
+#include <nlohmann/json.hpp>
 
 #include "Commands.h"
 #include "Console.h"
 #include "Movies.h"
+#include "Problems.h"
 #include "SwfWarnings.h"
 
 namespace zelkc {
@@ -12,62 +16,134 @@ using namespace libswf;
 
 namespace {
 
-struct Outcome {
+using Json = nlohmann::ordered_json;
+
+struct Checked {
     uint32_t tags = 0;  ///< of the main list
     uint64_t bytes = 0; ///< of what the file turns into
+    zelk::Problems problems;
+    std::vector<std::string> failure; ///< in lines for the user: why it does not read or compile; empty when it does
 };
 
-Outcome checkText(const File& file, const MovieOptions& options) {
+void checkText(const File& file, Checked& result) {
+    const std::string text = readText(file);
+    MovieOptions options;
     SwfMovie movie;
-    compile(file, readText(file), movie, options);
-    return {movie.tags.count(), movie.serialise(options.level, options.warnings).size()};
+    try {
+        compile(file, text, movie, options);
+        result.bytes = movie.serialise(options.level).size();
+        result.tags = movie.tags.count();
+    } catch (...) {
+        result.failure = describeFailure(file.shownName(true));
+    }
+    try {
+        result.problems = zelk::problemsOfText(text);
+    } catch (const xml2swf::XmlSyntaxError&) { // which compiling has told
+    }
 }
 
-Outcome checkMovie(const File& file, const MovieOptions& options) {
-    SwfMovieSafe movie;
-    load(file, movie, options, true);
-    return {movie.tags.count(), xml2swf::swfToXmlDocument(movie, options.conversion()).size()};
-}
-
-int check(const File& file, std::optional<bool> fullForm, bool quiet) {
-    Console console(quiet);
+void checkMovie(const File& file, const std::optional<bool>& fullForm, Checked& result) {
     SwfWarnings warnings;
     MovieOptions options;
     options.warnings = &warnings;
     options.fullForm = fullForm;
-    const bool isText = file.isText();
-    const std::string name = file.shownName(true);
     try {
-        const Outcome outcome = isText ? checkText(file, options) : checkMovie(file, options);
-        console.warnings(name, warnings, SwfWarnings::limit);
-        std::printf("%s: ok (tags %u, bytes of %s %llu, warnings %llu)\n", name.c_str(), outcome.tags,
-                    isText ? "SWF" : "XML", static_cast<unsigned long long>(outcome.bytes),
-                    static_cast<unsigned long long>(warnings.total()));
-        return ExitStatus::done;
+        SwfMovieSafe movie;
+        load(file, movie, options, true);
+        const std::string text = xml2swf::swfToXmlDocument(movie, options.conversion());
+        result.tags = movie.tags.count();
+        result.bytes = text.size();
+        result.problems = zelk::problemsOfMovie(text, warnings);
     } catch (...) {
-        console.warnings(name, warnings, SwfWarnings::limit);
-        console.failure(name);
-        return ExitStatus::badInput;
+        result.problems.add(warnings);
+        result.failure = describeFailure(file.shownName(true));
     }
+}
+
+Checked checkFile(const File& file, const std::optional<bool>& fullForm) {
+    Checked result;
+    try {
+        if (file.isText())
+            checkText(file, result);
+        else
+            checkMovie(file, fullForm, result);
+    } catch (...) {
+        result.failure = describeFailure(file.shownName(true));
+    }
+    return result;
+}
+
+Json jsonOf(const zelk::Problem& problem, bool isText) {
+    Json json = {{"severity", severityName(problem.severity)}, {"kind", kindName(problem.kind)}};
+    if (isText && problem.row != 0) {
+        json["row"] = problem.row;
+        json["column"] = problem.column;
+    }
+    if (!problem.path.empty())
+        json["index"] = problem.path;
+    if (!problem.tag.empty())
+        json["tag"] = problem.tag;
+    if (problem.id)
+        json["id"] = *problem.id;
+    json["reason"] = problem.reason;
+    return json;
+}
+
+void printJson(const File& file, const Checked& checked, bool isGood) {
+    Json json = {{"file", file.name},
+                 {"ok", isGood},
+                 {"tags", checked.tags},
+                 {"bytes", checked.bytes},
+                 {"errors", checked.problems.errors},
+                 {"warnings", checked.problems.warnings}};
+    if (!checked.failure.empty())
+        json["failure"] = checked.failure;
+    json["problems"] = Json::array();
+    for (const zelk::Problem& problem : checked.problems.items)
+        json["problems"].push_back(jsonOf(problem, file.isText()));
+    std::printf("%s\n", json.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
+}
+
+struct CheckArguments {
+    Input input;
+    std::optional<bool> fullForm;
+    bool quiet = false, json = false, strict = false;
+};
+
+int check(const File& file, const CheckArguments& arguments) {
+    Console console(arguments.quiet);
+    const std::string name = file.shownName(true);
+    const Checked checked = checkFile(file, arguments.fullForm);
+    const zelk::Problems& problems = checked.problems;
+    const bool isGood =
+        checked.failure.empty() && problems.errors == 0 && (!arguments.strict || problems.warnings == 0);
+    if (arguments.json) {
+        printJson(file, checked, isGood);
+    } else {
+        console.problems(name, problems, !file.isText());
+        console.failure(checked.failure);
+        if (checked.failure.empty())
+            std::printf("%s: %s (tags %" PRIu32 ", bytes of %s %" PRIu64 ", warnings %" PRIu64 ", errors %" PRIu64
+                        ")\n",
+                        name.c_str(), isGood ? "ok" : "not ok", checked.tags, file.isText() ? "SWF" : "XML",
+                        checked.bytes, problems.warnings, problems.errors);
+    }
+    flushStandardOutput();
+    return isGood ? ExitStatus::done : ExitStatus::badInput;
 }
 
 } // namespace
 
 void addCheck(CLI::App& app, Command& chosen) {
-    struct Arguments {
-        Input input;
-        std::optional<bool> fullForm;
-        bool quiet = false;
-    };
-    CLI::App* command = app.add_subcommand("check", "Say whether a file reads and compiles, with every warning");
-    auto arguments = std::make_shared<Arguments>();
+    CLI::App* command = app.add_subcommand("check", "Say whether a file reads and compiles, and what is wrong with it");
+    auto arguments = std::make_shared<CheckArguments>();
     addInput(*command, arguments->input);
+    command->add_flag("--json", arguments->json, "For machines: one JSON object");
+    command->add_flag("--strict", arguments->strict, "Let warnings fail, too");
     addForm(*command, arguments->fullForm, "Form in which a movie is shown, classic or full");
     addQuiet(*command, arguments->quiet);
     command->callback([arguments, &chosen] {
-        chosen = [file = arguments->input.file(), arguments] {
-            return check(file, arguments->fullForm, arguments->quiet);
-        };
+        chosen = [file = arguments->input.file(), arguments] { return check(file, *arguments); };
     });
 }
 

@@ -128,6 +128,12 @@ void Console::failure(const std::string& file, bool inOneLine) {
     line(all);
 }
 
+void Console::failure(const std::vector<std::string>& lines) {
+    const std::lock_guard lock(_mutex);
+    for (const std::string& text : lines)
+        line(text);
+}
+
 void Console::warnings(const std::string& file, const libswf::SwfWarnings& warnings, size_t most) {
     if (_quiet || warnings.empty())
         return;
@@ -137,6 +143,16 @@ void Console::warnings(const std::string& file, const libswf::SwfWarnings& warni
         line("warning: " + file + ": " + warnings.items()[i].text());
     if (shown < warnings.total())
         line("warning: " + file + ": " + "and " + std::to_string(warnings.total() - shown) + " more");
+}
+
+void Console::problems(const std::string& file, const zelk::Problems& problems, bool isOfMovie) {
+    const std::lock_guard lock(_mutex);
+    for (const zelk::Problem& problem : problems.items) {
+        if (!_quiet || problem.severity == zelk::Problem::Severity::error)
+            line(std::string(severityName(problem.severity)) + ": " + file + ": " + lineOf(problem, isOfMovie));
+    }
+    if (problems.more != 0 && !_quiet)
+        line("warning: " + file + ": and " + std::to_string(problems.more) + " more");
 }
 
 void Console::warning(const std::string& file, const std::string& text) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "Problems.h"
 #include "SwfWarnings.h"
 
 namespace zelkc {
@@ -25,8 +26,12 @@ public:
 
     /// Shows the exception being handled: a line per fact, or all in one line.
     void failure(const std::string& file, bool inOneLine = false);
+    /// The same, of one that describeFailure told.
+    void failure(const std::vector<std::string>& lines);
     /// One line each, and a line with the number of those that are not shown. Nothing when quiet.
     void warnings(const std::string& file, const libswf::SwfWarnings& warnings, size_t most = mostWarnings);
+    /// One line each; only errors when quiet. Rows are left out where the file has none.
+    void problems(const std::string& file, const zelk::Problems& problems, bool isOfMovie);
     /// Nothing when quiet.
     void warning(const std::string& file, const std::string& text);
     /// A bar, drawn on a terminal only.

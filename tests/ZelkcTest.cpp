@@ -274,6 +274,38 @@ TEST_F(ZelkcTest, ShowsTwentyWarningsAndCountsTheRest) {
     EXPECT_NE(run("check cut.xml").err.find("an edge has deltas of 65,536"), std::string::npos) << "in writing";
 }
 
+TEST_F(ZelkcTest, TellsWhatIsWrongWithAMovieThatCompiles) {
+    put("warned.xml", "<Movie>\n<RemoveObject2 Depth=\"1\"/></Movie>");
+    put("broken.xml", "<Movie>\n<PlaceObject2 Depth=\"1\" CharacterId=\"9\"/></Movie>");
+    EXPECT_EQ(run("convert broken.xml broken.swf").status, 0);
+    const struct {
+        const char* arguments;
+        int status;
+        const char *out, *err;
+    } cases[] = {
+        {"warned.xml", 0, "warned.xml: ok (tags 1, ", "warning: warned.xml: row 2, column 1: tag 0 (RemoveObject2): "},
+        {"--strict warned.xml", 1, "warned.xml: not ok (", "warning: "},
+        {"--quiet warned.xml", 0, "ok", ""},
+        {"broken.xml", 1, "broken.xml: not ok (", "error: broken.xml: row 2, column 1: tag 0 (PlaceObject2): nothing"},
+        {"broken.swf", 1, "broken.swf: not ok (", "error: broken.swf: tag 0 (PlaceObject2): nothing defines"},
+    };
+    for (const auto& c : cases) {
+        const Result result = run("check " + std::string(c.arguments));
+        EXPECT_EQ(result.status, c.status) << c.arguments;
+        EXPECT_NE(result.out.find(c.out), std::string::npos) << result.out;
+        EXPECT_EQ(result.err.substr(0, std::string_view(c.err).size()), c.err) << c.arguments;
+    }
+    const auto json = nlohmann::json::parse(run("check --json broken.xml").out);
+    EXPECT_EQ(json["ok"], false);
+    EXPECT_EQ(json["errors"], 1);
+    const auto& problem = json["problems"][0];
+    EXPECT_EQ(problem["kind"], "undefined-id");
+    EXPECT_EQ(problem["severity"], "error");
+    EXPECT_EQ(problem["index"], "0");
+    EXPECT_EQ(problem["row"], 2);
+    EXPECT_EQ(problem["id"], 9);
+}
+
 TEST_F(ZelkcTest, ConvertsManyFiles) {
     put("other.xml", goodText);
     put("broken.xml", "<Movie>");

@@ -1,0 +1,85 @@
+// The characters of a movie: which tag defines one, which use it, and what it is called.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace zelk {
+
+/// What a tag does with the character whose id it has.
+enum class IdRole : uint8_t {
+    defines,
+    imports, ///< from another movie
+    places,
+    removes,
+    button,  ///< shows it as a part of a button
+    fills,   ///< fills with the picture
+    writes,  ///< writes in the font
+    plays,   ///< the sound
+    details, ///< says more about it: names of fonts, sounds of buttons, frames of videos
+    scripts, ///< runs a script for it
+    names,   ///< exports it, or gives it a class or a name
+    frees
+};
+
+/// "placed", "fill of a shape" and the like.
+std::string_view roleText(IdRole role);
+constexpr bool isDefinition(IdRole role) { return role == IdRole::defines || role == IdRole::imports; }
+
+/// An id where it stands in a text.
+struct CharacterId {
+    uint16_t id;
+    IdRole role;
+    bool isInBytes;      ///< the id is part of a tag's bytes that the text has as base64
+    uint32_t tag;        ///< tags are numbered in the order in which they start, as in TagIndex
+    uint32_t tagStart;   ///< byte of its "<"
+    uint32_t start, end; ///< of the attribute's value between its quotes; of the element, for one in bytes
+};
+
+struct CharacterName {
+    /// The first of them says most.
+    enum class Kind : uint8_t { exported, ofClass, given, imported, font, instance };
+    Kind kind;
+    std::string text;
+    bool operator==(const CharacterName&) const = default;
+};
+
+class Characters {
+public:
+    static constexpr uint16_t noBitmap = UINT16_MAX; ///< the id of a fill with no picture
+
+    Characters() = default;
+    /// [any thread] Goes over the whole text, which is in either form. Without any for a text that is no movie. Throws
+    /// XmlSyntaxError.
+    explicit Characters(std::string_view text);
+
+    /// All ids in the order of the text.
+    const std::vector<CharacterId>& all() const { return _ids; }
+    /// Where one of them stands, in the order of the text.
+    std::vector<CharacterId> of(uint16_t id) const;
+    /// The first definition; null when there is none.
+    const CharacterId* definition(uint16_t id) const;
+    /// The id in whose value or between whose quotes a place is.
+    const CharacterId* at(size_t offset) const;
+    /// The id that a tag is about: the first that it has. Null for a tag without.
+    const CharacterId* ofTag(uint32_t tag) const;
+
+    /// Different ones, those that say most first.
+    const std::vector<CharacterName>& names(uint16_t id) const;
+    /// The first of them; empty for none.
+    std::string_view name(uint16_t id) const;
+
+private:
+    friend class CharacterReader;
+    void finish();
+
+    std::vector<CharacterId> _ids;
+    std::vector<uint32_t> _byId; // indices into _ids, by id and place
+    std::unordered_map<uint16_t, std::vector<CharacterName>> _names;
+};
+
+} // namespace zelk

@@ -27,6 +27,7 @@ void addCompare(CLI::App& app, Command& chosen);
 void addExtract(CLI::App& app, Command& chosen);
 void addReplace(CLI::App& app, Command& chosen);
 void addSchema(CLI::App& app, Command& chosen);
+void addTexts(CLI::App& app, Command& chosen);
 
 /// The file behind a name and the value of the option that tells its kind. Throws CLI::ValidationError when neither
 /// tells it.

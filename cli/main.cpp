@@ -20,7 +20,7 @@ int run(int argc, char** argv) {
     app.footer("Exit status: 0 done, 1 the input is at fault, 2 wrong use.");
     app.require_subcommand(1);
     Command chosen;
-    for (auto add : {addConvert, addInfo, addCheck, addCompare, addExtract, addReplace, addSchema})
+    for (auto add : {addConvert, addInfo, addCheck, addCompare, addExtract, addReplace, addSchema, addTexts})
         add(app, chosen);
     try {
         app.parse(argc, argv);

@@ -126,6 +126,8 @@ void addTexts(CLI::App& app, Command& chosen) {
         ->required();
     command->add_option("--apply", arguments->translations, "Put in what this .po, .csv or .json has as translations")
         ->type_name("TEXTS");
+    command->add_flag("--scripts", arguments->choice.scripts,
+                      "Also the strings that scripts push, but those that the code shows to be names");
     command->add_flag("--names", arguments->choice.names,
                       "Also frame labels, names of instances, exports, classes and variables");
     command->add_flag("--widen", arguments->options.widen,

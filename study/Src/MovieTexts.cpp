@@ -2,8 +2,10 @@
 
 #include "FieldTexts.h"
 #include "MovieStrings.h"
+#include "ScriptTexts.h"
 #include "SwfTagDefineButton.h"
 #include "SwfTagDefineSprite.h"
+#include "SwfTagDoAction.h"
 #include "SwfTagPlaceObject.h"
 #include "SwfTagsAssets.h"
 #include "SwfTagsControl.h"
@@ -94,6 +96,8 @@ void TextCollector::collectTag(const SwfTagWrapper& tag, const List& list) {
         addStatic(*text, list);
     else if (const auto* field = dynamic_cast<const SwfTagDefineEditText*>(_tag))
         addField(*field, list);
+    if (_choice.scripts && mayHaveScripts(*_tag))
+        addScripts(tag, list);
     if (_choice.names)
         addNames(*tag, list);
 }
@@ -179,6 +183,40 @@ void TextCollector::addName(TextKind kind, uint32_t slot, const SwfString& name,
 
 void TextCollector::addPlaceName(uint16_t depth, const SwfString& name, const List& list) {
     addName(TextKind::instanceName, 0, name, "name:" + list.frameKey() + "/depth" + std::to_string(depth), list);
+}
+
+// Where a tag's scripts belong, as their keys say it. Empty for a tag without.
+static std::string scriptOwner(const SwfTag& tag, const std::string& frame) {
+    if (const auto* init = dynamic_cast<const SwfTagDoInitAction*>(&tag))
+        return "init" + std::to_string(init->spriteId);
+    if (const auto* button = dynamic_cast<const SwfTagDefineButton*>(&tag))
+        return "button" + std::to_string(button->buttonId);
+    if (const auto* button2 = dynamic_cast<const SwfTagDefineButton2*>(&tag))
+        return "button" + std::to_string(button2->buttonId);
+    if (const auto* place2 = dynamic_cast<const SwfTagPlaceObject2*>(&tag))
+        return place2->hasClipActions ? frame + "/depth" + std::to_string(place2->depth) : "";
+    if (const auto* place3 = dynamic_cast<const SwfTagPlaceObject3*>(&tag))
+        return place3->hasPlace(SwfPlaceFlag::clipActions) ? frame + "/depth" + std::to_string(place3->depth) : "";
+    if (const auto* abc = dynamic_cast<const SwfTagDoABC*>(&tag))
+        return abc->name.empty() ? "abc" : "abc/" + std::string(abc->name.view());
+    return tag.type == SwfTagCode::DoABCDefine ? "abc" : frame;
+}
+
+void TextCollector::addScripts(const SwfTagWrapper& tag, const List& list) {
+    const std::string own = scriptOwner(*tag, list.frameKey());
+    if (own.empty())
+        return;
+    const std::string owner = unique("script:" + shownString(own, _movie.version));
+    MovieText text = start(TextKind::script, *tag, list);
+    for (const ScriptText& found : scriptTexts(scriptElement(tag, _movie.version))) {
+        const uint32_t slot = text.slot++;
+        if (found.isName || found.bytes.empty())
+            continue;
+        MovieText part = text;
+        part.slot = slot;
+        part.text = shownString(found.bytes, _movie.version);
+        add(std::move(part), owner + ":" + shownString(found.part, _movie.version));
+    }
 }
 
 void TextCollector::addNames(const SwfTag& tag, const List& list) {

@@ -5,6 +5,7 @@
 #include "FieldTexts.h"
 #include "MovieStrings.h"
 #include "MovieTexts.h"
+#include "ScriptTexts.h"
 #include "StaticTexts.h"
 #include "SwfException.h"
 #include "SwfTagDefineEditText.h"
@@ -86,6 +87,8 @@ private:
     }
     void replaceInitial(SwfTagDefineEditText& field, std::string text) const;
 
+    void putScripts(ChangedTexts& result);
+
     bool isTouched(const TagPath& path) const;
     SwfTagWrapper written(const SwfTagWrapper& tag, TagPath& path) const;
     void writeList(const SwfTags& from, SwfTags& to, TagPath& path) const;
@@ -94,6 +97,11 @@ private:
     const TextChangeOptions _options;
     const TextFonts _fonts;
     std::map<TagPath, SwfTagWrapper> _touched;
+    struct ScriptChange {
+        uint32_t slot;
+        const NewText* change;
+    };
+    std::map<TagPath, std::vector<ScriptChange>> _scripts; // of a tag all at once
 };
 
 ChangedTexts TextChanger::run(std::span<const NewText> changes) {
@@ -109,6 +117,10 @@ ChangedTexts TextChanger::run(std::span<const NewText> changes) {
             const MovieText* target = found[i] != nullptr ? found[i] : targets.moved(change);
             if (target->text == change.text)
                 continue;
+            if (target->kind == TextKind::script) {
+                _scripts[target->tagPath].push_back({target->slot, &change});
+                continue;
+            }
             put(*target, change.text);
             ++result.changed;
         } catch (const TextRefusal& refusal) {
@@ -117,6 +129,7 @@ ChangedTexts TextChanger::run(std::span<const NewText> changes) {
             result.problems.push_back({change.key, error.what()});
         }
     }
+    putScripts(result);
     static_cast<SwfMovieHeader&>(result.movie) = _movie;
     result.movie.source = _movie.source();
     TagPath path;
@@ -140,6 +153,47 @@ void TextChanger::put(const MovieText& target, const std::string& text) {
         putName(*tag, target, text);
     }
     _touched[target.tagPath] = tag;
+}
+
+// Through the XML of the tag, where branches lead to labels and constants stand by their text, so that sizes, branches
+// and pools are worked out anew.
+void TextChanger::putScripts(ChangedTexts& result) {
+    for (auto& [path, changes] : _scripts) {
+        const auto touched = _touched.find(path);
+        const SwfTagWrapper tag = touched != _touched.end() ? touched->second : tagAt(_movie.tags.tags(), path);
+        std::string element = scriptElement(tag, _movie.version);
+        const std::vector<ScriptText> texts = scriptTexts(element);
+        std::sort(changes.begin(), changes.end(),
+                  [](const ScriptChange& a, const ScriptChange& b) { return a.slot > b.slot; }); // from the end
+        uint32_t count = 0;
+        const auto refuse = [&](const ScriptChange& change, std::string reason) {
+            result.problems.push_back({change.change->key, std::move(reason)});
+        };
+        for (const ScriptChange& change : changes) {
+            const ScriptText& text = texts.at(change.slot);
+            try {
+                const std::string bytes = storedString(change.change->text, text.bytes, _movie.version);
+                element.replace(text.start, text.end - text.start, scriptValue(bytes, text.isAbc));
+                ++count;
+            } catch (const TextRefusal& refusal) {
+                refuse(change, refusal.reason);
+            }
+        }
+        try {
+            const SwfTagWrapper made = scriptTag(element, _movie.version);
+            SwfContext context;
+            context.version = _movie.version;
+            context.fullForm = true;
+            made->prepare();
+            made->getSize(context); // which tells what does not fit
+            _touched[path] = made;
+            result.changed += count;
+        } catch (const std::exception& error) {
+            for (const ScriptChange& change : changes)
+                refuse(change,
+                       std::string("the script of this and other new texts cannot be written: ") + error.what());
+        }
+    }
 }
 
 // A field that is shown in a font of the movie has only its glyphs.

@@ -34,6 +34,7 @@ private:
     void collectTag(const libswf::SwfTagWrapper& tag, const List& list);
     void addStatic(const libswf::SwfTagDefineText& text, const List& list);
     void addField(const libswf::SwfTagDefineEditText& field, const List& list);
+    void addScripts(const libswf::SwfTagWrapper& tag, const List& list);
     void addNames(const libswf::SwfTag& tag, const List& list);
     void addPlaceName(uint16_t depth, const libswf::SwfString& name, const List& list);
 

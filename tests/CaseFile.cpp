@@ -93,21 +93,73 @@ std::string repeatedElements(std::string_view text) {
     return result + std::string(text);
 }
 
+// Puts in the end tags of the elements that are known to end by the indentation: a line that is a start tag and nothing
+// else holds the deeper lines behind it.
+std::string withEndTags(const std::string& content) {
+    std::string result;
+    std::vector<std::pair<size_t, std::string>> open; // indentation and name
+    const auto close = [&](size_t indentation, std::string_view line) {
+        for (; !open.empty() && open.back().first >= indentation; open.pop_back()) {
+            const std::string end = "</" + open.back().second + ">";
+            if (open.back().first != indentation || !line.starts_with(end))
+                result += std::string(open.back().first, ' ') + end + "\n";
+        }
+    };
+    std::istringstream lines(content);
+    std::string line, before; // the one before, if it is a start tag
+    size_t beforeAt = 0;
+    while (std::getline(lines, line)) {
+        const size_t at = std::min(line.find_first_not_of(' '), line.size());
+        const std::string_view text = std::string_view(line).substr(at);
+        if (!before.empty() && at > beforeAt)
+            open.emplace_back(beforeAt, before.substr(1, before.find_first_of(" >") - 1));
+        else if (!text.empty())
+            close(at, text);
+        const bool isStart = text.starts_with('<') && text.find('>') == text.size() - 1 &&
+                             std::isalpha(static_cast<unsigned char>(text[1])) && !text.ends_with("/>");
+        before = isStart ? text : std::string_view();
+        beforeAt = at;
+        result += line + "\n";
+    }
+    close(0, {});
+    result.resize(result.size() - (result.empty() ? 0 : 1)); // as the content, without a line feed at the end
+    return result;
+}
+
+// "READ => WRITTEN" on a line stands for bytes that are written as others, "READ ~> WRITTEN" for those that are only
+// after they were XML.
+void readBody(CaseFile& file, const std::string& content) {
+    file.body.emplace();
+    Bytes saved, compiled;
+    std::istringstream lines(content);
+    for (std::string line; std::getline(lines, line);) {
+        line.resize(std::min(line.size(), line.find('#')));
+        const size_t arrow = line.find('>');
+        const Bytes read = hexBytes(line.substr(0, arrow - (arrow == line.npos ? 0 : 1)));
+        const Bytes written = arrow == line.npos ? read : hexBytes(line.substr(arrow + 1));
+        file.body = joined(std::move(*file.body), read);
+        saved = joined(std::move(saved), line.find("=>") == line.npos ? read : written);
+        compiled = joined(std::move(compiled), written);
+    }
+    if (content.find("=>") != content.npos)
+        file.resaved = saved;
+    if (content.find("=>") != content.npos || content.find("~>") != content.npos)
+        file.rewritten = compiled;
+}
+
 bool readSection(CaseFile& file, std::string_view keyword, const std::string& content) {
     if (keyword == "before")
         file.before = hexBytes(content);
     else if (keyword == "body")
-        file.body = hexBytes(content);
+        readBody(file, content);
     else if (keyword == "rewritten")
         file.rewritten = hexBytes(content);
     else if (keyword == "resaved")
         file.resaved = hexBytes(content);
-    else if (keyword == "written")
-        file.rewritten = file.resaved = hexBytes(content);
     else if (keyword == "xml")
-        file.xml = repeatedElements(content);
+        file.xml = repeatedElements(withEndTags(content));
     else if (keyword == "accepts")
-        file.accepts.push_back(repeatedElements(content));
+        file.accepts.push_back(repeatedElements(withEndTags(content)));
     else
         return false;
     return true;
@@ -172,6 +224,8 @@ static std::vector<CaseFile> parseText(const std::filesystem::path& path, const 
     std::vector<CaseFile> files;
     CaseFile file, header;
     file.path = path;
+    const std::string folder = path.parent_path().filename();
+    file.fullForm = folder == "full" || folder == "abc";
     std::istringstream in(text);
     size_t row = 0, sectionRow = 0;
     std::string keyword, content, line;

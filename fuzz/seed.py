@@ -2,70 +2,32 @@
 """Fills a fuzz target's corpus folder: seed.py TARGET DIR."""
 import hashlib
 import io
+import os
 import pathlib
-import re
-import struct
 import subprocess
 import sys
+import tempfile
 import warnings
 import zipfile
 import zlib
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 CORPUS = ROOT.parent / 'shared' / 'corpus'
-ZELKC = ROOT / 'build' / 'release' / 'bin' / 'zelkc'
+BIN = ROOT / 'build' / 'release' / 'bin'
 LIMIT = 40_000
 
 
-def hexes(text):
-    data = b''
-    for word in re.sub(r'#.*', '', text).split():
-        digits, _, times = word.partition('*')
-        data += bytes.fromhex(digits) * int(times or 1)
-    return data
-
-
-def cases():
-    """(code, version, records before, body, xml) of every case."""
-    for path in sorted((ROOT / 'tests' / 'cases').rglob('*.case')):
-        content = path.read_text(encoding='latin-1')
-        if '{' not in content:  # else it stands for many cases of single flags
-            yield from cases_in(content)
-
-
-def cases_in(content):
-    values, sections, head, name = {}, {}, None, None
-    text = lambda key: '\n'.join(sections.get(key, []))
-    number = lambda key, default: int(values.get(key, str(default)).split()[0])
-    case = lambda: (number('tag', 0), number('version', 8), hexes(text('before')), hexes(text('body')), text('xml'))
-    for line in content.splitlines():
-        if not line or line.startswith('  '):
-            if name:
-                sections[name].append(line[2:])
-        elif not line.startswith('#'):
-            name, _, value = line.partition(' ')
-            if name in sections and name in ('body', 'xml') or name == 'body' and 'xml' in sections:
-                yield case()
-                values, sections = dict(head[0]), dict(head[1])
-            if name in ('body', 'xml') and head is None:
-                head = dict(values), dict(sections)
-            values[name], sections[name] = value, []
-    yield case()
-
-
-def movie(version, records):
-    body = bytes([0x10, 0x00]) + b'\x00\x0c\x01\x00' + records + b'\0\0'
-    return b'FWS' + bytes([version]) + struct.pack('<I', len(body) + 8) + body
-
-
-def record(code, body):
-    return struct.pack('<HI', code << 6 | 63, len(body)) + body
+def cases(kind):
+    """What `kind` (xml or swf) all cases of the tests are, as movies."""
+    with tempfile.TemporaryDirectory() as folder:
+        subprocess.run([BIN / 'zelk_tests', '--gtest_also_run_disabled_tests', '--gtest_filter=CaseFiles.*AsSeeds'],
+                       env=os.environ | {'ZELK_SEEDS': folder}, stdout=subprocess.DEVNULL, check=True)
+        for path in sorted(pathlib.Path(folder).glob('*.' + kind)):
+            yield path.read_bytes()
 
 
 def movies():
-    for code, version, before, body, _ in cases():
-        if body:
-            yield movie(version, before + record(code, body))
+    yield from cases('swf')
     for path in sorted(CORPUS.rglob('*.swf')):
         data = path.read_bytes()
         if data[:1] == b'C':
@@ -77,12 +39,10 @@ def movies():
 
 
 def texts():
-    for _, version, _, _, xml in cases():
-        if xml.strip():
-            yield f'<Movie SwfVersion="{version}">{xml}</Movie>'.encode('latin-1')
+    yield from cases('xml')
     for path in sorted(CORPUS.rglob('*.swf')):
-        if path.stat().st_size < 4000 and ZELKC.exists():
-            yield subprocess.run([ZELKC, 'convert', '--quiet', '--from', 'swf', '--to', 'xml', path, '-'],
+        if path.stat().st_size < 4000:
+            yield subprocess.run([BIN / 'zelkc', 'convert', '--quiet', '--from', 'swf', '--to', 'xml', path, '-'],
                                  capture_output=True, check=False).stdout
 
 

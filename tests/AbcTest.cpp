@@ -1,17 +1,8 @@
 // Blocks of ActionScript 3 through XML and back: real ones, broken ones and edited ones.
-#include <gtest/gtest.h>
+#include "Tests.h"
 
-#include <set>
-
-#include "CaseFile.h"
-#include "Conversion.h"
 #include "MovieCompare.h"
-#include "Paths.h"
 #include "SwfAbcCode.h"
-#include "SwfAllTags.h"
-#include "SwfMovie.h"
-#include "SwfUtils.h"
-#include "SwfWarnings.h"
 
 using namespace libswf;
 using namespace xml2swf;

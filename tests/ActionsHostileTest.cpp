@@ -1,17 +1,9 @@
 // Action lists that lie about their sizes, nest without end or are random: read in bounded work, and kept byte for byte
 // where nothing may be lost.
-#include <gtest/gtest.h>
+#include "Tests.h"
 
-#include <random>
-
-#include "CaseFile.h"
-#include "Conversion.h"
-#include "Paths.h"
 #include "SwfActionsPayload.h"
 #include "SwfTagDoAction.h"
-#include "SwfTags.h"
-#include "SwfWarnings.h"
-#include "TagBody.h"
 
 using namespace libswf;
 

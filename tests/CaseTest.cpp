@@ -1,17 +1,9 @@
 // Runs every case file in both directions. ZELK_SHOW=1 prints what the code gives for each case that runs.
-#include <gtest/gtest.h>
+#include "Tests.h"
 
-#include <cstdlib>
 #include <iostream>
-#include <set>
 
-#include "CaseFile.h"
-#include "Conversion.h"
-#include "Paths.h"
-#include "SwfAllTags.h"
 #include "SwfTagCodes.h"
-#include "SwfWarnings.h"
-#include "TagBody.h"
 
 using namespace libswf;
 
@@ -380,6 +372,26 @@ std::string caseName(const testing::TestParamInfo<std::filesystem::path>& info) 
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, CaseTest, testing::ValuesIn(findCases(casesDir)), caseName);
+
+// What fuzz/seed.py runs: every case as a movie, in a file each.
+TEST(CaseFiles, DISABLED_AsSeeds) {
+    const std::string folder = std::getenv("ZELK_SEEDS");
+    size_t count = 0;
+    const auto write = [&](const char* extension, std::string_view content) {
+        std::ofstream(folder + "/" + std::to_string(count++) + extension, std::ios::binary) << content;
+    };
+    for (const auto& path : findCases(casesDir)) {
+        for (const CaseFile& each : parseCases(path)) {
+            if (each.body) {
+                const Bytes bytes = fileOf(each.version, joined(each.before, recordOf(each.tag, *each.body)));
+                write(".swf", {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+            }
+            if (each.xml)
+                write(".xml", std::string(each.fullForm ? "<Movie Form=\"full\"" : "<Movie") + " SwfVersion=\"" +
+                                  std::to_string(each.version) + "\">" + *each.xml + "</Movie>");
+        }
+    }
+}
 
 TEST(TagTable, EveryTagHasACase) {
     std::set<std::string> shown;

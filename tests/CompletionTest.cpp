@@ -1,11 +1,8 @@
 // What may be typed at a place, and where new elements go. "|" in a text is the place.
-#include <gtest/gtest.h>
+#include "Tests.h"
 
 #include "Completion.h"
-#include "Conversion.h"
 #include "ElementInsertion.h"
-#include "Paths.h"
-#include "SwfUtils.h"
 
 namespace {
 

@@ -1,10 +1,9 @@
 // Documents under test: a folder of their own, a user who answers from a list, commands.
 #pragma once
 
-#include <gtest/gtest.h>
+#include "Tests.h"
 
 #include <deque>
-#include <random>
 #include <thread>
 
 #include "DocumentViewCommands.h"

@@ -1,16 +1,12 @@
 // Documents on their way from and to files, and the commands around them.
-#include <gtest/gtest.h>
 
-#include <map>
 #include <thread>
 
-#include "Conversion.h"
 #include "DocumentFiles.h"
 #include "DocumentFixture.h"
 #include "DocumentViewTextCommands.h"
 #include "Exceptions.h"
 #include "ProjectFile.h"
-#include "SwfUtils.h"
 #include "TagIndex.h"
 
 namespace {
@@ -19,7 +15,6 @@ using namespace zelk;
 using namespace zelk::guicommand;
 using namespace zelk::guicommand::documentview;
 using namespace zelk::guicommand::documentviewtext;
-namespace fs = std::filesystem;
 
 constexpr const char* movieText = R"(<?xml version="1.0" encoding="UTF-8" ?>
 <Movie SwfVersion="7" Width="550" Height="400" FrameRate="12">
@@ -54,28 +49,6 @@ TEST_F(DocumentTest, EveryKindGivesBackWhatWasSaved) {
         }
     }
     EXPECT_TRUE(user.failures.empty());
-}
-
-TEST_F(DocumentTest, UntouchedTagsKeepTheirBytes) {
-    // ShowFrame with a long header, which compiling from the text alone would make short; two bytes after End.
-    const std::vector<uint8_t> movie = {'F',  'W',  'S', 7, 29, 0, 0, 0, 0x08, 0x00, 0x00, 0x0C, 1, 0, //
-                                        0x43, 2,    1,   2, 3,                                         //
-                                        0x7F, 0x00, 0,   0, 0,  0, 0, 0, 0xAA, 0xBB};
-    libswf::writeFile(path("m.swf"), movie);
-    Document document;
-    ASSERT_TRUE(load(document, "m.swf"));
-    const std::string text = document.text;
-    ASSERT_TRUE(save(document, text, "m.swf"));
-    EXPECT_EQ(libswf::readFile(path("m.swf")), movie);
-    EXPECT_EQ(libswf::readFile(path("m.swf.bak")), movie);
-
-    std::string edited = text;
-    edited.replace(edited.find("1020300"), 7, "1020400");
-    ASSERT_TRUE(save(document, edited, "m.swf"));
-    std::vector<uint8_t> expected = movie;
-    expected[18] = 4;
-    EXPECT_EQ(libswf::readFile(path("m.swf")), expected);
-    EXPECT_EQ(libswf::readFile(path("m.swf.bak")), movie);
 }
 
 TEST_F(DocumentTest, FailuresAreReportedAndLoseNothing) {

@@ -1,12 +1,7 @@
-// What documents rest on: macros, the progress of jobs, messages, recent files.
-#include <gtest/gtest.h>
+// What documents rest on: macros, the progress of jobs, recent files.
+#include "Tests.h"
 
 #include <cctype>
-#include <map>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
 
 #include "Command.h"
 #include "Exceptions.h"
@@ -79,14 +74,6 @@ TEST(Job, TheEstimateComesFromTheFirstReport) {
     EXPECT_EQ(progress.estimate(), "0 sec");
     progress.cancel();
     EXPECT_THROW(progress.report(0.6), JobCancelled);
-}
-
-TEST(Messages, SayWhereAnXmlIsNotWellFormed) {
-    try {
-        throw XmlException("expected >", 3, 14);
-    } catch (...) {
-        EXPECT_EQ(describeFailure().message.text, "Error description: expected >\nRow: 3\nCol: 14");
-    }
 }
 
 class MapSettings : public ISettings {

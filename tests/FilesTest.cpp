@@ -1,13 +1,7 @@
 // Files on the disk: read, written whole or not at all, and what is told of those that cannot be.
-#include <gtest/gtest.h>
+#include "Tests.h"
 
-#include <random>
-
-#include "CaseFile.h"
 #include "SmallDisk.h"
-#include "SwfException.h"
-#include "SwfMovie.h"
-#include "SwfUtils.h"
 #include "SwfVector.h"
 
 using namespace libswf;

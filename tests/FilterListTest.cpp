@@ -1,5 +1,5 @@
 // Filter lists that are too long for a case file.
-#include <gtest/gtest.h>
+#include "Tests.h"
 
 #include "SwfFilters.h"
 

@@ -1,9 +1,5 @@
 // Tags that are too large for a case file: fonts, texts, tables.
-#include <gtest/gtest.h>
-
-#include "SwfAllTags.h"
-#include "SwfWarnings.h"
-#include "TagBody.h"
+#include "Tests.h"
 
 namespace {
 

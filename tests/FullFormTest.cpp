@@ -1,13 +1,10 @@
 // The two forms side by side: what works on a part of a document follows its form, what the classic form shows
 // otherwise is counted, what stands as Unknown is told.
-#include <gtest/gtest.h>
+#include "Tests.h"
 
 #include "Completion.h"
-#include "Conversion.h"
 #include "ElementInsertion.h"
 #include "SingleTag.h"
-#include "SwfWarnings.h"
-#include "TagBody.h"
 #include "TagCheck.h"
 #include "TagPayload.h"
 #include "UnknownTag.h"

@@ -1,8 +1,6 @@
 // Small real movies cut short and with single bytes changed: refused in order, or shown, compiled and read again.
-#include <gtest/gtest.h>
+#include "Tests.h"
 
-#include "Paths.h"
-#include "SwfUtils.h"
 #include "fuzz/Movies.h"
 
 namespace {

@@ -1,12 +1,8 @@
 // Bitmap tags as pixels, from and to files.
-#include <gtest/gtest.h>
-
-#include <algorithm>
 
 #include "ImageCodec.h"
 #include "MediaSamples.h"
 #include "Payload.h"
-#include "SwfException.h"
 
 using namespace libswf;
 using namespace samples;
@@ -54,13 +50,13 @@ const LosslessCase losslessCases[] = {
 
 TEST(ImageCodec, LosslessBitmapsAsPixels) {
     for (const LosslessCase& each : losslessCases) {
-        const auto tag =
-            lossless(each.withAlpha, each.format, each.width, each.height, each.lastColor, zlibData(hex(each.data)));
+        const auto tag = lossless(each.withAlpha, each.format, each.width, each.height, each.lastColor,
+                                  zlibData(hexBytes(each.data)));
         const Image image = zelk::decodeBitmap(*tag, nullptr);
         EXPECT_EQ(image.width, each.width) << each.what;
         EXPECT_EQ(image.height, each.height) << each.what;
-        EXPECT_EQ(image.rgba, hex(each.pixels)) << each.what;
-        Bytes data = hex(each.data);
+        EXPECT_EQ(image.rgba, hexBytes(each.pixels)) << each.what;
+        Bytes data = hexBytes(each.data);
         data.pop_back();
         const auto cut = lossless(each.withAlpha, each.format, each.width, each.height, each.lastColor, zlibData(data));
         EXPECT_THROW(zelk::decodeBitmap(*cut, nullptr), SwfException) << each.what;
@@ -116,7 +112,7 @@ void expectNear(const Image& image, const Bytes& pixel, const char* what) {
 
 TEST(ImageCodec, JpegOfEveryAgeOpensAnywhere) {
     const Jpeg jpeg = jpegOf(9, 5, 200, 100, 50);
-    const Bytes strays = hex("ffd9ffd8");
+    const Bytes strays = hexBytes("ffd9ffd8");
     SwfTagJPEGTables tables;
     tables.jpegData = swfBytes(jpeg.tables);
     SwfTagDefineBits bits;
@@ -140,7 +136,7 @@ TEST(ImageCodec, JpegOfEveryAgeOpensAnywhere) {
     for (const Bytes& data : {strays + jpeg.file, jpeg.tables + jpeg.image, strays + jpeg.tables + jpeg.image}) {
         const zelk::Payload payload = zelk::exportPayload(with(bits2, data), {});
         EXPECT_EQ(payload.extension, "jpg");
-        EXPECT_EQ(Bytes(payload.bytes.begin(), payload.bytes.begin() + 3), hex("ffd8ff"));
+        EXPECT_EQ(Bytes(payload.bytes.begin(), payload.bytes.begin() + 3), hexBytes("ffd8ff"));
         EXPECT_EQ(placeOf(payload.bytes, strays), payload.bytes.size());
         expectNear(zelk::decodeImage(payload.bytes), {200, 100, 50, 255}, "with strays");
     }
@@ -163,7 +159,7 @@ TEST(ImageCodec, AlphaOfItsOwn) {
     EXPECT_THROW(zelk::decodeBitmap(bits, nullptr), SwfException);
 
     with(bits, gifFile());
-    EXPECT_EQ(zelk::decodeBitmap(bits, nullptr).rgba, hex("ff0000ff 00000000"));
+    EXPECT_EQ(zelk::decodeBitmap(bits, nullptr).rgba, hexBytes("ff0000ff 00000000"));
     EXPECT_EQ(zelk::exportPayload(bits, {}).extension, "gif");
 }
 
@@ -172,7 +168,7 @@ TEST(ImageCodec, CutAndHostileFilesAreRefused) {
     for (size_t i = 0; i < image.rgba.size(); ++i)
         image.rgba[i] = static_cast<uint8_t>(i * i >> 3);
     Bytes huge = jpegOf(8, 8, 1, 2, 3).file;
-    std::fill_n(huge.begin() + long(placeOf(huge, hex("ffc0"))) + 5, 4, uint8_t(0xF0));
+    std::fill_n(huge.begin() + long(placeOf(huge, hexBytes("ffc0"))) + 5, 4, uint8_t(0xF0));
     EXPECT_THROW(zelk::decodeImage(huge), SwfException);
     const Bytes jpeg = jpegOf(64, 64, 200, 100, 50).file, png = zelk::encodePng(image), gif = gifFile();
     EXPECT_EQ(zelk::decodeImage(png).rgba, image.rgba);
@@ -199,8 +195,8 @@ TEST(ImageCodec, CutAndHostileFilesAreRefused) {
 
 TEST(ImageCodec, ImportedPicturesComeOutAgain) {
     const Jpeg red = jpegOf(2, 1, 250, 10, 10), wide = jpegOf(3, 1, 250, 10, 10);
-    const Bytes opaque = zelk::encodePng({2, 1, hex("112233ff 445566ff")});
-    const Bytes clear = zelk::encodePng({2, 1, hex("12223480 00000000")});
+    const Bytes opaque = zelk::encodePng({2, 1, hexBytes("112233ff 445566ff")});
+    const Bytes clear = zelk::encodePng({2, 1, hexBytes("12223480 00000000")});
     Image many{20, 20, Bytes(1600, 255)}; // more colours than a table has
     for (size_t i = 0; i < 400; ++i)
         many.rgba[4 * i] = static_cast<uint8_t>(i), many.rgba[4 * i + 1] = static_cast<uint8_t>(i / 256);
@@ -214,8 +210,8 @@ TEST(ImageCodec, ImportedPicturesComeOutAgain) {
     with(holdsPng, opaque);
     with(bits3, red.file).bitmapAlphaData = zlibData({255, 7});
     with(bits4, wide.file).bitmapAlphaData = zlibData({9, 9, 9});
-    const auto plain = lossless(false, 5, 1, 1, 0, zlibData(hex("00010203")));
-    const auto alpha = lossless(true, 5, 1, 1, 0, zlibData(hex("ff010203")));
+    const auto plain = lossless(false, 5, 1, 1, 0, zlibData(hexBytes("00010203")));
+    const auto alpha = lossless(true, 5, 1, 1, 0, zlibData(hexBytes("ff010203")));
     const struct {
         const SwfTag& tag;
         const Bytes& file;
@@ -246,7 +242,7 @@ TEST(ImageCodec, ImportedPicturesComeOutAgain) {
     EXPECT_EQ(zelk::decodeBitmap(*kept.tag, nullptr).rgba[7], 7) << "alpha stays where the size does";
     EXPECT_TRUE(kept.note.empty());
     EXPECT_THROW(zelk::importPayload(bits2, {}, Bytes(blue.begin(), blue.begin() + 300)), SwfException);
-    EXPECT_THROW(zelk::importPayload(bits2, {}, hex("00112233")), SwfException);
+    EXPECT_THROW(zelk::importPayload(bits2, {}, hexBytes("00112233")), SwfException);
 }
 
 #endif

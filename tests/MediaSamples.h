@@ -3,37 +3,15 @@
 
 #include <zlib.h>
 
-#include <cstdint>
 #include <cstdio>
-#include <string>
-#include <string_view>
-#include <vector>
 
-#include "SwfBytes.h"
+#include "Tests.h"
 
 #ifdef ZELK_HAVE_CODECS
 #include <jpeglib.h>
 #endif
 
 namespace samples {
-
-using Bytes = std::vector<uint8_t>;
-
-/// Of "ff 00 12", blanks where one likes.
-inline Bytes hex(std::string_view text) {
-    Bytes bytes;
-    std::string digits;
-    for (char c : text) {
-        if (c == ' ')
-            continue;
-        digits += c;
-        if (digits.size() == 2) {
-            bytes.push_back(static_cast<uint8_t>(std::stoul(digits, nullptr, 16)));
-            digits.clear();
-        }
-    }
-    return bytes;
-}
 
 /// Of "10 0101", the first bit highest, filled up with 0.
 inline Bytes bits(std::string_view text) {
@@ -74,13 +52,6 @@ inline Bytes mp3Frame(uint8_t third = 0x90, uint8_t fourth = 0, size_t size = 41
     return frame;
 }
 
-inline std::string little(uint64_t value, int bytes) {
-    std::string text;
-    for (int i = 0; i < bytes; ++i)
-        text += static_cast<char>(value >> (8 * i));
-    return text;
-}
-
 inline Bytes wavFile(uint16_t encoding, uint16_t channels, uint32_t rate, uint16_t bitsEach, const Bytes& data) {
     const std::string format = little(encoding, 2) + little(channels, 2) + little(rate, 4) +
                                little(rate * channels * bitsEach / 8, 4) + little(channels * bitsEach / 8, 2) +
@@ -95,8 +66,9 @@ inline Bytes wavFile(uint16_t encoding, uint16_t channels, uint32_t rate, uint16
 
 /// Two pixels, the second of which is transparent: red, nothing.
 inline Bytes gifFile() {
-    return hex("47494638396102000100 80 00 00 ff0000 000000 21f9 04 01 0000 01 00 2c 00000000 02000100 00 02 02 440a "
-               "00 3b");
+    return hexBytes(
+        "47494638396102000100 80 00 00 ff0000 000000 21f9 04 01 0000 01 00 2c 00000000 02000100 00 02 02 440a "
+        "00 3b");
 }
 
 #ifdef ZELK_HAVE_CODECS

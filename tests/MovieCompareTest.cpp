@@ -1,7 +1,6 @@
 // Comparison of movies, given as XML.
-#include <gtest/gtest.h>
+#include "Tests.h"
 
-#include "Conversion.h"
 #include "MovieCompare.h"
 
 using namespace libswf;

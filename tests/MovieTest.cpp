@@ -1,16 +1,9 @@
 // Movie files: header, compression, tag framing, tag lists.
-#include <gtest/gtest.h>
+#include "Tests.h"
 #include <zlib.h>
 #ifdef ZELK_HAVE_LZMA
 #include <lzma.h>
 #endif
-
-#include <random>
-
-#include "SwfAllTags.h"
-#include "SwfMovie.h"
-#include "SwfWarnings.h"
-#include "TagBody.h"
 
 using namespace libswf;
 

@@ -1,22 +1,14 @@
 // Tags that were not touched keep their bytes when the original is at hand.
-#include <gtest/gtest.h>
+#include "Tests.h"
 
-#include <filesystem>
-
-#include "CaseFile.h"
-#include "Conversion.h"
 #include "MovieCompare.h"
 #include "OriginalMovie.h"
-#include "Paths.h"
-#include "SwfUtils.h"
 #include "XmlText.h"
 
 using namespace libswf;
 using namespace xml2swf;
 
 namespace {
-
-using Bytes = std::vector<uint8_t>;
 
 struct Opened {
     SwfMovieSafe movie;

@@ -1,11 +1,7 @@
 // What a conversion gives, as a whole: to compare ways that must give the same.
 #pragma once
 
-#include <string>
-#include <vector>
-
-#include "Conversion.h"
-#include "SwfWarnings.h"
+#include "Tests.h"
 
 /// The result or the error, and the warnings with their places. Whoever listens to the progress adds it.
 struct Outcome {

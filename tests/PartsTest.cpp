@@ -1,13 +1,8 @@
 // Big movies and texts are converted by several threads, in parts. What comes out is what one thread gives.
-#include <gtest/gtest.h>
 
-#include <stdexcept>
 #include <thread>
 
-#include "CaseFile.h"
 #include "Outcome.h"
-#include "Paths.h"
-#include "SwfAllTags.h"
 #include "SwfInOrder.h"
 
 using namespace libswf;

@@ -1,19 +1,11 @@
 // Payloads of tags that stand in a text or a movie: where they are found, the commands on them, real movies.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <iostream>
-#include <map>
 
 #include "Base64.h"
 #include "DocumentFixture.h"
 #include "Exceptions.h"
 #include "ImageCodec.h"
 #include "MediaSamples.h"
-#include "Paths.h"
 #include "PayloadCommands.h"
-#include "SwfMovie.h"
-#include "SwfUtils.h"
 #include "TagPayload.h"
 #include "XmlErrors.h"
 
@@ -21,7 +13,6 @@ using namespace libswf;
 using namespace samples;
 using zelk::guicommand::documentviewtext::ExportPayloadCmd;
 using zelk::guicommand::documentviewtext::ImportPayloadCmd;
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -163,7 +154,6 @@ TEST_F(PayloadCommands, SayWhatKeepsThem) {
 }
 
 TEST(PayloadsOfTheCorpus, ComeOutOrSayWhyNot) {
-    std::map<std::string, uint32_t> kinds;
     std::error_code missing;
     for (const auto& entry : fs::recursive_directory_iterator(corpusDir, missing)) {
         if (entry.path().extension() != ".swf")
@@ -174,28 +164,23 @@ TEST(PayloadsOfTheCorpus, ComeOutOrSayWhyNot) {
         } catch (const SwfException&) {
             continue; // broken on purpose
         }
-        zelk::forEachPayload(corpusMovie.tags.tags(), [&](const SwfTag& tag, const std::string& place,
-                                                          const zelk::PayloadContext& context) {
-            try {
-                const zelk::Payload payload = zelk::exportPayload(tag, context);
-                EXPECT_FALSE(payload.bytes.empty());
-                ++kinds[payload.extension];
-                if (zelk::isBitmap(tag)) {
-                    const zelk::Image image = zelk::decodeBitmap(tag, context.tables);
-                    EXPECT_EQ(zelk::decodeImage(payload.bytes).rgba, image.rgba);
-                }
-                if (!zelk::importKinds(tag).empty()) {
-                    EXPECT_EQ(zelk::importPayload(tag, context, payload.bytes).tag, nullptr);
-                }
-            } catch (const SwfException& error) {
-                ++kinds["refused"];
-                std::cout << entry.path().filename().string() << " " << place << ": " << error.what() << "\n";
-            }
-        });
+        zelk::forEachPayload(corpusMovie.tags.tags(),
+                             [&](const SwfTag& tag, const std::string& place, const zelk::PayloadContext& context) {
+                                 try {
+                                     const zelk::Payload payload = zelk::exportPayload(tag, context);
+                                     EXPECT_FALSE(payload.bytes.empty());
+                                     if (zelk::isBitmap(tag)) {
+                                         const zelk::Image image = zelk::decodeBitmap(tag, context.tables);
+                                         EXPECT_EQ(zelk::decodeImage(payload.bytes).rgba, image.rgba);
+                                     }
+                                     if (!zelk::importKinds(tag).empty()) {
+                                         EXPECT_EQ(zelk::importPayload(tag, context, payload.bytes).tag, nullptr);
+                                     }
+                                 } catch (const SwfException& error) {
+                                     EXPECT_STRNE(error.what(), "") << place;
+                                 }
+                             });
     }
-    for (const auto& [kind, count] : kinds)
-        std::cout << kind << " " << count << "  ";
-    std::cout << "\n";
 }
 
 } // namespace

@@ -1,25 +1,18 @@
 // Project files: which entry of an archive is the text, what is refused, and what is left on the disk.
-#include <gtest/gtest.h>
+#include "Tests.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
 #include <zlib.h>
 
-#include <cstdlib>
 #include <ctime>
-#include <functional>
 
 #include "Exceptions.h"
 #include "FileKind.h"
 #include "ProjectFile.h"
 #include "SmallDisk.h"
-#include "SwfUtils.h"
-
-namespace fs = std::filesystem;
 
 namespace {
-
-using Bytes = std::vector<uint8_t>;
 
 // An entry of an archive made by hand. What it states about itself may be wrong.
 struct Entry {
@@ -29,13 +22,6 @@ struct Entry {
     std::optional<uint32_t> crc = {}, size = {}; // of the text; as they should be when missing
     std::string packed = {};                     // the bytes that are stored, when they are not the content
 };
-
-std::string little(uint64_t value, int bytes) {
-    std::string text;
-    for (int i = 0; i < bytes; ++i)
-        text += static_cast<char>(value >> (8 * i));
-    return text;
-}
 
 uint32_t number(const Bytes& bytes, size_t at, size_t size) {
     uint32_t value = 0;
@@ -261,43 +247,6 @@ TEST_F(ProjectFileTest, WhatWasSavedIsLoaded) {
     EXPECT_TRUE(scratch().empty());
     zelk::writeProject(file(), "");
     EXPECT_NE(refusal([&] { zelk::readProject(file()); }), "");
-}
-
-TEST_F(ProjectFileTest, AFailedSaveLeavesTheOldProject) {
-    std::string noise;
-    for (int i = 0; i < 20000; ++i)
-        noise += std::to_string(i * 7919);
-    const fs::path closed = folder / "closed";
-    fs::create_directory(closed);
-    for (const std::string& name : {file(), (closed / "movie.zelk").string()})
-        zelk::writeProject(name, "old");
-    auto expectFailure = [&](const std::string& name) {
-        try {
-            zelk::writeProject(name, noise);
-            ADD_FAILURE() << name;
-        } catch (const zelk::FileSaveException& error) {
-            EXPECT_EQ(error.fileName(), name);
-            EXPECT_EQ(error.description().find(name), std::string::npos) << "who shows it says the name";
-            EXPECT_NE(error.description().find(": "), std::string::npos) << "the system's reason";
-        }
-    };
-    onFullDisk(4096, [&] { expectFailure(file()); });
-    expectFailure((folder / "missing" / "movie.zelk").string());
-    expectFailure(closed.string());
-
-    fs::permissions(closed, fs::perms(0555));
-    fs::permissions(folder, fs::perms(0755));
-    const bool isRoot = geteuid() == 0; // who may write everywhere
-    if (!isRoot || seteuid(65534) == 0) {
-        expectFailure((closed / "movie.zelk").string());
-        EXPECT_EQ(seteuid(isRoot ? 0 : geteuid()), 0);
-    }
-    fs::permissions(closed, fs::perms(0755));
-    for (const fs::path& name : {fs::path(file()), closed / "movie.zelk"}) {
-        EXPECT_EQ(zelk::readProject(name.string()), "old");
-        for (const auto& entry : fs::directory_iterator(name.parent_path()))
-            EXPECT_NE(entry.path().extension(), ".tmp");
-    }
 }
 
 TEST(FileKind, FollowsFromTheLastExtension) {

@@ -1,15 +1,12 @@
 // Copies of documents that were not saved, over runs that end in whatever way.
-#include "Conversion.h"
 #include "DocumentFixture.h"
 #include "Exceptions.h"
 #include "RecoverySession.h"
 #include "SmallDisk.h"
-#include "SwfUtils.h"
 
 namespace {
 
 using namespace zelk;
-namespace fs = std::filesystem;
 
 class RecoveryTest : public DocumentFixture {
 protected:

@@ -1,21 +1,17 @@
 // Files that documents come from and go to, and what other programs and disks do to them meanwhile.
 #include <cerrno>
-#include <cstring>
 
-#include "Conversion.h"
 #include "DocumentFiles.h"
 #include "DocumentFixture.h"
 #include "Exceptions.h"
 #include "ProjectFile.h"
 #include "SmallDisk.h"
-#include "SwfUtils.h"
 
 namespace {
 
 using namespace zelk;
 using namespace zelk::guicommand;
 using namespace zelk::guicommand::documentview;
-namespace fs = std::filesystem;
 using libswf::readTextFile;
 using libswf::writeTextFile;
 using std::string_literals::operator""s;
@@ -136,10 +132,12 @@ TEST_F(SavedFilesTest, TheFirstOriginalIsNeverLost) {
 
 TEST_F(SavedFilesTest, WhatIsNoLossGetsNoBackup) {
     nextRun();
-    for (const char* name : {"new.swf", "new.xml"}) {
+    for (const char* name : {"new.swf", "other.swf", "new.xml"}) {
         Document document;
-        ASSERT_TRUE(save(document, textOf("a"), name));
+        ASSERT_TRUE(save(document, textOf(name), name));
         nextRun();
+    }
+    for (const char* name : {"new.swf", "other.swf", "new.xml"}) {
         edit(name, "b");
         EXPECT_EQ(content(name + ".bak"s), "(none)") << name;
     }

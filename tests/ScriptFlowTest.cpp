@@ -1,5 +1,5 @@
 // Where branches, constants and names in a text lead to.
-#include <gtest/gtest.h>
+#include "Tests.h"
 
 #include "ScriptFlow.h"
 

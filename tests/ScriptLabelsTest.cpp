@@ -1,14 +1,8 @@
 // Branches by label lead to the same action whatever is put in or taken out around them.
-#include <gtest/gtest.h>
+#include "Tests.h"
 
-#include <map>
-#include <random>
-
-#include "CaseFile.h"
-#include "Conversion.h"
 #include "ScriptLabels.h"
 #include "SwfAction.h"
-#include "SwfMovie.h"
 
 using namespace libswf;
 using namespace xml2swf;

@@ -1,12 +1,8 @@
 // What a case file cannot say about shapes: large counts, warnings of the writer, and lists longer than its blocks.
-#include <gtest/gtest.h>
-
-#include <random>
+#include "Tests.h"
 
 #include "SwfTagDefineMorphShape.h"
 #include "SwfTagDefineShape.h"
-#include "SwfWarnings.h"
-#include "TagBody.h"
 
 using namespace libswf;
 

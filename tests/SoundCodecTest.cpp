@@ -1,10 +1,8 @@
 // Sound tags as samples, from and to files.
-#include <gtest/gtest.h>
 
+#include "SoundCodec.h"
 #include "MediaSamples.h"
 #include "Payload.h"
-#include "SoundCodec.h"
-#include "SwfException.h"
 
 using namespace libswf;
 using namespace samples;
@@ -52,7 +50,7 @@ TEST(SoundCodec, SamplesOfEveryEncoding) {
         {"16 bits, half a frame left over",
          formatOf(3, 3, 1, 1),
          0,
-         hex("0100ff7f 0080ffff 01"),
+         hexBytes("0100ff7f 0080ffff 01"),
          {1, 32767, -32768, -1},
          {},
          4},
@@ -97,15 +95,15 @@ TEST(SoundCodec, SamplesOfEveryEncoding) {
 
 TEST(SoundCodec, Mp3WithoutWhatTheTagPutsAround) {
     const Bytes frames = mp3Frame() + mp3Frame() + mp3Frame();
-    const auto sound = soundOf(formatOf(2, 3, 1, 1), 2000, hex("6400") + frames);
+    const auto sound = soundOf(formatOf(2, 3, 1, 1), 2000, hexBytes("6400") + frames);
     const zelk::Payload payload = zelk::exportPayload(*sound, {});
     EXPECT_EQ(payload.bytes, frames);
     EXPECT_EQ(payload.extension, "mp3");
     SwfTagSoundStreamHead head;
     head.streamFormat = formatOf(2, 3, 1, 1);
     SwfTagSoundStreamBlock first, empty, second;
-    first.streamSoundData = swfBytes(hex("80040000") + mp3Frame());
-    second.streamSoundData = swfBytes(hex("00090000") + mp3Frame() + mp3Frame());
+    first.streamSoundData = swfBytes(hexBytes("80040000") + mp3Frame());
+    second.streamSoundData = swfBytes(hexBytes("00090000") + mp3Frame() + mp3Frame());
     const zelk::PayloadContext context{nullptr, {&first, &empty, &second}};
     EXPECT_EQ(zelk::exportPayload(head, context).bytes, frames);
     EXPECT_FALSE(zelk::hasPayload(head, {nullptr, {&empty}}));
@@ -141,7 +139,7 @@ TEST(SoundCodec, StreamsAreJoined) {
 TEST(SoundCodec, ImportedSoundsComeOutAgain) {
     const auto old = soundOf(formatOf(1, 2, 1, 0), 1, bits("00" + zero16 + zero6));
     const Bytes frames = mp3Frame() + mp3Frame();
-    const Bytes titled = hex("494433 0300 00 00000003 aabbcc") + frames + Bytes{'T', 'A', 'G', 0};
+    const Bytes titled = hexBytes("494433 0300 00 00000003 aabbcc") + frames + Bytes{'T', 'A', 'G', 0};
     Bytes odd = wavFile(1, 1, 5513, 8, {1, 2, 3});
     const struct {
         Bytes file;
@@ -171,8 +169,8 @@ TEST(SoundCodec, ImportedSoundsComeOutAgain) {
                              wavFile(1, 6, 44100, 16, Bytes(12, 1)),
                              wavFile(1, 1, 44100, 16, {}),
                              mp3Frame(0x94, 0, 384), // 48 kHz
-                             hex("fffb9000"),
-                             hex("0011"),
+                             hexBytes("fffb9000"),
+                             hexBytes("0011"),
                              {}};
     for (const Bytes& file : refused)
         EXPECT_THROW(zelk::importPayload(*old, {}, file), SwfException) << file.size();

@@ -1,9 +1,8 @@
 // Bit streams and the records made of bit fields.
-#include <gtest/gtest.h>
+#include "Tests.h"
 
 #include "SwfStream.h"
 #include "SwfStructs.h"
-#include "TagBody.h"
 
 using namespace libswf;
 

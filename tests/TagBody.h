@@ -29,6 +29,14 @@ uint32_t codeOf(Act act) {
     }
 }
 
+/// A number as so many bytes, the lowest first.
+inline std::string little(uint64_t value, int bytes) {
+    std::string text;
+    for (int i = 0; i < bytes; ++i)
+        text += static_cast<char>(value >> (8 * i));
+    return text;
+}
+
 /// An uncompressed movie file of these records, with an empty stage and no frames. Its length is not filled in.
 inline Bytes movieFile(uint8_t version, std::span<const uint8_t> records) {
     return joined({'F', 'W', 'S', version, 0, 0, 0, 0, 0x10, 0, 0, 1, 0, 0}, records);

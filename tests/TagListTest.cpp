@@ -1,8 +1,4 @@
 // The tag list without windows: where tags stand, commands on them, their undo, the clipboard.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <random>
 
 #include "CommandHistory.h"
 #include "DocumentFiles.h"

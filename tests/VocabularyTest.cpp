@@ -1,23 +1,12 @@
 // The vocabulary is neither wider nor narrower than what the readers read and the writers write.
-#include <gtest/gtest.h>
+#include "Tests.h"
 
 #include <rapidxml/rapidxml.hpp>
 
-#include <fstream>
-#include <functional>
-#include <set>
-
-#include "CaseFile.h"
-#include "Conversion.h"
-#include "Paths.h"
-#include "SwfException.h"
-#include "SwfMovie.h"
-#include "SwfWarnings.h"
 #include "XmlVocabulary.h"
 
 using namespace libswf;
 using namespace xml2swf;
-namespace fs = std::filesystem;
 
 namespace {
 

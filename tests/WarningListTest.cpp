@@ -1,7 +1,5 @@
 // Warnings while the text is edited: they stay at their elements, as long as they are true.
-#include <gtest/gtest.h>
-
-#include <random>
+#include "Tests.h"
 
 #include "DocumentWarnings.h"
 

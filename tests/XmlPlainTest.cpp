@@ -1,11 +1,6 @@
 // The quick reading of plain pieces of XML gives what the parser gives, wherever it does not leave a piece to it.
-#include <gtest/gtest.h>
+#include "Tests.h"
 
-#include <random>
-
-#include "Conversion.h"
-#include "Paths.h"
-#include "SwfUtils.h"
 #include "XmlWindow.h"
 
 using namespace xml2swf;

@@ -1,5 +1,4 @@
 // Scripts that are read straight from the text give what they give through nodes.
-#include <gtest/gtest.h>
 
 #include "Outcome.h"
 

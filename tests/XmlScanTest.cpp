@@ -1,9 +1,6 @@
 // The quick look over a text: what it tells of elements is what was written, in one go and in parts.
-#include <gtest/gtest.h>
+#include "Tests.h"
 
-#include <algorithm>
-#include <cstring>
-#include <random>
 #include <tuple>
 
 #include "XmlErrors.h"

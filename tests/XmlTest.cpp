@@ -1,11 +1,7 @@
 // The XML frame: numbers, base64, the element writer, the parser's limits and the places of errors.
-#include <gtest/gtest.h>
+#include "Tests.h"
 
 #include "Base64.h"
-#include "CaseFile.h"
-#include "Conversion.h"
-#include "SwfAllTags.h"
-#include "SwfWarnings.h"
 #include "XmlElementWriter.h"
 #include "XmlNumbers.h"
 #include "XmlTags.h"

@@ -1,5 +1,4 @@
 // Texts that are parsed in more than one piece behave as if they were parsed as a whole.
-#include <gtest/gtest.h>
 
 #include "Outcome.h"
 #include "SwfTagDefineSprite.h"
@@ -84,16 +83,6 @@ TEST(XmlWindows, ErrorsAreThoseOfTheWholeText) {
             }
         }
     }
-}
-
-TEST(XmlWindows, ATextThatIsNotWellFormedIsReportedBeforeABadValue) {
-    const std::string badValue = "\n<SetTabIndex Depth=\"no\" />";
-    EXPECT_THROW(Compiled(movie(badValue + labels(manyLabels))), XmlValueError);
-    EXPECT_THROW(Compiled(movie(badValue + labels(manyLabels, "<a></b>", 2999))), XmlSyntaxError);
-    // … also where no reader looks.
-    EXPECT_THROW(Compiled(movie("<Nothing>" + labels(manyLabels, "<a></b>", 2999) + "</Nothing>")), XmlSyntaxError);
-    EXPECT_THROW(checkXml(movie(labels(manyLabels, "<a></b>", 2999))), XmlSyntaxError);
-    EXPECT_NO_THROW(checkXml(movie(labels(manyLabels))));
 }
 
 TEST(XmlWindows, WarningsNameTheirPlace) {

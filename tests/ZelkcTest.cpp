@@ -4,22 +4,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <set>
+#include "Tests.h"
 
-#include "Paths.h"
 #include "ProjectFile.h"
 
-namespace fs = std::filesystem;
-
 namespace {
-
-std::string little(uint64_t value, int bytes) {
-    std::string text;
-    for (int i = 0; i < bytes; ++i)
-        text += static_cast<char>(value >> (8 * i));
-    return text;
-}
 
 std::string record(uint16_t code, const std::string& body) {
     if (body.size() < 63)
@@ -203,9 +192,11 @@ TEST_F(ZelkcTest, SaysWhatIsWrongAndLeavesTheTargetAlone) {
     }
     for (const std::string& name : files("."))
         EXPECT_EQ(name.find(".tmp"), std::string::npos) << name;
-    const Result noFolder = run("convert good.xml nowhere/a.swf");
-    EXPECT_EQ(noFolder.status, 1);
-    EXPECT_EQ(noFolder.err, "nowhere/a.swf: cannot be opened for writing: No such file or directory\n");
+    for (const std::string name : {"nowhere/a.swf", "nowhere/a.zelk"}) {
+        const Result noFolder = run("convert good.xml " + name);
+        EXPECT_EQ(noFolder.status, 1);
+        EXPECT_EQ(noFolder.err, name + ": cannot be opened for writing: No such file or directory\n");
+    }
     EXPECT_EQ(run("convert good.xml folder.swf").err, "folder.swf: cannot be opened for writing: Is a directory\n");
     EXPECT_EQ(run("convert --out-dir good.xml --to swf good.xml").err,
               "good.xml: the folder cannot be made: Not a directory\n");

@@ -1,13 +1,9 @@
 // What other programs and crashes do to the work in a window.
-#include <QPlainTextEdit>
-#include <QProcess>
-#include <QPushButton>
 
 #include <csignal>
 
 #include "NoticeBar.h"
 #include "RecoveryDialog.h"
-#include "SwfUtils.h"
 #include "WindowFixture.h"
 
 namespace {

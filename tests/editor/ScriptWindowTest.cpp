@@ -1,7 +1,4 @@
 // Scripts and code in the window, by keys: targets, jumps, labels, symbols.
-#include <gtest/gtest.h>
-
-#include <QTest>
 
 #include "JumpHistory.h"
 #include "WindowFixture.h"

@@ -1,8 +1,6 @@
 // Find and Replace, and what the window does with the names of its documents, by keys and menus.
-#include <QClipboard>
 
 #include "ReplaceDlg.h"
-#include "SwfUtils.h"
 #include "WindowFixture.h"
 
 namespace {

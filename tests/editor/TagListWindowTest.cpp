@@ -1,13 +1,8 @@
 // The tag list in the window, by keys.
-#include <QClipboard>
-#include <QDropEvent>
-#include <QLabel>
-#include <QMimeData>
 
 #include "FormNotice.h"
 #include "NoticeBar.h"
 #include "StatusBar.h"
-#include "SwfUtils.h"
 #include "TagEditorDlg.h"
 #include "TagListModel.h"
 #include "WindowFixture.h"

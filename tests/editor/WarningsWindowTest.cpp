@@ -1,7 +1,5 @@
 // The list of warnings beside the text, driven by keys.
-#include <gtest/gtest.h>
 
-#include "SwfUtils.h"
 #include "WarningsPanel.h"
 #include "WindowFixture.h"
 

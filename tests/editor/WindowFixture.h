@@ -10,6 +10,7 @@
 
 #include "MainWindow.h"
 #include "ProgressBarDialog.h"
+#include "SwfUtils.h"
 
 namespace zelk {
 

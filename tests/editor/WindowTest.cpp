@@ -1,12 +1,8 @@
 // The main window, driven by keys: commands, documents, dialogs.
-#include <gtest/gtest.h>
-
-#include <QTest>
 
 #include <thread>
 
 #include "Conversion.h"
-#include "SwfUtils.h"
 #include "WindowFixture.h"
 
 namespace {

@@ -31,26 +31,6 @@ constexpr const char* otherKind = "x.xml";
 
 class DocumentTest : public DocumentFixture {};
 
-TEST_F(DocumentTest, EveryKindGivesBackWhatWasSaved) {
-    for (const char* name : {"a.xml", otherKind, "A.XML", "a.swf"}) {
-        Document written;
-        written.isModified = true;
-        ASSERT_TRUE(save(written, movieText, name)) << name;
-        EXPECT_FALSE(written.isModified);
-        Document read;
-        ASSERT_TRUE(load(read, name));
-        EXPECT_EQ(read.fileName, path(name));
-        EXPECT_TRUE(read.hasFile);
-        if (read.kind == FileKind::swf) {
-            EXPECT_EQ(read.text.find("kept"), std::string::npos) << "comments do not fit into a movie";
-            EXPECT_NE(read.text.find(R"(Color="33669900")"), std::string::npos);
-        } else {
-            EXPECT_EQ(read.text, movieText);
-        }
-    }
-    EXPECT_TRUE(user.failures.empty());
-}
-
 TEST_F(DocumentTest, FailuresAreReportedAndLoseNothing) {
     struct Case {
         const char* name;
@@ -411,18 +391,6 @@ TEST_F(DocumentTest, AMovieLastsWhileItIsPlayed) {
     EXPECT_EQ(user.failures[0].message, message(MessageCode::cannotPlay));
     EXPECT_EQ(user.failures[1].message, message(MessageCode::noPlayer));
     EXPECT_EQ(user.failures[1].reason, "why");
-}
-
-TEST_F(DocumentTest, AFileThatVanishedIsWrittenAnewAndAFolderIsMissed) {
-    Document document;
-    ASSERT_TRUE(save(document, movieText, "v.swf"));
-    fs::remove(path("v.swf"));
-    EXPECT_TRUE(save(document, movieText, "v.swf")) << "a file that is gone is written anew";
-    fs::create_directory(path("gone"));
-    ASSERT_TRUE(save(document, movieText, "gone/v.xml"));
-    fs::remove_all(path("gone"));
-    EXPECT_FALSE(save(document, movieText, "gone/v.xml"));
-    EXPECT_EQ(user.failures.back().message.text, "Unable to save this file.");
 }
 
 } // namespace

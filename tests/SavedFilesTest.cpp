@@ -48,6 +48,7 @@ protected:
         Document document;
         ASSERT_TRUE(load(document, name));
         ASSERT_TRUE(saveAgain(document, textOf(label)));
+        EXPECT_FALSE(document.isModified);
     }
     void nextRun() {
         session.writtenFiles = {};

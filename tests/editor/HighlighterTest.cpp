@@ -68,16 +68,6 @@ TEST(Highlighter, ColoursNamesAndStrings) {
     EXPECT_EQ(shown(SwfSyntaxHighlighter::classesOf("<End\0<End"sv, false)), ".TTT.....");
 }
 
-TEST(Highlighter, TokensHaveTheirClasses) {
-    const std::pair<const char*, int> tokens[] = {
-        {"", -1}, {"  ", -1}, {"\t", 0},    {"\n", 0}, {"!", 0},    {"abc", 1}, {"\"a", 2},  {"<", 3},         {">", 4},
-        {"/", 5}, {"=", 6},   {"Edges", 7}, {"If", 8}, {" End", 9}, {"Id", 10}, {"Line", 7}, {"TextColor", 10}};
-    for (const auto& [text, token] : tokens) {
-        TextBuffer buffer(text);
-        EXPECT_EQ(SwfSyntaxHighlighter::readToken(buffer), token) << text;
-    }
-}
-
 // Every word is the name of an element or attribute; these few are kept as they are.
 TEST(Highlighter, WordsAreNamesOfTheForm) {
     const std::set<std::u16string_view> odd = {u"ACTION_NEXTFRAME", u"CString", u"GotoLabel", u"BitVal", u"TextColor"};

@@ -103,6 +103,30 @@ TEST(Abc, ThreadsGiveTheSame) {
     EXPECT_TRUE(compile(replaced(shown.text, " />", "/>"), nullptr, 3) == block);
 }
 
+// More texts than are looked through one after the other, used in and out of the order in which they stand.
+TEST(Abc, TextsAreFoundAmongMany) {
+    SwfAbcBlock block;
+    std::vector<std::string> texts;
+    for (int i = 0; i < 40000; ++i)
+        texts.push_back("text " + std::to_string(i));
+    block.strings.insert(block.strings.end(), texts.begin(), texts.end());
+    std::vector<uint8_t> code;
+    for (uint32_t i = 1; i <= texts.size(); i += i % 7 == 0 ? 333 : 1) {
+        for (uint32_t index : {i, uint32_t(texts.size()) + 1 - i}) {
+            code.push_back(0x2C);
+            for (; index >= 0x80; index >>= 7)
+                code.push_back(static_cast<uint8_t>(index | 0x80));
+            code.push_back(static_cast<uint8_t>(index));
+        }
+    }
+    block.methods.emplace_back();
+    block.bodies.emplace_back().code = code;
+    const Shown shown = show(block.bytes());
+    EXPECT_NE(shown.text.find("<PushString Value=\"text 39999\""), shown.text.npos);
+    EXPECT_TRUE(compile(shown.text) == block.bytes());
+    EXPECT_EQ(compile(replaced(shown.text, "text 39999", "new"), nullptr, 3).size(), block.bytes().size() - 7);
+}
+
 // --- broken blocks ---------------------------------------------------------------------------------------------------
 
 // Shown as code or as bytes, a block comes back as it is.
@@ -329,6 +353,15 @@ TEST(Abc, LimitsThatAreTooSmallAreWarnedOf) {
     EXPECT_TRUE(warnings.items()[0].text().starts_with("too small: ")) << warnings.items()[0].text();
     EXPECT_EQ(warnings.items()[0].reason, "MaxStack is 1, but the code needs 2");
     EXPECT_EQ(warnings.items()[1].reason, "MaxScopeDepth is 0, but the code needs 1");
+    // Of a call that no pool names yet, too; what it takes by name it takes from the stack.
+    const char* call =
+        "<GetLocal0 /><PushNull /><PushNull />\n<CallPropVoid Name=\"{*}::[]\" Arguments=\"1\" />\n"
+        "<FindPropStrict Name=\"new\" /><PushNull /><PushNull /><CallPropVoid Name=\"new\" Arguments=\"2\" />";
+    for (const auto& [stack, isWarned] : {std::pair("2", true), {"3", false}}) {
+        SwfWarnings ofCall;
+        compile(movieOf(replaced(scriptOf(call), "<Code>", "<Code MaxStack=\"" + std::string(stack) + "\">")), &ofCall);
+        EXPECT_EQ(ofCall.total(), isWarned) << stack;
+    }
     // What is not given is worked out.
     EXPECT_NE(show(compile(movieOf(scriptOf(code))))
                   .text.find(R"(MaxStack="2" LocalCount="5" InitScopeDepth="0" MaxScopeDepth="1")"),

@@ -269,7 +269,7 @@ void AbcCodeReader::readTarget(Element& element, std::string_view label, std::st
     if (!text || text->empty())
         refuse(element, label, "it does not say where it leads to");
     const AbcBranch branch{here(), base, labelOf(text.value_or("")), element.offset()};
-    _aims.push_back({branch, _part.arena.keep(element.name()), label});
+    _aims.push_back({branch, kept(element, element.name()), label});
     putS24();
 }
 
@@ -315,7 +315,7 @@ void AbcCodeReader::readCatch(Element& element) {
     Catch result;
     result.offset = element.offset();
     if (const auto id = textIfThere(element, "Id"))
-        result.name = _part.arena.keep(*id);
+        result.name = kept(element, *id);
     bool areBytes[3] = {};
     SwfAbcException& exception = result.exception;
     exception.from = readPlace(element, "From", "FromByte", areBytes[0]);

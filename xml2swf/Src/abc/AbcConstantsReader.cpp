@@ -13,12 +13,11 @@ static constexpr std::string_view constantNames[] = {"Int",       "UInt",       
 static constexpr XmlNameGroup constantsGroup{"AbcConstants", constantNames};
 
 template <class Element>
-AbcListed AbcConstantsReader::listedAs(Element& element, Pool pool, std::string_view attribute) {
+AbcListed AbcConstantsReader::listedAs(Element& element, std::string_view attribute) {
     AbcListed entry;
-    entry.pool = pool;
     entry.offset = element.offset();
     if (const auto text = textOf(element, attribute))
-        entry.text = _part.arena.keep(*text);
+        entry.text = kept(element, *text);
     else
         refuse(element, attribute, "it is missing");
     return entry;
@@ -35,16 +34,16 @@ void AbcConstantsReader::readEntry(Element& element) {
     if (number == SwfAbcBlock::pools)
         return refuseElement(element);
     const auto pool = static_cast<Pool>(number);
-    AbcListed entry = listedAs(element, pool, pool >= Pool::namespaces ? "Name" : "Value");
+    AbcListed entry = listedAs(element, pool >= Pool::namespaces ? "Name" : "Value");
     if (pool == Pool::namespaces || pool == Pool::namespaceSets) {
         if (const auto detail = textOf(element, pool == Pool::namespaces ? "Text" : "Namespaces")) {
             entry.hasDetail = true;
-            entry.detail = _part.arena.keep(*detail);
+            entry.detail = kept(element, *detail);
         }
     }
     if (pool == Pool::namespaces)
         entry.isUnnamed = element.boolean("Unnamed");
-    listed.push_back(entry);
+    listed[number].push_back(entry);
 }
 
 void AbcConstantsReader::readAll(XmlElement& constants) {
@@ -58,14 +57,16 @@ size_t AbcConstantsReader::read(std::string_view text, size_t start, size_t end)
     size_t done = start;
     for (quick.passBlanks(); quick.atElement(); quick.passBlanks()) {
         const auto mark = _part.mark();
-        const size_t entries = listed.size();
+        std::array<size_t, SwfAbcBlock::pools> entries;
+        std::ranges::transform(listed, entries.begin(), [](const auto& pool) { return pool.size(); });
         {
             XmlQuickElement child(_context, quick);
             readEntry(child);
         }
         if (!quick.isUsual()) {
             _part.rollBack(mark);
-            listed.resize(entries);
+            for (size_t i = 0; i < listed.size(); ++i)
+                listed[i].resize(entries[i]);
             break;
         }
         done = quick.position();
@@ -79,7 +80,8 @@ std::unique_ptr<XmlQuickReader> AbcConstantsReader::another() const {
 
 void AbcConstantsReader::join(XmlQuickReader& other) {
     auto& part = static_cast<AbcConstantsReader&>(other);
-    listed.insert(listed.end(), part.listed.begin(), part.listed.end());
+    for (size_t i = 0; i < listed.size(); ++i)
+        listed[i].insert(listed[i].end(), part.listed[i].begin(), part.listed[i].end());
     parts.push_back(std::move(part._own));
 }
 

@@ -12,7 +12,7 @@ public:
         : AbcConstantsReader(context, pools, block, std::make_unique<AbcPart>()) {}
 
     void readAll(XmlElement& constants);
-    std::vector<AbcListed> listed;
+    AbcListing listed;
     std::vector<std::unique_ptr<AbcPart>> parts;
 
     size_t read(std::string_view text, size_t start, size_t end) override;
@@ -27,7 +27,7 @@ private:
     template <class Element>
     void readEntry(Element& element);
     template <class Element>
-    AbcListed listedAs(Element& element, Pool pool, std::string_view attribute);
+    AbcListed listedAs(Element& element, std::string_view attribute);
 
     XmlReadContext& _context;
     std::unique_ptr<AbcPart> _own;

@@ -83,6 +83,11 @@ void AbcLinker::need(bool isThere, std::string_view element, size_t offset, cons
 void AbcLinker::link() {
     listMethods();
     listClasses();
+    size_t bodies = 0;
+    for (const auto& part : _parts)
+        bodies += part->bodies.size();
+    _block.bodies.reserve(bodies);
+    _bodyPlaces.reserve(bodies);
     for (size_t i = 0; i < _parts.size(); ++i) {
         AbcPart& part = *_parts[i];
         resolve(part, _firstMethods[i]);
@@ -90,6 +95,7 @@ void AbcLinker::link() {
         takeClasses(part);
         takeScripts(part);
         takeBodies(part);
+        part.letGoOfTaken();
     }
     for (const ClassOffset& entry : _classes) {
         need(entry.hasConstructor, "Class", entry.offset, "Constructor");
@@ -340,6 +346,11 @@ void AbcLinker::checkLimits(const AbcBodyText& text, SwfAbcBody& body) {
 
 // Bodies stand in the order of their methods, if they have no places of their own.
 void AbcLinker::orderBodies() {
+    const auto isLater = [](const Place& a, const Place& b) {
+        return a.place != abcNoPlace || b.place != abcNoPlace || a.index > b.index;
+    };
+    if (std::ranges::adjacent_find(_bodyPlaces, isLater) == _bodyPlaces.end())
+        return; // as mostly
     std::vector<uint32_t> byMethod(_bodyPlaces.size());
     std::iota(byMethod.begin(), byMethod.end(), 0);
     std::stable_sort(byMethod.begin(), byMethod.end(),
@@ -348,6 +359,7 @@ void AbcLinker::orderBodies() {
     for (const uint32_t body : byMethod)
         places.push_back({_bodyPlaces[body].place, body});
     std::vector<SwfAbcBody> ordered;
+    ordered.reserve(places.size());
     for (const uint32_t body : orderOf(std::move(places)))
         ordered.push_back(std::move(_block.bodies[body]));
     _block.bodies = std::move(ordered);

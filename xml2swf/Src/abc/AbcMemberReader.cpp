@@ -62,7 +62,7 @@ template <class Element>
 void AbcMemberReader::methodAttributes(Element& element, AbcMethodText& text) {
     SwfAbcMethod& method = text.method;
     if (const auto id = textIfThere(element, "Id"))
-        text.id = _part.arena.keep(*id);
+        text.id = kept(element, *id);
     text.place = place(element);
     method.name = index(element, "DebugName", Pool::strings);
     method.returnType = index(element, "Returns", Pool::multinames);
@@ -207,13 +207,13 @@ void AbcMemberReader::classAttributes(Element& element, AbcClassText& target) {
     SwfAbcClass& entry = target.entry;
     target.offset = element.offset();
     if (const auto name = textOf(element, "Name")) {
-        target.id = _part.arena.keep(*name);
+        target.id = kept(element, *name);
         entry.name = this->entry(element, Pool::multinames, "Name", *name);
     } else {
         refuse(element, "Name", "it is missing");
     }
     if (const auto id = textIfThere(element, "Id"))
-        target.id = _part.arena.keep(*id);
+        target.id = kept(element, *id);
     entry.base = index(element, "Base", Pool::multinames);
     entry.flags = static_cast<uint8_t>(flags(element, abcClassFlags));
     if (element.has("ProtectedNamespace")) {

@@ -123,6 +123,15 @@ struct AbcPart {
         return {references.size(), methods.size(), bodies.size(), code.size(),
                 metadata.size(),   classes.size(), scripts.size()};
     }
+    /// Of what the block has by now: all but code and texts, which it refers to.
+    void letGoOfTaken() {
+        references = {};
+        methods = {};
+        bodies = {};
+        metadata = {};
+        classes = {};
+        scripts = {};
+    }
     void rollBack(const Mark& mark) {
         references.resize(mark.references);
         methods.resize(mark.methods);

@@ -1,6 +1,7 @@
 #include "AbcPools.h"
 
 #include "AbcNames.h"
+#include "SwfInOrder.h"
 #include "XmlNumbers.h"
 
 namespace xml2swf {
@@ -255,15 +256,6 @@ uint32_t AbcPools::makeSet(std::string_view text) {
     return lastOf(_block.namespaceSets);
 }
 
-uint32_t AbcPools::makeMultiname(std::string_view text) {
-    SwfAbcMultiname name = parseMultiname(text);
-    const uint32_t found = findKey(Pool::multinames, keyOf(name), _block.multinames.size());
-    if (found != none)
-        return found;
-    _block.multinames.push_back(std::move(name));
-    return lastOf(_block.multinames);
-}
-
 // The bracket that opens the parameters of a type at the end of a name; npos when it has none.
 static size_t openOfTypes(std::string_view text) {
     if (text.empty() || text.back() != ']')
@@ -275,15 +267,6 @@ static size_t openOfTypes(std::string_view text) {
         return text.npos;
     const bool isRuntimeName = text.substr(open) == "[]" && text.substr(0, open).ends_with("::");
     return isRuntimeName ? text.npos : open;
-}
-
-SwfAbcMultiname AbcPools::parseType(std::string_view text, size_t open) {
-    SwfAbcMultiname name;
-    name.kind = SwfAbcMultinameKind::typeName;
-    name.name = resolve(Pool::multinames, text.substr(0, open));
-    eachPart(text.substr(open + 1, text.size() - open - 2),
-             [&](std::string_view part) { name.types.push_back(resolve(Pool::multinames, part)); });
-    return name;
 }
 
 // Where the number of a copy stands at the end of a name; its length when there is none.
@@ -309,20 +292,21 @@ static std::string_view checkedLocal(std::string_view text, std::string_view loc
     return local;
 }
 
-SwfAbcMultiname AbcPools::parseMultiname(std::string_view text) {
-    struct Level {
-        uint32_t& depth;
-        explicit Level(uint32_t& d) : depth(d) { ++depth; }
-        ~Level() { --depth; }
-    } level(_depth);
-    constexpr uint32_t deepest = 32;
-    if (_depth > deepest)
-        refuse(text, "is nested too deep");
+// `resolve` gives the index of a text in another pool, or in this one.
+template <class Resolve>
+static SwfAbcMultiname parseMultiname(std::string_view text, Resolve resolve) {
+    using Kind = SwfAbcMultinameKind;
+    using Pool = SwfAbcBlock::Pool;
     if (text.empty())
         refuse(text, "is no name");
-    if (const size_t open = openOfTypes(text); open != text.npos)
-        return parseType(text, open);
-    using Kind = SwfAbcMultinameKind;
+    SwfAbcMultiname name;
+    if (const size_t open = openOfTypes(text); open != text.npos) {
+        name.kind = Kind::typeName;
+        name.name = resolve(Pool::multinames, text.substr(0, open));
+        eachPart(text.substr(open + 1, text.size() - open - 2),
+                 [&](std::string_view part) { name.types.push_back(resolve(Pool::multinames, part)); });
+        return name;
+    }
     std::string_view rest = text;
     const bool isAttribute = rest.starts_with('@');
     rest.remove_prefix(isAttribute);
@@ -332,7 +316,6 @@ SwfAbcMultiname AbcPools::parseMultiname(std::string_view text) {
     const std::string_view space = hasSpace ? rest.substr(0, colons) : "public";
     const std::string_view local = hasSpace ? rest.substr(colons + 2) : rest;
     const bool isRuntimeName = local == "[]";
-    SwfAbcMultiname name;
     if (space == "[]") {
         name.kind = isRuntimeName ? (isAttribute ? Kind::rtqNameLA : Kind::rtqNameL)
                                   : (isAttribute ? Kind::rtqNameA : Kind::rtqName);
@@ -351,27 +334,53 @@ SwfAbcMultiname AbcPools::parseMultiname(std::string_view text) {
     return name;
 }
 
-void AbcPools::list(const std::vector<AbcListed>& entries, size_t& place) {
-    size_t counts[SwfAbcBlock::pools] = {};
-    for (const AbcListed& entry : entries)
-        ++counts[index(entry.pool)];
-    for (size_t i = 0; i < SwfAbcBlock::pools; ++i)
-        _texts[i].reserve(counts[i] + 1);
-    constexpr size_t ahead = 8;
-    for (size_t i = 0; i < entries.size(); ++i) {
-        if (i + ahead < entries.size())
-            _texts[index(entries[i + ahead].pool)].prefetch(entries[i + ahead].text);
-        place = entries[i].offset;
-        listFirst(entries[i]);
-    }
+uint32_t AbcPools::makeMultiname(std::string_view text) {
+    struct Level {
+        uint32_t& depth;
+        explicit Level(uint32_t& d) : depth(d) { ++depth; }
+        ~Level() { --depth; }
+    } level(_depth);
+    constexpr uint32_t deepest = 32;
+    if (_depth > deepest)
+        refuse(text, "is nested too deep");
+    SwfAbcMultiname name =
+        parseMultiname(text, [this](Pool pool, std::string_view part) { return resolve(pool, part); });
+    const uint32_t found = findKey(Pool::multinames, keyOf(name), _block.multinames.size());
+    if (found != none)
+        return found;
+    _block.multinames.push_back(std::move(name));
+    return lastOf(_block.multinames);
+}
+
+void AbcPools::list(const AbcListing& entries, size_t& place, uint32_t threads) {
+    std::array<size_t, SwfAbcBlock::pools> places{};
+    std::array<AbcArena, SwfAbcBlock::pools> arenas;
+    workInOrder({SwfAbcBlock::pools,
+                 [&](size_t i) { listFirst(static_cast<Pool>(i), entries[i], places[i], arenas[i]); },
+                 [&](size_t i) {
+                     place = places[i];
+                     _arena.join(std::move(arenas[i]));
+                 }},
+                threads);
     // Entries refer to others by their texts, wherever these stand.
-    for (const Pool pool : {Pool::namespaces, Pool::namespaceSets, Pool::multinames}) {
+    for (const Pool pool : {Pool::namespaces, Pool::namespaceSets}) {
         uint32_t next = 0;
-        for (const AbcListed& entry : entries) {
-            if (entry.pool != pool)
-                continue;
+        for (const AbcListed& entry : entries[index(pool)]) {
             place = entry.offset;
-            listParts(entry, ++next);
+            listParts(pool, entry, ++next);
+        }
+    }
+    // Mostly all that a name refers to is there, and nothing need be added. What is not goes one after the other.
+    constexpr size_t some = 4096;
+    const std::vector<AbcListed>& names = entries[index(Pool::multinames)];
+    std::vector<size_t> known((names.size() + some - 1) / some);
+    const auto end = [&](size_t i) { return std::min((i + 1) * some, names.size()); };
+    workInOrder({known.size(), [&](size_t i) { known[i] = listKnown(names, i * some, end(i)); }, [](size_t) {}},
+                threads);
+    for (size_t i = 0; i < known.size(); ++i) {
+        for (size_t at = known[i]; at < end(i); ++at) {
+            place = names[at].offset;
+            listParts(Pool::multinames, names[at], static_cast<uint32_t>(at + 1));
         }
     }
     _hasKeys = false;
@@ -379,33 +388,48 @@ void AbcPools::list(const std::vector<AbcListed>& entries, size_t& place) {
         keys.clear();
 }
 
-void AbcPools::listFirst(const AbcListed& entry) {
+void AbcPools::listFirst(Pool pool, const std::vector<AbcListed>& entries, size_t& place, AbcArena& arena) {
+    constexpr size_t ahead = 8;
+    AbcTextTable& texts = _texts[index(pool)];
+    texts.reserve(entries.size() + 1);
+    for (size_t i = 0; i < entries.size(); ++i) {
+        if (i + ahead < entries.size())
+            texts.prefetch(entries[i + ahead].text);
+        place = entries[i].offset;
+        listFirst(pool, entries[i], arena);
+    }
+}
+
+void AbcPools::listFirst(Pool pool, const AbcListed& entry, AbcArena& arena) {
     size_t at = 0;
     auto put = [&at](auto& values, auto value) {
         values.push_back(std::move(value));
         at = values.size() - 1;
     };
-    switch (entry.pool) {
+    switch (pool) {
     case Pool::integers: put(_block.integers, static_cast<int32_t>(integerIn(entry.text, INT32_MIN, INT32_MAX))); break;
     case Pool::uintegers: put(_block.uintegers, static_cast<uint32_t>(integerIn(entry.text, 0, UINT32_MAX))); break;
     case Pool::doubles: put(_block.doubles, doubleIn(entry.text)); break;
     case Pool::strings: {
         const bool isPlain = entry.text.find('\\') == entry.text.npos;
-        put(_block.strings, isPlain ? entry.text : _arena.keep(bytesOf(entry.text)));
+        put(_block.strings, isPlain ? entry.text : arena.keep(bytesOf(entry.text)));
         break;
     }
     case Pool::namespaces: put(_block.namespaces, SwfAbcNamespace()); break;
     case Pool::namespaceSets: put(_block.namespaceSets, std::vector<uint32_t>()); break;
     case Pool::multinames: put(_block.multinames, SwfAbcMultiname()); break;
     }
-    _texts[index(entry.pool)].add(entry.text, static_cast<uint32_t>(at)); // the first of two equal ones counts
+    _texts[index(pool)].add(entry.text, static_cast<uint32_t>(at)); // the first of two equal ones counts
 }
 
-void AbcPools::listParts(const AbcListed& entry, uint32_t at) {
-    if (entry.pool == Pool::multinames) {
-        SwfAbcMultiname name = parseMultiname(entry.text.substr(0, markOf(entry.text)));
+static std::string_view nameOf(const AbcListed& entry) { return entry.text.substr(0, markOf(entry.text)); }
+
+void AbcPools::listParts(Pool pool, const AbcListed& entry, uint32_t at) {
+    if (pool == Pool::multinames) {
+        SwfAbcMultiname name =
+            parseMultiname(nameOf(entry), [this](Pool other, std::string_view part) { return resolve(other, part); });
         _block.multinames[at] = std::move(name);
-    } else if (entry.pool == Pool::namespaceSets) {
+    } else if (pool == Pool::namespaceSets) {
         std::vector<uint32_t> set = parseSet(entry.detail);
         _block.namespaceSets[at] = std::move(set);
     } else if (entry.isUnnamed) {
@@ -415,6 +439,27 @@ void AbcPools::listParts(const AbcListed& entry, uint32_t at) {
     } else {
         _block.namespaces[at] = parseNamespace(entry.text);
     }
+}
+
+// [any thread] Names from `from` on, as far as all that they refer to is there. Gives the first one that was left.
+size_t AbcPools::listKnown(const std::vector<AbcListed>& entries, size_t from, size_t to) {
+    bool isKnown = true;
+    const auto look = [&](Pool pool, std::string_view text) {
+        const uint32_t found = find(pool, text);
+        isKnown &= found != none;
+        return found;
+    };
+    for (; from < to; ++from) {
+        try {
+            SwfAbcMultiname name = parseMultiname(nameOf(entries[from]), look);
+            if (!isKnown)
+                break;
+            _block.multinames[from + 1] = std::move(name);
+        } catch (const AbcTextError&) {
+            break; // told in its turn
+        }
+    }
+    return from;
 }
 
 uint32_t AbcPools::metadata(SwfAbcMetadata metadata, uint32_t copy) {

@@ -58,16 +58,30 @@ public:
     static constexpr uint32_t none = UINT32_MAX;
 
     uint32_t find(std::string_view text) const {
-        if (_slots.empty())
-            return none;
+        const uint32_t entry = entryOf(text, hashOf(text));
+        return entry == none ? none : _entries[entry].value;
+    }
+    /// The same. Among many, looks first around the text that was found last, `near`: what is used together was mostly
+    /// added together, and searching anywhere waits for memory.
+    uint32_t find(std::string_view text, uint32_t& near) const {
+        constexpr uint32_t many = 32 * 1024, reach = 32;
         const uint32_t hash = hashOf(text);
-        for (size_t at = hash & _mask;; at = (at + 1) & _mask) {
-            const Slot slot = _slots[at];
-            if (slot.entry == none)
-                return none;
-            if (slot.hash == hash && _entries[slot.entry].text == text)
-                return _entries[slot.entry].value;
+        if (_entries.size() >= many) {
+            const uint32_t first =
+                std::min(near - std::min(near, reach), static_cast<uint32_t>(_entries.size()) - 2 * reach);
+            uint32_t same = 0; // all are compared, so that it is done at once
+            for (uint32_t i = 0; i < 2 * reach; ++i)
+                same += _hashes[first + i] == hash;
+            for (uint32_t i = first; same != 0 && i < first + 2 * reach; ++i) {
+                if (_hashes[i] == hash && _entries[i].text == text)
+                    return _entries[near = i].value;
+            }
         }
+        const uint32_t entry = entryOf(text, hash);
+        if (entry == none)
+            return none;
+        near = entry;
+        return _entries[entry].value;
     }
     /// False when the text is there already: its number stays.
     bool add(std::string_view text, uint32_t value) {
@@ -81,6 +95,7 @@ public:
         }
         _slots[at] = {hash, static_cast<uint32_t>(_entries.size())};
         _entries.push_back({text, value});
+        _hashes.push_back(hash);
         return true;
     }
     /// Asks for the memory that a search for the text will look at.
@@ -95,9 +110,11 @@ public:
         else if (!_entries.empty())
             std::fill(_slots.begin(), _slots.end(), Slot());
         _entries.clear();
+        _hashes.clear();
     }
     void reserve(size_t count) {
         _entries.reserve(count);
+        _hashes.reserve(count);
         if (2 * count > _slots.size())
             grow(count);
     }
@@ -115,20 +132,42 @@ private:
 
     static uint32_t hashOf(std::string_view text) {
         constexpr uint64_t factor = 0x9E3779B97F4A7C15;
-        uint64_t hash = text.size() * factor;
         const char* at = text.data();
-        size_t left = text.size();
-        for (; left > 8; left -= 8, at += 8) {
-            uint64_t word;
-            std::memcpy(&word, at, 8);
-            hash = (hash ^ word) * factor;
+        const size_t size = text.size();
+        uint64_t hash = size * factor;
+        for (size_t left = size; left > 8; left -= 8, at += 8) {
+            hash = (hash ^ wordAt<uint64_t>(at)) * factor;
             hash ^= hash >> 32;
         }
-        uint64_t word = 0;
-        if (left != 0)
-            std::memcpy(&word, at, left);
-        hash = (hash ^ word) * factor;
+        hash = (hash ^ lastWord(text)) * factor;
         return static_cast<uint32_t>(hash >> 32);
+    }
+    uint32_t entryOf(std::string_view text, uint32_t hash) const {
+        if (_slots.empty())
+            return none;
+        for (size_t at = hash & _mask;; at = (at + 1) & _mask) {
+            const Slot slot = _slots[at];
+            if (slot.entry == none || (slot.hash == hash && _entries[slot.entry].text == text))
+                return slot.entry;
+        }
+    }
+    template <class Word>
+    static uint64_t wordAt(const char* at) {
+        Word word;
+        std::memcpy(&word, at, sizeof word);
+        return word;
+    }
+    // The last 8 bytes, or all that there are, by loads of fixed sizes.
+    static uint64_t lastWord(std::string_view text) {
+        const char* start = text.data();
+        const char* end = start + text.size();
+        if (text.size() >= 8)
+            return wordAt<uint64_t>(end - 8);
+        if (text.size() >= 4)
+            return wordAt<uint32_t>(start) << 32 | wordAt<uint32_t>(end - 4);
+        if (text.empty())
+            return 0;
+        return wordAt<uint8_t>(start) << 16 | wordAt<uint8_t>(start + text.size() / 2) << 8 | wordAt<uint8_t>(end - 1);
     }
     void grow(size_t count) {
         size_t size = 64;
@@ -149,6 +188,7 @@ private:
 
     std::vector<Slot> _slots;
     std::vector<Entry> _entries;
+    std::vector<uint32_t> _hashes; // of the entries
     size_t _mask = 0;
 };
 

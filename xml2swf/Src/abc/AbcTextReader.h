@@ -2,6 +2,7 @@
 // give up where something is wrong, and the text is read again as nodes, which tell what it is.
 #pragma once
 
+#include <array>
 #include <charconv>
 
 #include "AbcFlags.h"
@@ -34,6 +35,12 @@ protected:
         return element.attribute(name, _room);
     }
 
+    /// A text that lives as long as the part. Those of quick elements mostly stand in the document.
+    std::string_view kept(XmlElement&, std::string_view text) { return _part.arena.keep(text); }
+    std::string_view kept(XmlQuickElement&, std::string_view text) {
+        return text.data() == _room.data() ? _part.arena.keep(text) : text;
+    }
+
     // With an observer nothing is refused: it only wants to know what would be read.
     static void refuse(XmlElement& element, std::string_view attribute, std::string reason) {
         if (element.context().observer == nullptr)
@@ -53,13 +60,18 @@ protected:
     uint32_t refer(Element& element, AbcReference::Kind kind, Pool pool, std::string_view attribute,
                    std::string_view text) {
         _part.references.push_back(
-            {kind, pool, _part.arena.keep(text), _part.arena.keep(element.name()), attribute, element.offset()});
+            {kind, pool, kept(element, text), kept(element, element.name()), attribute, element.offset()});
         return abcIsReference | static_cast<uint32_t>(_part.references.size() - 1);
+    }
+
+    uint32_t indexOf(XmlElement&, Pool pool, std::string_view text) { return _pools.find(pool, text); }
+    uint32_t indexOf(XmlQuickElement&, Pool pool, std::string_view text) {
+        return _pools.find(pool, text, _near[static_cast<size_t>(pool)]);
     }
 
     template <class Element>
     uint32_t entry(Element& element, Pool pool, std::string_view attribute, std::string_view text) {
-        const uint32_t found = _pools.find(pool, text);
+        const uint32_t found = indexOf(element, pool, text);
         return found != AbcPools::none ? found : refer(element, AbcReference::Kind::entry, pool, attribute, text);
     }
     /// The index of what an attribute names; 0 when it is missing.
@@ -107,6 +119,8 @@ protected:
     std::string _room;
 
 private:
+    std::array<uint32_t, libswf::SwfAbcBlock::pools> _near{}; // by pool, where a text was found last
+
     template <class Element>
     libswf::SwfAbcValue valueIn(Element& element, std::string_view attribute, std::string_view text);
 };

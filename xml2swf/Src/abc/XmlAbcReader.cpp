@@ -87,7 +87,7 @@ private:
         reader.readAll(constants);
         size_t place = constants.offset();
         try {
-            _pools.list(reader.listed, place);
+            _pools.list(reader.listed, place, _context.threads);
         } catch (const AbcTextError& error) {
             if (_context.observer == nullptr)
                 refuseAbcText("Constants", "", error.what(), place);
@@ -106,7 +106,7 @@ private:
 
     // Takes big classes and scripts apart into their members.
     void split(XmlBlock& block, Within within) {
-        constexpr size_t unitSize = 64 * 1024;
+        constexpr size_t unitSize = 256 * 1024;
         for (size_t i = 0; i < block.pieces.size(); ++i) {
             const XmlPiece& piece = block.pieces[i];
             if (piece.block != XmlPiece::small && splitChild(block, i, within))

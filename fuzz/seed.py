@@ -46,6 +46,31 @@ def texts():
                                  capture_output=True, check=False).stdout
 
 
+def tags_in(body):
+    """(code, body) of a movie's records."""
+    at = 8 + (5 + 4 * (body[8] >> 3) + 7) // 8 + 4
+    while at + 2 <= len(body):
+        head = struct.unpack_from('<H', body, at)[0]
+        code, size, at = head >> 6, head & 63, at + 2
+        if size == 63:
+            size, at = struct.unpack_from('<I', body, at)[0], at + 4
+        yield code, body[at:at + size]
+        at += size
+
+
+def code_blocks():
+    """Blocks of ActionScript 3, and what stands in the Abc elements of the cases."""
+    for data in movies():
+        for code, body in tags_in(data):
+            if code == 72:
+                yield body
+            elif code == 82 and b'\0' in body[4:]:
+                yield body[body.index(b'\0', 4) + 1:]
+    for _, _, _, _, xml in cases():
+        for inner in re.findall(r'<Abc[^>]*>(.*?)</Abc>', xml, re.S):
+            yield inner.strip().encode('latin-1')
+
+
 def archive(entries, method=zipfile.ZIP_DEFLATED, comment=b''):
     file = io.BytesIO()
     with zipfile.ZipFile(file, 'w', method) as made, warnings.catch_warnings():
@@ -85,9 +110,10 @@ def carets():
 def main():
     target, folder = sys.argv[1], pathlib.Path(sys.argv[2])
     folder.mkdir(parents=True, exist_ok=True)
-    seeds = {'fuzz_xml_to_swf': texts, 'fuzz_project_file': archives, 'fuzz_completion': carets}.get(target, movies)
+    seeds = {'fuzz_xml_to_swf': texts, 'fuzz_project_file': archives, 'fuzz_completion': carets,
+             'fuzz_abc': code_blocks}.get(target, movies)
     for seed in seeds():
-        if 0 < len(seed) < LIMIT:
+        if 0 < len(seed) < (4096 if target == 'fuzz_abc' else LIMIT):
             (folder / hashlib.sha1(seed).hexdigest()).write_bytes(seed)
 
 

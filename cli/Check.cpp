@@ -6,6 +6,7 @@
 
 #include "Commands.h"
 #include "Console.h"
+#include "MovieLines.h"
 #include "Movies.h"
 #include "Problems.h"
 #include "SwfWarnings.h"
@@ -25,13 +26,14 @@ struct Checked {
     std::vector<std::string> failure; ///< in lines for the user: why it does not read or compile; empty when it does
 };
 
-void checkText(const File& file, Checked& result) {
+void checkText(const File& file, uint32_t threads, Checked& result) {
     const std::string text = readText(file);
     MovieOptions options;
+    options.threads = threads;
     SwfMovie movie;
     try {
         compile(file, text, movie, options);
-        result.bytes = movie.serialise(options.level).size();
+        result.bytes = movie.serialise(options.level, nullptr, threads).size();
         result.tags = movie.tags.count();
     } catch (...) {
         result.failure = describeFailure(file.shownName(true));
@@ -42,11 +44,12 @@ void checkText(const File& file, Checked& result) {
     }
 }
 
-void checkMovie(const File& file, const std::optional<bool>& fullForm, Checked& result) {
+void checkMovie(const File& file, const std::optional<bool>& fullForm, uint32_t threads, Checked& result) {
     SwfWarnings warnings;
     MovieOptions options;
     options.warnings = &warnings;
     options.fullForm = fullForm;
+    options.threads = threads;
     try {
         SwfMovieSafe movie;
         load(file, movie, options, true);
@@ -60,13 +63,13 @@ void checkMovie(const File& file, const std::optional<bool>& fullForm, Checked& 
     }
 }
 
-Checked checkFile(const File& file, const std::optional<bool>& fullForm) {
+Checked checkFile(const File& file, const std::optional<bool>& fullForm, uint32_t threads) {
     Checked result;
     try {
         if (file.isText())
-            checkText(file, result);
+            checkText(file, threads, result);
         else
-            checkMovie(file, fullForm, result);
+            checkMovie(file, fullForm, threads, result);
     } catch (...) {
         result.failure = describeFailure(file.shownName(true));
     }
@@ -89,7 +92,7 @@ Json jsonOf(const zelk::Problem& problem, bool isText) {
     return json;
 }
 
-void printJson(const File& file, const Checked& checked, bool isGood) {
+Json jsonOf(const File& file, const Checked& checked, bool isGood) {
     Json json = {{"file", file.name},
                  {"ok", isGood},
                  {"tags", checked.tags},
@@ -101,24 +104,27 @@ void printJson(const File& file, const Checked& checked, bool isGood) {
     json["problems"] = Json::array();
     for (const zelk::Problem& problem : checked.problems.items)
         json["problems"].push_back(jsonOf(problem, file.isText()));
-    std::printf("%s\n", json.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
+    return json;
 }
 
 struct CheckArguments {
-    Input input;
+    MovieLines lines;
     std::optional<bool> fullForm;
     bool quiet = false, json = false, strict = false;
+
+    bool areGood(const Checked& checked) const {
+        return checked.failure.empty() && checked.problems.errors == 0 && (!strict || checked.problems.warnings == 0);
+    }
 };
 
 int check(const File& file, const CheckArguments& arguments) {
     Console console(arguments.quiet);
     const std::string name = file.shownName(true);
-    const Checked checked = checkFile(file, arguments.fullForm);
+    const Checked checked = checkFile(file, arguments.fullForm, 0);
     const zelk::Problems& problems = checked.problems;
-    const bool isGood =
-        checked.failure.empty() && problems.errors == 0 && (!arguments.strict || problems.warnings == 0);
+    const bool isGood = arguments.areGood(checked);
     if (arguments.json) {
-        printJson(file, checked, isGood);
+        std::printf("%s\n", jsonOf(file, checked, isGood).dump(2, ' ', false, Json::error_handler_t::replace).c_str());
     } else {
         console.problems(name, problems, !file.isText());
         console.failure(checked.failure);
@@ -137,13 +143,21 @@ int check(const File& file, const CheckArguments& arguments) {
 void addCheck(CLI::App& app, Command& chosen) {
     CLI::App* command = app.add_subcommand("check", "Say whether a file reads and compiles, and what is wrong with it");
     auto arguments = std::make_shared<CheckArguments>();
-    addInput(*command, arguments->input);
-    command->add_flag("--json", arguments->json, "For machines: one JSON object");
+    addMovieLines(*command, arguments->lines);
+    command->add_flag("--json", arguments->json, "For machines: one JSON object")->excludes("--json-lines");
     command->add_flag("--strict", arguments->strict, "Let warnings fail, too");
     addForm(*command, arguments->fullForm, "Form in which a movie is shown, classic or full");
     addQuiet(*command, arguments->quiet);
     command->callback([arguments, &chosen] {
-        chosen = [file = arguments->input.file(), arguments] { return check(file, *arguments); };
+        if (arguments->lines.wanted)
+            chosen = [arguments] {
+                return printMovieLines(arguments->lines, [&](const File& file) {
+                    const Checked checked = checkFile(file, arguments->fullForm, 1);
+                    return jsonOf(file, checked, arguments->areGood(checked));
+                });
+            };
+        else
+            chosen = [file = oneInput(arguments->lines).file(), arguments] { return check(file, *arguments); };
     });
 }
 

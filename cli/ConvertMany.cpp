@@ -6,10 +6,10 @@
 #include <map>
 #include <set>
 #include <system_error>
-#include <thread>
 
 #include "Commands.h"
 #include "Console.h"
+#include "OnAllCores.h"
 #include "SwfUtils.h"
 #include "SwfWarnings.h"
 
@@ -82,21 +82,6 @@ bool runTask(const Task& task, MovieOptions options, Console& console) {
     return done;
 }
 
-// Runs `work` on all cores, this thread among them; on fewer when threads run out.
-template <class Work>
-void onAllCores(size_t mostThreads, const Work& work) {
-    const size_t cores = std::max(1u, std::thread::hardware_concurrency());
-    std::vector<std::thread> helpers;
-    try {
-        while (helpers.size() + 1 < std::min(cores, mostThreads))
-            helpers.emplace_back(work);
-    } catch (const std::system_error&) {
-    }
-    work();
-    for (std::thread& helper : helpers)
-        helper.join();
-}
-
 } // namespace
 
 int convertMany(const ManyFiles& files, const MovieOptions& options, bool quiet) {
@@ -111,6 +96,7 @@ int convertMany(const ManyFiles& files, const MovieOptions& options, bool quiet)
             console.progress(++done, tasks.size());
         }
     });
+    flushFolder(files.folder); // once for all of them
     return failed == 0 ? ExitStatus::done : ExitStatus::badInput;
 }
 

@@ -4,6 +4,11 @@
 #include <cstdio>
 #include <filesystem>
 
+#ifdef __linux__
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
 #include "Conversion.h"
 #include "ProjectFile.h"
 #include "SwfException.h"
@@ -61,6 +66,16 @@ void makeFolder(const std::string& name) {
     std::filesystem::create_directories(libswf::pathOf(name), failure);
     if (failure)
         throw zelk::FileSaveException(name, "the folder cannot be made: " + failure.message());
+}
+
+void flushFolder([[maybe_unused]] const std::string& name) {
+#ifdef __linux__
+    const int folder = open(name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder < 0)
+        return;
+    syncfs(folder);
+    close(folder);
+#endif
 }
 
 std::string File::shownName(bool asInput) const {

@@ -46,5 +46,7 @@ void writeText(const File& file, std::string_view text);
 void flushStandardOutput();
 /// With those around it; one that is there already is fine. Throws zelk::FileSaveException.
 void makeFolder(const std::string& name);
+/// Waits until what was written is on the disk that has this folder, as far as the system can be asked for it.
+void flushFolder(const std::string& name);
 
 } // namespace zelkc

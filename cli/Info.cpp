@@ -1,14 +1,18 @@
 // zelkc info: the header of a movie and its tags.
 #include <cinttypes>
 #include <cstdio>
+#include <map>
 
 #include <nlohmann/json.hpp>
 
 #include "Commands.h"
 #include "Console.h"
+#include "MovieLines.h"
 #include "Movies.h"
 #include "SwfException.h"
 #include "SwfTagCodes.h"
+#include "SwfTagDefineFont.h"
+#include "SwfTagDefineFontInfo.h"
 #include "SwfTagDefineSprite.h"
 #include "SwfWarnings.h"
 #include "XmlTags.h"
@@ -119,8 +123,7 @@ std::string dump(const Json& value, int indent) {
     return value.dump(indent, ' ', false, Json::error_handler_t::replace); // file names may be no UTF-8
 }
 
-// The tags are written one by one: as one value they would take many times the movie's memory.
-void printJson(const File& file, const Signature& signature, const SwfMovieSafe& movie, const SwfWarnings& warnings) {
+Json headerOf(const File& file, const Signature& signature, const SwfMovieSafe& movie, const SwfWarnings& warnings) {
     const SwfRect& stage = movie.frameSize;
     Json header;
     header["file"] = file.name;
@@ -137,6 +140,12 @@ void printJson(const File& file, const Signature& signature, const SwfMovieSafe&
     header["fileLength"] = signature.fileLength;
     header["bodyLength"] = bodyLength(movie);
     header["warnings"] = warnings.total();
+    return header;
+}
+
+// The tags are written one by one: as one value they would take many times the movie's memory.
+void printJson(const File& file, const Signature& signature, const SwfMovieSafe& movie, const SwfWarnings& warnings) {
+    const Json header = headerOf(file, signature, movie, warnings);
     std::string text = dump(header, 2);
     text.erase(text.rfind("\n}"));
     std::printf("%s,\n  \"tags\": [", text.c_str());
@@ -154,6 +163,67 @@ void printJson(const File& file, const Signature& signature, const SwfMovieSafe&
         separator = ",\n    ";
     });
     std::printf("\n  ]\n}\n");
+}
+
+// Names of fonts; those of movies up to version 5 may be no UTF-8.
+std::optional<std::pair<uint16_t, std::string>> fontOf(const SwfTag& tag) {
+    if (const auto* font2 = dynamic_cast<const SwfTagDefineFont2*>(&tag))
+        return {{font2->characterId, std::string(font2->fontName.view())}};
+    if (const auto* font4 = dynamic_cast<const SwfTagDefineFont4*>(&tag))
+        return {{font4->characterId, std::string(font4->fontName.view())}};
+    if (const auto* info = dynamic_cast<const SwfTagDefineFontInfo*>(&tag))
+        return {{info->fontId, std::string(info->fontName.view())}};
+    if (const auto* info2 = dynamic_cast<const SwfTagDefineFontInfo2*>(&tag))
+        return {{info2->fontId, std::string(info2->fontName.view())}};
+    return {};
+}
+
+struct Counts {
+    std::map<std::string, uint32_t> tags;
+    uint32_t all = 0, actions = 0, abc = 0, unreadable = 0;
+    Json fonts = Json::array();
+
+    void add(const SwfTags& list, const SwfContext& movie) {
+        for (const auto& tag : list.items()) {
+            ++all;
+            ++tags[tagName(tag->type)];
+            actions += tag->type == SwfTagCode::DoAction || tag->type == SwfTagCode::DoInitAction;
+            abc += tag->type == SwfTagCode::DoABC || tag->type == SwfTagCode::DoABCDefine;
+            if (tag->isUnknown()) {
+                const std::span<const uint8_t> record = tag->source.span();
+                const std::span<const uint8_t> body = record.subspan(SwfTag::headerSize(record));
+                unreadable += xml2swf::reasonOfUnknown(tag->type, body, movie) ? 1 : 0;
+            }
+            if (const auto font = fontOf(*tag))
+                fonts.push_back({{"id", font->first}, {"name", font->second}});
+            if (const auto* sprite = dynamic_cast<const SwfTagDefineSprite*>(tag.get()))
+                add(sprite->tags, movie);
+        }
+    }
+};
+
+// [worker thread]
+Json lineOf(const File& file, std::optional<bool> fullForm) {
+    SwfWarnings warnings;
+    MovieOptions options;
+    options.level = 0;
+    options.warnings = &warnings;
+    options.fullForm = fullForm.value_or(true); // in which nothing is kept as bytes that players can read
+    options.threads = 1;
+    SwfMovieSafe movie;
+    const Signature signature = load(file, movie, options, true);
+    Counts counts;
+    counts.add(movie.tags.tags(), contextOf(movie));
+    Json line = headerOf(file, signature, movie, warnings);
+    line["tags"] = counts.all;
+    line["unreadable"] = counts.unreadable;
+    line["scripts"] = {{"actions", counts.actions}, {"abc", counts.abc}};
+    line["fonts"] = std::move(counts.fonts);
+    line["tagCounts"] = counts.tags;
+    line["problems"] = Json::array();
+    for (const SwfWarning& warning : warnings.items())
+        line["problems"].push_back(warning.text());
+    return line;
 }
 
 int info(const File& file, std::optional<bool> fullForm, bool asJson, bool quiet) {
@@ -185,18 +255,25 @@ int info(const File& file, std::optional<bool> fullForm, bool asJson, bool quiet
 
 void addInfo(CLI::App& app, Command& chosen) {
     struct Arguments {
-        Input input;
+        MovieLines lines;
         std::optional<bool> fullForm;
         bool json = false, quiet = false;
     };
     CLI::App* command = app.add_subcommand("info", "Show the header of a movie and a table of its tags");
     auto arguments = std::make_shared<Arguments>();
-    addInput(*command, arguments->input);
-    command->add_flag("--json", arguments->json, "For machines: one JSON object");
+    addMovieLines(*command, arguments->lines);
+    command->add_flag("--json", arguments->json, "For machines: one JSON object")->excludes("--json-lines");
     addForm(*command, arguments->fullForm, "Form in which the movie is read, classic or full");
     addQuiet(*command, arguments->quiet);
     command->callback([arguments, &chosen] {
-        chosen = [file = arguments->input.file(), arguments] {
+        if (arguments->lines.wanted) {
+            chosen = [arguments] {
+                return printMovieLines(arguments->lines,
+                                       [&](const File& file) { return lineOf(file, arguments->fullForm); });
+            };
+            return;
+        }
+        chosen = [file = oneInput(arguments->lines).file(), arguments] {
             return info(file, arguments->fullForm, arguments->json, arguments->quiet);
         };
     });

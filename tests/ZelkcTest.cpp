@@ -4,9 +4,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "Tests.h"
+#include <cstdlib>
+#include <map>
+#include <set>
 
 #include "ProjectFile.h"
+#include "Tests.h"
 
 namespace {
 
@@ -446,6 +449,46 @@ TEST_F(ZelkcTest, ExtractsAndReplacesPayloads) {
     for (const char* wrong : {"--tag 5 new.txt", "--tag 6 new.txt", "--tag 4 none.txt"})
         EXPECT_EQ(run(std::string("replace a.swf ") + wrong + " c.swf").status, 1) << wrong;
     EXPECT_FALSE(fs::exists(folder / "c.swf"));
+}
+
+// Good and broken files of folders in a line each; a run that was cut off goes on where it was.
+TEST_F(ZelkcTest, PrintsALineForEachOfManyMovies) {
+    fs::create_directories(folder / "many" / "deep");
+    for (int i = 0; i < 9; ++i)
+        put("many/deep/" + std::to_string(i) + ".swf", i == 5 ? "FWS" : goodMovie);
+    put("many/text.xml", goodText);
+    put("many/notes.txt", "no movie");
+    const auto linesOf = [](const std::string& text) {
+        std::map<std::string, nlohmann::json> lines;
+        std::istringstream stream(text);
+        for (std::string line; std::getline(stream, line);) {
+            const nlohmann::json json = nlohmann::json::parse(line, nullptr, false);
+            if (json.is_object()) {
+                EXPECT_TRUE(lines.emplace(json["file"], json).second) << "twice: " << line;
+            }
+        }
+        return lines;
+    };
+    for (const char* command : {"info", "check"}) {
+        const std::string start = std::string(command) + " --json-lines ";
+        const Result all = run(start + "many good.swf none.swf");
+        EXPECT_EQ(all.status, 1);
+        const auto lines = linesOf(all.out);
+        ASSERT_EQ(lines.size(), 12u) << all.out;
+        for (const auto& [file, line] : lines)
+            EXPECT_EQ(line["ok"], file != "none.swf" && file != "many/deep/5.swf") << line;
+        EXPECT_EQ(run(start + "many/text.xml good.swf").status, 0);
+        put("done.jsonl", all.out.substr(0, all.out.size() / 2));
+        const Result rest = run(start + "--skip-done done.jsonl many good.swf none.swf");
+        EXPECT_EQ(linesOf(get("done.jsonl") + rest.out).size(), 12u) << rest.out;
+        EXPECT_EQ(run(start + "--skip-done all.jsonl good.swf").status, 0) << "there need not be one";
+        EXPECT_EQ(run(std::string(command) + " good.swf good.xml").status, 2);
+        EXPECT_EQ(run(std::string(command) + " --skip-done done.jsonl good.swf").status, 2);
+    }
+    const nlohmann::json line = nlohmann::json::parse(run("info --json-lines good.swf").out);
+    EXPECT_EQ(line["version"], 5);
+    EXPECT_EQ(line["tags"], 4);
+    EXPECT_EQ(line["tagCounts"]["ShowFrame"], 2);
 }
 
 } // namespace

@@ -173,7 +173,7 @@ private:
 int main(int argc, char** argv) {
     const std::string first = argc > 1 ? argv[1] : "";
     if (first == "--processes") {
-        bench::measureProcesses(argv[0]);
+        bench::measureProcesses(argv[0], {argv + 2, argv + argc});
         return 0;
     }
     if (first == "--write-case" && argc == 4) {
@@ -189,6 +189,12 @@ int main(int argc, char** argv) {
     benchmark::RunSpecifiedBenchmarks(&collector);
     bench::Table(collector.seconds).print();
     std::fflush(stdout);
-    execl(argv[0], argv[0], "--processes", nullptr); // a small process again
+    std::vector<char*> again{argv[0], const_cast<char*>("--processes")}; // a small process
+    for (const bench::Case& benchCase : bench::cases()) {
+        if (bench::sizes.count(benchCase.name) != 0)
+            again.push_back(const_cast<char*>(benchCase.name.c_str()));
+    }
+    again.push_back(nullptr);
+    execv(argv[0], again.data());
     return 1;
 }

@@ -110,14 +110,17 @@ double inflatedSize(const std::string& swf) {
     return length;
 }
 
-void measureMemory(const Scratch& scratch, const char* self) {
+void measureMemory(const Scratch& scratch, const char* self, const std::set<std::string>& names) {
     const double empty = runProcess({ZELKC_PATH, "--version"}).peakBytes;
     std::printf(
         "\n| movie | body + XML MB | peak MB, SWF→XML | × | peak MB, XML→SWF | × |\n|---|---|---|---|---|---|\n");
     const std::string swf = scratch.path("movie.swf"), xml = scratch.path("movie.xml");
     for (const Case& c : cases()) {
+        if (names.count(c.name) == 0)
+            continue;
         runProcess({self, "--write-case", c.name, swf});
-        const Usage there = runProcess({ZELKC_PATH, "convert", "--quiet", swf, xml});
+        const char* form = c.fullForm ? "full" : "classic";
+        const Usage there = runProcess({ZELKC_PATH, "convert", "--quiet", "--form", form, swf, xml});
         const Usage back =
             runProcess({ZELKC_PATH, "convert", "--quiet", "--level", "1", xml, scratch.path("back.swf")});
         const double sum = inflatedSize(swf) + double(fs::file_size(xml));
@@ -129,11 +132,13 @@ void measureMemory(const Scratch& scratch, const char* self) {
 
 } // namespace
 
-void measureProcesses(const char* self) {
+void measureProcesses(const char* self, const std::set<std::string>& names) {
     const Scratch scratch;
-    measureStart(scratch);
-    measureManyFiles(scratch);
-    measureMemory(scratch, self);
+    if (names.size() == cases().size()) {
+        measureStart(scratch);
+        measureManyFiles(scratch);
+    }
+    measureMemory(scratch, self, names);
 }
 
 void writeCase(const char* name, const char* fileName) {

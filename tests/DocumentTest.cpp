@@ -135,7 +135,7 @@ TEST_F(DocumentTest, AWellFormedTextThatIsNoMovieIsToldAsThat) {
         Document document;
         document.fileName = path("a.swf");
         document.text = text;
-        CheckXmlCmd check(session, view);
+        CheckXmlCmd check(session, view, document.warnings);
         MovieSettingsCmd settings(session, document, view);
         SaveToFileCmd save(session, document);
         told(check, "check");
@@ -146,7 +146,8 @@ TEST_F(DocumentTest, AWellFormedTextThatIsNoMovieIsToldAsThat) {
     constexpr const char* text = "<Movie>\n<ShowFrame/><DefineSprite>\n <Foo/></DefineSprite></Movie>";
     const Message noTag = {"Foo is no tag.", "The XML is no movie."};
     view.content = text;
-    CheckXmlCmd check(session, view);
+    WarningList found;
+    CheckXmlCmd check(session, view, found);
     EXPECT_FALSE(runCommand(session, check, &view));
     EXPECT_EQ(user.failures.back().message, noTag);
     EXPECT_EQ(view.atRow, 3u);
@@ -165,7 +166,7 @@ TEST_F(DocumentTest, ABrokenTextOpensAndItsCheckGoesToTheError) {
     ASSERT_TRUE(load(document, "b.xml"));
     LoadFromDocCmd(document, view).Execute();
     EXPECT_TRUE(document.text.empty()) << "a text is not kept twice";
-    CheckXmlCmd check(session, view);
+    CheckXmlCmd check(session, view, document.warnings);
     EXPECT_FALSE(runCommand(session, check, &view));
     ASSERT_EQ(user.failures.size(), 1u);
     EXPECT_EQ(user.failures[0].message.caption, "The XML has incorrect format.");
@@ -173,6 +174,18 @@ TEST_F(DocumentTest, ABrokenTextOpensAndItsCheckGoesToTheError) {
     view.content = movieText;
     EXPECT_TRUE(runCommand(session, check, &view));
     EXPECT_EQ(user.messages, std::vector<Message>(1, {"The XML is correct.", "The XML is correct."}));
+    EXPECT_FALSE(check.foundProblems());
+    view.content = "<Movie FrameRate=\"twelve\">\n<ShowFrame/>\nlost<RemoveObject2 Depth=\"1\"/></Movie>";
+    EXPECT_TRUE(runCommand(session, check, &view));
+    EXPECT_TRUE(check.foundProblems());
+    std::vector<std::pair<std::string, size_t>> found;
+    for (WarningList::Entry entry : document.warnings.entries())
+        found.emplace_back(document.warnings.at(entry).effect,
+                           document.warnings.offset(entry) + document.warnings.at(entry).inElement);
+    EXPECT_EQ(found,
+              (std::vector<std::pair<std::string, size_t>>{
+                  {"error", 0}, {"warning", view.content.find("lost")}, {"warning", view.content.rfind("<Rem")}}));
+    EXPECT_EQ(user.messages.size(), 1u);
 }
 
 TEST_F(DocumentTest, ACancelledJobChangesNothing) {
@@ -190,7 +203,8 @@ TEST_F(DocumentTest, ACheckReportsProgressAndSaysNothingOnceItIsCancelled) {
     std::string lines;
     for (int i = 0; i < 4000; ++i)
         lines += "<ShowFrame />\n";
-    CheckXmlCmd check(session, view);
+    WarningList found;
+    CheckXmlCmd check(session, view, found);
     view.content = "<Movie>" + lines + "</Movie>";
     EXPECT_TRUE(runCommand(session, check, &view));
     EXPECT_GE(user.position, 50);

@@ -1,7 +1,8 @@
 // What a movie says about itself: its characters and its problems.
 #include <gtest/gtest.h>
 
-#include "Characters.h"
+#include "CharacterIndex.h"
+#include "CharacterText.h"
 #include "Conversion.h"
 #include "Paths.h"
 #include "Problems.h"
@@ -125,7 +126,7 @@ TEST(StudyTest, CharactersHaveNamesDefinitionsAndUses) {
                                    "<ExportAssets><Asset Id=\"2\" Name=\"a&amp;b\"/></ExportAssets>"
                                    "<Unknown TagType=\"40\"><Data><![CDATA[AQBuAA==]]></Data></Unknown>"
                                    "<DefineEditText FontId=\"6\" FontHeight=\"1\" Id=\"5\"><Bounds/></DefineEditText>");
-    const Characters characters(text);
+    const CharacterIndex characters(text);
     EXPECT_EQ(characters.name(1), "n") << "a given name says more than that of an instance";
     EXPECT_EQ(characters.names(1).size(), 2u);
     EXPECT_EQ(characters.name(2), "a&b");
@@ -138,6 +139,10 @@ TEST(StudyTest, CharactersHaveNamesDefinitionsAndUses) {
         roles.push_back(use.role);
     EXPECT_EQ(roles, (std::vector{IdRole::defines, IdRole::places, IdRole::names}));
     EXPECT_TRUE(characters.of(1)[2].isInBytes);
+    EXPECT_EQ(characters.of(1)[2].element, "NameCharacter");
+    EXPECT_EQ(characters.of(1)[1].list, characters.definition(2)->tag) << "in the sprite";
+    EXPECT_EQ(characters.freeId(), 3);
+    EXPECT_EQ(characters.shown(2), "2 (a&b)");
     for (const CharacterId& id : characters.all()) {
         if (id.isInBytes)
             continue;
@@ -148,7 +153,63 @@ TEST(StudyTest, CharactersHaveNamesDefinitionsAndUses) {
     EXPECT_EQ(characters.at(0), nullptr);
     ASSERT_NE(characters.ofTag(5), nullptr);
     EXPECT_EQ(characters.ofTag(5)->id, 5) << "its own id, not the font's, which stands first";
-    EXPECT_THROW(Characters("<Movie"), xml2swf::XmlSyntaxError);
+    EXPECT_THROW(CharacterIndex("<Movie"), xml2swf::XmlSyntaxError);
+}
+
+// "|" is the place.
+TEST(CharacterText, KnowsWhichIdAPlaceMeans) {
+    const std::pair<std::string, int> cases[] = {
+        {"<PlaceObject2 |Depth=\"1\" CharacterId=\"4\"/>", 4},
+        {"|  <PlaceObject2 Depth=\"1\" CharacterId=\"4\"/>", 4},
+        {"<DefineEditText Id=\"5|\" FontId=\"6\">", 5},
+        {"<DefineEditText Id=\"5\" FontId=\"|6\">", 6},
+        {"<DefineEditText| Id=\"5\" FontId=\"6\">", 6},
+        {"<DefineButtonSound ButtonId=\"7\" SoundIdPress=\"0|\"/>", 7},
+        {"<ShowFrame|/>", -1},
+        {"<PlaceObject2 CharacterId=\"x|\"/>", -1},
+        {"</PlaceObject2|>", -1},
+        {"|", -1},
+    };
+    for (auto [text, id] : cases) {
+        const size_t place = text.find('|');
+        text.erase(place, 1);
+        const auto found = characterIdAt(text, place);
+        EXPECT_EQ(found ? found->id : -1, id) << text << place;
+    }
+}
+
+TEST(CharacterText, ACharacterIsRenamedEverywhereOrNowhere) {
+    const std::string text =
+        movie(std::string(shape) +
+              "<PlaceObject2 Depth=\"1\" CharacterId=\"1\" Move=\"false\"/>"
+              "<ExportAssets><Asset Id=\"1\" Name=\"1\"/></ExportAssets>" +
+              std::string(font) + "<Unknown TagType=\"40\"><Data><![CDATA[AgBuAA==]]></Data></Unknown>");
+    const CharacterIndex characters(text);
+    const Renaming renaming = renamedCharacter(characters, 1, 345);
+    EXPECT_EQ(renaming.refusal, "");
+    std::string renamed = text;
+    for (auto change = renaming.changes.rbegin(); change != renaming.changes.rend(); ++change)
+        renamed.replace(change->start, change->end - change->start, change->text);
+    const CharacterIndex after(renamed);
+    EXPECT_EQ(after.of(345).size(), 3u);
+    EXPECT_EQ(after.name(345), "1");
+    EXPECT_TRUE(after.of(1).empty());
+    const std::tuple<uint16_t, int64_t, const char*> refused[] = {{1, 0, "1 to 65535"},
+                                                                  {1, 65536, "1 to 65535"},
+                                                                  {9, 4, "No tag has the id 9"},
+                                                                  {1, 2, "Another character has the id 2 (n)"},
+                                                                  {2, 4, "kept as bytes has the id 2"}};
+    for (const auto& [from, to, said] : refused) {
+        const Renaming none = renamedCharacter(characters, from, to);
+        EXPECT_NE(none.refusal.find(said), std::string::npos) << none.refusal;
+        EXPECT_TRUE(none.changes.empty());
+    }
+    const IdProposals fonts = idsFor(characters, "DefineEditText", "FontId");
+    EXPECT_EQ(fonts.ids, std::vector<std::string>{"2"});
+    EXPECT_EQ(fonts.notes, std::vector<std::string>{"DefineFont n"});
+    EXPECT_EQ(idsFor(characters, "PlaceObject2", "CharacterId").ids, (std::vector<std::string>{"1", "2"}));
+    EXPECT_EQ(idsFor(characters, "DefineText", "Id").ids, std::vector<std::string>{"3"}) << "one that is free";
+    EXPECT_TRUE(idsFor(characters, "PlaceObject2", "Depth").ids.empty());
 }
 
 } // namespace zelk

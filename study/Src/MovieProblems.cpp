@@ -5,6 +5,7 @@
 #include <unordered_set>
 
 #include "Base64.h"
+#include "CharacterIndex.h"
 #include "MovieScan.h"
 #include "Problems.h"
 #include "SwfTagCodes.h"
@@ -59,7 +60,7 @@ struct FontGlyphs {
 
 class ProblemFinder : public MovieVisitor {
 public:
-    ProblemFinder(std::string_view text, const Characters& characters, Problems& problems)
+    ProblemFinder(std::string_view text, const CharacterIndex& characters, Problems& problems)
         : _text(text), _characters(characters), _problems(problems) {
         _timelines.emplace_back();
     }
@@ -291,10 +292,7 @@ private:
 
     // --- ids ---
 
-    std::string shown(uint16_t id) const {
-        const std::string_view name = _characters.name(id);
-        return "character " + std::to_string(id) + (name.empty() ? "" : " (" + std::string(name) + ")");
-    }
+    std::string shown(uint16_t id) const { return "character " + _characters.shown(id); }
 
     Severity severityOfUndefined(const CharacterId& use) const {
         switch (use.role) {
@@ -315,7 +313,7 @@ private:
     void checkIds() {
         for (const CharacterId& use : _characters.all()) {
             const bool hasNoMeaning = use.role == IdRole::removes || use.role == IdRole::frees ||
-                                      (use.role == IdRole::fills && use.id == Characters::noBitmap);
+                                      (use.role == IdRole::fills && use.id == CharacterIndex::noBitmap);
             if (hasNoMeaning)
                 continue;
             const CharacterId* definition = _characters.definition(use.id);
@@ -333,7 +331,7 @@ private:
     }
 
     const std::string_view _text;
-    const Characters& _characters;
+    const CharacterIndex& _characters;
     Problems& _problems;
     std::vector<Tag> _tags;
     std::vector<Timeline> _timelines;
@@ -349,7 +347,7 @@ private:
 
 } // namespace
 
-void findMovieProblems(std::string_view text, const Characters& characters, Problems& problems) {
+void findMovieProblems(std::string_view text, const CharacterIndex& characters, Problems& problems) {
     const MovieSpan movie = findTagSpans(text).movie;
     ProblemFinder finder(text, characters, problems);
     MovieScan(text, movie, finder).run();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "CharacterIndex.h"
 #include "XmlErrors.h"
 
 namespace zelk {
@@ -83,14 +84,14 @@ static void placeAll(std::string_view text, Problems& problems) {
 Problems problemsOfText(std::string_view text, IProgressReporter* progress) {
     Problems problems;
     findValueProblems(text, problems, progress);
-    findMovieProblems(text, Characters(text), problems);
+    findMovieProblems(text, CharacterIndex(text), problems);
     placeAll(text, problems);
     return problems;
 }
 
 Problems problemsOfMovie(std::string_view text, const libswf::SwfWarnings& ofReading) {
     Problems problems;
-    findMovieProblems(text, Characters(text), problems);
+    findMovieProblems(text, CharacterIndex(text), problems);
     placeAll(text, problems);
     problems.add(ofReading);
     return problems;

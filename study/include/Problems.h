@@ -7,7 +7,6 @@
 #include <string_view>
 #include <vector>
 
-#include "Characters.h"
 #include "SwfWarnings.h"
 
 namespace xml2swf {
@@ -15,6 +14,8 @@ class IProgressReporter;
 }
 
 namespace zelk {
+
+class CharacterIndex;
 
 struct Problem {
     enum class Severity : uint8_t {
@@ -63,7 +64,7 @@ struct Problems {
 };
 
 /// What the tags of a movie's text say that players cannot follow. Throws XmlSyntaxError.
-void findMovieProblems(std::string_view text, const Characters& characters, Problems& problems);
+void findMovieProblems(std::string_view text, const CharacterIndex& characters, Problems& problems);
 
 /// What compiling a text refuses, as far as it is worth looking for more, and values that it takes for another.
 /// Warnings of compiling come with it. Throws XmlSyntaxError, and what the reporter throws.

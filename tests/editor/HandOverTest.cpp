@@ -145,7 +145,12 @@ TEST_F(HandOverTest, NothingOpensWhileSomethingModalIsOpen) {
                  ->setText(folder.filePath(QStringLiteral("s.xml")));
              QTest::keyClick(&dialog, Qt::Key_Return);
          }},
-        {"a message", command(CommandId::checkXml), key(Qt::Key_Return)},
+        {"a message",
+         [this] {
+             editor().setText("<Movie/>"); // What is wrong with a movie is listed without a dialog.
+             choose(CommandId::checkXml);
+         },
+         key(Qt::Key_Return)},
         {"a question",
          [this] {
              type("x");

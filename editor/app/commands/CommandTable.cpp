@@ -30,8 +30,12 @@ constexpr CommandRow rows[] = {
     {findPrevious, "Find Pre&vious\tShift+F3", "", "", Needs::text, ""},
     {replace, "R&eplace...\tCtrl+R", "", "replace", Needs::text, ""},
     {gotoLine, "Go &To Line...", "", "", Needs::document, "Ctrl+G"},
-    {gotoTarget, "Go To Tar&get\tF12", "Go to where the branch, constant or name at the caret leads\nGo To Target", "",
-     Needs::text, ""},
+    {gotoTarget, "Go To Tar&get\tF12", "Go to where the branch, constant, name or id at the caret leads\nGo To Target", "",
+     Needs::document, ""},
+    {showUses, "Find &Uses\tShift+F12", "List where the character at the caret is defined and used\nFind Uses", "",
+     Needs::document, ""},
+    {renameCharacter, "Rename C&haracter...", "Give the character at the caret another id wherever it is used\nRename Character", "",
+     Needs::document, ""},
     {jumpBack, "Jump &Back\tAlt+Left", "", "", Needs::text, ""},
     {jumpForward, "Jump For&ward\tAlt+Right", "", "", Needs::text, ""},
     {findSymbol, "Find &Symbol...\tCtrl+Shift+O", "Find a class, method, tag or label by name\nFind Symbol", "",
@@ -94,9 +98,10 @@ constexpr MenuItem line = {separator};
 
 constexpr MenuItem fileItems[] = {{fileNew},     {fileOpen},      {save}, {saveAs},         line, {play}, line,
                                   {recentFiles}, {reopenSession}, line,   {CommandId::exit}};
-constexpr MenuItem editItems[] = {{undo},       {redo},       {cut},          {copy},       {paste}, line,
-                                  {find},       {findNext},   {findPrevious}, {replace},    line,    {gotoLine},
-                                  {findSymbol}, {gotoTarget}, {jumpBack},     {jumpForward}};
+constexpr MenuItem editItems[] = {
+    {undo},       {redo},       {cut},          {copy},        {paste},    line,
+    {find},       {findNext},   {findPrevious}, {replace},     line,       {gotoLine},
+    {findSymbol}, {gotoTarget}, {jumpBack},     {jumpForward}, {showUses}, {renameCharacter}};
 constexpr MenuItem viewItems[] = {{movieXml},   {tagList}, line,        {zoomIn}, {zoomOut},  {zoomReset}, line,
                                   {toggleFold}, {foldAll}, {unfoldAll}, line,     {warnings}, {preview},   {theme}};
 constexpr MenuItem toolsItems[] = {

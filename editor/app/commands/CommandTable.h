@@ -79,6 +79,8 @@ constexpr int gotoTarget = 60052;
 constexpr int jumpBack = 60053;
 constexpr int jumpForward = 60054;
 constexpr int findSymbol = 60055;
+constexpr int showUses = 60060;
+constexpr int renameCharacter = 60061;
 } // namespace CommandId
 
 /// What has to be there for a command to be chosen.

@@ -5,6 +5,7 @@
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
+#include "DocumentTags.h"
 #include "Exceptions.h"
 #include "NoticeBar.h"
 #include "UnknownTag.h"
@@ -30,6 +31,12 @@ DocumentView::DocumentView(QWidget* parent)
             _list->showChange();
     });
     followEdits();
+    DocumentTags& tags = DocumentTags::of(*_editor);
+    connect(&tags, &DocumentTags::found, this, [this, &tags] {
+        _list->setCharacters(tags.characters());
+        Q_EMIT stateChanged();
+    });
+    connect(_editor, &TextEditorView::jumped, this, &DocumentView::showCaret);
     connect(_list, &DocumentViewList::selectionChanged, this, &DocumentView::stateChanged);
     connect(_list, &DocumentViewList::currentTagChanged, this, &DocumentView::currentTagChanged);
     connect(_list, &DocumentViewList::listLost, this, [this] { showView(_editor); });
@@ -106,8 +113,9 @@ void DocumentView::gotoWarning(WarningList::Entry entry) {
     const size_t start = warnings().offset(entry);
     if (start >= text().size()) // It has no place.
         return;
-    const size_t tagEnd = text().find('>', start);
-    _editor->gotoOffset(std::min(start + warnings().at(entry).inElement, tagEnd));
+    // What a check found may be text behind the tag.
+    const size_t last = entry.from == WarningList::From::check ? text().size() : text().find('>', start);
+    _editor->gotoOffset(std::min(start + warnings().at(entry).inElement, last));
     showCaret();
 }
 
@@ -185,6 +193,41 @@ QString DocumentView::unknownTag() {
         element = unknownElementAt(text, _editor->caret());
     return element ? QString::fromStdString(unknownTagWords(*element, layoutAtStart(text), surroundingsReach))
                    : QString();
+}
+
+QString DocumentView::characterWords() {
+    DocumentTags& tags = DocumentTags::of(*_editor);
+    if (!tags.isCurrent())
+        return {};
+    const auto listed = listedTag();
+    const std::optional<TagRange> tag =
+        listed ? std::optional(TagRange{listed->first, listed->second}) : tags.tagAtCaret();
+    const CharacterIndex& characters = tags.map()->characters();
+    const CharacterId* id = tag ? characters.ofTagAt(tag->start) : nullptr;
+    if (id == nullptr)
+        return {};
+    QStringList names;
+    for (const CharacterName& name : characters.names(id->id))
+        names.append(QString::fromStdString(name.text));
+    const auto all = characters.of(id->id);
+    const auto uses = std::ranges::count_if(all, [](const CharacterId& use) { return !isDefinition(use.role); });
+    const QString called = names.isEmpty() ? QString() : tr(", called %1").arg(names.join(QStringLiteral(", ")));
+    return tr("Character %1%2, used %3 times").arg(id->id).arg(called).arg(uses);
+}
+
+std::optional<IdAtPlace> DocumentView::characterId() {
+    const auto tag = listedTag();
+    return characterIdAt(text(), tag ? tag->first : _editor->caret());
+}
+
+void DocumentView::gotoTarget() {
+    if (const auto tag = listedTag()) {
+        const std::optional<IdAtPlace> id = characterIdAt(text(), tag->first);
+        if (id && !isDefinition(id->role))
+            _editor->gotoDefinition(id->id);
+    } else {
+        _editor->followCaret();
+    }
 }
 
 size_t DocumentView::place() {

@@ -3,6 +3,7 @@
 
 #include <QWidget>
 
+#include "CharacterText.h"
 #include "DocumentViewList.h"
 #include "TextEditorView.h"
 
@@ -38,6 +39,13 @@ public:
     std::optional<std::pair<size_t, size_t>> listedTag();
     /// What the Unknown tag is that the list is at, or else the caret; empty where it is at none.
     QString unknownTag();
+    /// What is to be said of the character that the list's current tag, or the tag at the caret, is about; empty for
+    /// none.
+    QString characterWords();
+    /// The id that is meant there.
+    std::optional<IdAtPlace> characterId();
+    /// Shows where that is defined, in the view that is shown.
+    void gotoTarget();
     /// Where that tag starts, or else the selected text.
     size_t place();
     /// Shows the text with the caret at the tag that is selected in the list.

@@ -158,6 +158,11 @@ void DocumentViewList::expandAsBefore() {
     }
 }
 
+void DocumentViewList::setCharacters(std::shared_ptr<const CharacterIndex> characters) {
+    _controller.setCharacters(std::move(characters));
+    _tree->viewport()->update();
+}
+
 void DocumentViewList::showFilter() {
     const uint32_t current = currentTag();
     _model->beginChange();

@@ -27,6 +27,8 @@ public:
     void refresh();
     /// The same while the list is shown: keeps the selection and loses the list with a text that is not well-formed.
     void showChange();
+    /// What ids are called beside their numbers.
+    void setCharacters(std::shared_ptr<const CharacterIndex> characters);
     /// False from a change of the text to the next of these.
     bool isCurrent() const { return _controller.isCurrent(); }
     /// Makes a tag the current one, and the only selected one. A filter that hides it goes.

@@ -7,8 +7,10 @@
 
 #include "ByteSearch.h"
 #include "Exceptions.h"
+#include "IdAttributes.h"
 #include "TagText.h"
 #include "UnknownTag.h"
+#include "XmlNumbers.h"
 #include "XmlTags.h"
 
 namespace zelk {
@@ -152,10 +154,24 @@ QString ListViewController::text(uint32_t key, int column) const {
     for (const TagAttribute& attribute : attributesOf(tag)) {
         const std::string value = decoded(attribute.value.substr(0, longestText * 4));
         text += QStringLiteral("%1=\"%2\" ").arg(fromBytes(attribute.name, longestText), fromBytes(value, longestText));
+        text += nameOf(elementName(tag), attribute);
         if (text.size() > longestText)
             break;
     }
     return shortened(text.trimmed().replace(u'\n', u' '), longestText);
+}
+
+// " (ball) " behind an id.
+QString ListViewController::nameOf(std::string_view element, const TagAttribute& attribute) const {
+    if (_characters == nullptr)
+        return {};
+    const auto rows = idAttributes(element, element);
+    const auto row = std::ranges::find(rows, attribute.name, &IdAttribute::attribute);
+    const auto id = row == rows.end() ? std::nullopt : xml2swf::parseInteger(attribute.value);
+    if (!id || *id < 0 || *id > UINT16_MAX)
+        return {};
+    const std::string_view name = _characters->name(static_cast<uint16_t>(*id));
+    return name.empty() ? QString() : QStringLiteral("(%1) ").arg(fromBytes(name, longestText));
 }
 
 // Asked for the rows on the screen, again and again.

@@ -4,8 +4,10 @@
 #include <unordered_map>
 #include <vector>
 
+#include "CharacterIndex.h"
 #include "IVirtualListViewController.h"
 #include "MovieLayout.h"
+#include "TagText.h"
 #include "TaggedText.h"
 
 namespace zelk {
@@ -19,6 +21,8 @@ public:
     void refresh();
     /// False as soon as the text has changed: the rows are out of date then.
     bool isCurrent() const { return _text.isCurrent() && _index == _text.sharedTags(); }
+    /// What ids are called beside their numbers; null for nothing.
+    void setCharacters(std::shared_ptr<const CharacterIndex> characters) { _characters = std::move(characters); }
     /// Shows the tags in whose name or attributes this text stands, in any case, and the sprites around them. A sprite
     /// of which only the name or attributes match shows all its tags. Empty: shows everything.
     void setFilter(const QString& text);
@@ -51,9 +55,11 @@ private:
     std::string_view startTag(uint32_t key) const;
     const Children& childrenOf(uint32_t parent) const;
     const QString& unknownWords(uint32_t key) const;
+    QString nameOf(std::string_view element, const TagAttribute& attribute) const;
 
     TaggedText& _text;
-    std::shared_ptr<const TagIndex> _index;                 // null while there is none
+    std::shared_ptr<const TagIndex> _index; // null while there is none
+    std::shared_ptr<const CharacterIndex> _characters;
     MovieLayout _layout;                                    // of the text
     mutable std::unordered_map<uint32_t, QString> _unknown; // what was found for rows on the screen
     QString _filter;

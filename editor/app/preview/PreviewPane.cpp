@@ -21,6 +21,30 @@ constexpr long bigText = 16 << 20;          // bytes
 constexpr size_t bigElement = 8 << 20;      // bytes
 constexpr int lastRatio = 65535;
 
+PreviewRequest requestFor(DocumentTags& tags, const TagRange& tag) {
+    const DocumentTags::MapPointer map = tags.map();
+    PreviewRequest request;
+    request.element = tags.element(tag);
+    request.jpegTables = tags.smallElement(map->jpegTables());
+    request.layout = map->layout();
+    request.definition = [tags = QPointer(&tags), map](uint16_t id) {
+        return tags == nullptr || tags->map() != map ? std::string() : tags->smallElement(map->definition(id));
+    };
+    return request;
+}
+
+// What the tag's character is called; empty for one without a name.
+QString namesOf(const DocumentTags& tags, const TagRange& tag) {
+    const auto characters = tags.characters();
+    const CharacterId* id = characters == nullptr ? nullptr : characters->ofTagAt(tag.start);
+    QStringList names;
+    if (id != nullptr) {
+        for (const CharacterName& name : characters->names(id->id))
+            names.append(QString::fromStdString(name.text));
+    }
+    return names.join(QStringLiteral(", "));
+}
+
 } // namespace
 
 PreviewPane::PreviewPane(QWidget* parent)
@@ -121,7 +145,9 @@ void PreviewPane::ask(bool isForced) {
     else if (tag->end - tag->start > bigElement && !isForced)
         offer(tr("The tag is big."));
     else
-        show(tags.request(*tag), isForced);
+        show(requestFor(tags, *tag), isForced);
+    _names = tag ? namesOf(tags, *tag) : QString();
+    showWords();
 }
 
 void PreviewPane::show(PreviewRequest request, bool isForced) {
@@ -167,6 +193,8 @@ void PreviewPane::offer(const QString& words) {
 
 void PreviewPane::showWords() {
     QStringList lines{_caption};
+    if (_preview != nullptr && !_names.isEmpty())
+        lines.append(tr("Called %1").arg(_names));
     if (_preview != nullptr)
         lines.append(_preview->problem());
     if (_play->isVisibleTo(this))

@@ -61,7 +61,7 @@ private:
     QSlider* _ratio;
     QPushButton *_play, *_showAnyway;
     QLabel* _words;
-    QString _caption;
+    QString _caption, _names;
     PreviewRequest _request;
     std::shared_ptr<TagPreview> _preview;
 };

@@ -1,7 +1,8 @@
 #include "TextEditorAutocomplete.h"
 
+#include "DocumentTags.h"
 #include "DocumentViewTextCommands.h"
-#include "TextControl.h"
+#include "TextEditorView.h"
 
 namespace zelk {
 
@@ -10,10 +11,11 @@ namespace {
 using Sci = QsciScintillaBase;
 
 constexpr char separator = '\n';
+constexpr std::string_view beforeNote = "  ";
 
 } // namespace
 
-TextEditorAutocomplete::TextEditorAutocomplete(TextControl& control) : QObject(&control), _control(control) {
+TextEditorAutocomplete::TextEditorAutocomplete(TextEditorView& control) : QObject(&control), _control(control) {
     control.send(Sci::SCI_AUTOCSETSEPARATOR, separator);
     control.send(Sci::SCI_AUTOCSETIGNORECASE, 1);
     control.send(Sci::SCI_AUTOCSETORDER, Sci::SC_ORDER_CUSTOM);
@@ -42,16 +44,27 @@ size_t TextEditorAutocomplete::caret() const { return static_cast<size_t>(_contr
 
 void TextEditorAutocomplete::showList(const Completion& completion) {
     std::string list;
-    for (const std::string& word : completion.words)
-        list += (list.empty() ? "" : std::string(1, separator)) + word;
+    for (size_t i = 0; i < completion.words.size(); ++i) {
+        if (i != 0)
+            list += separator;
+        list += completion.words[i];
+        if (i < completion.notes.size())
+            list.append(beforeNote).append(completion.notes[i]);
+    }
     _control.SendScintilla(Sci::SCI_AUTOCSHOW, static_cast<uintptr_t>(caret() - completion.start), list.c_str());
+}
+
+std::shared_ptr<const CharacterIndex> TextEditorAutocomplete::characters() const {
+    return DocumentTags::of(_control).characters();
 }
 
 void TextEditorAutocomplete::choose(std::string_view word) {
     const size_t place = caret();
-    const std::optional<Completion> completion = completionAt(text(), place, _fullForm);
+    const std::optional<Completion> completion = completionAt(text(), place, _fullForm, characters().get());
     if (!completion)
         return;
+    if (!completion->notes.empty())
+        word = word.substr(0, word.find(beforeNote));
     const std::string_view behind = text().substr(place);
     std::string chosen(word);
     const bool isAttribute = completion->kind == Completion::Kind::attribute && !behind.starts_with('=');

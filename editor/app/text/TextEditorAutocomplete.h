@@ -7,12 +7,12 @@
 
 namespace zelk {
 
-class TextControl;
+class TextEditorView;
 
 class TextEditorAutocomplete : public QObject, private ICompletionView {
     Q_OBJECT
 public:
-    explicit TextEditorAutocomplete(TextControl& control);
+    explicit TextEditorAutocomplete(TextEditorView& control);
 
     /// Shows the list, if anything is known of the place.
     void show();
@@ -23,11 +23,12 @@ public:
 private:
     std::string_view text() const override;
     size_t caret() const override;
+    std::shared_ptr<const CharacterIndex> characters() const override;
     void showList(const Completion& completion) override;
     void typed(int character);
     void choose(std::string_view word);
 
-    TextControl& _control;
+    TextEditorView& _control;
     std::optional<bool> _fullForm;
 };
 

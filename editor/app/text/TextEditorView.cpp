@@ -6,7 +6,9 @@
 #include <QMessageBox>
 #include <QMouseEvent>
 
+#include "CharacterText.h"
 #include "ColorText.h"
+#include "DocumentTags.h"
 #include "InsertElementDlg.h"
 #include "ScriptFlow.h"
 #include "TagMatch.h"
@@ -142,17 +144,35 @@ void TextEditorView::contextMenuEvent(QContextMenuEvent* event) {
 
 void TextEditorView::followCaret() {
     const std::optional<FlowTarget> target = flowTargetAt(bytes(), caret(), FlowEffort::full);
-    if (target && target->reason.empty()) {
-        jumpTo(target->start);
-        return;
-    }
-    const std::string reason = target ? target->reason : tr("Nothing here leads anywhere.").toStdString();
-    SendScintilla(SCI_CALLTIPSHOW, static_cast<uintptr_t>(caret()), reason.c_str());
+    if (target && target->reason.empty())
+        return jumpTo(target->start);
+    const std::optional<IdAtPlace> id = target ? std::nullopt : characterIdAt(bytes(), caret());
+    if (id && id->role == IdRole::defines)
+        say(tr("This is where character %1 is defined. Shift+F12 lists its uses.").arg(id->id));
+    else if (id)
+        gotoDefinition(id->id);
+    else
+        say(target ? QString::fromStdString(target->reason) : tr("Nothing here leads anywhere."));
+}
+
+void TextEditorView::gotoDefinition(uint16_t id) {
+    DocumentTags& tags = DocumentTags::of(*this);
+    tags.whenCurrent([this, &tags, id] {
+        const CharacterId* definition = tags.map()->characters().definition(id);
+        if (definition == nullptr)
+            return say(tr("Nothing defines character %1.").arg(id));
+        jumpTo(definition->isInBytes ? definition->tagStart : definition->start);
+    });
+}
+
+void TextEditorView::say(const QString& reason) {
+    SendScintilla(SCI_CALLTIPSHOW, static_cast<uintptr_t>(caret()), reason.toUtf8().constData());
 }
 
 void TextEditorView::jumpTo(size_t offset) {
     _jumps.jumpFrom(caret());
     gotoOffset(offset);
+    Q_EMIT jumped();
 }
 
 void TextEditorView::jumpBack() {

@@ -44,8 +44,10 @@ public:
     }
     /// The same, remembered: jumpBack leads to where the caret is now.
     void jumpTo(size_t offset);
-    /// Jumps to where the branch, constant or name at the caret leads, or says why it cannot.
+    /// Jumps to where the branch, constant, name or id at the caret leads, or says why it cannot.
     void followCaret();
+    /// Jumps to the tag that defines a character, or says that there is none.
+    void gotoDefinition(uint16_t id);
     void jumpBack();
     void jumpForward();
     uint32_t rowCount() const { return static_cast<uint32_t>(send(SCI_GETLINECOUNT)); }
@@ -80,6 +82,8 @@ public:
 
 Q_SIGNALS:
     void modificationChanged(bool isModified);
+    /// A jump came to an end, maybe a while after it was asked for.
+    void jumped();
     /// The caret or the selection is somewhere else.
     void placeChanged();
     void contextMenuAsked(const QPoint& globalPos);
@@ -98,6 +102,7 @@ private:
     void markTarget();
     void indent(int character);
     void toggleFoldAt(long line);
+    void say(const QString& reason);
     void insertElement(ElementKind kind);
 
     SwfSyntaxHighlighter _highlighter;

@@ -28,9 +28,10 @@ MainWindow::MainWindow(QSettings& settings, const QString& stateFolder)
     : _settings(settings), _dialogs(this), _session(_dialogs), _player(settings, _requests),
       _recentSettings(settings, QStringLiteral("RecentList/Recent Document List")), _recentFiles(_recentSettings),
       _actions(makeActions(this)), _tabs(new DocumentTabsView(this)), _statusBar(new StatusBar(this)),
-      _warnings(new WarningsPanel(this)), _preview(new PreviewPane(this)), _search(new SearchController(this)),
-      _documents(_session, _recentFiles, *_tabs),
-      _commands({*this, _settings, _session, _dialogs, _documents, *_tabs, *_actions, *_search, *_warnings, *_preview}),
+      _warnings(new WarningsPanel(this)), _uses(new UsesPanel(this)), _preview(new PreviewPane(this)),
+      _search(new SearchController(this)), _documents(_session, _recentFiles, *_tabs),
+      _commands({*this, _settings, _session, _dialogs, _documents, *_tabs, *_actions, *_search, *_warnings, *_uses,
+                 *_preview}),
       _keeper(
           {*this, _settings, _session, _documents, *_tabs, _requests, *_actions->action(CommandId::reopenSession)}) {
     _session.player = &_player;
@@ -48,6 +49,8 @@ void MainWindow::buildLayout() {
     setCentralWidget(_tabs);
     setStatusBar(_statusBar);
     addDockWidget(Qt::BottomDockWidgetArea, _warnings);
+    addDockWidget(Qt::BottomDockWidgetArea, _uses);
+    tabifyDockWidget(_warnings, _uses);
     addDockWidget(Qt::RightDockWidgetArea, _preview);
     _actions->fill(*menuBar());
     QToolBar* bar = addToolBar(tr("Tool Bar"));
@@ -79,6 +82,7 @@ void MainWindow::connectParts() {
         DocumentView* view = _tabs->current();
         _search->setTarget(view == nullptr ? nullptr : &view->editor());
         showWarnings();
+        _uses->showDocument(view);
         showPreview();
     });
     connect(_statusBar, &StatusBar::warningsAsked, this, [this] { run(CommandId::warnings); });
@@ -87,6 +91,10 @@ void MainWindow::connectParts() {
             view->gotoWarning(entry);
     });
     connect(_warnings, &WarningsPanel::left, this, [this] {
+        if (DocumentView* view = _tabs->current())
+            view->setFocus();
+    });
+    connect(_uses, &UsesPanel::left, this, [this] {
         if (DocumentView* view = _tabs->current())
             view->setFocus();
     });
@@ -162,6 +170,8 @@ void MainWindow::showState() {
             column = editor.column();
         }
         tag = view->unknownTag();
+        if (tag.isEmpty())
+            tag = view->characterWords();
     }
     _statusBar->showPlace(row, column);
     _statusBar->showTag(tag);

@@ -12,6 +12,7 @@
 #include "RequestQueue.h"
 #include "SearchController.h"
 #include "StatusBar.h"
+#include "UsesPanel.h"
 #include "WarningsPanel.h"
 #include "WindowCommands.h"
 #include "WindowDialogs.h"
@@ -74,6 +75,7 @@ private:
     DocumentTabsView* _tabs;
     StatusBar* _statusBar;
     WarningsPanel* _warnings;
+    UsesPanel* _uses;
     PreviewPane* _preview;
     SearchController* _search;
     OpenDocuments _documents;

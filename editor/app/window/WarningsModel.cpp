@@ -89,8 +89,12 @@ QString WarningsModel::textOf(WarningList::Entry entry, int column) const {
     case row: return offset == DocumentWarning::nowhere ? QString() : QString::number(_view->rowOf(offset));
     case tag: return fromBytes(warning.warning.tagName);
     case text: return reasonOf(warning.warning, offset == DocumentWarning::nowhere ? 0 : _view->rowOf(offset));
-    case effect: return fromBytes(libswf::kindText(warning.warning.kind));
-    default: return entry.isOfLoad ? tr("load") : tr("save");
+    case effect:
+        return warning.effect.empty() ? fromBytes(libswf::kindText(warning.warning.kind)) : fromBytes(warning.effect);
+    default:
+        return entry.from == WarningList::From::load   ? tr("load")
+               : entry.from == WarningList::From::save ? tr("save")
+                                                       : tr("check");
     }
 }
 

@@ -116,8 +116,12 @@ void WarningsPanel::toggle() {
     if (isVisible()) {
         hide();
         Q_EMIT left();
-        return;
+    } else {
+        open();
     }
+}
+
+void WarningsPanel::open() {
     show();
     raise();
     _list->setFocus();

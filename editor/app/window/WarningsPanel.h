@@ -21,7 +21,9 @@ public:
 
     /// Shows what is true of a document now; null for none. Rows follow its edits by themselves.
     void showDocument(DocumentView* view);
-    /// Shows the list and gives it the keyboard, or closes it.
+    /// Shows the list and gives it the keyboard.
+    void open();
+    /// Opens or closes it.
     void toggle();
     /// Carries out a command of the table that means this list while it has the keyboard: Copy puts the selected
     /// warnings on the clipboard, a line each. False for one that does not.

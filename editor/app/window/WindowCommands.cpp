@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QFileInfo>
+#include <QInputDialog>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QUrl>
@@ -13,6 +14,7 @@
 #include "FindSymbolDlg.h"
 #include "PayloadCommands.h"
 #include "PreviewPane.h"
+#include "RenameCharacterCmd.h"
 #include "ScriptCommands.h"
 #include "Theme.h"
 
@@ -151,13 +153,16 @@ void WindowCommands::addDocumentCommands() {
     onCurrent(CommandId::showColor, [this](DocumentView& view) { showSelectedColor(view); });
     onCurrent(CommandId::movieXml, [](DocumentView& view) { view.showText(); });
     onCurrent(CommandId::tagList, [this](DocumentView& view) { showList(view); });
-    executeOnCurrent<CheckXmlCmd>(CommandId::checkXml);
+    onCurrent(CommandId::checkXml, [this](DocumentView& view) { checkXml(view); });
     onCurrent(CommandId::movieSettings, [this](DocumentView& view) {
         MovieSettingsCmd command(_parts.session, view.document(), view);
         if (runCommand(_parts.session, command, &view))
             Q_EMIT view.warningsChanged(); // of a form that was changed
     });
     executeOnCurrent<GotoLineCmd>(CommandId::gotoLine);
+    onCurrent(CommandId::gotoTarget, [](DocumentView& view) { view.gotoTarget(); });
+    onCurrent(CommandId::showUses, [this](DocumentView& view) { showUses(view); });
+    onCurrent(CommandId::renameCharacter, [this](DocumentView& view) { renameCharacter(view); });
     onCurrent(CommandId::labelBranches, [this](DocumentView& view) { changeBranches(view, BranchTargets::labels); });
     onCurrent(CommandId::unlabelBranches, [this](DocumentView& view) { changeBranches(view, BranchTargets::numbers); });
     onCurrent(CommandId::findSymbol, [this](DocumentView& view) { findSymbol(view); });
@@ -169,6 +174,36 @@ void WindowCommands::addDocumentCommands() {
     onCurrent(CommandId::openFolder, [](DocumentView& view) {
         QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(view.fileName()).absolutePath()));
     });
+}
+
+void WindowCommands::checkXml(DocumentView& view) {
+    CheckXmlCmd command(_parts.session, view, view.document().warnings);
+    if (!runCommand(_parts.session, command, &view))
+        return;
+    Q_EMIT view.warningsChanged();
+    if (command.foundProblems())
+        _parts.warnings.open();
+}
+
+void WindowCommands::showUses(DocumentView& view) {
+    if (const std::optional<IdAtPlace> id = view.characterId())
+        _parts.uses.showUses(view, id->id);
+    else
+        _parts.session.user.inform({"There is no id of a character here.", "Uses"});
+}
+
+void WindowCommands::renameCharacter(DocumentView& view) {
+    const std::optional<IdAtPlace> id = view.characterId();
+    if (!id)
+        return _parts.session.user.inform({"There is no id of a character here.", "Rename Character"});
+    bool isGiven = false;
+    const int to = QInputDialog::getInt(&_parts.window, tr("Rename Character"),
+                                        tr("Id in place of %1, wherever it is used:").arg(id->id), id->id, 1,
+                                        UINT16_MAX, 1, &isGiven);
+    if (!isGiven || to == id->id)
+        return;
+    RenameCharacterCmd command(_parts.session, view, id->id, to);
+    runCommand(_parts.session, command, &view);
 }
 
 void WindowCommands::showSelectedColor(DocumentView& view) {
@@ -227,7 +262,6 @@ void WindowCommands::addTextCommands() {
         {CommandId::insertActionTemplate, &TextEditorView::insertNewAction},
         {CommandId::insertStruct, &TextEditorView::insertNewStruct},
         {CommandId::insertStructTemplate, &TextEditorView::insertNewStruct},
-        {CommandId::gotoTarget, &TextEditorView::followCaret},
         {CommandId::jumpBack, &TextEditorView::jumpBack},
         {CommandId::jumpForward, &TextEditorView::jumpForward},
         {CommandId::zoomIn, &TextEditorView::zoomIn},

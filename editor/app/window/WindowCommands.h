@@ -11,6 +11,7 @@
 #include "OpenDocuments.h"
 #include "ScriptLabels.h"
 #include "SearchController.h"
+#include "UsesPanel.h"
 #include "WarningsPanel.h"
 #include "WindowDialogs.h"
 
@@ -32,6 +33,7 @@ public:
         CommandActions& actions;
         SearchController& search;
         WarningsPanel& warnings;
+        UsesPanel& uses;
         PreviewPane& preview;
     };
     explicit WindowCommands(const Parts& parts);
@@ -58,6 +60,9 @@ private:
     void runOnList(DocumentView& view, int id);
     bool showList(DocumentView& view);
     void openFiles();
+    void checkXml(DocumentView& view);
+    void renameCharacter(DocumentView& view);
+    void showUses(DocumentView& view);
     void showSelectedColor(DocumentView& view);
     void changeBranches(DocumentView& view, BranchTargets targets);
     void findSymbol(DocumentView& view);

@@ -1,7 +1,7 @@
 #include "DocumentViewTextCommands.h"
 
 #include "DocumentFiles.h"
-
+#include "Problems.h"
 #include "TagCheck.h"
 
 namespace zelk::guicommand::documentviewtext {
@@ -10,9 +10,28 @@ namespace {
 
 struct CheckParams : ThreadParams {
     std::string_view text; ///< in; the user cannot change it while the job runs
+    Problems problems;     ///< out
 };
 
-void check(CheckParams& params) { checkMovieText(params.text, &params.progress); }
+// A part of a job.
+class ProgressOfPart : public xml2swf::IProgressReporter {
+public:
+    ProgressOfPart(xml2swf::IProgressReporter& whole, double start, double end)
+        : _whole(whole), _start(start), _end(end) {}
+    void report(double fraction) override { _whole.report(_start + (_end - _start) * fraction); }
+
+private:
+    xml2swf::IProgressReporter& _whole;
+    const double _start, _end;
+};
+
+// Nothing else is to be said of a text that is no movie.
+void check(CheckParams& params) {
+    constexpr double wellFormed = 0.1; // of the time
+    ProgressOfPart first(params.progress, 0, wellFormed), rest(params.progress, wellFormed, 1);
+    checkMovieText(params.text, &first);
+    params.problems = problemsOfText(params.text, &rest);
+}
 
 void showInForm(Session& session, Document& document, ITextView& view, std::string text, bool fullForm) {
     ChangeFormParams params;
@@ -45,7 +64,10 @@ bool CheckXmlCmd::Execute() {
     params.text = _view.text();
     runJob<check>(_session.user, "Checking", params);
     params.progress.checkCancelled(); // A check that was cancelled says nothing, even if it had just finished.
-    _session.user.inform(xmlIsCorrect());
+    _foundProblems = !params.problems.items.empty();
+    _warnings.checked(warningsOfCheck(params.problems, params.text));
+    if (!_foundProblems)
+        _session.user.inform(xmlIsCorrect());
     return true;
 }
 
@@ -90,7 +112,8 @@ bool GotoLineCmd::Execute() {
 }
 
 bool SwfAutoCompleteCmd::Execute() {
-    const std::optional<Completion> completion = completionAt(_view.text(), _view.caret(), _view.fullForm());
+    const std::optional<Completion> completion =
+        completionAt(_view.text(), _view.caret(), _view.fullForm(), _view.characters().get());
     if (completion)
         _view.showList(*completion);
     return completion.has_value();

@@ -28,15 +28,20 @@ private:
     ITextView& _view;
 };
 
-/// Says whether the text is well-formed and a movie's. Throws as checkMovieText does when it is not.
+/// Looks for all that is wrong with the text. Says that it is correct, or lists what was found among the warnings.
+/// Throws as checkMovieText does for a text that is not well-formed or no movie's.
 class CheckXmlCmd : public FinalCommand {
 public:
-    CheckXmlCmd(Session& session, ITextView& view) : _session(session), _view(view) {}
+    CheckXmlCmd(Session& session, ITextView& view, WarningList& warnings)
+        : _session(session), _view(view), _warnings(warnings) {}
     bool Execute() override;
+    bool foundProblems() const { return _foundProblems; }
 
 private:
+    bool _foundProblems = false;
     Session& _session;
     ITextView& _view;
+    WarningList& _warnings;
 };
 
 /// Asks for the settings of the movie and changes its Movie element, as one step of undo.

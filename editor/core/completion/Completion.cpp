@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "CharacterText.h"
 #include "CodeNames.h"
 #include "ScriptFlow.h"
 #include "XmlSurroundings.h"
@@ -90,11 +91,17 @@ std::vector<std::string> wordsOfText(const XmlSurroundings& around, std::string_
 
 } // namespace
 
-std::optional<Completion> completionAt(std::string_view text, size_t position, std::optional<bool> fullForm) {
+std::optional<Completion> completionAt(std::string_view text, size_t position, std::optional<bool> fullForm,
+                                       const CharacterIndex* characters) {
     using In = XmlPlaceKind::In;
     const XmlPlaceKind place = placeKindAt(text, position);
     if (place.in == In::content || place.in == In::elsewhere)
         return std::nullopt;
+    if (place.in == In::value && characters != nullptr) {
+        IdProposals ids = idsFor(*characters, place.element, place.attribute);
+        if (!ids.ids.empty())
+            return Completion{Completion::Kind::value, place.start, std::move(ids.ids), std::move(ids.notes)};
+    }
     const XmlSurroundings around = surroundingsOf(vocabularyOf(text, fullForm), text, place.open);
     Completion completion{Completion::Kind::element, place.start, {}};
     if (place.in == In::name) {

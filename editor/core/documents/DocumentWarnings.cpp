@@ -4,6 +4,7 @@
 #include <map>
 #include <unordered_map>
 
+#include "Problems.h"
 #include "SwfTags.h"
 
 namespace zelk {
@@ -101,6 +102,25 @@ ConversionWarnings warningsOfCompile(const SwfWarnings& warnings, std::string_vi
     return result;
 }
 
+ConversionWarnings warningsOfCheck(const Problems& problems, std::string_view text) {
+    ConversionWarnings result;
+    for (const Problem& problem : problems.items) {
+        DocumentWarning item{problem.warning};
+        item.warning.path = problem.path;
+        item.warning.tagName = problem.tag;
+        item.warning.reason = problem.reason;
+        item.effect = severityName(problem.severity);
+        const size_t start = problem.offset == Problem::nowhere ? text.npos : text.rfind('<', problem.offset);
+        if (start != text.npos) {
+            item.offset = start;
+            item.inElement = problem.offset - start;
+        }
+        result.items.push_back(std::move(item));
+    }
+    result.more = problems.more;
+    return result;
+}
+
 // --- while the text is edited ----------------------------------------------------------------------------------------
 
 WarningList::Set::Set(ConversionWarnings warnings) : more(warnings.more) {
@@ -113,17 +133,20 @@ WarningList::Set::Set(ConversionWarnings warnings) : more(warnings.more) {
 }
 
 void WarningList::loaded(ConversionWarnings warnings) {
-    _load = Set(std::move(warnings));
-    _compile = Set();
+    for (Set& set : _sets)
+        set = Set();
+    of(From::load) = Set(std::move(warnings));
 }
 
-void WarningList::compiled(ConversionWarnings warnings) { _compile = Set(std::move(warnings)); }
+void WarningList::compiled(ConversionWarnings warnings) { of(From::save) = Set(std::move(warnings)); }
+void WarningList::checked(ConversionWarnings warnings) { of(From::check) = Set(std::move(warnings)); }
 
 void WarningList::savedAsMovie(std::string_view text, bool keepsOriginal) {
     ElementHashes hashes(text);
-    for (uint32_t i = 0; i < _load.items.size(); ++i) {
-        Item& item = _load.items[i];
-        const size_t start = offset({true, i});
+    Set& load = of(From::load);
+    for (uint32_t i = 0; i < load.items.size(); ++i) {
+        Item& item = load.items[i];
+        const size_t start = offset({From::load, i});
         if (item.given.offset == DocumentWarning::nowhere)
             item.isOver = !keepsOriginal;
         else if (start != DocumentWarning::nowhere)
@@ -132,39 +155,40 @@ void WarningList::savedAsMovie(std::string_view text, bool keepsOriginal) {
 }
 
 void WarningList::willInsert(size_t at, size_t length) {
-    _load.places.willInsert(at, length);
-    _compile.places.willInsert(at, length);
+    for (Set& set : _sets)
+        set.places.willInsert(at, length);
 }
 
 void WarningList::willDelete(size_t start, size_t end, const Reader& text) {
-    _load.places.willDelete(start, end, text);
-    _compile.places.willDelete(start, end, text);
+    for (Set& set : _sets)
+        set.places.willDelete(start, end, text);
 }
 
 bool WarningList::settle(const Reader& text) {
-    const bool isLoadChanged = _load.places.settle(text);
-    return _compile.places.settle(text) || isLoadChanged;
+    bool isChanged = false;
+    for (Set& set : _sets)
+        isChanged |= set.places.settle(text);
+    return isChanged;
 }
 
 size_t WarningList::offset(Entry entry) const {
-    if (of(entry).items[entry.number].given.offset == DocumentWarning::nowhere)
+    if (of(entry.from).items[entry.number].given.offset == DocumentWarning::nowhere)
         return DocumentWarning::nowhere;
-    return of(entry).places.at(entry.number).value_or(DocumentWarning::nowhere);
+    return of(entry.from).places.at(entry.number).value_or(DocumentWarning::nowhere);
 }
 
 bool WarningList::isTrue(Entry entry) const {
-    const Item& item = of(entry).items[entry.number];
+    const Item& item = of(entry.from).items[entry.number];
     const bool hadPlace = item.given.offset != DocumentWarning::nowhere;
     return !item.isOver && (!hadPlace || offset(entry) != DocumentWarning::nowhere);
 }
 
 std::vector<WarningList::Entry> WarningList::entries() const {
     std::vector<Entry> result;
-    for (const bool isOfLoad : {true, false}) {
-        const size_t count = (isOfLoad ? _load : _compile).items.size();
-        for (uint32_t i = 0; i < count; ++i) {
-            if (isTrue({isOfLoad, i}))
-                result.push_back({isOfLoad, i});
+    for (const From from : {From::load, From::save, From::check}) {
+        for (uint32_t i = 0; i < of(from).items.size(); ++i) {
+            if (isTrue({from, i}))
+                result.push_back({from, i});
         }
     }
     std::ranges::stable_sort(result, {}, [this](Entry entry) { return offset(entry); });
@@ -210,20 +234,22 @@ std::string titleOf(const WarningList& list, const std::vector<WarningList::Entr
     for (WarningList::Entry entry : entries)
         elements.push_back(list.offset(entry));
     elements.erase(std::unique(elements.begin(), elements.end()), elements.end()); // They are in the order of the text.
-    const char* what = elements.size() != entries.size() ? " times" : entries.front().isOfLoad ? " tags" : " elements";
+    const char* what = elements.size() != entries.size()                 ? " times"
+                       : entries.front().from == WarningList::From::load ? " tags"
+                                                                         : " elements";
     return (areEqual ? first.reason : general) + ", " + std::to_string(entries.size()) + what;
 }
 
 } // namespace
 
 std::vector<WarningGroup> grouped(const WarningList& list, const std::vector<WarningList::Entry>& entries) {
-    std::map<std::tuple<bool, SwfWarning::Kind, std::string>, size_t> known;
+    std::map<std::tuple<WarningList::From, SwfWarning::Kind, std::string>, size_t> known;
     std::vector<WarningGroup> groups;
     std::vector<const std::string*> general;
     for (WarningList::Entry entry : entries) {
         const SwfWarning& warning = list.at(entry).warning;
         const auto [found, isNew] =
-            known.emplace(std::tuple(entry.isOfLoad, warning.kind, withoutNumbers(warning.reason)), groups.size());
+            known.emplace(std::tuple(entry.from, warning.kind, withoutNumbers(warning.reason)), groups.size());
         if (isNew) {
             groups.emplace_back();
             general.push_back(&std::get<std::string>(found->first));

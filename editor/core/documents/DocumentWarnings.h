@@ -1,6 +1,7 @@
-// What conversions warned of, in the text that is being edited.
+// What conversions warned of and what a check found, in the text that is being edited.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -12,6 +13,8 @@
 
 namespace zelk {
 
+struct Problems;
+
 struct DocumentWarning {
     static constexpr size_t nowhere = SIZE_MAX;
 
@@ -21,6 +24,7 @@ struct DocumentWarning {
     // The whole element, of a warning that was given when a movie was opened:
     size_t size = 0;
     size_t hash = 0;
+    std::string effect = {}; ///< of a check: "error" or "warning", in place of what the kind of warning says
 };
 
 /// Of one conversion.
@@ -34,22 +38,26 @@ ConversionWarnings warningsOfLoad(const libswf::SwfWarnings& warnings, std::stri
                                   std::vector<xml2swf::TagText> tags);
 /// Of compiling a text.
 ConversionWarnings warningsOfCompile(const libswf::SwfWarnings& warnings, std::string_view text);
+/// Of a check of a text.
+ConversionWarnings warningsOfCheck(const Problems& problems, std::string_view text);
 
 /// The warnings of a document that are still true. Those of load tell of the movie that the text came from: each stays
 /// until its element is gone or is saved with another content. Those of the last save or play tell of the text: each
-/// stays until its element is gone or the next save or play.
+/// stays until its element is gone or the next save or play. Those of the last check likewise, until the next.
 class WarningList {
 public:
     using Reader = TextAnchors::Reader;
-    /// One of the list; valid until `loaded` or `compiled`.
+    /// One of the list; valid until `loaded`, `compiled` or `checked`.
+    enum class From : uint8_t { load, save, check };
     struct Entry {
-        bool isOfLoad;
+        From from;
         uint32_t number;
         bool operator==(const Entry&) const = default;
     };
 
     void loaded(ConversionWarnings warnings);
     void compiled(ConversionWarnings warnings);
+    void checked(ConversionWarnings warnings);
     /// The text was written as a movie: what it warned of stays true for elements that kept their bytes, of which there
     /// are none without an original.
     void savedAsMovie(std::string_view text, bool keepsOriginal);
@@ -62,8 +70,8 @@ public:
     /// In the order of the text; those without a place last.
     std::vector<Entry> entries() const;
     /// How many were given beyond those that are listed.
-    uint64_t more() const { return _load.more + _compile.more; }
-    const DocumentWarning& at(Entry entry) const { return of(entry).items[entry.number].given; }
+    uint64_t more() const { return of(From::load).more + of(From::save).more + of(From::check).more; }
+    const DocumentWarning& at(Entry entry) const { return of(entry.from).items[entry.number].given; }
     /// Where its element is now; DocumentWarning::nowhere when it has none.
     size_t offset(Entry entry) const;
 
@@ -79,10 +87,11 @@ private:
         uint64_t more = 0;
     };
 
-    const Set& of(Entry entry) const { return entry.isOfLoad ? _load : _compile; }
+    const Set& of(From from) const { return _sets[static_cast<size_t>(from)]; }
+    Set& of(From from) { return _sets[static_cast<size_t>(from)]; }
     bool isTrue(Entry entry) const;
 
-    Set _load, _compile;
+    std::array<Set, 3> _sets; // by From
 };
 
 /// Warnings that say the same.

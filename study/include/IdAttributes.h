@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "Characters.h"
+#include "CharacterIndex.h"
 
 namespace zelk {
 

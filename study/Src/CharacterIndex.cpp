@@ -1,4 +1,4 @@
-#include "Characters.h"
+#include "CharacterIndex.h"
 
 #include <algorithm>
 #include <utility>
@@ -17,7 +17,7 @@ using namespace xml2swf;
 
 class CharacterReader : public MovieVisitor {
 public:
-    CharacterReader(std::string_view text, std::string_view movieTag, Characters& result)
+    CharacterReader(std::string_view text, std::string_view movieTag, CharacterIndex& result)
         : _text(text), _result(result), _version(versionOf(movieTag)) {}
 
     void tagBegins(const ScannedTag& tag, std::string_view startTag) override {
@@ -43,7 +43,7 @@ public:
             const std::string_view* value = find(attributes, row.attribute);
             if (value == nullptr)
                 continue;
-            const std::optional<uint16_t> id = add(around, *value, row.role, row.isOptional);
+            const std::optional<uint16_t> id = add(around, *value, row.role, row.element, row.isOptional);
             const std::string_view* name = id && !row.name.empty() ? find(attributes, row.name) : nullptr;
             if (name != nullptr && !name->empty())
                 addName(*id, {row.kind, decoded(*name)});
@@ -62,14 +62,16 @@ private:
         return found == attributes.end() ? nullptr : &found->value;
     }
 
-    std::optional<uint16_t> add(const ScannedTag& tag, std::string_view value, IdRole role, bool isOptional = false) {
+    std::optional<uint16_t> add(const ScannedTag& tag, std::string_view value, IdRole role, std::string_view element,
+                                bool isOptional = false) {
         const std::optional<int64_t> id = parseInteger(value);
         if (!id || *id < 0 || *id > UINT16_MAX || (isOptional && *id == 0))
             return {};
         const auto start = static_cast<uint32_t>(value.data() - _text.data());
         const auto end = static_cast<uint32_t>(start + value.size());
         const auto number = static_cast<uint16_t>(*id);
-        _result._ids.push_back({number, role, false, tag.number, static_cast<uint32_t>(tag.start), start, end});
+        _result._ids.push_back(
+            {number, role, element, false, tag.number, static_cast<uint32_t>(tag.start), tag.list, start, end});
         return number;
     }
 
@@ -92,7 +94,7 @@ private:
             return;
         _unknown = UnknownTag{static_cast<uint16_t>(code), {}};
         if (value != nullptr)
-            _unknown->id = add(tag, *value, *role);
+            _unknown->id = add(tag, *value, *role, libswf::knownTagName(static_cast<uint16_t>(code)));
     }
 
     // What the full form would show of a tag that is kept as bytes: its ids are those of the tag.
@@ -100,13 +102,14 @@ private:
         const std::string shown = inFullForm(_text.substr(tag.start, end - tag.start));
         if (shown.empty())
             return;
-        const Characters inside(shown);
+        const CharacterIndex inside(shown);
         bool isFirst = _unknown->id.has_value(); // which stands in an attribute
         for (CharacterId id : inside._ids) {
             if (std::exchange(isFirst, false))
                 continue;
             id.isInBytes = true;
             id.tag = tag.number;
+            id.list = tag.list;
             id.tagStart = id.start = static_cast<uint32_t>(tag.start);
             id.end = static_cast<uint32_t>(end);
             _result._ids.push_back(id);
@@ -167,12 +170,12 @@ private:
     static constexpr size_t mostOfUnknown = 1 << 20;
 
     const std::string_view _text;
-    Characters& _result;
+    CharacterIndex& _result;
     const uint8_t _version;
     std::optional<UnknownTag> _unknown; // that is being read
 };
 
-Characters::Characters(std::string_view text) {
+CharacterIndex::CharacterIndex(std::string_view text) {
     const MovieSpan movie = findTagSpans(text).movie;
     if (movie.start == MovieSpan::none)
         return;
@@ -181,7 +184,7 @@ Characters::Characters(std::string_view text) {
     finish();
 }
 
-void Characters::finish() {
+void CharacterIndex::finish() {
     _byId.resize(_ids.size());
     for (uint32_t i = 0; i < _byId.size(); ++i)
         _byId[i] = i;
@@ -190,14 +193,14 @@ void Characters::finish() {
         std::ranges::stable_sort(names, {}, &CharacterName::kind);
 }
 
-std::vector<CharacterId> Characters::of(uint16_t id) const {
+std::vector<CharacterId> CharacterIndex::of(uint16_t id) const {
     std::vector<CharacterId> result;
     for (uint32_t i : std::ranges::equal_range(_byId, id, {}, [this](uint32_t i) { return _ids[i].id; }))
         result.push_back(_ids[i]);
     return result;
 }
 
-const CharacterId* Characters::definition(uint16_t id) const {
+const CharacterId* CharacterIndex::definition(uint16_t id) const {
     for (uint32_t i : std::ranges::equal_range(_byId, id, {}, [this](uint32_t i) { return _ids[i].id; })) {
         if (isDefinition(_ids[i].role))
             return &_ids[i];
@@ -205,7 +208,7 @@ const CharacterId* Characters::definition(uint16_t id) const {
     return nullptr;
 }
 
-const CharacterId* Characters::at(size_t offset) const {
+const CharacterId* CharacterIndex::at(size_t offset) const {
     // Attributes of a sprite stand before the tags in it.
     auto id = std::ranges::upper_bound(_ids, offset, {}, [](const CharacterId& id) { return size_t(id.tagStart); });
     if (id == _ids.begin())
@@ -218,20 +221,41 @@ const CharacterId* Characters::at(size_t offset) const {
     return nullptr;
 }
 
-const CharacterId* Characters::ofTag(uint32_t tag) const {
+const CharacterId* CharacterIndex::ofTag(uint32_t tag) const {
     const auto found = std::ranges::lower_bound(_ids, tag, {}, &CharacterId::tag);
     return found != _ids.end() && found->tag == tag ? &*found : nullptr;
 }
 
-const std::vector<CharacterName>& Characters::names(uint16_t id) const {
+const CharacterId* CharacterIndex::ofTagAt(size_t start) const {
+    const auto found = std::ranges::lower_bound(_ids, start, {}, &CharacterId::tagStart);
+    return found != _ids.end() && found->tagStart == start ? &*found : nullptr;
+}
+
+const std::vector<CharacterName>& CharacterIndex::names(uint16_t id) const {
     static const std::vector<CharacterName> none;
     const auto found = _names.find(id);
     return found == _names.end() ? none : found->second;
 }
 
-std::string_view Characters::name(uint16_t id) const {
+std::string_view CharacterIndex::name(uint16_t id) const {
     const std::vector<CharacterName>& all = names(id);
     return all.empty() ? std::string_view() : all.front().text;
+}
+
+std::string CharacterIndex::shown(uint16_t id) const {
+    const std::string_view called = name(id);
+    return std::to_string(id) + (called.empty() ? "" : " (" + std::string(called) + ")");
+}
+
+std::optional<uint16_t> CharacterIndex::freeId() const {
+    uint32_t id = 1;
+    for (uint32_t i : _byId) {
+        if (_ids[i].id == id)
+            ++id;
+        else if (_ids[i].id > id)
+            break;
+    }
+    return id <= UINT16_MAX ? std::optional(static_cast<uint16_t>(id)) : std::nullopt;
 }
 
 } // namespace zelk

@@ -34,10 +34,12 @@ constexpr bool isDefinition(IdRole role) { return role == IdRole::defines || rol
 struct CharacterId {
     uint16_t id;
     IdRole role;
-    bool isInBytes;      ///< the id is part of a tag's bytes that the text has as base64
-    uint32_t tag;        ///< tags are numbered in the order in which they start, as in TagIndex
-    uint32_t tagStart;   ///< byte of its "<"
-    uint32_t start, end; ///< of the attribute's value between its quotes; of the element, for one in bytes
+    std::string_view element; ///< that has it, or would have it in place of the bytes: "ButtonRecord"
+    bool isInBytes;           ///< the id is part of a tag's bytes that the text has as base64
+    uint32_t tag;             ///< tags are numbered in the order in which they start, as in TagIndex
+    uint32_t tagStart;        ///< byte of its "<"
+    uint32_t list;            ///< the number of the sprite that the tag stands in; noTag in the movie's own list
+    uint32_t start, end;      ///< of the attribute's value between its quotes; of the element, for one in bytes
 };
 
 struct CharacterName {
@@ -48,14 +50,15 @@ struct CharacterName {
     bool operator==(const CharacterName&) const = default;
 };
 
-class Characters {
+class CharacterIndex {
 public:
+    static constexpr uint32_t noTag = UINT32_MAX;
     static constexpr uint16_t noBitmap = UINT16_MAX; ///< the id of a fill with no picture
 
-    Characters() = default;
+    CharacterIndex() = default;
     /// [any thread] Goes over the whole text, which is in either form. Without any for a text that is no movie. Throws
     /// XmlSyntaxError.
-    explicit Characters(std::string_view text);
+    explicit CharacterIndex(std::string_view text);
 
     /// All ids in the order of the text.
     const std::vector<CharacterId>& all() const { return _ids; }
@@ -67,11 +70,17 @@ public:
     const CharacterId* at(size_t offset) const;
     /// The id that a tag is about: the first that it has. Null for a tag without.
     const CharacterId* ofTag(uint32_t tag) const;
+    /// The same of the tag whose "<" is there.
+    const CharacterId* ofTagAt(size_t start) const;
 
     /// Different ones, those that say most first.
     const std::vector<CharacterName>& names(uint16_t id) const;
     /// The first of them; empty for none.
     std::string_view name(uint16_t id) const;
+    /// "37 (ball)"; "37" without a name.
+    std::string shown(uint16_t id) const;
+    /// That nothing has; none when all are taken.
+    std::optional<uint16_t> freeId() const;
 
 private:
     friend class CharacterReader;

@@ -13,6 +13,9 @@ namespace {
 
 // Big texts are copied in between other events.
 constexpr size_t pieceSize = 1 << 20;
+// At whose tags it looks by itself, so long after a change: bytes, milliseconds.
+constexpr long smallText = 16 << 20;
+constexpr int lookDelay = 400;
 // Bytes of a tag that another one uses; a bigger one counts as missing.
 constexpr size_t mostCopied = 16 << 20;
 
@@ -26,6 +29,8 @@ DocumentTags& DocumentTags::of(TextEditorView& editor) {
 
 DocumentTags::DocumentTags(TextEditorView& editor) : QObject(&editor), _editor(editor) {
     connect(&editor, &TextControl::edited, this, &DocumentTags::forget);
+    _looking.setSingleShot(true);
+    connect(&_looking, &QTimer::timeout, this, &DocumentTags::find);
     connect(&_copying, &QTimer::timeout, this, &DocumentTags::copyPiece);
     connect(&_search, &QFutureWatcherBase::finished, this, &DocumentTags::take);
 }
@@ -35,9 +40,13 @@ void DocumentTags::forget() {
     _copy = {};
     _search.setFuture({});
     _map.reset();
+    _act = {};
+    if (_editor.send(QsciScintillaBase::SCI_GETLENGTH) <= smallText)
+        _looking.start(lookDelay);
 }
 
 void DocumentTags::find() {
+    _looking.stop();
     if (_map != nullptr || _copying.isActive() || _search.isRunning())
         return;
     _copy.reserve(_editor.text().size());
@@ -77,25 +86,25 @@ void DocumentTags::startSearch() {
 void DocumentTags::take() {
     if (_search.future().resultCount() == 0)
         return;
-    _map = _search.future().result();
+    _map = _last = _search.future().result();
     Q_EMIT found();
+    if (const auto act = std::exchange(_act, {}))
+        act();
+}
+
+std::shared_ptr<const CharacterIndex> DocumentTags::characters() const {
+    return _last == nullptr ? nullptr : std::shared_ptr<const CharacterIndex>(_last, &_last->characters());
+}
+
+void DocumentTags::whenCurrent(std::function<void()> act) {
+    if (_map != nullptr)
+        return act();
+    _act = std::move(act);
+    find();
 }
 
 std::optional<TagRange> DocumentTags::tagAtCaret() const {
     return _map == nullptr ? std::nullopt : _map->at(_editor.text(), _editor.selection().start);
-}
-
-PreviewRequest DocumentTags::request(const TagRange& tag) const {
-    PreviewRequest request;
-    if (_map == nullptr)
-        return request;
-    request.element = element(tag);
-    request.jpegTables = smallElement(_map->jpegTables());
-    request.layout = _map->layout();
-    request.definition = [tags = QPointer(this), map = _map](uint16_t id) {
-        return tags == nullptr || tags->_map != map ? std::string() : tags->smallElement(map->definition(id));
-    };
-    return request;
 }
 
 std::string DocumentTags::element(const TagRange& range) const {

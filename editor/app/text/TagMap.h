@@ -1,12 +1,12 @@
-// Where the tags of a text stand, and which of them define characters.
+// Where the tags of a text stand, and which characters they define and use.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "CharacterIndex.h"
 #include "MovieLayout.h"
 
 namespace zelk {
@@ -27,14 +27,13 @@ public:
     /// The first tag that defines a character.
     std::optional<TagRange> definition(uint16_t characterId) const;
     std::optional<TagRange> jpegTables() const { return _jpegTables; }
+    const CharacterIndex& characters() const { return _characters; }
     /// Of the movie.
     MovieLayout layout() const { return _layout; }
 
 private:
-    void addDefinitions(std::string_view text);
-
     std::vector<TagRange> _tags;
-    std::unordered_map<uint16_t, TagRange> _definitions;
+    CharacterIndex _characters;
     std::optional<TagRange> _jpegTables;
     MovieLayout _layout;
 };

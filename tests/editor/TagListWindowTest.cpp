@@ -361,4 +361,64 @@ TEST_F(TagListWindowTest, ErrorsOfSavingAreShownAtTheirTag) {
     EXPECT_EQ(editor().row(), 2u);
 }
 
+// Classes and methods are rows of their own, which no command of the list takes for tags.
+TEST_F(TagListWindowTest, CodeOpensToItsClassesAndMethods) {
+    const std::string text = R"(<Movie SwfVersion="9" Width="10" Height="10" FrameRate="12" Form="full">
+    <DoABC Flags="1" Name="bytes">
+        <DoABCData>AAAA</DoABCData>
+    </DoABC>
+    <DoABC Flags="1" Name="code">
+        <Abc MajorVersion="46" MinorVersion="16">
+            <Class Name="game::Ball" Base="Object">
+                <Slot Name="x" />
+                <Constructor>
+                    <Code MaxStack="1"><Nop /></Code>
+                </Constructor>
+                <Static>
+                    <Getter Name="count" />
+                </Static>
+            </Class>
+            <Class Name="Empty" />
+            <Script>
+                <Method Name="main" />
+            </Script>
+            <Constants>
+                <String Value="&lt;Method Name=" />
+            </Constants>
+        </Abc>
+    </DoABC>
+    <ShowFrame />
+</Movie>)";
+    load(text);
+    editor().gotoOffset(text.find("<DoABC Flags=\"1\" Name=\"code"));
+    choose(CommandId::tagList);
+    const std::string tags = "DoABC Flags=\"1\" Name=\"bytes\"\nDoABC Flags=\"1\" Name=\"code\"\n";
+    EXPECT_EQ(rows(), tags + "ShowFrame\n");
+    press(Qt::Key_Right); // opens the block
+    press(Qt::Key_Down);
+    press(Qt::Key_Right); // the class
+    const std::string opened = tags + " Class Name=\"game::Ball\" Base=\"Object\"\n"
+                                      "  Constructor\n  Getter Name=\"count\"\n"
+                                      " Class Name=\"Empty\"\n Method Name=\"main\"\n";
+    EXPECT_EQ(rows(), opened + "ShowFrame\n");
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    EXPECT_EQ(current(), "Getter");
+    EXPECT_EQ(view().listedTag()->first, text.find("<DoABC Flags=\"1\" Name=\"code"));
+    EXPECT_FALSE(list().hasSelection());
+    press(Qt::Key_Delete);
+    press(Qt::Key_Down, Qt::AltModifier);
+    EXPECT_EQ(editor().text(), text);
+    press(Qt::Key_Return);
+    EXPECT_FALSE(view().showsList());
+    EXPECT_EQ(editor().caret(), text.find("<Getter"));
+
+    // What was open stays open when the text changes, and under a filter.
+    editor().replaceBytes(text.rfind("<ShowFrame"), text.rfind("<ShowFrame"), "<End />");
+    choose(CommandId::tagList);
+    EXPECT_EQ(rows(), opened + "End\nShowFrame\n");
+    list().findChild<QLineEdit*>()->setText(QStringLiteral("code"));
+    EXPECT_EQ(rows(), opened.substr(opened.find('\n') + 1));
+}
+
 } // namespace

@@ -39,6 +39,7 @@ DocumentView::DocumentView(QWidget* parent)
     connect(_editor, &TextEditorView::jumped, this, &DocumentView::showCaret);
     connect(_list, &DocumentViewList::selectionChanged, this, &DocumentView::stateChanged);
     connect(_list, &DocumentViewList::currentTagChanged, this, &DocumentView::currentTagChanged);
+    connect(_list, &DocumentViewList::placeAsked, this, &DocumentView::jumpTo);
     connect(_list, &DocumentViewList::listLost, this, [this] { showView(_editor); });
 }
 
@@ -238,7 +239,9 @@ size_t DocumentView::place() {
 void DocumentView::showText() {
     if (showsList() && _tags.isCurrent()) {
         const uint32_t tag = _list->currentTag();
-        if (tag != TagIndex::movie && tag != tagAtCaret())
+        if (const auto code = _list->currentCode())
+            _editor->gotoOffset(*code);
+        else if (tag != TagIndex::movie && tag != tagAtCaret())
             _editor->gotoOffset(_tags.tags().start(tag));
     }
     showView(_editor);

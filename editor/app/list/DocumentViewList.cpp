@@ -69,17 +69,17 @@ void DocumentViewList::buildLayout() {
 
 void DocumentViewList::connectTree() {
     connect(_filter, &QLineEdit::textChanged, this, &DocumentViewList::showFilter);
-    connect(_tree->selectionModel(), &QItemSelectionModel::currentChanged, this, &DocumentViewList::currentTagChanged);
+    connect(_tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            [this](const QModelIndex& current, const QModelIndex& previous) {
+                if (tagOf(current) != tagOf(previous))
+                    Q_EMIT currentTagChanged();
+            });
     connect(_tree->selectionModel(), &QItemSelectionModel::selectionChanged, this, &DocumentViewList::selectionChanged);
     connect(_tree, &QTreeView::expanded, this,
             [this](const QModelIndex& row) { rememberExpanded(TagListModel::keyOf(row), true); });
     connect(_tree, &QTreeView::collapsed, this,
             [this](const QModelIndex& row) { rememberExpanded(TagListModel::keyOf(row), false); });
-    connect(_tree, &TagTree::editAsked, this, [this] {
-        if (currentTag() != TagIndex::movie)
-            Q_EMIT executeAsked(
-                std::make_shared<EditSingleTagCmd>(_text, tagEditor(), _controller.tags().path(currentTag())));
-    });
+    connect(_tree, &TagTree::editAsked, this, &DocumentViewList::activate);
     connect(_tree, &TagTree::deleteAsked, this, [this] { Q_EMIT commandAsked(CommandId::clear); });
     connect(_tree, &TagTree::insertAsked, this, [this] { Q_EMIT commandAsked(CommandId::insert); });
     connect(_tree, &TagTree::moveAsked, this, [this](TagTree::Step step) { moveTo(positionOfStep(step)); });
@@ -133,13 +133,24 @@ void DocumentViewList::refresh() {
     Q_EMIT currentTagChanged();
 }
 
-void DocumentViewList::rememberExpanded(uint32_t tag, bool isExpanded) {
+// Ids are those of sprites; tags with code and classes have names.
+QByteArray DocumentViewList::nameOfExpanded(uint32_t key) const {
+    const std::string_view element = _text.text().substr(_controller.start(key));
+    if (!ListViewController::isCode(key) && !_controller.hasCode(key))
+        return idOf(element);
+    const auto name = QByteArray::fromStdString(attributeText(startTagOf(element), "Name").value_or(""));
+    return ListViewController::isCode(key) ? nameOfExpanded(_controller.tagOf(key)) + '/' + name : name;
+}
+
+void DocumentViewList::rememberExpanded(uint32_t key, bool isExpanded) {
     if (!_controller.isCurrent())
         return;
+    const bool isOfCode = ListViewController::isCode(key) || _controller.hasCode(key);
+    QSet<QByteArray>& names = isOfCode ? _expandedCode : _expanded;
     if (isExpanded)
-        _expanded.insert(idOf(_text.element(tag)));
+        names.insert(nameOfExpanded(key));
     else
-        _expanded.remove(idOf(_text.element(tag)));
+        names.remove(nameOfExpanded(key));
 }
 
 void DocumentViewList::expandAsBefore() {
@@ -150,11 +161,28 @@ void DocumentViewList::expandAsBefore() {
         if (++opened < mostOpened)
             _tree->expand(_model->indexOf(tag));
     }
-    if (_expanded.isEmpty())
+    if (_expanded.isEmpty() && _expandedCode.isEmpty())
         return;
     for (uint32_t tag = 0; tag < index.count(); ++tag) {
-        if (index.childCount(tag) != 0 && _controller.isShown(tag) && _expanded.contains(idOf(_text.element(tag))))
+        if (!_controller.isShown(tag))
+            continue;
+        if (index.childCount(tag) != 0 && _expanded.contains(idOf(_text.element(tag))))
             _tree->expand(_model->indexOf(tag));
+        else if (!_expandedCode.isEmpty() && _controller.hasCode(tag))
+            expandCode(tag);
+    }
+}
+
+void DocumentViewList::expandCode(uint32_t tag) {
+    if (!_expandedCode.contains(nameOfExpanded(tag)))
+        return;
+    _tree->expand(_model->indexOf(tag));
+    if (_expandedCode.size() == 1)
+        return;
+    for (uint32_t row = 0; row < _controller.rowCount(tag); ++row) {
+        const uint32_t key = _controller.rowAt(tag, row);
+        if (_controller.hasRows(key) && _expandedCode.contains(nameOfExpanded(key)))
+            _tree->expand(_model->indexOf(key));
     }
 }
 
@@ -200,14 +228,30 @@ void DocumentViewList::select(uint32_t tag) {
     _tree->scrollTo(row);
 }
 
-uint32_t DocumentViewList::currentTag() const { return TagListModel::keyOf(_tree->currentIndex()); }
+uint32_t DocumentViewList::tagOf(const QModelIndex& row) const { return _controller.tagOf(TagListModel::keyOf(row)); }
 
-bool DocumentViewList::hasSelection() const { return _tree->selectionModel()->hasSelection(); }
+uint32_t DocumentViewList::currentTag() const { return tagOf(_tree->currentIndex()); }
+
+std::optional<size_t> DocumentViewList::currentCode() const {
+    const uint32_t key = TagListModel::keyOf(_tree->currentIndex());
+    return ListViewController::isCode(key) ? std::optional(_controller.start(key)) : std::nullopt;
+}
+
+bool DocumentViewList::holdsTags(const QItemSelectionRange& range) {
+    return !ListViewController::isCode(TagListModel::keyOf(range.topLeft()));
+}
+
+bool DocumentViewList::hasSelection() const {
+    const QItemSelection ranges = _tree->selectionModel()->selection();
+    return std::any_of(ranges.begin(), ranges.end(), holdsTags);
+}
 
 TagSelection DocumentViewList::selection() const {
     TagSelection paths;
     // selectedRows() looks at every range for every row.
     for (const QItemSelectionRange& range : _tree->selectionModel()->selection()) {
+        if (!holdsTags(range))
+            continue;
         for (int row = range.top(); row <= range.bottom(); ++row)
             paths.push_back(_controller.tags().path(TagListModel::keyOf(_model->index(row, 0, range.parent()))));
     }
@@ -296,6 +340,14 @@ void DocumentViewList::run(Session& session, int id) {
     case CommandId::find: openFilter(); break;
     default: break;
     }
+}
+
+void DocumentViewList::activate() {
+    if (const auto place = currentCode())
+        Q_EMIT placeAsked(*place);
+    else if (currentTag() != TagIndex::movie)
+        Q_EMIT executeAsked(
+            std::make_shared<EditSingleTagCmd>(_text, tagEditor(), _controller.tags().path(currentTag())));
 }
 
 void DocumentViewList::execute(Session& session, const CommandPtr& command) {
@@ -392,11 +444,12 @@ TagPath DocumentViewList::positionOfDrop(const QModelIndex& target, TagTree::Dro
     const TagIndex& index = _controller.tags();
     if (!target.isValid())
         return {index.childCount(TagIndex::movie)};
-    const uint32_t tag = TagListModel::keyOf(target);
+    const uint32_t tag = tagOf(target);
     TagPath position = index.path(tag);
-    if (where == TagTree::Drop::on && elementName(_text.element(tag)) == "DefineSprite")
+    const bool isSprite = elementName(_text.element(tag)) == "DefineSprite";
+    if (where == TagTree::Drop::on && isSprite)
         position.push_back(index.childCount(tag));
-    else if (where == TagTree::Drop::below && _tree->isExpanded(target.siblingAtColumn(0)))
+    else if (where == TagTree::Drop::below && isSprite && _tree->isExpanded(target.siblingAtColumn(0)))
         position.push_back(0); // The line is drawn between the sprite and the first tag in it.
     else if (where != TagTree::Drop::above)
         ++position.back();

@@ -1,6 +1,7 @@
 // A document as a list of its tags.
 #pragma once
 
+#include <QItemSelection>
 #include <QSet>
 #include <QWidget>
 
@@ -33,8 +34,11 @@ public:
     bool isCurrent() const { return _controller.isCurrent(); }
     /// Makes a tag the current one, and the only selected one. A filter that hides it goes.
     void select(uint32_t tag);
-    /// TagIndex::movie when there is none.
+    /// The one that the current row stands for or in; TagIndex::movie when there is none.
     uint32_t currentTag() const;
+    /// Where the class or method of the current row starts in the text; none for rows of tags.
+    std::optional<size_t> currentCode() const;
+    /// Of tags.
     bool hasSelection() const;
     /// The line above the list.
     QString headerText() const;
@@ -54,6 +58,8 @@ Q_SIGNALS:
     void selectionChanged();
     /// Please run this command of the table.
     void commandAsked(int id);
+    /// Please show this place of the text.
+    void placeAsked(size_t offset);
     /// Please hand this to `execute`.
     void executeAsked(guicommand::CommandPtr command);
     /// The text is no longer well-formed.
@@ -71,7 +77,10 @@ private:
     void showFilter();
     void showCounts();
     void rebuild();
-    void rememberExpanded(uint32_t tag, bool isExpanded);
+    QByteArray nameOfExpanded(uint32_t key) const;
+    void rememberExpanded(uint32_t key, bool isExpanded);
+    void expandCode(uint32_t tag);
+    void activate();
     void expandAsBefore();
     void showResult();
     void rebuildAt(const guicommand::documentviewlist::TagSelection& paths, const TagPath& place);
@@ -79,6 +88,8 @@ private:
     void selectNear(TagPath path);
     void selectPaths(guicommand::documentviewlist::TagSelection paths);
 
+    uint32_t tagOf(const QModelIndex& row) const;
+    static bool holdsTags(const QItemSelectionRange& range);
     guicommand::documentviewlist::TagSelection selection() const;
     TagPath currentPath() const;
     /// Behind the current tag, or at the end.
@@ -98,7 +109,8 @@ private:
     QLabel* _counts;
     QLineEdit* _filter;
     TagTree* _tree;
-    QSet<QByteArray> _expanded; // the ids of the sprites that are open
+    QSet<QByteArray> _expanded;     // the ids of the sprites that are open
+    QSet<QByteArray> _expandedCode; // tags with code, and classes
     TagEditorDlg* _editor = nullptr;
 };
 

@@ -43,6 +43,8 @@ void ListViewController::refresh() {
     _index = _text.sharedTags();
     _layout = layoutAtStart(_text.text());
     _unknown.clear();
+    _blocks.clear();
+    _blockOfTag.clear();
     applyFilter();
 }
 
@@ -125,19 +127,71 @@ const ListViewController::Children& ListViewController::childrenOf(uint32_t pare
 }
 
 uint32_t ListViewController::rowCount(uint32_t parent) const {
+    if (const Block* block = blockIn(parent))
+        return block->outline.childCount(block->entryOf(parent));
     if (_filter.isEmpty() || _childrenOf.empty())
         return tags().childCount(parent);
     return childrenOf(parent).count;
 }
 
 uint32_t ListViewController::rowAt(uint32_t parent, uint32_t row) const {
+    if (const Block* block = blockIn(parent))
+        return block->keyOf(block->outline.child(block->entryOf(parent), row));
     return _filter.isEmpty() ? tags().child(parent, row) : _rows[childrenOf(parent).first + row];
 }
 
-uint32_t ListViewController::rowOf(uint32_t key) const { return _filter.isEmpty() ? tags().row(key) : _rowOf[key]; }
+uint32_t ListViewController::rowOf(uint32_t key) const {
+    if (isCode(key))
+        return blockOf(key).outline.row(blockOf(key).entryOf(key));
+    return _filter.isEmpty() ? tags().row(key) : _rowOf[key];
+}
+
+uint32_t ListViewController::parentOf(uint32_t key) const {
+    if (!isCode(key))
+        return tags().parent(key);
+    const Block& block = blockOf(key);
+    return block.keyOf(block.outline.parent(block.entryOf(key)));
+}
+
+bool ListViewController::hasRows(uint32_t parent) const {
+    const bool isOpened = isCode(parent) || _blockOfTag.contains(parent);
+    return (!isOpened && parent != top && hasCode(parent)) || rowCount(parent) != 0;
+}
+
+size_t ListViewController::start(uint32_t key) const {
+    return isCode(key) ? blockOf(key).outline.start(blockOf(key).entryOf(key)) : tags().start(key);
+}
 
 std::string_view ListViewController::startTag(uint32_t key) const {
-    return isCurrent() ? startTagOf(_text.text().substr(tags().start(key))) : std::string_view();
+    return isCurrent() ? startTagOf(_text.text().substr(start(key))) : std::string_view();
+}
+
+// --- code ------------------------------------------------------------------------------------------------------------
+
+bool ListViewController::hasCode(uint32_t tag) const {
+    return isCurrent() && showsCode(_text.text(), tags().start(tag), tags().end(tag));
+}
+
+const ListViewController::Block& ListViewController::blockOf(uint32_t codeKey) const {
+    const auto behind = std::ranges::upper_bound(_blocks, codeKey, {}, [](const auto& b) { return b->firstKey; });
+    return **(behind - 1);
+}
+
+// The block whose rows stand in this one; it is looked over when it is first asked for. Null when there is no code.
+const ListViewController::Block* ListViewController::blockIn(uint32_t parent) const {
+    if (parent == top)
+        return nullptr;
+    if (isCode(parent))
+        return &blockOf(parent);
+    if (const auto known = _blockOfTag.find(parent); known != _blockOfTag.end())
+        return _blocks[known->second].get();
+    if (tags().childCount(parent) != 0 || !hasCode(parent))
+        return nullptr;
+    const uint32_t firstKey = _blocks.empty() ? codeKeys : _blocks.back()->firstKey + _blocks.back()->outline.count();
+    _blockOfTag.emplace(parent, _blocks.size());
+    _blocks.push_back(std::make_unique<Block>(
+        Block{parent, firstKey, CodeOutline(_text.text(), tags().start(parent), tags().end(parent))}));
+    return _blocks.back().get();
 }
 
 QString ListViewController::title(int column) const {
@@ -177,6 +231,9 @@ QString ListViewController::nameOf(std::string_view element, const TagAttribute&
 // Asked for the rows on the screen, again and again.
 const QString& ListViewController::unknownWords(uint32_t key) const {
     constexpr size_t most = 64 * 1024; // bytes of an element that are read for a row
+    static const QString none;
+    if (isCode(key))
+        return none;
     const auto [found, isNew] = _unknown.try_emplace(key);
     if (isNew && isCurrent())
         found->second = QString::fromStdString(unknownTagWords(_text.element(key), _layout, most));
@@ -185,7 +242,7 @@ const QString& ListViewController::unknownWords(uint32_t key) const {
 
 bool ListViewController::isLeftOut(uint32_t key) const {
     const std::string_view tag = startTag(key);
-    return !tag.empty() && !xml2swf::isTagElement(elementName(tag), _layout.fullForm);
+    return !isCode(key) && !tag.empty() && !xml2swf::isTagElement(elementName(tag), _layout.fullForm);
 }
 
 QString ListViewController::toolTip(uint32_t key) const {

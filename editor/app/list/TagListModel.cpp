@@ -35,7 +35,9 @@ int TagListModel::rowCount(const QModelIndex& parent) const {
 
 int TagListModel::columnCount(const QModelIndex&) const { return _rows.columnCount(); }
 
-bool TagListModel::hasChildren(const QModelIndex& parent) const { return rowCount(parent) != 0; }
+bool TagListModel::hasChildren(const QModelIndex& parent) const {
+    return parent.column() <= 0 && _rows.hasRows(keyOf(parent));
+}
 
 QVariant TagListModel::data(const QModelIndex& index, int role) const {
     switch (role) {
@@ -61,7 +63,10 @@ QVariant TagListModel::headerData(int section, Qt::Orientation orientation, int 
 
 Qt::ItemFlags TagListModel::flags(const QModelIndex& index) const {
     const Qt::ItemFlags droppable = Qt::ItemIsDropEnabled;
-    return index.isValid() ? Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | droppable : droppable;
+    if (!index.isValid())
+        return droppable;
+    const Qt::ItemFlags shown = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    return _rows.isMovable(keyOf(index)) ? shown | Qt::ItemIsDragEnabled | droppable : shown;
 }
 
 QStringList TagListModel::mimeTypes() const { return {QString::fromLatin1(dragFormat)}; }

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "CodeNames.h"
+#include "CodeOutline.h"
 #include "Conversion.h"
 #include "ScriptText.h"
 #include "XmlSurroundings.h"
@@ -33,7 +33,7 @@ public:
             add(Symbol::Kind::tag, start, name.empty() ? std::string(tag->name) : std::string(tag->name) + " " + name,
                 std::string(tag->name));
         if (tag->name.starts_with("DoABC"))
-            readCode(tag->end, end);
+            readCode(start, end);
         else if (holdsScripts(tag->name))
             readFunctions(tag->end, end);
     }
@@ -55,32 +55,19 @@ private:
         return {};
     }
 
-    // Instructions are passed over by their code: none of them declares anything.
     void readCode(size_t start, size_t end) {
-        const std::string_view text = _text.substr(0, end);
+        const CodeOutline outline(_text, start, end);
         std::string type;
-        for (size_t at = skipSections(text, start); at < end; at = skipSections(text, at)) {
-            const auto tag = tagTokenAt(text, at, end);
-            if (!tag || tag->name == "Constants")
-                return;
-            at = tag->end;
-            if (tag->kind != XmlTagToken::Kind::end && tag->name == "Code") {
-                at = std::min(text.find("</Code>", at), end);
-            } else if (tag->kind == XmlTagToken::Kind::end && tag->name == "Class") {
-                type.clear();
-            } else if (tag->kind != XmlTagToken::Kind::end && tag->name == "Class") {
-                type = nameOf(*tag);
-                add(Symbol::Kind::type, tag->open, type, "Class");
-                if (tag->kind == XmlTagToken::Kind::empty)
-                    type.clear();
-            } else if (tag->kind != XmlTagToken::Kind::end && declaresName(tag->name)) {
-                const bool isMethod =
-                    tag->name.ends_with("etter") || tag->name == "Method" || tag->name == "FunctionSlot";
-                if (isMethod)
-                    add(Symbol::Kind::method, tag->open, nameOf(*tag), of(tag->name, type));
-            } else if (tag->kind != XmlTagToken::Kind::end && tag->name == "Constructor") {
-                add(Symbol::Kind::method, tag->open, type, of(tag->name, type));
+        for (uint32_t i = 0; i < outline.count(); ++i) {
+            const auto tag = tagTokenAt(_text, outline.start(i), end);
+            const std::string name = nameOf(*tag);
+            if (outline.isClass(i)) {
+                add(Symbol::Kind::type, tag->open, type = name, "Class");
+                continue;
             }
+            if (outline.parent(i) == CodeOutline::top)
+                type.clear();
+            add(Symbol::Kind::method, tag->open, tag->name == "Constructor" ? type : name, of(tag->name, type));
         }
     }
 

@@ -44,6 +44,40 @@ TEST(TextView, BytesAreWhatTheyWere) {
     }
 }
 
+// A big text is taken in between events, and no one sees a part of it.
+TEST(TextView, BigTextsComeWhole) {
+    std::string text;
+    while (text.size() < 9 << 20)
+        text += "    <Line X=\"1\" />\r\n";
+    TextEditorView view;
+    view.setText("before");
+    const uint64_t changes = view.changeCount();
+    int looks = 0, others = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &view, [&] {
+        ++looks;
+        others += view.text() != "before" && view.text() != text;
+    });
+    timer.start(0);
+    view.setText(text);
+    EXPECT_GT(looks, 2);
+    EXPECT_EQ(others, 0);
+    EXPECT_TRUE(view.text() == text);
+    EXPECT_NE(view.changeCount(), changes);
+    EXPECT_FALSE(view.isModified());
+    EXPECT_FALSE(view.canUndo());
+    QTest::keyClick(&view, Qt::Key_Tab);
+    EXPECT_TRUE(view.text().starts_with("        <Line")) << "the settings are those of any text";
+    view.gotoOffset(view.text().find('\r'));
+    QTest::keyClick(&view, Qt::Key_Return);
+    EXPECT_NE(view.text().find(" />\r\n        \r\n    <Line"), std::string_view::npos);
+    EXPECT_TRUE(view.isModified());
+    while (view.canUndo())
+        view.undo();
+    EXPECT_TRUE(view.text() == text);
+    EXPECT_FALSE(view.isModified());
+}
+
 // Pasted and dropped, into a text whose lines end in another way.
 TEST(TextView, TextsOfOtherProgramsKeepTheirLineEnds) {
     constexpr const char* foreign = "a\rb\r\nc\n";

@@ -2,9 +2,11 @@
 
 #include <QClipboard>
 #include <QDropEvent>
+#include <QEventLoop>
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QTimer>
 
 #ifdef Q_OS_LINUX
 #include <sys/mman.h>
@@ -12,6 +14,7 @@
 #endif
 
 #include <algorithm>
+#include <memory>
 
 #include "TextAccessible.h"
 
@@ -21,7 +24,8 @@ namespace {
 
 QString formatName() { return QString::fromLatin1(TextControl::bytesFormat); }
 
-constexpr size_t pieceSize = 8 << 20; // of a text that is handed over
+constexpr size_t pieceSize = 2 << 20; // of a text that is handed over: some 10 ms
+constexpr size_t bigSize = 8 << 20;   // smaller texts are there before anyone waits
 
 // Gives the whole pages in a range of a string that is no longer needed back to the system; they read as zeros then.
 void letGo([[maybe_unused]] char* start, [[maybe_unused]] char* end) {
@@ -38,7 +42,7 @@ void letGo([[maybe_unused]] char* start, [[maybe_unused]] char* end) {
 
 TextControl::TextControl(QWidget* parent) : QsciScintillaBase(parent) {
     installTextAccessibility();
-    send(SCI_SETCODEPAGE, SC_CP_UTF8);
+    setUpDocument();
     send(SCI_SETPASTECONVERTENDINGS, 0);
     // What the control tells of every change, and how the accessibility of its own counts characters then, takes longer
     // the bigger the text is. These are enough; they come before the change.
@@ -69,15 +73,62 @@ void TextControl::willChange(int position, int type, int length) {
         Qt::QueuedConnection);
 }
 
-void TextControl::setBytes(std::string bytes) {
-    _isReplacingAll = true;
-    send(SCI_SETUNDOCOLLECTION, 0);
-    send(SCI_CLEARALL);
-    send(SCI_ALLOCATE, static_cast<long>(bytes.size()) + 1024);
-    for (size_t start = 0; start < bytes.size(); start += pieceSize) {
-        const size_t size = std::min(pieceSize, bytes.size() - start);
-        SendScintilla(SCI_ADDTEXT, static_cast<uintptr_t>(size), bytes.data() + start);
+// What the control keeps with its document and not for itself.
+void TextControl::setUpDocument() {
+    send(SCI_SETCODEPAGE, SC_CP_UTF8);
+    send(SCI_SETTABWIDTH, 4);
+    send(SCI_SETINDENT, 4);
+    send(SCI_SETUSETABS, 0);
+    send(SCI_SETTABINDENTS, 1);
+    send(SCI_SETBACKSPACEUNINDENTS, 1);
+}
+
+void TextControl::inTurns(size_t size, const std::function<void(size_t start, size_t size)>& work) {
+    if (size <= bigSize) {
+        work(0, size);
+        return;
+    }
+    QEventLoop loop;
+    QTimer timer;
+    size_t start = 0;
+    connect(&timer, &QTimer::timeout, &loop, [&] {
+        const size_t piece = std::min(pieceSize, size - start);
+        work(start, piece);
+        start += piece;
+        if (start == size)
+            loop.quit();
+    });
+    timer.start(0);
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
+}
+
+// Into the document of a control that no one sees.
+void TextControl::takeInto(QsciScintillaBase& taker, std::string& bytes) {
+    taker.SendScintilla(SCI_SETMODEVENTMASK, 0UL);
+    taker.SendScintilla(SCI_SETCODEPAGE, static_cast<unsigned long>(SC_CP_UTF8));
+    taker.SendScintilla(SCI_SETUNDOCOLLECTION, 0UL);
+    taker.SendScintilla(SCI_ALLOCATE, static_cast<unsigned long>(bytes.size()) + 1024);
+    inTurns(bytes.size(), [&](size_t start, size_t size) {
+        taker.SendScintilla(SCI_ADDTEXT, static_cast<uintptr_t>(size), bytes.data() + start);
         letGo(bytes.data() + start, bytes.data() + start + size);
+    });
+}
+
+void TextControl::setBytes(std::string bytes) {
+    std::unique_ptr<QsciScintillaBase> taker;
+    if (bytes.size() > bigSize) {
+        taker = std::make_unique<QsciScintillaBase>();
+        takeInto(*taker, bytes);
+    }
+    _isReplacingAll = true;
+    if (taker != nullptr) {
+        SendScintilla(SCI_SETDOCPOINTER, 0UL, taker->SendScintillaPtrResult(SCI_GETDOCPOINTER));
+        setUpDocument();
+        willChange(0, SC_MOD_BEFOREINSERT, static_cast<int>(bytes.size()));
+    } else {
+        send(SCI_SETUNDOCOLLECTION, 0);
+        send(SCI_CLEARALL);
+        SendScintilla(SCI_ADDTEXT, static_cast<uintptr_t>(bytes.size()), bytes.data());
     }
     send(SCI_SETUNDOCOLLECTION, 1);
     send(SCI_EMPTYUNDOBUFFER);

@@ -3,6 +3,7 @@
 
 #include <Qsci/qsciscintillabase.h>
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -19,6 +20,8 @@ public:
     explicit TextControl(QWidget* parent = nullptr);
 
     /// Replaces everything. No undo step; the new text counts as saved. Its memory goes as the control takes it in.
+    /// A big text is taken in piece by piece in a loop of its own, so that the window goes on painting; what the user
+    /// does meanwhile waits, and until it returns the text is still the one before.
     void setBytes(std::string bytes);
     /// Valid until the next change.
     std::string_view bytes() const;
@@ -36,6 +39,9 @@ public:
     static constexpr const char* bytesFormat = "application/x-zelk-text";
     /// Puts in what the clipboard holds with its bytes and line ends.
     void pasteBytes();
+
+    /// Does something with all of a text of `size` bytes, as setBytes does when it is big.
+    static void inTurns(size_t size, const std::function<void(size_t start, size_t size)>& work);
 
     QuoteMap::State quoteStateAt(size_t position) { return _quotes.at(bytes(), position); }
     void setStyles(size_t start, const std::string& styles);
@@ -59,6 +65,8 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
+    void setUpDocument();
+    static void takeInto(QsciScintillaBase& taker, std::string& bytes);
     void willChange(int position, int type, int length);
     bool insertFrom(const QMimeData* source);
     void moveOrCopyTo(size_t place, std::string_view bytes, bool isMove);

@@ -115,11 +115,6 @@ void TextEditorView::setLook() {
     send(SCI_SETWRAPMODE, SC_WRAP_NONE);
     send(SCI_SETSCROLLWIDTH, 1);
     send(SCI_SETSCROLLWIDTHTRACKING, 1);
-    send(SCI_SETTABWIDTH, 4);
-    send(SCI_SETINDENT, 4);
-    send(SCI_SETUSETABS, 0);
-    send(SCI_SETTABINDENTS, 1);
-    send(SCI_SETBACKSPACEUNINDENTS, 1);
 }
 
 // Keys that are commands of the window, or that would only surprise.
@@ -203,7 +198,8 @@ void TextEditorView::setText(std::string newText) {
     setBytes(std::move(newText));
     _jumps.clear();
     const std::string_view bytes = text();
-    quoteStateAt(bytes.size()); // Counts them all once, so that a jump to the end need not.
+    // Counts them all once, so that a jump to the end need not.
+    inTurns(bytes.size(), [this](size_t start, size_t size) { quoteStateAt(start + size); });
     // New lines end as the first one does.
     const size_t end = bytes.find_first_of("\r\n");
     const bool isCr = end != bytes.npos && bytes[end] == '\r';

@@ -342,6 +342,23 @@ TEST(Abc, ErrorsNameTheirPlace) {
         EXPECT_THROW(compile(movieOf(content)), XmlValueError) << content;
 }
 
+// What a listed name refers to need not be listed itself.
+TEST(Abc, ListedNamesBringTheirParts) {
+    const auto listing = [](const std::string& last) {
+        return movieOf("<Constants>\n<Multiname Name=\"p::n\" />\n<Multiname Name=\"" + last + "\" />\n</Constants>");
+    };
+    const std::string text = show(compile(listing("q::n"))).text;
+    for (const char* line : {"<String Value=\"p\" />", "<String Value=\"n\" />", "<Namespace Name=\"q\" />",
+                             "<Multiname Name=\"p::n\" />", "<Multiname Name=\"q::n\" />"})
+        EXPECT_NE(text.find(line), text.npos) << line << text;
+    try {
+        compile(listing("a(b)::c"));
+        ADD_FAILURE() << "compiled";
+    } catch (const XmlValueError& error) {
+        EXPECT_EQ(error.place.row, 6u) << error.description();
+    }
+}
+
 // Limits are kept as given, and warned of when the code needs more.
 TEST(Abc, LimitsThatAreTooSmallAreWarnedOf) {
     const std::string code = "<GetLocal Register=\"4\" />\n<PushScope />\n<PushNull />\n<Dup />\n<ReturnValue />";

@@ -345,17 +345,20 @@ TEST(Abc, ErrorsNameTheirPlace) {
 // What a listed name refers to need not be listed itself.
 TEST(Abc, ListedNamesBringTheirParts) {
     const auto listing = [](const std::string& last) {
-        return movieOf("<Constants>\n<Multiname Name=\"p::n\" />\n<Multiname Name=\"" + last + "\" />\n</Constants>");
+        return movieOf("<Constants>\n<Multiname Name=\"p::n\" />\n" + last + "\n</Constants>");
     };
-    const std::string text = show(compile(listing("q::n"))).text;
+    const std::string text = show(compile(listing("<Multiname Name=\"q::n\" />"))).text;
     for (const char* line : {"<String Value=\"p\" />", "<String Value=\"n\" />", "<Namespace Name=\"q\" />",
                              "<Multiname Name=\"p::n\" />", "<Multiname Name=\"q::n\" />"})
         EXPECT_NE(text.find(line), text.npos) << line << text;
-    try {
-        compile(listing("a(b)::c"));
-        ADD_FAILURE() << "compiled";
-    } catch (const XmlValueError& error) {
-        EXPECT_EQ(error.place.row, 6u) << error.description();
+    for (const char* wrong :
+         {"<Multiname Name=\"a(b)::c\" />", "<String Value=\"\\q\" />", "<Int Value=\"3000000000\" />"}) {
+        try {
+            compile(listing(wrong));
+            ADD_FAILURE() << "compiled: " << wrong;
+        } catch (const XmlValueError& error) {
+            EXPECT_EQ(error.place.row, 6u) << error.description();
+        }
     }
 }
 

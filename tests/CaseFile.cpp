@@ -55,6 +55,8 @@ bool readValue(CaseFile& file, std::string_view keyword, std::string_view value)
         return true; // casesOfFlags has seen to it
     else if (keyword == "padded")
         file.padded = true;
+    else if (keyword == "fields")
+        file.fields = value;
     else if (keyword == "kept")
         file.kept = value;
     else if (keyword == "warns")

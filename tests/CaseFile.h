@@ -26,7 +26,8 @@ struct CaseFile {
     std::optional<std::string> xml;
     std::vector<std::string> accepts;
     std::vector<std::string> warns;
-    std::optional<std::string> kept; ///< why all bytes are kept where nothing may be lost
+    std::optional<std::string> fields; ///< that are missing when the body is cut, in their order
+    std::optional<std::string> kept;   ///< why all bytes are kept where nothing may be lost
     std::optional<uint16_t> gives;
     Fails fails = Fails::never;
     std::string failure; ///< code or text

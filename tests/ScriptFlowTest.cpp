@@ -2,6 +2,7 @@
 #include "Tests.h"
 
 #include "ScriptFlow.h"
+#include "Symbols.h"
 
 namespace {
 
@@ -86,6 +87,16 @@ TEST(ScriptFlow, LeadsWhereTheCodeGoes) {
         const Marked at(marked);
         EXPECT_FALSE(flowTargetAt(at.text, at.caret, FlowEffort::full).has_value()) << marked;
     }
+}
+
+TEST(Symbols, NamesThatBeginWithTheFilterComeFirst) {
+    std::vector<Symbol> symbols;
+    for (const char* name : {"ball", "one", "football", "two Balls", "Balloon", "balls"})
+        symbols.push_back({Symbol::Kind::tag, 0, name, ""});
+    const std::pair<size_t, std::vector<uint32_t>> expected[] = {
+        {0, {}}, {2, {0, 4}}, {4, {0, 4, 5, 2}}, {9, {0, 4, 5, 2, 3}}};
+    for (const auto& [most, indices] : expected)
+        EXPECT_EQ(matchingSymbols(symbols, "ball", most), indices) << most;
 }
 
 } // namespace

@@ -71,7 +71,6 @@ protected:
         const DocumentView* view = window->tabs().current();
         return view != nullptr && view->document().fileName == path(name);
     }
-    void choose(int id) { window->actions().action(id)->trigger(); }
 
     const QByteArray home = qgetenv("HOME");
     std::unique_ptr<SingleInstance> first;

@@ -28,8 +28,6 @@ protected:
         if (Autosave* autosave = window->keeper().autosave())
             autosave->setPause(20ms);
     }
-    void openFile(const std::string& name) { ASSERT_TRUE(window->openFiles({QString::fromStdString(path(name))})); }
-    DocumentView& view() { return *window->tabs().current(); }
     NoticeBar* notice(const char* name) { return view().notice(QString::fromUtf8(name)); }
     bool untilNotice(const char* name) {
         return runUntil([&] { return notice(name) != nullptr; });
@@ -38,11 +36,7 @@ protected:
         return runUntil([&] { return notice(name) == nullptr; });
     }
     static void click(QWidget& parent, const QString& text) {
-        for (auto* button : parent.findChildren<QPushButton*>()) {
-            if (button->text() == text)
-                return QTest::mouseClick(button, Qt::LeftButton);
-        }
-        FAIL() << "no button " << text.toStdString();
+        QTest::mouseClick(&button(parent, text), Qt::LeftButton);
     }
     // Types something and waits until a copy of it is kept.
     void typeAndKeep(const std::string& text) {
@@ -67,8 +61,7 @@ protected:
 // --- files that other programs change --------------------------------------------------------------------------------
 
 TEST_F(KeeperTest, AFileThatAnotherProgramChangedIsToldAboveTheText) {
-    writeTextFile(path("a.xml"), "<Movie>\n\n</Movie>");
-    openFile("a.xml");
+    openFile("a.xml", "<Movie>\n\n</Movie>");
     press(Qt::Key_Down);
     writeTextFile(path("a.xml"), "<Movie>\n  <ShowFrame/>\n</Movie>");
     ASSERT_TRUE(untilNotice("file changed"));
@@ -80,10 +73,10 @@ TEST_F(KeeperTest, AFileThatAnotherProgramChangedIsToldAboveTheText) {
     EXPECT_EQ(editor().text(), "<Movie>\nx\n</Movie>");
 
     answers.add([](QWidget& dialog) { click(dialog, QStringLiteral("Cancel")); });
-    click(*notice("file changed"), QStringLiteral("&Reload"));
+    click(*notice("file changed"), QStringLiteral("Reload"));
     EXPECT_EQ(editor().text(), "<Movie>\nx\n</Movie>");
-    answers.add([](QWidget& dialog) { click(dialog, QStringLiteral("&Reload")); });
-    click(*notice("file changed"), QStringLiteral("&Reload"));
+    answers.add([](QWidget& dialog) { click(dialog, QStringLiteral("Reload")); });
+    click(*notice("file changed"), QStringLiteral("Reload"));
     EXPECT_EQ(editor().text(), "<Movie>\n  <ShowFrame/>\n</Movie>");
     EXPECT_EQ(editor().row(), 2u);
     EXPECT_FALSE(view().document().isModified);
@@ -93,11 +86,10 @@ TEST_F(KeeperTest, AFileThatAnotherProgramChangedIsToldAboveTheText) {
 }
 
 TEST_F(KeeperTest, MineIsKeptAndSavedWithoutAQuestion) {
-    writeTextFile(path("a.xml"), "<Movie/>");
     openFile("a.xml");
     writeTextFile(path("a.xml"), "<Film/>");
     ASSERT_TRUE(untilNotice("file changed"));
-    click(*notice("file changed"), QStringLiteral("&Keep Mine"));
+    click(*notice("file changed"), QStringLiteral("Keep Mine"));
     EXPECT_EQ(notice("file changed"), nullptr);
     EXPECT_TRUE(view().document().isModified);
     type("x");
@@ -110,10 +102,8 @@ TEST_F(KeeperTest, MineIsKeptAndSavedWithoutAQuestion) {
 }
 
 TEST_F(KeeperTest, TouchIsNoChangeAndAChangeThatIsTakenBackIsNoneEither) {
-    for (const char* name : {"a.xml", "b.xml"}) {
-        writeTextFile(path(name), "<Movie/>");
-        openFile(name);
-    }
+    openFile("a.xml");
+    openFile("b.xml");
     fs::last_write_time(path("a.xml"), fs::file_time_type::clock::now() - 1h);
     writeTextFile(path("b.xml"), "<Film/>");
     ASSERT_TRUE(untilNotice("file changed")); // of the second, by which time the first was looked at
@@ -124,7 +114,6 @@ TEST_F(KeeperTest, TouchIsNoChangeAndAChangeThatIsTakenBackIsNoneEither) {
 }
 
 TEST_F(KeeperTest, AFileThatIsGoneMakesTheTextTheOnlyCopy) {
-    writeTextFile(path("a.xml"), "<Movie/>");
     openFile("a.xml");
     fs::rename(path("a.xml"), path("b.xml"));
     ASSERT_TRUE(untilNotice("file removed"));
@@ -140,7 +129,6 @@ TEST_F(KeeperTest, AFileThatIsGoneMakesTheTextTheOnlyCopy) {
 }
 
 TEST_F(KeeperTest, ABackupOpensAndIsNotSavedOver) {
-    writeTextFile(path("a.xml.bak"), "<Movie/>");
     openFile("a.xml.bak");
     type("x");
     answers.add([](QWidget& dialog) {
@@ -195,9 +183,9 @@ TEST_F(KeeperTest, TheProgramIsKilled) {
     ::kill(static_cast<pid_t>(editing.processId()), SIGKILL);
     ASSERT_TRUE(editing.waitForFinished(patience));
 
-    answerRecovery(QStringLiteral("&Recover"), [](RecoveryDialog& dialog) {
+    answerRecovery(QStringLiteral("Recover"), [](RecoveryDialog& dialog) {
         EXPECT_EQ(dialog.selected().size(), 2u);
-        click(dialog, QStringLiteral("&Look"));
+        click(dialog, QStringLiteral("Look"));
         EXPECT_NE(dialog.findChild<TextEditorView*>()->text().find("unsavedx"), std::string::npos);
     });
     window->keeper().offerRecovery();
@@ -230,15 +218,15 @@ TEST_F(KeeperTest, WhatIsPutOffComesAgainAndWhatIsDiscardedDoesNot) {
     window->newDocument();
     typeAndKeep("two");
     start(); // without a close, like a crash
-    answerRecovery(QStringLiteral("La&ter"));
+    answerRecovery(QStringLiteral("Later"));
     window->keeper().offerRecovery();
     start();
-    answerRecovery(QStringLiteral("&Discard..."), [this](RecoveryDialog& dialog) {
+    answerRecovery(QStringLiteral("Discard..."), [this](RecoveryDialog& dialog) {
         auto* list = dialog.findChild<QTreeWidget*>();
         list->clearSelection();
         list->topLevelItem(0)->setSelected(true);
-        answers.add([](QWidget& box) { click(box, QStringLiteral("&Discard")); });
-        answerRecovery(QStringLiteral("&Recover"),
+        answers.add([](QWidget& box) { click(box, QStringLiteral("Discard")); });
+        answerRecovery(QStringLiteral("Recover"),
                        [](RecoveryDialog& next) { EXPECT_EQ(next.findChild<QTreeWidget*>()->topLevelItemCount(), 1); });
     });
     window->keeper().offerRecovery();
@@ -246,7 +234,7 @@ TEST_F(KeeperTest, WhatIsPutOffComesAgainAndWhatIsDiscardedDoesNot) {
     EXPECT_TRUE(view().text().starts_with("two"));
 
     start(); // What was recovered and not saved is still kept.
-    answerRecovery(QStringLiteral("&Recover"));
+    answerRecovery(QStringLiteral("Recover"));
     window->keeper().offerRecovery();
     EXPECT_TRUE(view().text().starts_with("two"));
     answers.addButton(QMessageBox::No, QStringLiteral("The file has been changed."));
@@ -262,7 +250,6 @@ TEST_F(KeeperTest, OnlyUnsavedChangesHaveACopy) {
             count += entry.path().filename() == "info";
         return count;
     };
-    writeTextFile(path("a.xml"), "<Movie/>");
     start();
     openFile("a.xml");
     typeAndKeep("x");
@@ -299,7 +286,6 @@ TEST_F(KeeperTest, TheFilesOfTheLastSessionComeBackWithTheirCarets) {
     EXPECT_FALSE(reopens.isChecked());
     reopens.trigger();
     for (const char* name : {"a.xml", "b c.xml", "gone.xml"}) {
-        writeTextFile(path(name), "<Movie/>");
         openFile(name);
         editor().gotoOffset(3);
     }

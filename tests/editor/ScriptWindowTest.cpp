@@ -61,7 +61,7 @@ TEST_F(ScriptWindow, KeysFollowTheCodeAndComeBack) {
 
 TEST_F(ScriptWindow, BranchesAreLabelledInOneStep) {
     editor().setText(loop);
-    window->actions().action(CommandId::labelBranches)->trigger();
+    choose(CommandId::labelBranches);
     const std::string labelled(editor().text());
     EXPECT_NE(labelled.find("<Push At=\"L1\">"), labelled.npos);
     EXPECT_NE(labelled.find("<If To=\"L2\" />"), labelled.npos);
@@ -71,12 +71,12 @@ TEST_F(ScriptWindow, BranchesAreLabelledInOneStep) {
     EXPECT_FALSE(editor().canUndo());
     press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(editor().text(), labelled);
-    window->actions().action(CommandId::unlabelBranches)->trigger();
+    choose(CommandId::unlabelBranches);
     EXPECT_EQ(editor().text(), loop);
     const size_t label = editor().text().find("<FrameLabel");
     editor().select({label, label + 5});
     answers.addButton(QMessageBox::Ok, QStringLiteral("There is no branch here"));
-    window->actions().action(CommandId::labelBranches)->trigger();
+    choose(CommandId::labelBranches);
 }
 
 TEST_F(ScriptWindow, SymbolsAreFoundByName) {
@@ -109,7 +109,7 @@ TEST_F(ScriptWindow, SymbolsAreFoundByName) {
     EXPECT_EQ(editor().caret(), text.find("<Method Name=\"begin"));
     // In the tag list only what is in the selected tag.
     editor().gotoOffset(text.find("<DoABC"));
-    window->actions().action(CommandId::tagList)->trigger();
+    choose(CommandId::tagList);
     find("begin", "<Method Name=\"begin");
     EXPECT_FALSE(window->tabs().current()->showsList());
 }

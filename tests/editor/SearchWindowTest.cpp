@@ -17,13 +17,6 @@ protected:
         }
         throw std::runtime_error(std::string("no dialog ") + title);
     }
-    static QAbstractButton& button(QWidget& dialog, const QString& text) {
-        for (auto* each : dialog.findChildren<QAbstractButton*>()) {
-            if (each->text().remove(u'&') == text)
-                return *each;
-        }
-        throw std::runtime_error("no button " + text.toStdString());
-    }
     // Ticks these and clears the other boxes, fills in the fields, and presses a button.
     void ask(FindDlg& dialog, const QStringList& ticked, const QStringList& fields, const QString& pressed) {
         for (auto* box : dialog.findChildren<QCheckBox*>())
@@ -40,11 +33,6 @@ protected:
             text += label->buddy() == nullptr ? label->text().toStdString() : "";
         return text;
     }
-    void openFile(const char* name) {
-        libswf::writeTextFile(path(name), "<Movie/>");
-        ASSERT_TRUE(window->openFiles({QString::fromStdString(path(name))}));
-    }
-    void choose(int id) { window->actions().action(id)->trigger(); }
 };
 
 TEST_F(SearchWindowTest, FindGoesWhereItIsTold) {

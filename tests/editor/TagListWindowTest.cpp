@@ -33,12 +33,7 @@ protected:
         editor().setText(text);
         editor().gotoPlace(4, 1);
     }
-    DocumentView& view() { return *window->tabs().current(); }
     DocumentViewList& list() { return view().list(); }
-    void choose(int id) {
-        window->actions().action(id)->trigger();
-        QApplication::processEvents();
-    }
     // The rows on the screen, "name attributes", those of sprites with a blank before them.
     std::string rows(const QModelIndex& parent = {}, const std::string& indent = {}) {
         QAbstractItemModel& model = *list().tree().model();
@@ -336,8 +331,7 @@ TEST_F(TagListWindowTest, ErrorsOfSavingAreShownAtTheirTag) {
         {"<FrameLabel", "<DefineBinaryData CharacterId=\"1\"><Data>%</Data></DefineBinaryData><FrameLabel",
          "Incorrect Base64 data", "DefineBinaryData"},
     };
-    libswf::writeTextFile(path("m.xml"), movie);
-    ASSERT_TRUE(window->openFiles({QString::fromStdString(path("m.xml"))}));
+    openFile("m.xml", movie);
     for (const Case& c : cases) {
         std::string text = movie;
         text.replace(text.find(c.old), std::string(c.old).size(), c.now);

@@ -116,6 +116,23 @@ protected:
     std::string path(const std::string& name) const {
         return folder.filePath(QString::fromStdString(name)).toStdString();
     }
+    // Opens a file of this name and text.
+    void openFile(const std::string& name, const std::string& text = "<Movie/>") {
+        libswf::writeTextFile(path(name), text);
+        ASSERT_TRUE(window->openFiles({QString::fromStdString(path(name))}));
+    }
+    void choose(int id) {
+        window->actions().action(id)->trigger();
+        QApplication::processEvents();
+    }
+    static QAbstractButton& button(QWidget& parent, const QString& text) {
+        for (auto* each : parent.findChildren<QAbstractButton*>()) {
+            if (each->text().remove(u'&') == text)
+                return *each;
+        }
+        throw std::runtime_error("no button " + text.toStdString());
+    }
+    DocumentView& view() { return *window->tabs().current(); }
     TextEditorView& editor() { return window->tabs().current()->editor(); }
     void press(int key, Qt::KeyboardModifiers modifiers = {}) {
         QApplication::setActiveWindow(window.get()); // No window manager does it when a dialog has closed.

@@ -40,7 +40,7 @@ TEST_F(WindowTest, AMovieIsOpenedEditedCheckedAndSavedByKeys) {
     EXPECT_EQ(window->windowTitle(), QStringLiteral("movie.swf* - Zelk"));
 
     answers.addButton(QMessageBox::Ok, QStringLiteral("The XML is correct."));
-    window->actions().action(CommandId::checkXml)->trigger();
+    choose(CommandId::checkXml);
 
     for (const char* name : {"saved.xml", "saved.zelk", "saved.swf"}) {
         answers.addText(path(name));
@@ -100,7 +100,7 @@ TEST_F(WindowTest, NewElementsAreAskedForByKeysAndMenus) {
         expectDialog();
         press(key, Qt::ControlModifier | Qt::ShiftModifier);
         expectDialog();
-        window->actions().action(id)->trigger();
+        choose(id);
     }
 }
 
@@ -108,8 +108,7 @@ TEST_F(WindowTest, ClosingAModifiedDocumentAsks) {
     const QString question =
         QStringLiteral("The file has been changed.\nTo save the changes and close, click \"Yes\".\n"
                        "To close without saving, click \"No\".");
-    libswf::writeTextFile(path("a.xml"), "<Movie/>");
-    ASSERT_TRUE(window->openFiles({QString::fromStdString(path("a.xml"))}));
+    openFile("a.xml");
     press(Qt::Key_Home);
     type("x");
     answers.addButton(QMessageBox::Cancel, question);
@@ -120,7 +119,7 @@ TEST_F(WindowTest, ClosingAModifiedDocumentAsks) {
     EXPECT_EQ(window->tabs().count(), 0);
     EXPECT_EQ(libswf::readTextFile(path("a.xml")), "<Movie/>");
 
-    ASSERT_TRUE(window->openFiles({QString::fromStdString(path("a.xml"))}));
+    openFile("a.xml");
     type("y");
     answers.addButton(QMessageBox::Yes, question);
     press(Qt::Key_F4, Qt::ControlModifier);
@@ -147,10 +146,9 @@ TEST_F(WindowTest, ClosingAModifiedDocumentAsks) {
 TEST_F(WindowTest, FailuresAreToldAndTheCaretGoesThere) {
     answers.addButton(QMessageBox::Ok, QString::fromStdString("Unable to open " + path("gone.swf")));
     EXPECT_FALSE(window->openFiles({QString::fromStdString(path("gone.swf"))}));
-    libswf::writeTextFile(path("b.xml"), "<Movie>\n  <A>\n</Movie>");
-    ASSERT_TRUE(window->openFiles({QString::fromStdString(path("b.xml"))}));
+    openFile("b.xml", "<Movie>\n  <A>\n</Movie>");
     answers.addButton(QMessageBox::Ok, QStringLiteral("Error description: "));
-    window->actions().action(CommandId::checkXml)->trigger();
+    choose(CommandId::checkXml);
     QStringList shown;
     for (const auto* label : window->statusBar()->findChildren<QLabel*>())
         shown.append(label->text());
@@ -161,18 +159,16 @@ TEST_F(WindowTest, FailuresAreToldAndTheCaretGoesThere) {
 }
 
 TEST_F(WindowTest, RecentFilesAndWindowStateOutliveTheWindow) {
-    for (const char* name : {"a & b.xml", "c.xml"}) {
-        libswf::writeTextFile(path(name), "<Movie/>");
-        ASSERT_TRUE(window->openFiles({QString::fromStdString(path(name))}));
-    }
-    window->actions().action(CommandId::themeDark)->trigger();
+    openFile("a & b.xml");
+    openFile("c.xml");
+    choose(CommandId::themeDark);
     EXPECT_LT(QApplication::palette().color(QPalette::Window).lightness(), 128);
     window->resize(777, 444);
     window->close();
     open();
     EXPECT_EQ(window->size(), QSize(777, 444));
     EXPECT_TRUE(window->actions().action(CommandId::themeDark)->isChecked());
-    window->actions().action(CommandId::themeSystem)->trigger();
+    choose(CommandId::themeSystem);
     QMenu* menu = window->actions().submenu(CommandId::recentFiles);
     Q_EMIT menu->aboutToShow();
     ASSERT_EQ(menu->actions().size(), 2);
@@ -208,7 +204,7 @@ TEST_F(WindowTest, NamesInSaveAsGetTheSuffixOfTheirKind) {
                  {2, ".hidden", ".hidden.xml"}};
     for (const auto& c : cases) {
         answers.add([&](QWidget& dialog) { enterName(dialog, c.kind, folderName + QString::fromUtf8(c.typed)); });
-        window->actions().action(CommandId::saveAs)->trigger();
+        choose(CommandId::saveAs);
         EXPECT_EQ(window->tabs().current()->document().fileName, path(c.saved)) << c.typed;
         EXPECT_TRUE(fs::exists(path(c.saved)));
     }
@@ -218,7 +214,7 @@ TEST_F(WindowTest, NamesInSaveAsGetTheSuffixOfTheirKind) {
         answers.addButton(answer, QStringLiteral("new1.swf already exists."));
         if (answer == QMessageBox::No)
             answers.add([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }); // It asks again.
-        window->actions().action(CommandId::saveAs)->trigger();
+        choose(CommandId::saveAs);
         EXPECT_EQ(window->tabs().current()->document().fileName, answer == QMessageBox::No ? last : path("new1.swf"));
     }
 }
@@ -237,14 +233,13 @@ TEST_F(WindowTest, KindsOfFileStandInTheDialogsByTheirNames) {
             QTest::keyClick(&dialog, Qt::Key_Escape);
         });
     };
-    libswf::writeTextFile(path("a.xml"), "<Movie/>");
-    ASSERT_TRUE(window->openFiles({QString::fromStdString(path("a.xml"))}));
+    openFile("a.xml");
     expect(kinds, 2); // that of the document
-    window->actions().action(CommandId::saveAs)->trigger();
+    choose(CommandId::saveAs);
     expect(QStringList(QStringLiteral("Compatible Files (*.swf;*.zelk;*.xml)")) + kinds
                << QStringLiteral("All Files (*)"),
            0);
-    window->actions().action(CommandId::fileOpen)->trigger();
+    choose(CommandId::fileOpen);
 }
 
 TEST_F(WindowTest, AJobShowsItsProgressAndStopsWhenAsked) {

@@ -256,6 +256,15 @@ TEST(Abc, CodeMayBeInsertedAnywhere) {
         EXPECT_NE(after.text.find(line), after.text.npos) << line;
 }
 
+// A name is the listed one, however a text says it: no pool grows.
+TEST(Abc, ANameInOtherWordsIsTheListedOne) {
+    const Bytes block = compile(movieOf(scriptOf("<GetLex Name=\"x\" />\n<ReturnVoid />")));
+    const std::string text = show(block).text,
+                      other = replaced(text, "<GetLex Name=\"x\"", "<GetLex Name=\"public::x\"");
+    EXPECT_NE(other, text);
+    EXPECT_TRUE(compile(other) == block) << show(compile(other)).text;
+}
+
 // Instructions by name, for methods whose code names others by new numbers.
 std::string instructionsOf(const SwfAbcBlock& block, uint32_t method) {
     std::string names;

@@ -4,6 +4,7 @@
 #include "CharacterIndex.h"
 #include "CharacterText.h"
 #include "Conversion.h"
+#include "MovieOutline.h"
 #include "Paths.h"
 #include "Problems.h"
 #include "XmlErrors.h"
@@ -154,6 +155,25 @@ TEST(StudyTest, CharactersHaveNamesDefinitionsAndUses) {
     ASSERT_NE(characters.ofTag(5), nullptr);
     EXPECT_EQ(characters.ofTag(5)->id, 5) << "its own id, not the font's, which stands first";
     EXPECT_THROW(CharacterIndex("<Movie"), xml2swf::XmlSyntaxError);
+}
+
+TEST(StudyTest, TheOutlineSortsTagsAndKnowsFramesAndClasses) {
+    const std::string text = movie(
+        std::string(shape) + "<DefineSprite Id=\"2\"><FrameLabel Name=\"a\"/><DoAction/><ShowFrame/><ShowFrame/>"
+                             "<StopSound/></DefineSprite><DoABC Name=\"b\"><Class Name=\"p.C\"/></DoABC><ShowFrame/>");
+    const MovieOutline outline(text);
+    EXPECT_EQ(outline.tags().size(), 9u);
+    EXPECT_EQ(outline.ofKind(TagKind::shape), std::vector<uint32_t>{0});
+    EXPECT_EQ(outline.ofKind(TagKind::script), (std::vector<uint32_t>{3, 7})) << "in sprites as well";
+    EXPECT_EQ(outline.ofKind(TagKind::other), std::vector<uint32_t>{8}) << "not what stands in sprites";
+    std::vector<std::string> parts;
+    for (uint32_t tag : {1u, 7u}) {
+        for (const OutlinePart& part : outline.parts(tag))
+            parts.push_back(part.name + " " + text.substr(part.offset, 6));
+    }
+    EXPECT_EQ(parts,
+              (std::vector<std::string>{"Frame 1 (a) <Frame", "Frame 2 <ShowF", "Frame 3 <StopS", "p.C <Class"}));
+    EXPECT_EQ(text.substr(outline.tags()[1].end - 8, 8), "eSprite>") << outline.tags()[1].end;
 }
 
 // "|" is the place.

@@ -81,6 +81,7 @@ constexpr int jumpForward = 60054;
 constexpr int findSymbol = 60055;
 constexpr int showUses = 60060;
 constexpr int renameCharacter = 60061;
+constexpr int kinds = 60062;
 } // namespace CommandId
 
 /// What has to be there for a command to be chosen.

@@ -231,6 +231,14 @@ void DocumentView::gotoTarget() {
     }
 }
 
+void DocumentView::showPlace(size_t offset) {
+    if (!showsList())
+        return _editor->gotoOffset(offset);
+    const uint32_t tag = _tags.isCurrent() ? _tags.tags().at(offset) : TagIndex::movie;
+    if (tag != TagIndex::movie)
+        _list->select(tag);
+}
+
 size_t DocumentView::place() {
     const auto tag = listedTag();
     return tag ? tag->first : _editor->selection().start;

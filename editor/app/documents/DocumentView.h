@@ -46,6 +46,8 @@ public:
     std::optional<IdAtPlace> characterId();
     /// Shows where that is defined, in the view that is shown.
     void gotoTarget();
+    /// Shows a place in the view that is shown, which does not get the keyboard for it.
+    void showPlace(size_t offset);
     /// Where that tag starts, or else the selected text.
     size_t place();
     /// Shows the text with the caret at the tag that is selected in the list.

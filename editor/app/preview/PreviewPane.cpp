@@ -21,18 +21,6 @@ constexpr long bigText = 16 << 20;          // bytes
 constexpr size_t bigElement = 8 << 20;      // bytes
 constexpr int lastRatio = 65535;
 
-PreviewRequest requestFor(DocumentTags& tags, const TagRange& tag) {
-    const DocumentTags::MapPointer map = tags.map();
-    PreviewRequest request;
-    request.element = tags.element(tag);
-    request.jpegTables = tags.smallElement(map->jpegTables());
-    request.layout = map->layout();
-    request.definition = [tags = QPointer(&tags), map](uint16_t id) {
-        return tags == nullptr || tags->map() != map ? std::string() : tags->smallElement(map->definition(id));
-    };
-    return request;
-}
-
 // What the tag's character is called; empty for one without a name.
 QString namesOf(const DocumentTags& tags, const TagRange& tag) {
     const auto characters = tags.characters();
@@ -46,6 +34,18 @@ QString namesOf(const DocumentTags& tags, const TagRange& tag) {
 }
 
 } // namespace
+
+PreviewRequest requestFor(DocumentTags& tags, const TagRange& tag) {
+    const DocumentTags::MapPointer map = tags.map();
+    PreviewRequest request;
+    request.element = tags.element(tag);
+    request.jpegTables = tags.smallElement(map->jpegTables());
+    request.layout = map->layout();
+    request.definition = [tags = QPointer(&tags), map](uint16_t id) {
+        return tags == nullptr || tags->map() != map ? std::string() : tags->smallElement(map->definition(id));
+    };
+    return request;
+}
 
 PreviewPane::PreviewPane(QWidget* parent)
     : QDockWidget(tr("Preview"), parent), _worker(new PreviewWorker(this)), _canvas(new PreviewCanvas),

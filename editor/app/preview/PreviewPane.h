@@ -16,10 +16,14 @@ class QSlider;
 
 namespace zelk {
 
+class DocumentTags;
 class PreviewCanvas;
 class SoundPlayer;
 class TextEditorView;
 struct GlyphCell;
+
+/// What to show of the tag in this range, while the tags are known.
+PreviewRequest requestFor(DocumentTags& tags, const TagRange& tag);
 
 /// Costs nothing while it cannot be seen.
 class PreviewPane : public QDockWidget {

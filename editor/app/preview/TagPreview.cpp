@@ -10,6 +10,7 @@
 #include "SwfTagDefineEditText.h"
 #include "SwfTagDefineMorphShape.h"
 #include "SwfTagDefineText.h"
+#include "SwfTags.h"
 #include "TagWords.h"
 #include "Waveform.h"
 
@@ -55,6 +56,7 @@ void TagPreview::build() {
         return;
     }
     _words = tagWords(*_tag);
+    measure();
     if (_tag->type == SwfTagCode::DefineSound)
         drawSound();
     else if (const auto font = std::dynamic_pointer_cast<SwfGlyphFont>(_tag))
@@ -65,6 +67,17 @@ void TagPreview::build() {
     _area = _area.united(_drawing->bounds()).united(own);
     if (_drawing->isEmpty() && own.isNull() && _problem.isEmpty())
         _problem = isDrawable(*_tag) ? tr("Nothing is drawn.") : tr("There is no picture of this kind of tag.");
+}
+
+void TagPreview::measure() {
+    constexpr int64_t endOfList = 2;
+    SwfTags tags;
+    tags.append(_tag);
+    SwfContext context;
+    context.version = _request->layout.version;
+    context.fullForm = _request->layout.fullForm;
+    context.tags = &tags;
+    _bytes = int64_t(tags.getSize(context)) - endOfList;
 }
 
 void TagPreview::drawSound() {

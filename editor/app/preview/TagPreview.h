@@ -22,6 +22,8 @@ public:
     TagPreview& operator=(const TagPreview&) = delete;
 
     const QString& words() const { return _words; }
+    /// Of the tag's record in a movie; negative when it does not compile.
+    int64_t bytes() const { return _bytes; }
     const QString& problem() const { return _problem; } ///< empty when there is a drawing
     bool isMorph() const;
     /// At a ratio from 0 to 1, which counts for morph shapes.
@@ -37,6 +39,7 @@ public:
 
 private:
     void build();
+    void measure();
     void drawSound();
     void drawGlyphs(const std::shared_ptr<const libswf::SwfGlyphFont>& font);
     void drawTree();
@@ -51,6 +54,7 @@ private:
     std::unordered_map<uint16_t, std::shared_ptr<libswf::SwfTag>> _definitions;
     std::unordered_map<uint16_t, QImage> _bitmaps;
     size_t _bytesLeft, _pixelsLeft;
+    int64_t _bytes = -1;
     std::shared_ptr<const Drawing> _drawing;
     std::vector<GlyphCell> _glyphs;
     std::shared_ptr<const Sound> _sound;

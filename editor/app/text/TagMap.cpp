@@ -29,6 +29,7 @@ TagMap::TagMap(std::string_view text) {
         if (tables != _tags.end())
             _jpegTables = *tables;
         _characters = CharacterIndex(text);
+        _outline = MovieOutline(text);
     } catch (const std::exception&) { // While one types, a text often is not well-formed.
     }
 }

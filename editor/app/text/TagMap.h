@@ -8,6 +8,7 @@
 
 #include "CharacterIndex.h"
 #include "MovieLayout.h"
+#include "MovieOutline.h"
 
 namespace zelk {
 
@@ -28,12 +29,14 @@ public:
     std::optional<TagRange> definition(uint16_t characterId) const;
     std::optional<TagRange> jpegTables() const { return _jpegTables; }
     const CharacterIndex& characters() const { return _characters; }
+    const MovieOutline& outline() const { return _outline; }
     /// Of the movie.
     MovieLayout layout() const { return _layout; }
 
 private:
     std::vector<TagRange> _tags;
     CharacterIndex _characters;
+    MovieOutline _outline;
     std::optional<TagRange> _jpegTables;
     MovieLayout _layout;
 };

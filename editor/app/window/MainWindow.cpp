@@ -28,10 +28,10 @@ MainWindow::MainWindow(QSettings& settings, const QString& stateFolder)
     : _settings(settings), _dialogs(this), _session(_dialogs), _player(settings, _requests),
       _recentSettings(settings, QStringLiteral("RecentList/Recent Document List")), _recentFiles(_recentSettings),
       _actions(makeActions(this)), _tabs(new DocumentTabsView(this)), _statusBar(new StatusBar(this)),
-      _warnings(new WarningsPanel(this)), _uses(new UsesPanel(this)), _preview(new PreviewPane(this)),
-      _search(new SearchController(this)), _documents(_session, _recentFiles, *_tabs),
+      _warnings(new WarningsPanel(this)), _uses(new UsesPanel(this)), _kinds(new KindsPanel(this)),
+      _preview(new PreviewPane(this)), _search(new SearchController(this)), _documents(_session, _recentFiles, *_tabs),
       _commands({*this, _settings, _session, _dialogs, _documents, *_tabs, *_actions, *_search, *_warnings, *_uses,
-                 *_preview}),
+                 *_kinds, *_preview}),
       _keeper(
           {*this, _settings, _session, _documents, *_tabs, _requests, *_actions->action(CommandId::reopenSession)}) {
     _session.player = &_player;
@@ -51,6 +51,7 @@ void MainWindow::buildLayout() {
     addDockWidget(Qt::BottomDockWidgetArea, _warnings);
     addDockWidget(Qt::BottomDockWidgetArea, _uses);
     tabifyDockWidget(_warnings, _uses);
+    addDockWidget(Qt::LeftDockWidgetArea, _kinds);
     addDockWidget(Qt::RightDockWidgetArea, _preview);
     _actions->fill(*menuBar());
     QToolBar* bar = addToolBar(tr("Tool Bar"));
@@ -83,6 +84,7 @@ void MainWindow::connectParts() {
         _search->setTarget(view == nullptr ? nullptr : &view->editor());
         showWarnings();
         _uses->showDocument(view);
+        _kinds->showDocument(view);
         showPreview();
     });
     connect(_statusBar, &StatusBar::warningsAsked, this, [this] { run(CommandId::warnings); });
@@ -94,6 +96,7 @@ void MainWindow::connectParts() {
         if (DocumentView* view = _tabs->current())
             view->setFocus();
     });
+    connectKinds();
     connect(_uses, &UsesPanel::left, this, [this] {
         if (DocumentView* view = _tabs->current())
             view->setFocus();
@@ -105,6 +108,35 @@ void MainWindow::connectParts() {
     const auto checkPreview = [pane = _preview, preview] { preview->setChecked(!pane->isHidden()); };
     connect(_preview, &QDockWidget::visibilityChanged, preview, checkPreview);
     connect(preview, &QAction::triggered, _preview, checkPreview);
+}
+
+void MainWindow::connectKinds() {
+    connect(_kinds, &KindsPanel::left, this, [this] {
+        if (DocumentView* view = _tabs->current())
+            view->setFocus();
+    });
+    connect(_kinds, &KindsPanel::commandAsked, this, [this](int id, size_t place) {
+        if (selectInList(place))
+            run(id);
+    });
+    connect(_kinds, &KindsPanel::menuAsked, this, [this](const QPoint& position, size_t place) {
+        if (selectInList(place))
+            showContextMenu(tagListMenu(), position);
+    });
+    connect(_kinds, &KindsPanel::editAsked, this, [this](size_t place) {
+        if (selectInList(place))
+            Q_EMIT _tabs->current()->list().tree().editAsked();
+    });
+}
+
+// Commands on tags are those of the list.
+bool MainWindow::selectInList(size_t place) {
+    run(CommandId::tagList);
+    DocumentView* view = _tabs->current();
+    if (view == nullptr || !view->showsList())
+        return false;
+    view->showPlace(place);
+    return true;
 }
 
 void MainWindow::openLater(const QStringList& fileNames) {

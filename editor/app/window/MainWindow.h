@@ -7,6 +7,7 @@
 
 #include "CommandActions.h"
 #include "DocumentKeeper.h"
+#include "KindsPanel.h"
 #include "OpenDocuments.h"
 #include "PlayerProcess.h"
 #include "RequestQueue.h"
@@ -58,6 +59,8 @@ private:
     void run(int id);
 
     void showState();
+    void connectKinds();
+    bool selectInList(size_t place);
     void showWarnings();
     void showPreview();
     void showContextMenu(std::span<const MenuItem> items, const QPoint& globalPos);
@@ -76,6 +79,7 @@ private:
     StatusBar* _statusBar;
     WarningsPanel* _warnings;
     UsesPanel* _uses;
+    KindsPanel* _kinds;
     PreviewPane* _preview;
     SearchController* _search;
     OpenDocuments _documents;

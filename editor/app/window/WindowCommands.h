@@ -8,6 +8,7 @@
 #include <functional>
 
 #include "CommandActions.h"
+#include "KindsPanel.h"
 #include "OpenDocuments.h"
 #include "ScriptLabels.h"
 #include "SearchController.h"
@@ -34,6 +35,7 @@ public:
         SearchController& search;
         WarningsPanel& warnings;
         UsesPanel& uses;
+        KindsPanel& kinds;
         PreviewPane& preview;
     };
     explicit WindowCommands(const Parts& parts);

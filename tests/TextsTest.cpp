@@ -230,6 +230,17 @@ TEST(Texts, ScriptsArePutInWithTheirBranchesAndWithoutTheirNames) {
     EXPECT_EQ(changed(before, {{"script:frame1:3", "No", most}}).file, before);
     EXPECT_EQ(changed(before, {{"script:frame1:3", "No", most}}).problems.size(), 1u);
 
+    std::string choices; // what lies below them is looked at once for each, not once for each way through all
+    for (int i = 0; i < 60; ++i) {
+        const std::string end = "E" + std::to_string(i), other = "O" + std::to_string(i);
+        choices += "<Push><Boolean Value=\"true\" /></Push><If To=\"" + other +
+                   "\" /><Push><Integer Value=\"1\" /></Push>" + "<Jump To=\"" + end + "\" /><Push At=\"" + other +
+                   "\"><Integer Value=\"2\" /></Push><Pop At=\"" + end + "\" />";
+    }
+    const Bytes many = movieOf("<DoAction><Actions><Push><String Name=\"below\" /></Push>" + choices +
+                               "<Trace /><End /></Actions></DoAction>");
+    EXPECT_EQ(listed(many, {.scripts = true}), Lines{"script:frame1:1=below"});
+
     const Bytes block = movieOf(abc("value"), 10);
     EXPECT_EQ(listed(block, {.scripts = true}), Lines{"script:abc/main:Initializer:2=value"});
     const auto changedBlock = changed(block, {{"script:abc/main:Initializer:2", "value", "two\nlines \\"}});

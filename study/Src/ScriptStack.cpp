@@ -1,6 +1,14 @@
 #include "ScriptStack.h"
 
+#include <algorithm>
+
 namespace zelk {
+
+void ScriptStack::push(Item item) {
+    if (_items.size() == mostItems)
+        _items.erase(_items.begin());
+    _items.push_back(std::move(item));
+}
 
 ScriptStack::Item ScriptStack::pop() {
     if (_items.empty())
@@ -25,31 +33,37 @@ void ScriptStack::duplicate() {
 
 void ScriptStack::branch(std::string_view place) {
     const auto [found, isNew] = _places.try_emplace(std::string(place), _items);
-    if (!isNew && found->second.size() != _items.size())
-        found->second.clear();
-    for (size_t i = 0; !isNew && i < found->second.size(); ++i)
-        found->second[i].strings.insert(found->second[i].strings.end(), _items[i].strings.begin(),
-                                        _items[i].strings.end());
+    if (!isNew)
+        join(found->second, _items);
 }
 
 void ScriptStack::arrive(std::string_view place) {
     const auto found = _places.find(place);
     if (!_isReached)
-        _items = found == _places.end() ? Items() : found->second;
-    else if (found != _places.end())
-        join(found->second);
+        _items.clear();
+    if (found != _places.end()) {
+        if (_isReached)
+            join(_items, found->second);
+        else
+            _items = std::move(found->second);
+        _places.erase(found);
+    }
     _isReached = true;
 }
 
 // Stacks of different heights have nothing in common that is sure.
-void ScriptStack::join(const Items& other) {
-    if (other.size() != _items.size()) {
-        _items.clear();
+void ScriptStack::join(Items& to, const Items& other) {
+    if (other.size() != to.size()) {
+        to.clear();
         return;
     }
     for (size_t i = 0; i < other.size(); ++i) {
-        _items[i].strings.insert(_items[i].strings.end(), other[i].strings.begin(), other[i].strings.end());
-        _items[i].count.reset();
+        std::vector<size_t>& strings = to[i].strings;
+        for (const size_t string : other[i].strings) {
+            if (strings.size() < mostStrings && std::find(strings.begin(), strings.end(), string) == strings.end())
+                strings.push_back(string);
+        }
+        to[i].count.reset();
     }
 }
 

@@ -17,7 +17,8 @@ public:
         std::optional<size_t> count; ///< a number that was pushed
     };
 
-    void push(Item item) { _items.push_back(std::move(item)); }
+    void push(Item item);
+    bool isEmpty() const { return _items.empty(); }
     /// Something unknown where there is nothing: what lies deeper than is known.
     Item pop();
     void swap();
@@ -34,7 +35,10 @@ public:
 
 private:
     using Items = std::vector<Item>;
-    void join(const Items& other);
+    static void join(Items& to, const Items& other);
+
+    // More is not followed, so that no script takes time or memory without bound.
+    static constexpr size_t mostItems = 32, mostStrings = 32;
 
     Items _items;
     bool _isReached = true;

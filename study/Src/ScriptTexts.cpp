@@ -305,7 +305,7 @@ bool ScriptReader::takesNames(const Item& name) const {
 }
 
 void ScriptReader::takeArguments(size_t count, bool areNames) {
-    for (size_t i = 0; i < count; ++i) {
+    for (size_t i = 0; i < count && !_stacks.back().isEmpty(); ++i) {
         const Item item = _stacks.back().pop();
         for (const size_t string : item.strings)
             (areNames ? _uses[string].first : _uses[string].second) = true;
@@ -323,12 +323,12 @@ void ScriptReader::take(std::string_view kinds) {
         } else if (kind == 'v') {
             for (const size_t string : item.strings)
                 _uses[string].second = true;
-        } else if (!item.count || *item.count > _text.size()) {
+        } else if (!item.count) {
             stack.forget();
         } else if (kind == '*') {
             takeArguments(*item.count, areNames);
         } else {
-            for (size_t i = 0; i < *item.count; ++i) {
+            for (size_t i = 0; i < *item.count && !stack.isEmpty(); ++i) {
                 takeArguments(1, false);
                 takeArguments(1, true);
             }
@@ -395,7 +395,7 @@ void ScriptReader::readInstruction(std::string_view name, const Attributes& attr
         const size_t count = numberOf(valueOf(attributes, "Count").value_or("0"));
         const bool setsValue = name == "SetProperty" || name == "InitProperty" || name == "SetSuper";
         takeArguments(arguments, takersOfNames.contains(member));
-        for (size_t i = 0; i < count; ++i) {
+        for (size_t i = 0; i < count && !stack.isEmpty(); ++i) {
             takeArguments(1, false);
             if (name == "NewObject")
                 takeArguments(1, true);

@@ -14,9 +14,4 @@ std::vector<NewText> readCsv(std::string_view content);
 std::string writeJsonTexts(const std::vector<MovieText>& texts, std::string_view movieName);
 std::vector<NewText> readJsonTexts(std::string_view content);
 
-/// "DefineText 37, frame 3, font 5 (Arial)".
-std::string tagContext(const MovieText& text);
-/// "at most 20 characters", "98 of 120 px wide"; empty where there is no limit.
-std::string limitText(const MovieText& text);
-
 } // namespace zelk

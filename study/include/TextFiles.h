@@ -29,4 +29,9 @@ public:
 /// The translations that a file has. Texts without one, and those of a PO that are marked as fuzzy, are left out.
 std::vector<NewText> readTexts(std::string_view content, TextFileKind kind);
 
+/// "DefineText 37, frame 3, font 5 (Arial)".
+std::string tagContext(const MovieText& text);
+/// "at most 20 characters", "98 of 120 px wide"; empty where there is no limit.
+std::string limitText(const MovieText& text);
+
 } // namespace zelk

@@ -50,6 +50,7 @@ constexpr CommandRow rows[] = {
     {foldAll, "&Fold All\tCtrl+Shift+M", "", "", Needs::text, ""},
     {unfoldAll, "&Unfold All\tCtrl+Alt+M", "", "", Needs::text, ""},
     {warnings, "&Warnings\tCtrl+Shift+W", "Show what was lost on load or save\nWarnings", "", Needs::document, ""},
+    {texts, "Te&xts\tCtrl+Shift+X", "List the texts that people read, to find and edit them\nTexts", "", Needs::document, ""},
     {preview, "&Preview\tF9", "Show a picture of the tag at the caret\nPreview", "", Needs::nothing, ""},
     {kinds, "&Kinds\tCtrl+Shift+K", "Show the tags by kind\nKinds", "", Needs::nothing, ""},
     {theme, "T&heme", "", "", Needs::nothing, ""},
@@ -103,9 +104,9 @@ constexpr MenuItem editItems[] = {
     {undo},       {redo},       {cut},          {copy},        {paste},    line,
     {find},       {findNext},   {findPrevious}, {replace},     line,       {gotoLine},
     {findSymbol}, {gotoTarget}, {jumpBack},     {jumpForward}, {showUses}, {renameCharacter}};
-constexpr MenuItem viewItems[] = {{movieXml},  {tagList},  line,         {zoomIn},  {zoomOut},
-                                  {zoomReset}, line,       {toggleFold}, {foldAll}, {unfoldAll},
-                                  line,        {warnings}, {preview},    {theme},   {kinds}};
+constexpr MenuItem viewItems[] = {{movieXml}, {tagList},    line,      {zoomIn},    {zoomOut}, {zoomReset},
+                                  line,       {toggleFold}, {foldAll}, {unfoldAll}, line,      {warnings},
+                                  {texts},    {preview},    {theme},   {kinds}};
 constexpr MenuItem toolsItems[] = {
     {checkXml}, {movieSettings}, {openInFullForm}, line, {insertTag},     {insertStruct},   {insertAction}, {complete},
     line,       {exportPayload}, {replacePayload}, line, {labelBranches}, {unlabelBranches}};

@@ -62,6 +62,7 @@ constexpr int unfoldAll = 60008;
 constexpr int nextDocument = 60009;
 constexpr int previousDocument = 60010;
 constexpr int warnings = 60011;
+constexpr int texts = 60070;
 constexpr int theme = 60012; ///< the submenu
 constexpr int themeSystem = 60013;
 constexpr int themeLight = 60014;

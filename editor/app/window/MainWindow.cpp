@@ -29,9 +29,10 @@ MainWindow::MainWindow(QSettings& settings, const QString& stateFolder)
       _recentSettings(settings, QStringLiteral("RecentList/Recent Document List")), _recentFiles(_recentSettings),
       _actions(makeActions(this)), _tabs(new DocumentTabsView(this)), _statusBar(new StatusBar(this)),
       _warnings(new WarningsPanel(this)), _uses(new UsesPanel(this)), _kinds(new KindsPanel(this)),
-      _preview(new PreviewPane(this)), _search(new SearchController(this)), _documents(_session, _recentFiles, *_tabs),
+      _texts(new TextsPanel(this)), _preview(new PreviewPane(this)), _search(new SearchController(this)),
+      _documents(_session, _recentFiles, *_tabs),
       _commands({*this, _settings, _session, _dialogs, _documents, *_tabs, *_actions, *_search, *_warnings, *_uses,
-                 *_kinds, *_preview}),
+                 *_kinds, *_texts, *_preview}),
       _keeper(
           {*this, _settings, _session, _documents, *_tabs, _requests, *_actions->action(CommandId::reopenSession)}) {
     _session.player = &_player;
@@ -52,6 +53,8 @@ void MainWindow::buildLayout() {
     addDockWidget(Qt::BottomDockWidgetArea, _uses);
     tabifyDockWidget(_warnings, _uses);
     addDockWidget(Qt::LeftDockWidgetArea, _kinds);
+    addDockWidget(Qt::BottomDockWidgetArea, _texts);
+    tabifyDockWidget(_warnings, _texts);
     addDockWidget(Qt::RightDockWidgetArea, _preview);
     _actions->fill(*menuBar());
     QToolBar* bar = addToolBar(tr("Tool Bar"));
@@ -86,6 +89,7 @@ void MainWindow::connectParts() {
         _uses->showDocument(view);
         _kinds->showDocument(view);
         showPreview();
+        _texts->showDocument(view);
     });
     connect(_statusBar, &StatusBar::warningsAsked, this, [this] { run(CommandId::warnings); });
     connect(_warnings, &WarningsPanel::chosen, this, [this](WarningList::Entry entry) {
@@ -98,6 +102,16 @@ void MainWindow::connectParts() {
     });
     connectKinds();
     connect(_uses, &UsesPanel::left, this, [this] {
+        if (DocumentView* view = _tabs->current())
+            view->setFocus();
+    });
+    connect(_texts, &TextsPanel::chosen, this, [this](size_t offset, bool staysInList) {
+        if (DocumentView* view = _tabs->current())
+            view->jumpTo(offset);
+        if (staysInList)
+            _texts->list().setFocus();
+    });
+    connect(_texts, &TextsPanel::left, this, [this] {
         if (DocumentView* view = _tabs->current())
             view->setFocus();
     });

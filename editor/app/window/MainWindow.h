@@ -13,6 +13,7 @@
 #include "RequestQueue.h"
 #include "SearchController.h"
 #include "StatusBar.h"
+#include "TextsPanel.h"
 #include "UsesPanel.h"
 #include "WarningsPanel.h"
 #include "WindowCommands.h"
@@ -80,6 +81,7 @@ private:
     WarningsPanel* _warnings;
     UsesPanel* _uses;
     KindsPanel* _kinds;
+    TextsPanel* _texts;
     PreviewPane* _preview;
     SearchController* _search;
     OpenDocuments _documents;

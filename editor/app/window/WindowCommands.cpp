@@ -70,7 +70,8 @@ WindowCommands::WindowCommands(const Parts& parts) : _parts(parts) {
 }
 
 void WindowCommands::run(int id) const {
-    if (runOnField(id) || _parts.warnings.run(id) || (id == CommandId::find && _parts.kinds.openFilter()))
+    if (runOnField(id) || _parts.warnings.run(id) || _parts.texts.run(id) ||
+        (id == CommandId::find && _parts.kinds.openFilter()))
         return;
     if (const auto handler = _handlers.value(id))
         handler();
@@ -103,6 +104,7 @@ void WindowCommands::addProgramCommands() {
     _handlers[CommandId::about] = [this] { showAbout(); };
     _handlers[CommandId::warnings] = [this] { _parts.warnings.toggle(); };
     _handlers[CommandId::kinds] = [this] { _parts.kinds.toggle(); };
+    _handlers[CommandId::texts] = [this] { _parts.texts.toggle(); };
     _handlers[CommandId::preview] = [this] { _parts.preview.setVisible(_parts.preview.isHidden()); };
     for (int id : {CommandId::themeSystem, CommandId::themeLight, CommandId::themeDark})
         _handlers[id] = [this, id] { setTheme(id); };

@@ -12,6 +12,7 @@
 #include "OpenDocuments.h"
 #include "ScriptLabels.h"
 #include "SearchController.h"
+#include "TextsPanel.h"
 #include "UsesPanel.h"
 #include "WarningsPanel.h"
 #include "WindowDialogs.h"
@@ -36,6 +37,7 @@ public:
         WarningsPanel& warnings;
         UsesPanel& uses;
         KindsPanel& kinds;
+        TextsPanel& texts;
         PreviewPane& preview;
     };
     explicit WindowCommands(const Parts& parts);

@@ -1,0 +1,73 @@
+// The list of texts, driven by keys.
+#include "TextsPanel.h"
+#include "WindowFixture.h"
+
+namespace zelk {
+
+namespace {
+
+class TextsWindowTest : public WindowTest {
+protected:
+    static std::string field(const std::string& id, const std::string& text) {
+        return "    <DefineEditText Id=\"" + id +
+               "\" Color=\"ff\" VarName=\"\">\n        <Bounds MaxX=\"9\" MaxY=\"9\" " +
+               "MinX=\"0\" MinY=\"0\" />\n        <BitsField AutoSize=\"false\" ReadOnly=\"true\" Password=\"false\" "
+               "Multiline=\"false\" WordWrap=\"false\" UseOutlines=\"false\" HTML=\"false\" WasStatic=\"false\" "
+               "Border=\"false\" NoSelect=\"false\" />\n        <InitialText>\n            <![CDATA[" +
+               text + "]]>\n        </InitialText>\n    </DefineEditText>\n";
+    }
+    static std::string movie(const std::string& form, const std::string& first) {
+        return "<Movie" + form + " SwfVersion=\"7\">\n" + field("3", first) + field("4", "other") +
+               "    <ShowFrame />\n</Movie>";
+    }
+    void show(const std::string& text) {
+        editor().replaceBytes(0, editor().text().size(), text);
+        press(Qt::Key_X, Qt::ControlModifier | Qt::ShiftModifier);
+        EXPECT_TRUE(runUntil([&] { return model().rowCount() == 2; }));
+    }
+    TextsPanel& panel() { return *window->findChild<TextsPanel*>(); }
+    QAbstractItemModel& model() { return *panel().list().model(); }
+    std::string atCaret() { return std::string(editor().text().substr(editor().caret(), 23)); }
+    std::string text() { return std::string(editor().text()); }
+};
+
+TEST_F(TextsWindowTest, AnEditedTextChangesTheDocumentInOneStep) {
+    for (const std::string form : {"", " Form=\"full\""}) {
+        const std::string before = movie(form, "Hello");
+        show(before);
+        EXPECT_TRUE(panel().list().hasFocus());
+        panel().list().setCurrentIndex(model().index(0, 0));
+        EXPECT_EQ(model().index(0, 0).data().toString(), QStringLiteral("Hello"));
+        press(Qt::Key_F2);
+        QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("Gr\u00FC\u00DFe"));
+        press(Qt::Key_Return);
+        EXPECT_TRUE(runUntil([&] { return text() == movie(form, "Gr\u00FC\u00DFe"); })) << text();
+        EXPECT_TRUE(
+            runUntil([&] { return model().index(0, 0).data().toString() == QStringLiteral("Gr\u00FC\u00DFe"); }));
+        press(Qt::Key_Escape);
+        EXPECT_TRUE(editor().hasFocus()) << "Escape leads back to the text";
+        press(Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_EQ(text(), before);
+        press(Qt::Key_X, Qt::ControlModifier | Qt::ShiftModifier);
+        EXPECT_FALSE(panel().isVisible()) << "the key that opens it closes it";
+    }
+}
+
+TEST_F(TextsWindowTest, TheFilterFindsTextsAndReturnGoesToTheirTags) {
+    show(movie("", "Hello"));
+    press(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_TRUE(panel().filter().hasFocus());
+    QTest::keyClicks(&panel().filter(), QStringLiteral("OTH"));
+    ASSERT_EQ(model().rowCount(), 1);
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_EQ(atCaret(), "<DefineEditText Id=\"4\" ");
+    editor().replaceBytes(0, 1, "");
+    EXPECT_TRUE(
+        runUntil([&] { return panel().message().text().startsWith(QStringLiteral("The texts are read when")); }));
+    EXPECT_EQ(model().rowCount(), 1) << "the list stays while the text is being typed";
+}
+
+} // namespace
+
+} // namespace zelk

@@ -233,7 +233,7 @@ TEST(Texts, ScriptsArePutInWithTheirBranchesAndWithoutTheirNames) {
     std::string choices; // what lies below them is looked at once for each, not once for each way through all
     for (int i = 0; i < 60; ++i) {
         const std::string end = "E" + std::to_string(i), other = "O" + std::to_string(i);
-        choices += "<Push><Boolean Value=\"true\" /></Push><If To=\"" + other +
+        choices += "<Push><Boolean Value=\"1\" /></Push><If To=\"" + other +
                    "\" /><Push><Integer Value=\"1\" /></Push>" + "<Jump To=\"" + end + "\" /><Push At=\"" + other +
                    "\"><Integer Value=\"2\" /></Push><Pop At=\"" + end + "\" />";
     }

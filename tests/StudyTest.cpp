@@ -109,9 +109,9 @@ TEST(StudyTest, WhatIsRightIsNoProblem) {
         movie("<DefineBits CharacterId=\"5\"><JPEGData><![CDATA[/9j/2wBDAP/Z]]></JPEGData></DefineBits>"),
         movie(std::string(font) + textIn(2, 1)),
         movie("<SymbolClass><Symbol Tag=\"0\" Name=\"Main\"/></SymbolClass><Metadata><Data>a text</Data></Metadata>"),
-        movie(std::string(shape) +
-              "<DefineSprite Id=\"2\"><PlaceObject2 Depth=\"1\" CharacterId=\"1\"/>"
-              "<PlaceObject2 Depth=\"1\" Move=\"true\"/><RemoveObject2 Depth=\"1\"/></DefineSprite>"),
+        movie(std::string(shape).append(
+            "<DefineSprite Id=\"2\"><PlaceObject2 Depth=\"1\" CharacterId=\"1\"/>"
+            "<PlaceObject2 Depth=\"1\" Move=\"true\"/><RemoveObject2 Depth=\"1\"/></DefineSprite>")),
     };
     for (const std::string& text : good) {
         for (const Problem& problem : problemsOfText(text).items)
@@ -121,12 +121,12 @@ TEST(StudyTest, WhatIsRightIsNoProblem) {
 
 TEST(StudyTest, CharactersHaveNamesDefinitionsAndUses) {
     // In bytes: a NameCharacter of 1, "n".
-    const std::string text =
-        movie(std::string(shape) + "<DefineSprite FrameCount=\"1\" Id=\"2\"><PlaceObject2 Name=\"inst\" Depth=\"1\" "
-                                   "CharacterId=\"1\" Move=\"false\"/></DefineSprite>"
-                                   "<ExportAssets><Asset Id=\"2\" Name=\"a&amp;b\"/></ExportAssets>"
-                                   "<Unknown TagType=\"40\"><Data><![CDATA[AQBuAA==]]></Data></Unknown>"
-                                   "<DefineEditText FontId=\"6\" FontHeight=\"1\" Id=\"5\"><Bounds/></DefineEditText>");
+    const std::string text = movie(
+        std::string(shape).append("<DefineSprite FrameCount=\"1\" Id=\"2\"><PlaceObject2 Name=\"inst\" Depth=\"1\" "
+                                  "CharacterId=\"1\" Move=\"false\"/></DefineSprite>"
+                                  "<ExportAssets><Asset Id=\"2\" Name=\"a&amp;b\"/></ExportAssets>"
+                                  "<Unknown TagType=\"40\"><Data><![CDATA[AQBuAA==]]></Data></Unknown>"
+                                  "<DefineEditText FontId=\"6\" FontHeight=\"1\" Id=\"5\"><Bounds/></DefineEditText>"));
     const CharacterIndex characters(text);
     EXPECT_EQ(characters.name(1), "n") << "a given name says more than that of an instance";
     EXPECT_EQ(characters.names(1).size(), 2u);

@@ -53,7 +53,12 @@ void Problems::add(Problem problem) {
 
 void Problems::add(const libswf::SwfWarnings& conversion) {
     for (const SwfWarning& warning : conversion.items()) {
-        Problem problem;
+        ++warnings;
+        if (items.size() == limit) {
+            ++more;
+            continue;
+        }
+        Problem& problem = items.emplace_back();
         problem.path = warning.path;
         problem.tag = warning.tagName;
         problem.reason = warning.reason;
@@ -62,7 +67,6 @@ void Problems::add(const libswf::SwfWarnings& conversion) {
         if (warning.row != 0)
             problem.offset = static_cast<size_t>(warning.offset);
         problem.warning = warning;
-        add(std::move(problem));
     }
     const uint64_t beyond = conversion.total() - conversion.items().size();
     warnings += beyond;

@@ -61,12 +61,38 @@ SwfContext contextOf(const SwfMovieSafe& movie) {
     return context;
 }
 
-Row rowOf(const SwfTag& tag, const std::vector<uint32_t>& path, const SwfContext& movie) {
+// Tags whose readers take values that the XML form may have no name for: such a tag stands as Unknown there.
+bool mayBeRefused(uint16_t code) {
+    switch (code) {
+    case SwfTagCode::DefineFontInfo:
+    case SwfTagCode::DefineFontInfo2:
+    case SwfTagCode::DefineMorphShape:
+    case SwfTagCode::DefineMorphShape2:
+    case SwfTagCode::DefineSound:
+    case SwfTagCode::SoundStreamHead:
+    case SwfTagCode::SoundStreamHead2:
+    case SwfTagCode::DefineVideoStream: return true;
+    default: return false;
+    }
+}
+
+std::span<const uint8_t> bodyOf(const SwfTag& tag) {
     const std::span<const uint8_t> record = tag.source.span();
-    const std::span<const uint8_t> body = record.subspan(SwfTag::headerSize(record));
+    return record.subspan(SwfTag::headerSize(record));
+}
+
+// Why the XML form has the tag as Unknown; nothing when it does not.
+std::optional<std::string> reasonOf(const SwfTag& tag, const SwfContext& movie) {
+    if (!tag.isUnknown() && !mayBeRefused(tag.type))
+        return {};
+    return xml2swf::reasonOfUnknown(tag.type, bodyOf(tag), movie);
+}
+
+Row rowOf(const SwfTag& tag, const std::vector<uint32_t>& path, const SwfContext& movie) {
+    const std::span<const uint8_t> body = bodyOf(tag);
     Row row{tagPathText(path), tag.type, tagName(tag.type), body.size(), {}, tag.isUnknown(), {}};
-    if (row.isRaw)
-        row.reason = xml2swf::reasonOfUnknown(tag.type, body, movie).value_or("");
+    row.reason = reasonOf(tag, movie).value_or("");
+    row.isRaw |= !row.reason.empty();
     const std::optional<size_t> at = idOffset(tag.type, body);
     if (at && *at + 2 <= body.size())
         row.characterId = static_cast<uint16_t>(body[*at] | body[*at + 1] << 8);
@@ -189,11 +215,7 @@ struct Counts {
             ++tags[tagName(tag->type)];
             actions += tag->type == SwfTagCode::DoAction || tag->type == SwfTagCode::DoInitAction;
             abc += tag->type == SwfTagCode::DoABC || tag->type == SwfTagCode::DoABCDefine;
-            if (tag->isUnknown()) {
-                const std::span<const uint8_t> record = tag->source.span();
-                const std::span<const uint8_t> body = record.subspan(SwfTag::headerSize(record));
-                unreadable += xml2swf::reasonOfUnknown(tag->type, body, movie) ? 1 : 0;
-            }
+            unreadable += reasonOf(*tag, movie) ? 1 : 0;
             if (const auto font = fontOf(*tag))
                 fonts.push_back({{"id", font->first}, {"name", font->second}});
             if (const auto* sprite = dynamic_cast<const SwfTagDefineSprite*>(tag.get()))

@@ -190,14 +190,18 @@ private:
     std::mt19937 _random{12345};
 };
 
-// By way of objects, or of bytes wherever they do.
-Bytes bodyThroughXml(uint16_t code, const Bytes& body, bool asBytes, bool fullForm) {
+// Here and below: by way of objects, or of bytes wherever they do.
+std::string textOf(uint16_t code, const Bytes& body, bool asBytes, bool fullForm) {
     Bytes file = movieFile(8, recordOf(code, body));
     append16(file, 0);
     SwfMovieSafe movie;
     movie.parse(file, {.fullForm = fullForm, .keepRaw = true, .readLater = asBytes});
+    return xml2swf::swfToXml(movie, {.keepRaw = true});
+}
+
+Bytes bodyOf(const std::string& text, bool asBytes, bool fullForm) {
     xml2swf::MovieTarget target;
-    xml2swf::xmlToSwf(xml2swf::swfToXml(movie, {.keepRaw = true}), target, {.toWrite = asBytes});
+    xml2swf::xmlToSwf(text, target, {.toWrite = asBytes});
     SwfContext context;
     context.version = 8;
     context.fullForm = fullForm;
@@ -214,8 +218,10 @@ TEST(HostileActions, RandomListsComeBackByteForByte) {
         const Bytes body = random.body(1 + random.below(12));
         const bool fullForm = round % 2 != 0;
         ASSERT_EQ(hexDiff(body, savedBody(doAction, body, true, fullForm)), "") << hexText(body);
+        const std::string text = textOf(doAction, body, false, fullForm);
+        ASSERT_EQ(textOf(doAction, body, true, fullForm), text) << hexText(body);
         for (const bool asBytes : {false, true})
-            ASSERT_EQ(hexDiff(body, bodyThroughXml(doAction, body, asBytes, fullForm)), "") << hexText(body);
+            ASSERT_EQ(hexDiff(body, bodyOf(text, asBytes, fullForm)), "") << hexText(body);
         savedBody(doAction, body, false, fullForm);
         shownAsActions += isShown(body, fullForm);
     }

@@ -7,6 +7,7 @@ namespace libswf {
 
 class SwfTags;
 class SwfWarnings;
+struct SwfScriptOutline;
 
 /// Switches that a tag sets for its own body. SwfTagScope gives each tag a copy of its own.
 struct SwfTagState {
@@ -44,6 +45,8 @@ struct SwfContext : SwfTagState {
     bool readLater = false;          ///< reading: scripts and shapes stay bytes until they are asked for
     bool keepRaw = false;            ///< keep as bytes what the object model cannot give back
     SwfWarnings* warnings = nullptr; ///< where warnings go; may be null
+    /// Reading with keepRaw, full form: receives the outline of the list of actions read last; may be null.
+    SwfScriptOutline* outline = nullptr;
     uint16_t spriteDepth = 0;        ///< nesting of tag lists, at most maxDepth
     uint16_t actionDepth = 0;        ///< nesting of action lists, at most maxDepth
     uint8_t actionCode = 0;          ///< code of the action being read

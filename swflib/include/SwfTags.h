@@ -108,8 +108,9 @@ public:
     bool isDefinition() const override { return _characterId.has_value(); }
     uint16_t definitionId() const override { return _characterId.value_or(0); }
     const SwfTagLater* later() const override { return this; }
-    /// The tag as it would have been read with the movie. On any thread.
-    std::unique_ptr<SwfTag> read(SwfWarnings* warnings) const;
+    /// The tag as it would have been read with the movie. On any thread. `outline` receives that of its script, in the
+    /// full form; of several scripts that of the last.
+    std::unique_ptr<SwfTag> read(SwfWarnings* warnings, SwfScriptOutline* outline) const;
 
 private:
     const std::shared_ptr<const SwfTagListReading> _list;

@@ -123,9 +123,9 @@ public:
     std::optional<std::string_view> firstAttribute(std::string_view name, const XmlValueForm& form);
     /// Its name, where there is one.
     std::string_view firstName() const { return _attributes[0].name; }
-    /// Names of places: what a `form` of these kinds says.
-    std::string label(std::string_view name, XmlValueForm::Kind form) {
-        return std::string(attribute(name, {form}).value_or(""));
+    /// Names of places: what a `form` of these kinds says. They stand in the document, or as long as the element.
+    std::string_view label(std::string_view name, XmlValueForm::Kind form, std::string&) {
+        return attribute(name, {form}).value_or("");
     }
     /// A text; one with a NUL in it (written as a reference) is a bad value.
     libswf::SwfString string(std::string_view name);

@@ -9,11 +9,16 @@
 
 #include "FormDifferences.h"
 #include "SwfContext.h"
+#include "SwfScriptOutline.h"
 #include "SwfStructs.h"
 #include "SwfWarnings.h"
 #include "XmlText.h"
 
 namespace xml2swf {
+
+/// Whether a value stands otherwise in an attribute than it is, and how.
+bool mustBeEscaped(std::string_view value);
+std::string escapedValue(std::string_view value);
 
 /// One element being written. Names are not copied: they outlive the writer.
 class XmlElementWriter {
@@ -83,6 +88,7 @@ struct XmlWriteContext {
     libswf::SwfWarnings* warnings = nullptr;
     std::vector<uint32_t> tagPath;            ///< indices of the tag being written
     ScriptView* script = nullptr;             ///< being written in the full form; null elsewhere
+    libswf::SwfScriptOutline outline;         ///< of the script that was read last, if it is known
     uint32_t threads = 1;                     ///< for an element that can be written in parts
     std::vector<TagText>* tagTexts = nullptr; ///< receives the place of each tag's element; may be null
     FormDifferences* differences = nullptr;   ///< classic form: counts what the full form shows otherwise; may be null

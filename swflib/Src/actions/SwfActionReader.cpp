@@ -1,9 +1,11 @@
 // Reading of action lists.
 #include <array>
 #include <optional>
+#include <typeinfo>
 
 #include "SwfActionRefusal.h"
 #include "SwfActionsPayload.h"
+#include "SwfScriptOutline.h"
 #include "SwfTagCodes.h"
 #include "SwfWarnings.h"
 
@@ -59,6 +61,65 @@ private:
     uint16_t _outerDepth;
 };
 
+// Notes in the outline of the context, if it has one, where actions and lists stand. What a list is read as is what is
+// written of it, so that these are the places when it is written, too.
+class OutlineNotes {
+public:
+    explicit OutlineNotes(SwfIStream& stream)
+        : _outline(stream.context.keepRaw ? stream.context.outline : nullptr), _start(stream.position()) {
+        if (_outline == nullptr)
+            return;
+        _outline->clear();
+        _outline->startList(SwfScriptOutline::none, 0);
+    }
+
+    bool areTaken() const { return _outline != nullptr; }
+    /// Something is not as it was noted.
+    void spoil() { _isSpoilt = true; }
+
+    void place(uint64_t start) { _outline->places.push_back(offset(start)); }
+    // Whether an action of this code is more than a place.
+    static bool hasMore(uint32_t code) {
+        constexpr uint32_t first = SwfActionCode::ConstantPool;
+        constexpr uint32_t codes = 1u << (SwfActionCode::ConstantPool - first) |
+                                   1u << (SwfActionCode::WaitForFrame - first) |
+                                   1u << (SwfActionCode::WaitForFrame2 - first) | 1u << (SwfActionCode::Jump - first) |
+                                   1u << (SwfActionCode::If - first);
+        return code - first < 32 && (codes >> (code - first) & 1) != 0;
+    }
+    // Of the action whose place came last.
+    void more(const SwfAction& action, uint32_t list, uint64_t end) {
+        const auto place = static_cast<uint32_t>(_outline->places.size() - 1);
+        if (typeid(action) == typeid(SwfActionIf) || typeid(action) == typeid(SwfActionJump)) {
+            const int32_t distance = static_cast<const SwfActionBranch&>(action).branchOffset;
+            _outline->branches.push_back({list, place, offset(end), int64_t(offset(end)) + distance});
+        } else if (action.type == SwfActionCode::ConstantPool) {
+            _outline->pools.push_back(_outline->places[place]);
+        } else if (action.type == SwfActionCode::WaitForFrame || action.type == SwfActionCode::WaitForFrame2) {
+            spoil(); // what it skips is not read yet
+        }
+    }
+    uint32_t startList(uint32_t parent, uint64_t start) {
+        return _outline == nullptr ? 0 : _outline->startList(parent, offset(start));
+    }
+    void endList(uint32_t list, uint64_t end) {
+        if (_outline != nullptr)
+            _outline->endList(list, offset(end));
+    }
+    void finish(const SwfActions& script, uint64_t end) {
+        endList(0, end);
+        if (_outline != nullptr && !_isSpoilt)
+            _outline->script = &script;
+    }
+
+private:
+    uint32_t offset(uint64_t position) const { return static_cast<uint32_t>(position - _start); }
+
+    SwfScriptOutline* const _outline;
+    const uint64_t _start; // of the script
+    bool _isSpoilt = false;
+};
+
 // Reads one list together with the bodies that its blocks open. Bodies lie between the records of the list, so all
 // records are read one after the other, each once, whatever the sizes claim: a block takes the records of its bodies
 // out of _items when they end where its sizes say. Otherwise, under keepRaw, it is turned into bytes and its bodies
@@ -68,7 +129,8 @@ public:
     enum class Stop : uint8_t { atEndAction, atEnd, afterOne };
 
     explicit ActionReader(SwfIStream& stream)
-        : _stream(stream), _mostReadAgain(std::max<uint64_t>({1024, stream.context.tagSize, stream.bodyLeft()})) {}
+        : _stream(stream), _outline(stream),
+          _mostReadAgain(std::max<uint64_t>({1024, stream.context.tagSize, stream.bodyLeft()})) {}
 
     void read(uint64_t end, Stop stop) {
         bool done = false;
@@ -76,8 +138,10 @@ public:
             closeBodies();
             if (_open.empty() && (done || _stream.position() >= end))
                 return;
-            if (!readRecord())
+            if (!readRecord()) {
+                _outline.spoil();
                 return;
+            }
             const bool isEnd = _items.back()->type == SwfActionCode::End;
             if (_open.empty())
                 done = stop == Stop::afterOne || (stop == Stop::atEndAction && isEnd);
@@ -85,7 +149,10 @@ public:
         }
     }
 
-    void moveTo(SwfActions& list) { moveTail(0, list); }
+    void moveTo(SwfActions& list) {
+        moveTail(0, list);
+        _outline.finish(list, _stream.position());
+    }
 
     // The first action; the stream is left behind it. Empty when nothing was read.
     std::unique_ptr<SwfAction> takeFirst() {
@@ -106,6 +173,7 @@ private:
         uint16_t length;  // and its size
         std::array<OpenBody, 3> bodies = {};
         uint32_t count = 0, current = 0;
+        uint32_t outer = 0, list = 0; // in the outline: the list around the block, the body being read
 
         const OpenBody& body() const { return bodies[current]; }
     };
@@ -136,6 +204,11 @@ private:
         else
             action = std::make_unique<SwfActionUnknown>(_stream);
         action->size = length;
+        if (_outline.areTaken()) {
+            _outline.place(start);
+            if (OutlineNotes::hasMore(code)) [[unlikely]]
+                _outline.more(*action, _open.empty() ? 0 : _open.back().list, _payload + length);
+        }
         if (_items.empty())
             _firstEnd = _payload + length;
         _items.push_back(std::move(action));
@@ -232,6 +305,8 @@ private:
 
     void openBodies(uint64_t listEnd) {
         SwfAction* opener = _items.back().get();
+        if (!isBlock(opener->type) && opener->type != SwfActionCode::Try)
+            return;
         OpenBlock opened{_items.size() - 1, _payload, _stream.context.actionLength};
         uint64_t end = _stream.position();
         const auto add = [&](SwfActions& list, uint16_t size) {
@@ -251,17 +326,20 @@ private:
         if (opened.count == 0)
             return;
         if (_stream.context.keepRaw && end > (_open.empty() ? listEnd : _open.back().body().end))
-            turnIntoBytes(opened, "its body is longer than the list around it");
-        else
-            _open.push_back(opened);
+            return turnIntoBytes(opened, "its body is longer than the list around it");
+        opened.outer = _open.empty() ? 0 : _open.back().list;
+        opened.list = _outline.startList(opened.outer, _stream.position());
+        _open.push_back(opened);
     }
 
     void closeBodies() {
         while (!_open.empty() && _stream.position() >= _open.back().body().end) {
             OpenBlock& open = _open.back();
             const bool passesEnd = _stream.context.keepRaw && _stream.position() > open.body().end;
+            _outline.endList(open.list, _stream.position());
             if (!passesEnd && open.current + 1 < open.count) {
                 open.bodies[++open.current].first = _items.size();
+                open.list = _outline.startList(open.outer, _stream.position());
                 continue;
             }
             const OpenBlock closed = open;
@@ -281,6 +359,7 @@ private:
     }
 
     void turnIntoBytes(const OpenBlock& block, const char* reason) {
+        _outline.spoil();
         std::unique_ptr<SwfAction>& item = _items[block.index];
         warnKeptRaw(item->type, block.payload - item->headerSize(_stream.context), reason);
         const uint64_t position = _stream.position();
@@ -308,6 +387,7 @@ private:
     }
 
     SwfIStream& _stream;
+    OutlineNotes _outline;
     const uint64_t _mostReadAgain; // bytes, of all actions of the tag
     std::vector<std::unique_ptr<SwfAction>> _items;
     std::vector<OpenBlock> _open;

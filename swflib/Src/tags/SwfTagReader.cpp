@@ -241,10 +241,11 @@ SwfTagLater::SwfTagLater(std::shared_ptr<const SwfTagListReading> list, SwfBytes
     }
 }
 
-std::unique_ptr<SwfTag> SwfTagLater::read(SwfWarnings* warnings) const {
+std::unique_ptr<SwfTag> SwfTagLater::read(SwfWarnings* warnings, SwfScriptOutline* outline) const {
     SwfIStream stream(_list->buffer, _list->bufferSize);
     stream.context = _list->context;
     stream.context.warnings = warnings;
+    stream.context.outline = _list->context.fullForm ? outline : nullptr;
     stream.tagPath = _list->path;
     stream.tagPath.back() = _index;
     stream.seek(static_cast<uint64_t>(source.data() - _list->buffer.get()));

@@ -48,6 +48,21 @@ struct QuoteOrReference {
 #endif
 };
 
+/// What does not stand as it is in a value that is written.
+struct Escaped {
+    static bool test(char c) {
+        constexpr uint64_t characters = 1ull << '"' | 1ull << '&' | 1ull << '\'' | 1ull << '<' | 1ull << '>';
+        const auto byte = static_cast<uint8_t>(c);
+        return byte < 64 && (characters >> byte & 1) != 0;
+    }
+#ifdef __SSE2__
+    static Bytes16 test(Bytes16 bytes) {
+        return or16(or16(between16(bytes, '&', '\''), equal16(bytes, '"')),
+                    or16(equal16(bytes, '<'), equal16(bytes, '>')));
+    }
+#endif
+};
+
 struct NotBlank {
     static bool test(char c) { return c != ' ' && c != '\n' && c != '\t' && c != '\r'; }
 #ifdef __SSE2__

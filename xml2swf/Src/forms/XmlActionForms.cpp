@@ -33,11 +33,9 @@ bool readBody(Element& element, const char* name, SwfActions& body) {
 
 // Where a branch leads to: a name, or its number.
 void writeTarget(XmlNode& node, std::string_view number, int32_t value) {
-    const std::string name = node.context().script == nullptr ? std::string() : node.context().script->nextTarget();
-    if (name.empty())
+    ScriptView* script = node.context().script;
+    if (script == nullptr || !script->writeTarget(node))
         node.attribute(number, value);
-    else
-        node.attribute(targetAttribute, std::string_view(name));
 }
 
 // Bits that no one has given a meaning; mostly none is set.
@@ -156,11 +154,12 @@ static void writeRegisterFlags(XmlNode& node, std::string_view attribute, uint16
 template <class Element>
 static uint16_t readRegisterFlags(Element& element, std::string_view attribute, const XmlTextForm& form,
                                   uint16_t PreloadedRegister::*flag) {
-    std::string names;
+    std::string room;
+    std::string_view names;
     if constexpr (std::is_same_v<Element, XmlElement>)
         names = element.attribute(attribute, XmlValueForm::text(form)).value_or("");
     else
-        names = element.label(attribute, XmlValueForm::Kind::text);
+        names = element.attribute(attribute, room).value_or("");
     uint16_t flags = 0;
     const auto fail = [&](std::string_view name, const char* reason) {
         throw XmlValueError(element.name(), attribute, "\"" + std::string(name) + reason, element.offset());
@@ -168,7 +167,7 @@ static uint16_t readRegisterFlags(Element& element, std::string_view attribute, 
     const PreloadedRegister* next = std::begin(preloadedRegisters);
     for (size_t start = 0; (start = names.find_first_not_of(" \t\r\n", start)) != names.npos;) {
         const size_t end = std::min(names.find_first_of(" \t\r\n", start), names.size());
-        const std::string_view name = std::string_view(names).substr(start, end - start);
+        const std::string_view name = names.substr(start, end - start);
         const auto found = std::ranges::find(preloadedRegisters, name, &PreloadedRegister::name);
         if (found == std::end(preloadedRegisters) || found->*flag == 0)
             fail(name, "\" is none of what can stand here");

@@ -1,8 +1,78 @@
 #include "XmlConstants.h"
 
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
 namespace xml2swf {
 
 using namespace libswf;
+
+template <class Word>
+static uint64_t load(const char* at) {
+    Word word;
+    std::memcpy(&word, at, sizeof word);
+    return word;
+}
+
+// Of its words; the last one may overlap the one before.
+static uint32_t hashOf(std::string_view text) {
+    const char* at = text.data();
+    const size_t size = text.size();
+    uint64_t hash = size;
+    const auto mix = [&](uint64_t word) {
+        hash = (hash ^ word) * 0x9E3779B97F4A7C15;
+        hash ^= hash >> 32;
+    };
+    if (size >= 8) {
+        for (const char* last = at + size - 8; at < last; at += 8)
+            mix(load<uint64_t>(at));
+        mix(load<uint64_t>(text.data() + size - 8));
+    } else if (size >= 4) {
+        mix(load<uint32_t>(at) | load<uint32_t>(at + size - 4) << 32);
+    } else if (size > 0) {
+        mix(load<uint8_t>(at) | load<uint8_t>(at + size / 2) << 8 | load<uint8_t>(at + size - 1) << 16);
+    }
+    return static_cast<uint32_t>(hash);
+}
+
+std::optional<uint32_t> ConstantIndices::find(std::string_view text, const SwfStrings& constants) const {
+    if (_slots.empty())
+        return {};
+    const uint32_t hash = hashOf(text);
+    for (size_t at = hash; _slots[at &= _slots.size() - 1].index != free; ++at) {
+        if (_slots[at].hash == hash && constants[_slots[at].index].view() == text)
+            return _slots[at].index;
+    }
+    return {};
+}
+
+void ConstantIndices::put(Slot slot) {
+    size_t at = slot.hash;
+    while (_slots[at &= _slots.size() - 1].index != free)
+        ++at;
+    _slots[at] = slot;
+}
+
+void ConstantIndices::add(std::string_view text, uint32_t index) {
+    if (++_count > _slots.size() / 2) {
+        std::vector<Slot> taken;
+        std::ranges::copy_if(_slots, std::back_inserter(taken), [](const Slot& slot) { return slot.index != free; });
+        std::ranges::sort(taken, {}, &Slot::index); // the last one stays the one that no other one had to pass
+        _slots.assign(std::max<size_t>(64, 2 * _slots.size()), {});
+        for (const Slot& slot : taken)
+            put(slot);
+    }
+    put({hashOf(text), index});
+}
+
+void ConstantIndices::takeBack(std::string_view text, uint32_t index) {
+    size_t at = hashOf(text);
+    while (_slots[at &= _slots.size() - 1].index != index)
+        ++at;
+    _slots[at] = {};
+    --_count;
+}
 
 void ConstantsInForce::set(SwfActionConstantPool& pool) {
     _pool = &pool;
@@ -17,19 +87,21 @@ void ConstantsInForce::rewind(const Mark& mark) {
     _changes = mark.changes;
     if (_pool == nullptr)
         return;
-    for (uint32_t i = mark.count; _isLearned && i < _pool->constants.size(); ++i) {
-        _indices.erase(i); // it was added, so no other one has this text
-        _bytes -= _pool->constants[i].getSize(true);
+    const SwfStrings& constants = _pool->constants;
+    for (uint32_t i = constants.size(); _isLearned && i-- > mark.count;) {
+        _indices.takeBack(constants[i].view(), i); // it was added, so no other one has this text
+        _bytes -= constants[i].getSize(true);
     }
     _pool->constants.resize(mark.count);
 }
 
 void ConstantsInForce::learn() {
     const SwfStrings& constants = _pool->constants;
-    _indices = decltype(_indices)(constants.size(), ConstantByText{&constants}, ConstantByText{&constants});
+    _indices.clear();
     _bytes = 2;
     for (uint32_t i = 0; i < constants.size(); ++i) {
-        _indices.insert(i);
+        if (!_indices.find(constants[i].view(), constants))
+            _indices.add(constants[i].view(), i);
         _bytes += constants[i].getSize(true);
     }
     _isLearned = true;
@@ -38,8 +110,7 @@ void ConstantsInForce::learn() {
 std::optional<uint16_t> ConstantsInForce::indexOf(std::string_view text) {
     if (!_isLearned)
         learn();
-    const auto found = _indices.find(text);
-    if (found != _indices.end())
+    if (const auto found = _indices.find(text, _pool->constants))
         return static_cast<uint16_t>(*found);
     const uint32_t index = _pool->constants.size();
     const SwfString constant(text);
@@ -47,7 +118,7 @@ std::optional<uint16_t> ConstantsInForce::indexOf(std::string_view text) {
         return {};
     _bytes += constant.getSize(true);
     _pool->constants.append(constant);
-    _indices.insert(index);
+    _indices.add(text, index);
     return static_cast<uint16_t>(index);
 }
 

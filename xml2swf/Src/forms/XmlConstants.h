@@ -3,23 +3,36 @@
 
 #include <optional>
 #include <string_view>
-#include <unordered_set>
+#include <vector>
 
 #include "SwfActionsPayload.h"
 
 namespace xml2swf {
 
-/// Finds the indices of a pool's constants by their texts.
-struct ConstantByText {
-    using is_transparent = void;
-    const libswf::SwfStrings* constants = nullptr;
+/// Finds the indices of a pool's constants by their texts. A table of slots, at most half of which are taken: a text
+/// stands in the first free one from that on which its hash names.
+class ConstantIndices {
+public:
+    void clear() {
+        _slots.clear();
+        _count = 0;
+    }
+    std::optional<uint32_t> find(std::string_view text, const libswf::SwfStrings& constants) const;
+    /// A text that is not there yet.
+    void add(std::string_view text, uint32_t index);
+    /// Takes the text back that was added last.
+    void takeBack(std::string_view text, uint32_t index);
 
-    std::string_view view(uint32_t index) const { return (*constants)[index].view(); }
-    size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
-    size_t operator()(uint32_t index) const { return (*this)(view(index)); }
-    bool operator()(uint32_t a, uint32_t b) const { return view(a) == view(b); }
-    bool operator()(std::string_view a, uint32_t b) const { return a == view(b); }
-    bool operator()(uint32_t a, std::string_view b) const { return view(a) == b; }
+private:
+    static constexpr uint32_t free = UINT32_MAX;
+    struct Slot {
+        uint32_t hash = 0, index = free;
+    };
+
+    void put(Slot slot);
+
+    std::vector<Slot> _slots; // a power of two of them, or none
+    size_t _count = 0;
 };
 
 /// The pool that the constants of a script being read stand in. It is known by the order of the actions alone: each
@@ -56,7 +69,7 @@ private:
     libswf::SwfActionConstantPool* _pool = nullptr;
     uint32_t _changes = 0;
     bool _isLearned = false; // what follows is of this pool
-    std::unordered_set<uint32_t, ConstantByText, ConstantByText> _indices;
+    ConstantIndices _indices;
     uint32_t _bytes = 0; // of the pool's payload
 };
 

@@ -107,20 +107,30 @@ constexpr ValueForm forms[] = {
     numberForm<SwfValueConstant16>("Constant16"),
 };
 
+// The text of a constant, which stands in the document or in `room`.
+std::string_view textAttribute(XmlElement& element, std::string& room) {
+    room = element.string("Name").view();
+    return room;
+}
+std::string_view textAttribute(XmlQuickElement& element, std::string& room) {
+    return element.attribute("Name", room).value_or("");
+}
+
 // The index of a text in the pool in force; a text for which it has no room is pushed itself.
 template <class Element>
 std::unique_ptr<SwfValue> readConstant(Element& element) {
-    const SwfString text = element.string("Name");
+    std::string room;
+    const std::string_view text = textAttribute(element, room);
     ConstantsInForce& constants = element.context().script->constants;
     if (!constants.areKnown()) {
         if (element.context().observer == nullptr)
             throw XmlValueError(element.name(), "Name",
-                                "\"" + std::string(text.view()) +
+                                "\"" + std::string(text) +
                                     "\" is in no pool: it is not known which one is in force here",
                                 element.offset());
         return std::make_unique<SwfValueConstant8>();
     }
-    const std::optional<uint16_t> index = constants.indexOf(text.view());
+    const std::optional<uint16_t> index = constants.indexOf(text);
     if (!index) {
         auto value = std::make_unique<SwfValueString>();
         value->text = text;
@@ -183,7 +193,7 @@ void writeValues(XmlNode& node, const SwfValues& values) {
     ScriptView* script = node.context().script;
     for (const SwfValue* value : values) {
         if (const auto text = script == nullptr ? std::nullopt : script->textOf(*value)) {
-            XmlNode(node, constantForm.name).attribute("Name", *text);
+            XmlNode(node, constantForm.name).escapedAttribute("Name", *text);
             continue;
         }
         const ValueForm& form = forms[value->valueType];

@@ -60,14 +60,15 @@ uint8_t readRegister(Element& element, std::string_view numberAttribute) {
     auto& context = element.context();
     if (!context.fullForm || !element.has("Name"))
         return element.ui8(numberAttribute);
-    const std::string name = element.label("Name", XmlValueForm::Kind::place); // in the stead of the number
+    std::string room;
+    const std::string_view name = element.label("Name", XmlValueForm::Kind::place, room); // in the stead of the number
     const RegisterNames* names = context.script == nullptr ? nullptr : context.script->registers;
     const auto number = names == nullptr ? std::nullopt : names->numberOf(name);
     const bool hasBoth = context.observer == nullptr && element.has(numberAttribute);
     if (context.observer == nullptr && (hasBoth || !number))
         throw XmlValueError(
             element.name(), "Name",
-            "\"" + name +
+            "\"" + std::string(name) +
                 (hasBoth ? "\" stands beside " + std::string(numberAttribute) + ": only one of them can hold"
                          : "\" is the name of no register of the function here"),
             element.offset());

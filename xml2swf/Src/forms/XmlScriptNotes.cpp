@@ -1,5 +1,7 @@
 #include "XmlScriptNotes.h"
 
+#include <algorithm>
+#include <functional>
 #include <unordered_map>
 
 #include "XmlBytes.h"
@@ -40,6 +42,11 @@ void ScriptNotes::addLabels(std::string_view names, size_t offset) {
     } while (start != names.npos);
 }
 
+bool ScriptNotes::standsInText(std::string_view names) const {
+    const std::string_view text = _context.document->text();
+    return std::less_equal<>()(text.data(), names.data()) && std::less<>()(names.data(), text.data() + text.size());
+}
+
 void ScriptNotes::rewind(const Mark& mark) {
     _list.position -= static_cast<uint32_t>(_elements.size() != mark.elements);
     _elements.resize(mark.elements);
@@ -58,22 +65,25 @@ public:
         uint32_t place;    // and where there
         uint32_t start;    // in the script
     };
-    std::vector<uint32_t> starts; // of each action
+    std::vector<uint32_t> starts; // of each action, if they are wanted,
+    std::vector<uint32_t> labels; // of each label,
     std::vector<Spot> branches;
     uint32_t end = 0; // of the script
 
-    Layout(const ScriptNotes& script, SwfActions& actions) : _script(script) {
-        starts.reserve(script._elements.size());
+    Layout(const ScriptNotes& script, SwfActions& actions, bool wantsStarts)
+        : _script(script), _wantsStarts(wantsStarts) {
+        starts.reserve(wantsStarts ? script._elements.size() : 0);
+        labels.reserve(script._labels.size());
         branches.reserve(script._branches.size());
         _context.fullForm = script._context.fullForm;
         actions.getSize(_context);
+        toNext();
         add(actions);
-        swfAssert(starts.size() == script._elements.size() && branches.size() == script._branches.size(),
+        addLabels(_action, end); // behind the last action
+        swfAssert(_action == script._elements.size() && branches.size() == script._branches.size() &&
+                      labels.size() == script._labels.size(),
                   "actions read == actions laid out");
     }
-
-    // Where the action starts; where the script ends for the one behind the last.
-    uint32_t startOf(uint32_t action) const { return action < starts.size() ? starts[action] : end; }
 
 private:
     void add(SwfActions& list) {
@@ -86,7 +96,11 @@ private:
     }
 
     void add(SwfAction& action) {
-        start(action, 0, end);
+        if (_wantsStarts)
+            starts.push_back(end);
+        if (_action == _next)
+            note(action, 0, end);
+        ++_action;
         const auto bodies = bodiesOf(action);
         end += action.headerSize(_context) + action.size;
         for (const SwfActions* body : bodies)
@@ -99,53 +113,73 @@ private:
 
     void add(SwfActionCompiled& block) {
         const std::span<const uint8_t> bytes = block.records.span();
-        for (size_t at = 0; at < bytes.size();) {
-            start(block, static_cast<uint32_t>(at), end + static_cast<uint32_t>(at));
-            at += recordBytes(bytes.subspan(at));
+        const bool mayBeOdd = !_script._odd.empty();
+        const uint8_t firstWithLength = _context.fullForm ? 0x80 : 0x81;
+        for (uint32_t at = 0; at < bytes.size(); ++_action) {
+            const uint8_t* const record = bytes.data() + at;
+            if (_wantsStarts)
+                starts.push_back(end + at);
+            if (_action == _next) [[unlikely]]
+                note(block, at, end + at);
+            if (mayBeOdd && isOdd())
+                at += _script._odd[_odd].bytes;
+            else
+                at += record[0] < firstWithLength ? 1 : 3 + (record[1] | uint32_t(record[2]) << 8);
         }
         end += static_cast<uint32_t>(bytes.size());
     }
 
-    // Up to the next record: bodies stand between the records of their list.
-    uint32_t recordBytes(std::span<const uint8_t> record) {
-        while (_odd < _script._odd.size() && _script._odd[_odd].action + 1 < starts.size())
+    // The action to come is one whose length does not tell where the next record starts: bodies stand between the
+    // records of their list.
+    bool isOdd() {
+        while (_odd < _script._odd.size() && _script._odd[_odd].action < _action)
             ++_odd;
-        if (_odd < _script._odd.size() && _script._odd[_odd].action + 1 == starts.size())
-            return _script._odd[_odd].bytes;
-        const bool hasLength = _context.fullForm ? record[0] >= 0x80 : record[0] > 0x80;
-        return hasLength ? 3 + (record[1] | uint32_t(record[2]) << 8) : 1;
+        return _odd < _script._odd.size() && _script._odd[_odd].action == _action;
     }
 
-    void start(SwfAction& action, uint32_t place, uint32_t at) {
-        const size_t next = branches.size();
-        if (next < _script._branches.size() && _script._branches[next].action == starts.size())
+    // The action to come is one of interest.
+    void note(SwfAction& action, uint32_t place, uint32_t at) {
+        addLabels(_action, at);
+        if (branches.size() < _script._branches.size() && _script._branches[branches.size()].action == _action)
             branches.push_back({&action, place, at});
-        starts.push_back(at);
+        toNext();
+    }
+
+    void addLabels(uint32_t action, uint32_t at) {
+        while (labels.size() < _script._labels.size() && _script._labels[labels.size()].action == action)
+            labels.push_back(at);
+    }
+
+    // Branches and labels were noted in the order of the actions.
+    void toNext() {
+        _next = UINT32_MAX;
+        if (branches.size() < _script._branches.size())
+            _next = _script._branches[branches.size()].action;
+        if (labels.size() < _script._labels.size())
+            _next = std::min(_next, _script._labels[labels.size()].action);
     }
 
     const ScriptNotes& _script;
+    const bool _wantsStarts;
     SwfContext _context;
     size_t _odd = 0;
+    uint32_t _action = 0; // to come,
+    uint32_t _next = 0;   // and the next one of interest
 };
 
-// The number of each branch, in an object or in bytes; for branches in the order of the script.
-class ScriptNotes::Operand {
-public:
-    ~Operand() { finish(); }
-
-    int32_t get(const ScriptBranch& branch, const Layout::Spot& spot) {
+// The number of each branch, in an object or in bytes.
+struct ScriptNotes::Operand {
+    static int32_t get(const ScriptBranch& branch, const Layout::Spot& spot) {
         const SwfActionCompiled* block = bytesOf(*spot.action);
         if (block == nullptr)
             return branch.skips() ? skipCount(*spot.action) : static_cast<SwfActionBranch*>(spot.action)->branchOffset;
-        const uint8_t* at = (block == _block ? _bytes.data() : block->records.data()) + placeOf(branch, spot);
+        const uint8_t* at = block->records.data() + placeOf(branch, spot);
         return branch.skips() ? at[0] : static_cast<int16_t>(at[0] | at[1] << 8);
     }
 
-    void set(const ScriptBranch& branch, const Layout::Spot& spot, int32_t value) {
-        SwfActionCompiled* block = bytesOf(*spot.action);
-        if (block != nullptr) {
-            open(*block);
-            uint8_t* at = _bytes.data() + placeOf(branch, spot);
+    static void set(const ScriptBranch& branch, const Layout::Spot& spot, int32_t value) {
+        if (SwfActionCompiled* block = bytesOf(*spot.action)) {
+            uint8_t* at = block->records.own().data() + placeOf(branch, spot);
             at[0] = static_cast<uint8_t>(value);
             if (!branch.skips())
                 at[1] = static_cast<uint8_t>(value >> 8);
@@ -165,53 +199,84 @@ private:
         const uint32_t header = 3, frame = branch.code == SwfActionCode::WaitForFrame ? 2 : 0;
         return spot.place + header + frame;
     }
+};
 
-    void open(SwfActionCompiled& block) {
-        if (_block == &block)
-            return;
-        finish();
-        _block = &block;
-        _bytes.assign(block.records.span().begin(), block.records.span().end());
+// Finds labels by their names. Those that the program writes itself, L1 and so on, are found by their number.
+class ScriptNotes::LabelsByName {
+public:
+    explicit LabelsByName(const std::vector<ScriptLabel>& labels) : _labels(labels), _numbered(labels.size() + 1) {}
+
+    // False when another label has its name.
+    bool add(size_t index) {
+        const std::string_view name = _labels[index].name;
+        const auto position = static_cast<uint32_t>(index + 1);
+        if (uint32_t* slot = slotOf(name)) {
+            if (*slot != 0)
+                return false;
+            *slot = position;
+            return true;
+        }
+        return _others.emplace(name, position).second;
     }
-    void finish() {
-        if (_block != nullptr)
-            _block->records = SwfBytes::adopt(std::move(_bytes));
-        _block = nullptr;
-        _bytes.clear();
+    // Its index.
+    std::optional<size_t> find(std::string_view name) {
+        uint32_t position = 0;
+        if (const uint32_t* slot = slotOf(name)) {
+            position = *slot;
+        } else if (const auto found = _others.find(name); found != _others.end()) {
+            position = found->second;
+        }
+        return position == 0 ? std::optional<size_t>() : position - 1;
     }
 
-    SwfActionCompiled* _block = nullptr; // whose bytes are being changed
-    std::vector<uint8_t> _bytes;
+private:
+    uint32_t* slotOf(std::string_view name) {
+        size_t number = 0;
+        if (name.size() < 2 || name.size() > 9 || name[0] != 'L' || name[1] == '0')
+            return nullptr;
+        for (const char c : name.substr(1)) {
+            if (c < '0' || c > '9')
+                return nullptr;
+            number = number * 10 + static_cast<size_t>(c - '0');
+        }
+        return number < _numbered.size() ? &_numbered[number] : nullptr;
+    }
+
+    const std::vector<ScriptLabel>& _labels;
+    std::vector<uint32_t> _numbered; // by number, the label's position from 1 on; 0 for none
+    std::unordered_map<std::string_view, uint32_t> _others;
 };
 
 bool ScriptNotes::settle(SwfActions& script, bool mayWarn) {
     if (_context.observer != nullptr)
         return true;
-    std::unordered_map<std::string_view, const ScriptLabel*> places;
-    for (const ScriptLabel& label : _labels) {
+    LabelsByName names(_labels);
+    for (size_t i = 0; i < _labels.size(); ++i) {
+        const ScriptLabel& label = _labels[i];
         if (label.name.empty())
             fail(label.offset, labelAttribute, label.name, "is no name");
-        if (!places.emplace(label.name, &label).second)
+        if (!names.add(i))
             fail(label.offset, labelAttribute, label.name, "is the name of another place, too");
     }
-    const bool isChecked = _context.warnings != nullptr;
     const bool isTold = _context.scripts != nullptr && !_elements.empty();
-    const bool hasWork = std::any_of(_branches.begin(), _branches.end(),
-                                     [&](const ScriptBranch& branch) { return branch.isLabelled || isChecked; });
-    if (!hasWork && !isTold)
+    const bool isChecked =
+        _context.warnings != nullptr &&
+        std::ranges::any_of(_branches, [](const ScriptBranch& branch) { return !branch.isLabelled; });
+    const bool hasNames = std::ranges::any_of(_branches, [](const ScriptBranch& branch) { return branch.isLabelled; });
+    if (!hasNames && !isChecked && !isTold)
         return true;
-    const Layout layout(*this, script);
-    Operand operand;
+    const Layout layout(*this, script, isChecked);
     for (size_t i = 0; i < _branches.size(); ++i) {
         const ScriptBranch& branch = _branches[i];
         const Layout::Spot& spot = layout.branches[i];
         if (branch.isLabelled) {
-            const auto found = places.find(branch.label);
-            if (branch.label.empty() || found == places.end())
+            const auto found = names.find(branch.label);
+            if (branch.label.empty() || !found)
                 fail(branch.offset, targetAttribute, branch.label, "is the name of no place in this script");
-            operand.set(branch, spot, numberFor(branch, *found->second, layout, spot.start));
+            const int64_t distance = int64_t(layout.labels[*found]) - spot.start - branchBytes;
+            Operand::set(branch, spot, numberFor(branch, _labels[*found], distance));
         } else if (isChecked) {
-            std::optional<SwfWarning> warning = check(branch, operand.get(branch, spot), layout, spot.start);
+            std::optional<SwfWarning> warning = check(branch, Operand::get(branch, spot), layout, spot.start);
             if (warning && !mayWarn)
                 return false;
             if (warning)
@@ -232,19 +297,18 @@ void ScriptNotes::tell(SwfActions& script, const Layout& layout) const {
     SwfContext measure;
     measure.fullForm = _context.fullForm;
     const std::vector<uint32_t> targets = ScriptView::targetsOf(measure, script);
-    Operand operand;
     for (size_t i = 0; i < _branches.size(); ++i) {
         const ScriptBranch& branch = _branches[i];
         ScriptBranches::Branch& known = told.branches.emplace_back();
         known.element = branch.offset;
         if (targets[i] != ScriptView::noPlace)
             known.target = places[targets[i]];
-        known.number = operand.get(branch, layout.branches[i]);
+        known.number = Operand::get(branch, layout.branches[i]);
         known.skips = branch.skips();
         known.isLabelled = branch.isLabelled;
     }
     for (const ScriptLabel& label : _labels)
-        told.labels.push_back({label.name, label.offset});
+        told.labels.push_back({std::string(label.name), label.offset});
     _context.scripts->script(std::move(told));
 }
 
@@ -264,13 +328,11 @@ size_t ScriptNotes::addPlaces(SwfActions& list, std::vector<ScriptBranches::Plac
     return last;
 }
 
-int32_t ScriptNotes::numberFor(const ScriptBranch& branch, const ScriptLabel& label, const Layout& layout,
-                               uint32_t start) const {
+int32_t ScriptNotes::numberFor(const ScriptBranch& branch, const ScriptLabel& label, int64_t distance) const {
     if (branch.hasBoth)
         fail(branch.offset, targetAttribute, label.name,
              "stands beside " + std::string(branch.number()) + ": only one of them can hold");
     if (!branch.skips()) {
-        const int64_t distance = int64_t(layout.startOf(label.action)) - start - branchBytes;
         if (distance < INT16_MIN || distance > INT16_MAX)
             fail(branch.offset, targetAttribute, label.name,
                  "lies " + times(std::abs(distance), "byte") + " away, out of a branch's reach");

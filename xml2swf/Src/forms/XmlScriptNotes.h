@@ -1,6 +1,7 @@
 // What is noted of a script while its elements are read: labels, branches, and the constants in force.
 #pragma once
 
+#include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,7 +22,7 @@ struct ScriptBranch {
     uint32_t list = 0;       ///< the list that it stands in,
     uint32_t position = 0;   ///< and where in it
     size_t offset = 0;       ///< of its element in the text
-    std::string label;
+    std::string_view label;
 
     bool skips() const { return code != libswf::SwfActionCode::Jump && code != libswf::SwfActionCode::If; }
     std::string_view number() const { return skips() ? "SkipCount" : "Offset"; }
@@ -29,7 +30,7 @@ struct ScriptBranch {
 
 /// A name for the place where an action starts, or a list ends.
 struct ScriptLabel {
-    std::string name;
+    std::string_view name;
     uint32_t action = 0; ///< the first one behind the place
     uint32_t list = 0, position = 0;
     size_t offset = 0; ///< of the element that has it
@@ -64,7 +65,7 @@ public:
     template <class Element>
     void addLabels(Element& element) {
         if (element.has(labelAttribute)) [[unlikely]]
-            addLabels(element.label(labelAttribute, XmlValueForm::Kind::places), element.offset());
+            addLabels(namesIn(element, labelAttribute, XmlValueForm::Kind::places), element.offset());
     }
     /// The action begun last is a branch. What it leads to by name stands in front of the number.
     template <class Element>
@@ -78,7 +79,7 @@ public:
         branch.isLabelled = element.has(targetAttribute);
         if (!branch.isLabelled)
             return;
-        branch.label = element.label(targetAttribute, XmlValueForm::Kind::place);
+        branch.label = namesIn(element, targetAttribute, XmlValueForm::Kind::place);
         branch.hasBoth = _context.observer == nullptr && element.has(branch.number());
     }
     /// The record of the action begun last does not end, up to the next record, where its length says: room for the
@@ -114,13 +115,24 @@ private:
         uint32_t action, bytes;
     };
     class Layout;
-    class Operand;
+    struct Operand;
+    class LabelsByName;
+
+    // Names that stay for as long as this lives: they stand in the document, or are kept.
+    template <class Element>
+    std::string_view namesIn(Element& element, std::string_view attribute, XmlValueForm::Kind kind) {
+        std::string room;
+        const std::string_view names = element.label(attribute, kind, room);
+        return standsInText(names) ? names : std::string_view(_names.emplace_back(names));
+    }
+    bool standsInText(std::string_view names) const;
 
     uint32_t actions() const { return static_cast<uint32_t>(_elements.size()); }
     void addLabels(std::string_view names, size_t offset);
     void tell(libswf::SwfActions& script, const Layout& layout) const;
     size_t addPlaces(libswf::SwfActions& list, std::vector<ScriptBranches::Place>& places, size_t& action) const;
-    int32_t numberFor(const ScriptBranch& branch, const ScriptLabel& label, const Layout& layout, uint32_t start) const;
+    // What leads a branch to a label, so many bytes behind it.
+    int32_t numberFor(const ScriptBranch& branch, const ScriptLabel& label, int64_t distance) const;
     std::optional<libswf::SwfWarning> check(const ScriptBranch& branch, int32_t number, const Layout& layout,
                                             uint32_t start) const;
     std::string_view elementAt(size_t offset) const;
@@ -132,6 +144,7 @@ private:
     std::vector<size_t> _elements; // where each action stands in the text
     std::vector<ScriptBranch> _branches;
     std::vector<ScriptLabel> _labels;
+    std::deque<std::string> _names; // that are written otherwise than they stand
     std::vector<OddRecord> _odd;
     List _list;
     std::vector<uint32_t> _listSizes; // in actions, of all nested lists

@@ -1,8 +1,9 @@
 #include "XmlScriptView.h"
 
 #include <algorithm>
-#include <unordered_map>
+#include <optional>
 
+#include "XmlConstants.h"
 #include "XmlScriptNotes.h"
 
 namespace xml2swf {
@@ -11,69 +12,47 @@ using namespace libswf;
 
 static constexpr uint32_t none = ScriptView::noPlace;
 
-// Where the lists, actions and branches of a script stand in its bytes.
-class ScriptView::Outline {
-public:
-    std::vector<uint32_t> targets; // places that the branches lead to
-    bool poolsAreSure = true;      // no branch passes one, or may do so
+namespace {
 
-    Outline(const SwfContext& context, SwfActions& script) : _context(context) {
+// The outline of a script of objects, with the sizes that writing will give them.
+class Measured {
+public:
+    Measured(const SwfContext& context, SwfActions& script, SwfScriptOutline& outline)
+        : _context(context), _outline(outline) {
+        outline.clear();
         script.getSize(_context);
         add(script, none);
-        targets.reserve(_branches.size());
-        for (Branch& branch : _branches) {
-            if (branch.isOffset)
-                branch.place = placeOf(branch);
-            else if (branch.place != none)
-                branch.target = _places[branch.place];
-            targets.push_back(branch.place);
-            poolsAreSure = poolsAreSure && !passesPool(branch);
-        }
     }
 
 private:
-    struct List {
-        uint32_t parent, start, end = 0, endPlace = 0;
-    };
-    struct Branch {
-        uint32_t list;
-        uint32_t start, behind; // the record, from whose end offsets count
-        int64_t target;
-        uint32_t place;
-        bool isOffset; // else the place is known at once
-    };
-
     void add(SwfActions& list, uint32_t parent) {
-        const auto id = static_cast<uint32_t>(_lists.size());
-        _lists.push_back({parent, _end});
+        const uint32_t id = _outline.startList(parent, _end);
         for (uint32_t i = 0; i < list.size(); ++i) {
             SwfAction& action = *list[i];
             const uint32_t start = _end;
-            const auto place = static_cast<uint32_t>(_places.size());
-            _places.push_back(start);
+            const auto place = static_cast<uint32_t>(_outline.places.size());
+            _outline.places.push_back(start);
             const auto bodies = bodiesOf(action);
             _end += action.headerSize(_context) + action.size;
             for (const SwfActions* body : bodies)
                 _end -= body == nullptr ? 0 : body->byteSize;
             if (const std::optional<uint32_t> skipped = skipCountOf(action))
-                _branches.push_back({id, start, _end, _end, placeBehind(list, i, place, *skipped), false});
+                _outline.branches.push_back({id, place, _end, _end, placeBehind(list, i, place, *skipped), false});
             else if (action.type == SwfActionCode::Jump || action.type == SwfActionCode::If)
-                addOffset(action, id, start);
+                addOffset(action, id, place);
             else if (action.type == SwfActionCode::ConstantPool)
-                _pools.push_back(start);
+                _outline.pools.push_back(start);
             for (SwfActions* body : bodies) {
                 if (body != nullptr)
                     add(*body, id);
             }
         }
-        _lists[id].end = _end;
-        _lists[id].endPlace = static_cast<uint32_t>(_places.size());
-        _places.push_back(_end);
+        _outline.endList(id, _end);
     }
 
-    void addOffset(const SwfAction& action, uint32_t list, uint32_t start) {
+    void addOffset(const SwfAction& action, uint32_t list, uint32_t place) {
         if (const auto* branch = dynamic_cast<const SwfActionBranch*>(&action))
-            _branches.push_back({list, start, _end, int64_t(_end) + branch->branchOffset, none, true});
+            _outline.branches.push_back({list, place, _end, int64_t(_end) + branch->branchOffset});
     }
 
     static std::optional<uint32_t> skipCountOf(const SwfAction& action) {
@@ -98,109 +77,171 @@ private:
         return place + 1 + skipped;
     }
 
+    SwfContext _context;
+    SwfScriptOutline& _outline;
+    uint32_t _end = 0; // of what was gone over
+};
+
+// The last of ascending numbers that is at most `value`, which is not below the first. It mostly lies close by `near`:
+// windows that grow are looked at from there on. In a small one all numbers are compared, which takes less time than to
+// guess where to go.
+size_t lastUpTo(const std::vector<uint32_t>& numbers, size_t near, uint32_t value) {
+    constexpr size_t small = 16;
+    size_t low = near, step = small;
+    if (numbers[near] <= value) {
+        for (; numbers.size() - low > step && numbers[low + step] <= value; step *= 2)
+            low += step;
+    } else {
+        do {
+            step = std::min(step, low);
+            low -= step;
+        } while (numbers[low] > value && (step *= 2) != 0);
+    }
+    const uint32_t* const begin = numbers.data() + low;
+    const size_t count = std::min(step, numbers.size() - low);
+    if (count > small)
+        return static_cast<size_t>(std::upper_bound(begin, begin + count, value) - numbers.data()) - 1;
+    size_t upTo = 0;
+    for (size_t i = 0; i < count; ++i)
+        upTo += begin[i] <= value;
+    return low + upTo - 1;
+}
+
+} // namespace
+
+// Where the branches of a script lead to.
+class ScriptView::Targets {
+public:
+    std::vector<uint32_t> places;
+    bool poolsAreSure = true; // no branch passes one, or may do so
+
+    explicit Targets(const SwfScriptOutline& outline) : _outline(outline) {
+        places.reserve(outline.branches.size());
+        for (const Branch& branch : outline.branches) {
+            places.push_back(branch.isOffset ? placeOf(branch) : branch.targetPlace);
+            poolsAreSure = poolsAreSure && !passesPool(branch, places.back());
+        }
+    }
+
+private:
+    using List = SwfScriptOutline::List;
+    using Branch = SwfScriptOutline::Branch;
+
     // A list's end is a place in the list; for branches from outside of it, it is the start of what follows.
     uint32_t placeOf(const Branch& branch) {
         const auto holds = [&](const List& list) { return list.start <= branch.target && branch.target <= list.end; };
         uint32_t list = branch.list;
-        while (list != none && !holds(_lists[list]))
-            list = _lists[list].parent;
+        while (list != none && !holds(_outline.lists[list]))
+            list = _outline.lists[list].parent;
         if (list == none)
             return none;
-        if (branch.target == _lists[list].end)
-            return _lists[list].endPlace;
+        if (branch.target == _outline.lists[list].end)
+            return _outline.lists[list].endPlace;
         // Of the places there the last one is an action, the others are ends of lists before it.
-        const auto place = std::upper_bound(_places.begin(), _places.end(), branch.target) - 1;
-        if (*place == branch.target)
-            return static_cast<uint32_t>(place - _places.begin());
+        const size_t place = lastUpTo(_outline.places, branch.place, static_cast<uint32_t>(branch.target));
+        if (_outline.places[place] == branch.target)
+            return static_cast<uint32_t>(place);
         poolsAreSure = false; // who knows what is in there
         return none;
     }
 
     // Behind it, or before the pool, another pool may be in force than the order of the actions says.
-    bool passesPool(const Branch& branch) const {
-        const int64_t from = branch.behind, to = branch.target;
-        const auto pool = to < from ? std::upper_bound(_pools.begin(), _pools.end(), to)
-                                    : std::lower_bound(_pools.begin(), _pools.end(), from);
-        return pool != _pools.end() && *pool < std::max(from, to);
+    bool passesPool(const Branch& branch, uint32_t place) const {
+        const std::vector<uint32_t>& pools = _outline.pools;
+        const bool isSkip = !branch.isOffset && place != none;
+        const int64_t from = branch.behind, to = isSkip ? int64_t(_outline.places[place]) : branch.target;
+        const auto pool = to < from ? std::upper_bound(pools.begin(), pools.end(), to)
+                                    : std::lower_bound(pools.begin(), pools.end(), from);
+        return pool != pools.end() && *pool < std::max(from, to);
     }
 
-    SwfContext _context;
-    uint32_t _end = 0; // of what was gone over
-    std::vector<uint32_t> _places, _pools;
-    std::vector<List> _lists;
-    std::vector<Branch> _branches;
+    const SwfScriptOutline& _outline;
 };
 
-// Uses the sizes that writing will give the actions, not those that the file had.
 ScriptView::ScriptView(XmlWriteContext& context, const SwfActions& script) : _context(context) {
-    Outline outline(context.swf, const_cast<SwfActions&>(script));
-    _poolsAreSure = outline.poolsAreSure;
-    _targets = std::move(outline.targets);
+    if (context.outline.script != &script)
+        Measured(context.swf, const_cast<SwfActions&>(script), context.outline);
+    context.outline.script = nullptr; // others may come to stand where it stands
+    Targets targets(context.outline);
+    _poolsAreSure = targets.poolsAreSure;
+    _targets = std::move(targets.places);
     std::copy_if(_targets.begin(), _targets.end(), std::back_inserter(_named),
                  [](uint32_t place) { return place != none; });
     std::sort(_named.begin(), _named.end());
     _named.erase(std::unique(_named.begin(), _named.end()), _named.end());
+    toNextName();
     context.script = this;
 }
 
 std::vector<uint32_t> ScriptView::targetsOf(const SwfContext& context, SwfActions& script) {
-    return std::move(Outline(context, script).targets);
+    SwfScriptOutline outline;
+    Measured(context, script, outline);
+    return std::move(Targets(outline).places);
 }
 
-void ScriptView::startAction(XmlNode& node) {
-    if (_nextName < _named.size() && _named[_nextName] == _place)
-        node.attribute(labelAttribute, std::string_view(nameAt(_nextName++)));
-    ++_place;
+static void writeName(XmlNode& node, std::string_view attribute, size_t index) {
+    char name[24] = "L";
+    const char* end = writeInteger(name + 1, static_cast<int32_t>(index + 1));
+    node.escapedAttribute(attribute, {name, static_cast<size_t>(end - name)});
 }
+
+void ScriptView::writeName(XmlNode& node) {
+    xml2swf::writeName(node, labelAttribute, _nextName++);
+    toNextName();
+}
+
+void ScriptView::toNextName() { _nextPlace = _nextName < _named.size() ? _named[_nextName] : none; }
 
 void ScriptView::endList(XmlNode& list) {
-    if (_nextName < _named.size() && _named[_nextName] == _place)
-        XmlNode(list, placeElement).attribute(labelAttribute, std::string_view(nameAt(_nextName++)));
+    if (_place == _nextPlace) {
+        XmlNode place(list, placeElement);
+        writeName(place);
+    }
     ++_place;
 }
 
-std::string ScriptView::nextTarget() {
+bool ScriptView::writeTarget(XmlNode& node) {
     const uint32_t place = _targets[_nextBranch++];
     if (place == none)
-        return {};
-    return nameAt(static_cast<size_t>(std::lower_bound(_named.begin(), _named.end(), place) - _named.begin()));
+        return false;
+    xml2swf::writeName(node, targetAttribute, lastUpTo(_named, std::min(_nextName, _named.size() - 1), place));
+    return true;
 }
-
-std::string ScriptView::nameAt(size_t index) { return "L" + std::to_string(index + 1); }
 
 void ScriptView::startPool(const SwfActionConstantPool& pool) {
     _pool = &pool;
-    _twice.clear();
+    _texts.clear();
+    _escaped.clear();
     ++_pools;
 }
 
-std::optional<std::string_view> ScriptView::textOf(const SwfValue& value) {
-    uint32_t index = 0;
-    if (value.valueType == SwfValueType::Constant8)
-        index = static_cast<const SwfValueConstant8&>(value).value;
-    else if (value.valueType == SwfValueType::Constant16)
-        index = static_cast<const SwfValueConstant16&>(value).value;
-    else
+std::optional<std::string_view> ScriptView::textOfConstant(const SwfValue& value) {
+    const bool isShort = value.valueType == SwfValueType::Constant8;
+    const uint32_t index = isShort ? static_cast<const SwfValueConstant8&>(value).value
+                                   : static_cast<const SwfValueConstant16&>(value).value;
+    const bool isShortest = isShort || index > UINT8_MAX;
+    if (!isShortest || !_poolsAreSure)
         return {};
-    const bool isShortest = value.valueType == SwfValueType::Constant8 || index > UINT8_MAX;
-    if (!isShortest || !_poolsAreSure || _pool == nullptr || index >= _pool->constants.size() || isTwice(index))
+    if (_texts.empty())
+        learnPool();
+    if (index >= _texts.size() || _texts[index].data() == nullptr)
         return {};
-    return _pool->constants[index].view();
+    return _texts[index];
 }
 
-bool ScriptView::isTwice(uint32_t index) {
+void ScriptView::learnPool() {
     const SwfStrings& constants = _pool->constants;
-    if (_twice.empty()) {
-        _twice.resize(constants.size());
-        std::unordered_map<std::string_view, uint32_t> first;
-        for (uint32_t i = 0; i < constants.size(); ++i) {
-            const auto [found, isNew] = first.emplace(constants[i].view(), i);
-            _twice[i] = !isNew;
-            if (!isNew)
-                _twice[found->second] = true;
+    ConstantIndices indices;
+    for (uint32_t i = 0; i < constants.size(); ++i) {
+        const std::string_view text = constants[i].view();
+        if (const auto first = indices.find(text, constants)) {
+            _texts[*first] = {};
+            _texts.emplace_back();
+        } else {
+            indices.add(text, i);
+            _texts.push_back(mustBeEscaped(text) ? _escaped.emplace_back(escapedValue(text)) : text);
         }
     }
-    return _twice[index];
 }
 
 } // namespace xml2swf

@@ -1,6 +1,7 @@
 // What a script shows in the full form instead of numbers: names of places, and constants by their text.
 #pragma once
 
+#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,7 +17,8 @@ namespace xml2swf {
 /// end, in the order in which they are written. Those that branches lead to are called L1, L2 and so on.
 class ScriptView {
 public:
-    /// Is the script of the context for as long as it lives. Measures the actions.
+    /// Is the script of the context for as long as it lives. Measures the actions, unless the context has their
+    /// outline.
     ScriptView(XmlWriteContext& context, const libswf::SwfActions& script);
     ~ScriptView() { _context.script = nullptr; }
     ScriptView(const ScriptView&) = delete;
@@ -27,43 +29,55 @@ public:
     // Called for everything in the order of writing.
 
     /// Gives an action's element the name of its place.
-    void startAction(XmlNode& node);
+    void startAction(XmlNode& node) {
+        if (_place++ == _nextPlace) [[unlikely]]
+            writeName(node);
+    }
     /// Names the end of a list if a branch leads there.
     void endList(XmlNode& list);
     /// An empty list is left out.
     void passList() { ++_place; }
-    /// The name of the place that the next branch leads to; empty when it keeps its number: it leads to no place, out
-    /// of the script, or as a number of actions over some that hold others.
-    std::string nextTarget();
+    /// Writes the name of the place that the next branch leads to. False when it keeps its number: it leads to no
+    /// place, out of the script, or as a number of actions over some that hold others.
+    bool writeTarget(XmlNode& node);
     void startPool(const libswf::SwfActionConstantPool& pool);
-    /// The text of a constant; nothing when its index has to stand: it is not sure which pool is in force, it has none
-    /// of this index, has its text twice, or the text would become another type.
-    std::optional<std::string_view> textOf(const libswf::SwfValue& value);
+    /// The text of a constant, as it stands in an attribute; nothing when its index has to stand: it is not sure which
+    /// pool is in force, it has none of this index, has its text twice, or the text would become another type.
+    std::optional<std::string_view> textOf(const libswf::SwfValue& value) {
+        namespace Type = libswf::SwfValueType;
+        const bool isConstant = value.valueType == Type::Constant8 || value.valueType == Type::Constant16;
+        return isConstant && _pool != nullptr ? textOfConstant(value) : std::nullopt;
+    }
 
     /// A list in the one around it, for as long as it lives.
     class List;
 
-    static constexpr uint32_t noPlace = UINT32_MAX;
+    static constexpr uint32_t noPlace = libswf::SwfScriptOutline::none;
     /// The places that the branches of a script lead to, in the order of the branches; noPlace for one that keeps its
     /// number. Measures the actions.
     static std::vector<uint32_t> targetsOf(const libswf::SwfContext& context, libswf::SwfActions& script);
 
 private:
-    class Outline;
+    class Targets;
 
-    static std::string nameAt(size_t index);
-    bool isTwice(uint32_t index);
+    void writeName(XmlNode& node);
+    void toNextName();
+    std::optional<std::string_view> textOfConstant(const libswf::SwfValue& value);
+    void learnPool();
 
     XmlWriteContext& _context;
     std::vector<uint32_t> _targets; // places that the branches lead to
     std::vector<uint32_t> _named;   // places with a name
     size_t _nextBranch = 0, _nextName = 0;
     uint32_t _place = 0;
+    uint32_t _nextPlace = noPlace; // that has a name
 
     bool _poolsAreSure = true;
     const libswf::SwfActionConstantPool* _pool = nullptr; // in force
     uint32_t _pools = 0;                                  // so many came
-    std::vector<bool> _twice;                             // constants of the pool whose text it has more than once
+    std::deque<std::string> _escaped;                     // texts that stand otherwise in an attribute
+    std::vector<std::string_view> _texts; // of the pool's constants, null for one that it has more than once; learned
+                                          // when one is asked for
 };
 
 class ScriptView::List {

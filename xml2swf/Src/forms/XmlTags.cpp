@@ -235,10 +235,13 @@ static void readRecordForm(XmlElement& element, SwfTag& tag) {
 void writeTag(XmlNode& parent, SwfTag& tag) {
     const XmlText& out = parent.out();
     const size_t before = out.size();
-    if (const SwfTagLater* later = tag.later())
-        writeForm(parent, *later->read(parent.context().warnings));
-    else
+    if (const SwfTagLater* later = tag.later()) {
+        XmlWriteContext& context = parent.context();
+        writeForm(parent, *later->read(context.warnings, &context.outline));
+        context.outline.script = nullptr;
+    } else {
         writeForm(parent, tag);
+    }
     if (std::vector<TagText>* texts = parent.context().tagTexts)
         texts->push_back({out.view().find('<', before), out.size(), &tag});
 }

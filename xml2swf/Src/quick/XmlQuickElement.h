@@ -61,7 +61,7 @@ public:
     /// Where the value of an attribute starts that stands here under this name; null when there is none.
     const char* valueOf(std::string_view name) const {
         const size_t length = name.size();
-        if (static_cast<size_t>(_end - _at) < length + 4 || _at[0] != ' ' ||
+        if (static_cast<size_t>(_end - _at) < length + 4 || _at[0] != ' ' || _at[1] != name[0] ||
             std::memcmp(_at + 1, name.data(), length) != 0 || _at[length + 1] != '=' || _at[length + 2] != '"')
             return nullptr;
         return _at + length + 3;
@@ -143,7 +143,9 @@ public:
 
     bool has(std::string_view name) const { return _text.valueOf(name) != nullptr; }
     libswf::SwfString string(std::string_view name) { return _text.takeText(name); }
-    std::string label(std::string_view name, XmlValueForm::Kind) { return std::string(_text.takeText(name).view()); }
+    std::string_view label(std::string_view name, XmlValueForm::Kind, std::string& room) {
+        return _text.takeValue(name, room).value_or("");
+    }
     std::optional<std::string_view> attribute(std::string_view name, std::string& room) {
         return _text.takeValue(name, room);
     }

@@ -1,6 +1,7 @@
 #include "XmlElementWriter.h"
 
 #include "Base64.h"
+#include "XmlBytes.h"
 
 namespace xml2swf {
 
@@ -61,11 +62,12 @@ static std::string_view entity(char c) {
     }
 }
 
-void XmlElementWriter::attribute(std::string_view name, std::string_view value) {
-    if (value.find_first_of("\"&'<>") == value.npos) {
-        plainAttribute(name, value);
-        return;
-    }
+bool mustBeEscaped(std::string_view value) {
+    const char* const end = value.data() + value.size();
+    return findFirst<Escaped>(value.data(), end) != end;
+}
+
+std::string escapedValue(std::string_view value) {
     std::string escaped;
     for (char c : value) {
         const std::string_view text = entity(c);
@@ -74,7 +76,14 @@ void XmlElementWriter::attribute(std::string_view name, std::string_view value) 
         else
             escaped += text;
     }
-    plainAttribute(name, escaped);
+    return escaped;
+}
+
+void XmlElementWriter::attribute(std::string_view name, std::string_view value) {
+    if (mustBeEscaped(value)) [[unlikely]]
+        plainAttribute(name, escapedValue(value));
+    else
+        plainAttribute(name, value);
 }
 
 void XmlElementWriter::attribute(std::string_view name, const libswf::SwfColor& color) {

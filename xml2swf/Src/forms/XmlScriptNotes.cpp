@@ -28,18 +28,17 @@ std::string times(int64_t count, const char* what) {
 } // namespace
 
 void ScriptNotes::addLabels(std::string_view names, size_t offset) {
-    constexpr std::string_view blanks = " \t\r\n";
-    size_t start = names.find_first_not_of(blanks);
+    const auto pass = [&](size_t at, bool blanks) {
+        while (at < names.size() && NotBlank::test(names[at]) != blanks)
+            ++at;
+        return at;
+    };
+    size_t start = pass(0, true);
     do {
-        const size_t end = std::min(names.find_first_of(blanks, start), names.size());
-        ScriptLabel& label = _labels.emplace_back();
-        label.name = names.substr(std::min(start, end), end - std::min(start, end));
-        label.action = actions();
-        label.list = _list.id;
-        label.position = _list.position;
-        label.offset = offset;
-        start = names.find_first_not_of(blanks, end);
-    } while (start != names.npos);
+        const size_t end = pass(start, false);
+        _labels.push_back({names.substr(start, end - start), actions(), _list.id, _list.position, offset});
+        start = pass(end, true);
+    } while (start < names.size());
 }
 
 bool ScriptNotes::standsInText(std::string_view names) const {
@@ -61,9 +60,10 @@ void ScriptNotes::rewind(const Mark& mark) {
 class ScriptNotes::Layout {
 public:
     struct Spot {
-        SwfAction* action; // the branch, or the bytes that it stands in,
-        uint32_t place;    // and where there
-        uint32_t start;    // in the script
+        SwfAction* action;        // the branch; null when it is bytes:
+        SwfActionCompiled* block; // those that it stands in,
+        uint32_t place;           // and where there
+        uint32_t start;           // in the script
     };
     std::vector<uint32_t> starts; // of each action, if they are wanted,
     std::vector<uint32_t> labels; // of each label,
@@ -79,7 +79,7 @@ public:
         actions.getSize(_context);
         toNext();
         add(actions);
-        addLabels(_action, end); // behind the last action
+        addLabels(end); // behind the last action
         swfAssert(_action == script._elements.size() && branches.size() == script._branches.size() &&
                       labels.size() == script._labels.size(),
                   "actions read == actions laid out");
@@ -99,7 +99,7 @@ private:
         if (_wantsStarts)
             starts.push_back(end);
         if (_action == _next)
-            note(action, 0, end);
+            note(&action, nullptr, 0, end);
         ++_action;
         const auto bodies = bodiesOf(action);
         end += action.headerSize(_context) + action.size;
@@ -120,7 +120,7 @@ private:
             if (_wantsStarts)
                 starts.push_back(end + at);
             if (_action == _next) [[unlikely]]
-                note(block, at, end + at);
+                note(nullptr, &block, at, end + at);
             if (mayBeOdd && isOdd())
                 at += _script._odd[_odd].bytes;
             else
@@ -138,48 +138,48 @@ private:
     }
 
     // The action to come is one of interest.
-    void note(SwfAction& action, uint32_t place, uint32_t at) {
-        addLabels(_action, at);
-        if (branches.size() < _script._branches.size() && _script._branches[branches.size()].action == _action)
-            branches.push_back({&action, place, at});
+    void note(SwfAction* action, SwfActionCompiled* block, uint32_t place, uint32_t at) {
+        addLabels(at);
+        if (_branch < _script._branches.size() && _script._branches[_branch].action == _action) {
+            branches.push_back({action, block, place, at});
+            ++_branch;
+        }
         toNext();
     }
 
-    void addLabels(uint32_t action, uint32_t at) {
-        while (labels.size() < _script._labels.size() && _script._labels[labels.size()].action == action)
+    void addLabels(uint32_t at) {
+        for (; _label < _script._labels.size() && _script._labels[_label].action == _action; ++_label)
             labels.push_back(at);
     }
 
     // Branches and labels were noted in the order of the actions.
     void toNext() {
-        _next = UINT32_MAX;
-        if (branches.size() < _script._branches.size())
-            _next = _script._branches[branches.size()].action;
-        if (labels.size() < _script._labels.size())
-            _next = std::min(_next, _script._labels[labels.size()].action);
+        _next = _branch < _script._branches.size() ? _script._branches[_branch].action : UINT32_MAX;
+        if (_label < _script._labels.size())
+            _next = std::min(_next, _script._labels[_label].action);
     }
 
     const ScriptNotes& _script;
     const bool _wantsStarts;
     SwfContext _context;
     size_t _odd = 0;
-    uint32_t _action = 0; // to come,
-    uint32_t _next = 0;   // and the next one of interest
+    size_t _label = 0, _branch = 0; // to come,
+    uint32_t _action = 0;           // the action to come,
+    uint32_t _next = 0;             // and the next one of interest
 };
 
 // The number of each branch, in an object or in bytes.
 struct ScriptNotes::Operand {
     static int32_t get(const ScriptBranch& branch, const Layout::Spot& spot) {
-        const SwfActionCompiled* block = bytesOf(*spot.action);
-        if (block == nullptr)
+        if (spot.block == nullptr)
             return branch.skips() ? skipCount(*spot.action) : static_cast<SwfActionBranch*>(spot.action)->branchOffset;
-        const uint8_t* at = block->records.data() + placeOf(branch, spot);
+        const uint8_t* at = spot.block->records.data() + placeOf(branch, spot);
         return branch.skips() ? at[0] : static_cast<int16_t>(at[0] | at[1] << 8);
     }
 
     static void set(const ScriptBranch& branch, const Layout::Spot& spot, int32_t value) {
-        if (SwfActionCompiled* block = bytesOf(*spot.action)) {
-            uint8_t* at = block->records.own().data() + placeOf(branch, spot);
+        if (spot.block != nullptr) {
+            uint8_t* at = spot.block->records.own().data() + placeOf(branch, spot);
             at[0] = static_cast<uint8_t>(value);
             if (!branch.skips())
                 at[1] = static_cast<uint8_t>(value >> 8);
@@ -201,50 +201,44 @@ private:
     }
 };
 
-// Finds labels by their names. Those that the program writes itself, L1 and so on, are found by their number.
+// Finds labels by their names. Those that the program writes itself, L1 and so on in the order of their places, need no
+// table.
 class ScriptNotes::LabelsByName {
 public:
-    explicit LabelsByName(const std::vector<ScriptLabel>& labels) : _labels(labels), _numbered(labels.size() + 1) {}
+    explicit LabelsByName(const std::vector<ScriptLabel>& labels) : _labels(labels) {}
 
     // False when another label has its name.
     bool add(size_t index) {
         const std::string_view name = _labels[index].name;
-        const auto position = static_cast<uint32_t>(index + 1);
-        if (uint32_t* slot = slotOf(name)) {
-            if (*slot != 0)
-                return false;
-            *slot = position;
-            return true;
-        }
-        return _others.emplace(name, position).second;
+        const size_t position = byNumber(name);
+        return position == index || (position == none && _others.emplace(name, index).second);
     }
-    // Its index.
-    std::optional<size_t> find(std::string_view name) {
-        uint32_t position = 0;
-        if (const uint32_t* slot = slotOf(name)) {
-            position = *slot;
-        } else if (const auto found = _others.find(name); found != _others.end()) {
-            position = found->second;
-        }
-        return position == 0 ? std::optional<size_t>() : position - 1;
+    // Its index; none when there is no such label.
+    size_t find(std::string_view name) const {
+        const size_t position = byNumber(name);
+        if (position != none || _others.empty())
+            return position;
+        const auto found = _others.find(name);
+        return found == _others.end() ? none : found->second;
     }
+    static constexpr size_t none = SIZE_MAX;
 
 private:
-    uint32_t* slotOf(std::string_view name) {
+    // Of the label whose number is its position.
+    size_t byNumber(std::string_view name) const {
         size_t number = 0;
-        if (name.size() < 2 || name.size() > 9 || name[0] != 'L' || name[1] == '0')
-            return nullptr;
+        if (name.size() < 2 || name.size() > 9 || name[0] != 'L')
+            return none;
         for (const char c : name.substr(1)) {
             if (c < '0' || c > '9')
-                return nullptr;
+                return none;
             number = number * 10 + static_cast<size_t>(c - '0');
         }
-        return number < _numbered.size() ? &_numbered[number] : nullptr;
+        return number - 1 < _labels.size() && _labels[number - 1].name == name ? number - 1 : none;
     }
 
     const std::vector<ScriptLabel>& _labels;
-    std::vector<uint32_t> _numbered; // by number, the label's position from 1 on; 0 for none
-    std::unordered_map<std::string_view, uint32_t> _others;
+    std::unordered_map<std::string_view, size_t> _others;
 };
 
 bool ScriptNotes::settle(SwfActions& script, bool mayWarn) {
@@ -271,10 +265,10 @@ bool ScriptNotes::settle(SwfActions& script, bool mayWarn) {
         const Layout::Spot& spot = layout.branches[i];
         if (branch.isLabelled) {
             const auto found = names.find(branch.label);
-            if (branch.label.empty() || !found)
+            if (branch.label.empty() || found == LabelsByName::none)
                 fail(branch.offset, targetAttribute, branch.label, "is the name of no place in this script");
-            const int64_t distance = int64_t(layout.labels[*found]) - spot.start - branchBytes;
-            Operand::set(branch, spot, numberFor(branch, _labels[*found], distance));
+            const int64_t distance = int64_t(layout.labels[found]) - spot.start - branchBytes;
+            Operand::set(branch, spot, numberFor(branch, _labels[found], distance));
         } else if (isChecked) {
             std::optional<SwfWarning> warning = check(branch, Operand::get(branch, spot), layout, spot.start);
             if (warning && !mayWarn)

@@ -99,11 +99,11 @@ size_t lastUpTo(const std::vector<uint32_t>& numbers, size_t near, uint32_t valu
     }
     const uint32_t* const begin = numbers.data() + low;
     const size_t count = std::min(step, numbers.size() - low);
-    if (count > small)
+    if (count != small)
         return static_cast<size_t>(std::upper_bound(begin, begin + count, value) - numbers.data()) - 1;
-    size_t upTo = 0;
-    for (size_t i = 0; i < count; ++i)
-        upTo += begin[i] <= value;
+    uint32_t upTo = 0;
+    for (size_t i = 0; i < small; ++i)
+        upTo += begin[i] <= value ? 1u : 0u;
     return low + upTo - 1;
 }
 

@@ -10,6 +10,7 @@
 #include "Cases.h"
 #include "Conversion.h"
 #include "Processes.h"
+#include "SwfWarnings.h"
 
 using namespace libswf;
 
@@ -24,14 +25,17 @@ void readAndConvert(const Movie& movie) {
     load.keepRaw = true;
     load.readLater = true;
     loaded.parse(movie.file, load);
+    SwfWarnings warnings;
     xml2swf::ConversionOptions options;
     options.keepRaw = true;
+    options.warnings = &warnings;
     benchmark::DoNotOptimize(swfToXmlDocument(loaded, options));
 }
 
 void compile(const Movie& movie, bool compressed) {
     xml2swf::MovieTarget target;
-    xmlToSwf(movie.xml, target, {.toWrite = true});
+    SwfWarnings warnings; // all programs ask for them
+    xmlToSwf(movie.xml, target, {.warnings = &warnings, .toWrite = true});
     target.movie.isCompressed = compressed;
     benchmark::DoNotOptimize(target.movie.serialise(9));
 }

@@ -57,7 +57,9 @@ std::vector<uint8_t> actions(size_t bytes) {
         stream.writeBytes(
             std::vector<uint8_t>{0x96, 9, 0, 8, static_cast<uint8_t>(between(0, 200)), 7, 1, 2, 3, 4, 4, 1});
         stream.writeBytes(std::vector<uint8_t>{0x4E, 0x1C, 0x0B, 0x12});
-        stream.writeBytes(std::vector<uint8_t>{0x9D, 2, 0, static_cast<uint8_t>(between(0, 100)), 0});
+        // To the end of the round, or of one of the next: 17 bytes, and 38 for each more.
+        const uint32_t rounds = stream.size() + 3 * 38 < bytes ? between(0, 2) : 0;
+        stream.writeBytes(std::vector<uint8_t>{0x9D, 2, 0, static_cast<uint8_t>(17 + 38 * rounds), 0});
         stream.writeBytes(std::vector<uint8_t>{0x96, 7, 0, 0, 'v', 'a', 'l', 'u', 'e', 0, 0x17});
         stream.writeBytes(std::vector<uint8_t>{0x87, 1, 0, 2, 0x52, 0x3E});
     }

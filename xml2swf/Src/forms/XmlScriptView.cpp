@@ -165,11 +165,8 @@ ScriptView::ScriptView(XmlWriteContext& context, const SwfActions& script) : _co
     Targets targets(context.outline);
     _poolsAreSure = targets.poolsAreSure;
     _targets = std::move(targets.places);
-    std::copy_if(_targets.begin(), _targets.end(), std::back_inserter(_named),
-                 [](uint32_t place) { return place != none; });
-    std::sort(_named.begin(), _named.end());
-    _named.erase(std::unique(_named.begin(), _named.end()), _named.end());
-    toNextName();
+    _names.setUp(_targets, static_cast<uint32_t>(context.outline.places.size()));
+    _nextPlace = _names.next(0);
     context.script = this;
 }
 
@@ -179,18 +176,41 @@ std::vector<uint32_t> ScriptView::targetsOf(const SwfContext& context, SwfAction
     return std::move(Targets(outline).places);
 }
 
-static void writeName(XmlNode& node, std::string_view attribute, size_t index) {
+static void writeName(XmlNode& node, std::string_view attribute, uint32_t index) {
     char name[24] = "L";
     const char* end = writeInteger(name + 1, static_cast<int32_t>(index + 1));
     node.escapedAttribute(attribute, {name, static_cast<size_t>(end - name)});
 }
 
-void ScriptView::writeName(XmlNode& node) {
-    xml2swf::writeName(node, labelAttribute, _nextName++);
-    toNextName();
+void ScriptView::Names::setUp(const std::vector<uint32_t>& places, uint32_t placesInAll) {
+    _bits.resize(placesInAll / 64 + 1);
+    for (const uint32_t place : places) {
+        if (place != none)
+            _bits[place / 64] |= uint64_t(1) << place % 64;
+    }
+    _ranks.reserve(_bits.size());
+    uint32_t rank = 0;
+    for (const uint64_t word : _bits) {
+        _ranks.push_back(rank);
+        rank += static_cast<uint32_t>(std::popcount(word));
+    }
 }
 
-void ScriptView::toNextName() { _nextPlace = _nextName < _named.size() ? _named[_nextName] : none; }
+uint32_t ScriptView::Names::next(uint32_t place) const {
+    size_t at = place / 64;
+    uint64_t word = at < _bits.size() ? _bits[at] & UINT64_MAX << place % 64 : 0;
+    while (word == 0) {
+        if (++at >= _bits.size())
+            return none;
+        word = _bits[at];
+    }
+    return static_cast<uint32_t>(at * 64) + static_cast<uint32_t>(std::countr_zero(word));
+}
+
+void ScriptView::writeName(XmlNode& node) {
+    xml2swf::writeName(node, labelAttribute, _nextName++);
+    _nextPlace = _names.next(_nextPlace + 1);
+}
 
 void ScriptView::endList(XmlNode& list) {
     if (_place == _nextPlace) {
@@ -204,7 +224,7 @@ bool ScriptView::writeTarget(XmlNode& node) {
     const uint32_t place = _targets[_nextBranch++];
     if (place == none)
         return false;
-    xml2swf::writeName(node, targetAttribute, lastUpTo(_named, std::min(_nextName, _named.size() - 1), place));
+    xml2swf::writeName(node, targetAttribute, _names.rank(place));
     return true;
 }
 

@@ -1,6 +1,7 @@
 // What a script shows in the full form instead of numbers: names of places, and constants by their text.
 #pragma once
 
+#include <bit>
 #include <deque>
 #include <optional>
 #include <string>
@@ -60,15 +61,32 @@ public:
 private:
     class Targets;
 
+    // The places with a name: a bit for each place, and how many there are in front of each word of bits.
+    class Names {
+    public:
+        void setUp(const std::vector<uint32_t>& places, uint32_t placesInAll);
+        // How many places in front of this one have a name.
+        uint32_t rank(uint32_t place) const {
+            const uint64_t before = _bits[place / 64] & ((uint64_t(1) << place % 64) - 1);
+            return _ranks[place / 64] + static_cast<uint32_t>(std::popcount(before));
+        }
+        // The first one from here on; noPlace when there is none.
+        uint32_t next(uint32_t place) const;
+
+    private:
+        std::vector<uint64_t> _bits;
+        std::vector<uint32_t> _ranks;
+    };
+
     void writeName(XmlNode& node);
-    void toNextName();
     std::optional<std::string_view> textOfConstant(const libswf::SwfValue& value);
     void learnPool();
 
     XmlWriteContext& _context;
     std::vector<uint32_t> _targets; // places that the branches lead to
-    std::vector<uint32_t> _named;   // places with a name
-    size_t _nextBranch = 0, _nextName = 0;
+    Names _names;
+    size_t _nextBranch = 0;
+    uint32_t _nextName = 0;
     uint32_t _place = 0;
     uint32_t _nextPlace = noPlace; // that has a name
 

@@ -47,10 +47,10 @@ struct SwfContext : SwfTagState {
     SwfWarnings* warnings = nullptr; ///< where warnings go; may be null
     /// Reading with keepRaw, full form: receives the outline of the list of actions read last; may be null.
     SwfScriptOutline* outline = nullptr;
-    uint16_t spriteDepth = 0;        ///< nesting of tag lists, at most maxDepth
-    uint16_t actionDepth = 0;        ///< nesting of action lists, at most maxDepth
-    uint8_t actionCode = 0;          ///< code of the action being read
-    uint16_t actionLength = 0;       ///< Length of its record, in bytes
+    uint16_t spriteDepth = 0;  ///< nesting of tag lists, at most maxDepth
+    uint16_t actionDepth = 0;  ///< nesting of action lists, at most maxDepth
+    uint8_t actionCode = 0;    ///< code of the action being read
+    uint16_t actionLength = 0; ///< Length of its record, in bytes
     static constexpr uint16_t maxDepth = 256;
 };
 

@@ -12,6 +12,7 @@ namespace {
 struct Arguments {
     std::vector<std::string> files;
     std::string outDir, from, to;
+    bool skipDone = false;
     bool dropUnreadable = false;
     bool quiet = false;
     MovieOptions options;
@@ -47,9 +48,9 @@ Command plan(const Arguments& arguments) {
     if (std::find(files.begin(), files.end(), "-") != files.end())
         throw CLI::ValidationError("--out-dir", "standard input has no name to keep");
     return [=] {
-        return convertMany(
-            {files, zelk::kindOfExtension(arguments.from), arguments.outDir, *zelk::kindOfExtension(arguments.to)},
-            options, arguments.quiet);
+        return convertMany({files, zelk::kindOfExtension(arguments.from), arguments.outDir,
+                            *zelk::kindOfExtension(arguments.to), arguments.skipDone},
+                           options, arguments.quiet);
     };
 }
 
@@ -65,8 +66,14 @@ void addConvert(CLI::App& app, Command& chosen) {
     addKind(*command, "--from", arguments->from, "Kind of the input when its name does not say it: swf, xml or zelk");
     CLI::Option* to =
         addKind(*command, "--to", arguments->to, "Kind of the output when its name does not say it: swf, xml or zelk");
-    command->add_option("--out-dir", arguments->outDir, "Convert all files into this folder, keeping their names")
-        ->needs(to);
+    CLI::Option* outDir = command->add_option("--out-dir", arguments->outDir,
+                                              "Convert all files, and those of folders, into this folder, keeping "
+                                              "their names");
+    outDir->needs(to);
+    command
+        ->add_flag("--skip-done", arguments->skipDone,
+                   "With --out-dir: leave out files whose output is there and not older")
+        ->needs(outDir);
     command
         ->add_option("--original", arguments->options.original,
                      "The movie that the XML came from: tags that were not touched keep its bytes")

@@ -41,15 +41,57 @@ std::string identityOf(const fs::path& path) {
     return text;
 }
 
+struct Found {
+    std::string name;
+    fs::path folder; ///< of the output
+};
+
+// What a folder holds, in the order of the names, but for what an earlier run put into the folder of the outputs.
+void addFolder(const ManyFiles& files, const std::string& name, std::vector<Found>& found) {
+    const fs::path folder = libswf::pathOf(name), to = libswf::pathOf(files.folder);
+    const std::string outputs = identityOf(to);
+    std::vector<fs::path> paths;
+    std::error_code failure;
+    auto entry = fs::recursive_directory_iterator(folder, failure);
+    for (; !failure && entry != fs::recursive_directory_iterator(); entry.increment(failure)) {
+        const std::optional<FileKind> kind = zelk::fileKind(textOf(entry->path()));
+        std::error_code gone;
+        if (entry->is_directory(gone) && identityOf(entry->path()) == outputs)
+            entry.disable_recursion_pending();
+        else if (entry->is_regular_file(gone) && (files.from || (kind && *kind != files.to)))
+            paths.push_back(entry->path());
+    }
+    if (failure)
+        throw InputError(name + ": " + failure.message());
+    std::ranges::sort(paths);
+    for (const fs::path& path : paths) {
+        const fs::path below = path.parent_path().lexically_relative(folder);
+        found.push_back({textOf(path), below == "." ? to : to / below});
+    }
+}
+
+std::vector<Found> findFiles(const ManyFiles& files) {
+    std::vector<Found> found;
+    for (const std::string& name : files.inputs) {
+        std::error_code failure;
+        if (fs::is_directory(libswf::pathOf(name), failure))
+            addFolder(files, name, found);
+        else
+            found.push_back({name, libswf::pathOf(files.folder)});
+    }
+    return found;
+}
+
 std::vector<Task> planTasks(const ManyFiles& files) {
+    const std::vector<Found> found = findFiles(files);
     std::set<std::string> inputs;
-    for (const std::string& name : files.inputs)
-        inputs.insert(identityOf(libswf::pathOf(name)));
+    for (const Found& file : found)
+        inputs.insert(identityOf(libswf::pathOf(file.name)));
     std::map<std::string, std::string> outputs; // and the input of each
     std::vector<Task> tasks;
-    for (const std::string& name : files.inputs) {
+    for (const auto& [name, folder] : found) {
         const std::optional<FileKind> kind = files.from ? files.from : zelk::fileKind(name);
-        fs::path output = libswf::pathOf(files.folder) / libswf::pathOf(name).stem();
+        fs::path output = folder / libswf::pathOf(name).stem();
         output += "." + std::string(zelk::extensionOf(files.to));
         Task task{{name, kind.value_or(FileKind::swf)}, {textOf(output), files.to}, {}};
         const std::string identity = identityOf(output);
@@ -64,6 +106,15 @@ std::vector<Task> planTasks(const ManyFiles& files) {
     return tasks;
 }
 
+bool isDone(const Task& task) {
+    std::error_code failure;
+    const auto output = fs::last_write_time(libswf::pathOf(task.output.name), failure);
+    if (failure)
+        return false;
+    const auto input = fs::last_write_time(libswf::pathOf(task.input.name), failure);
+    return !failure && output >= input;
+}
+
 // [worker thread]
 bool runTask(const Task& task, MovieOptions options, Console& console) {
     libswf::SwfWarnings warnings;
@@ -73,6 +124,7 @@ bool runTask(const Task& task, MovieOptions options, Console& console) {
     try {
         if (!task.refusal.empty())
             throw InputError(task.refusal);
+        makeFolder(textOf(libswf::pathOf(task.output.name).parent_path()));
         convert(task.input, task.output, options);
         done = true;
     } catch (...) {
@@ -86,8 +138,10 @@ bool runTask(const Task& task, MovieOptions options, Console& console) {
 
 int convertMany(const ManyFiles& files, const MovieOptions& options, bool quiet) {
     makeFolder(files.folder);
-    const std::vector<Task> tasks = planTasks(files);
     Console console(quiet);
+    std::vector<Task> tasks = planTasks(files);
+    if (files.skipDone)
+        std::erase_if(tasks, [](const Task& task) { return task.refusal.empty() && isDone(task); });
     std::atomic<size_t> next = 0, done = 0, failed = 0;
     console.progress(0, tasks.size());
     onAllCores(tasks.size(), [&] {

@@ -318,6 +318,19 @@ TEST_F(ZelkcTest, ConvertsManyFiles) {
     EXPECT_EQ(inPlace.status, 1);
     EXPECT_EQ(get("good.swf"), goodMovie);
 
+    fs::create_directories(folder / "tree/a");
+    for (const char* name : {"tree/a/one.xml", "tree/two.xml", "tree/is.swf", "tree/note.txt"})
+        put(name, goodText);
+    for (int round = 0; round < 2; ++round) { // the second one does not take the outputs of the first
+        EXPECT_EQ(run("convert --to swf --out-dir tree/out tree").status, 0);
+        EXPECT_EQ(get("tree/out/a/one.swf"), get("out/deep/other.swf"));
+        EXPECT_FALSE(fs::exists(folder / "tree/out/out") || fs::exists(folder / "tree/out/is.swf"));
+    }
+    put("tree/out/two.swf", "done");
+    fs::remove(folder / "tree/out/a/one.swf");
+    EXPECT_EQ(run("convert --skip-done --to swf --out-dir tree/out tree").status, 0);
+    EXPECT_EQ(get("tree/out/two.swf") + get("tree/out/a/one.swf"), "done" + get("out/deep/other.swf"));
+
     std::string names;
     for (int i = 0; i < 100; ++i) {
         names += " in/" + std::to_string(i) + ".xml";

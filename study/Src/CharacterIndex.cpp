@@ -193,15 +193,20 @@ void CharacterIndex::finish() {
         std::ranges::stable_sort(names, {}, &CharacterName::kind);
 }
 
+std::span<const uint32_t> CharacterIndex::indicesOf(uint16_t id) const {
+    const auto idOf = [this](uint32_t i) { return _ids[i].id; };
+    return {std::ranges::lower_bound(_byId, id, {}, idOf), std::ranges::upper_bound(_byId, id, {}, idOf)};
+}
+
 std::vector<CharacterId> CharacterIndex::of(uint16_t id) const {
     std::vector<CharacterId> result;
-    for (uint32_t i : std::ranges::equal_range(_byId, id, {}, [this](uint32_t i) { return _ids[i].id; }))
+    for (uint32_t i : indicesOf(id))
         result.push_back(_ids[i]);
     return result;
 }
 
 const CharacterId* CharacterIndex::definition(uint16_t id) const {
-    for (uint32_t i : std::ranges::equal_range(_byId, id, {}, [this](uint32_t i) { return _ids[i].id; })) {
+    for (uint32_t i : indicesOf(id)) {
         if (isDefinition(_ids[i].role))
             return &_ids[i];
     }

@@ -82,8 +82,8 @@ MovieOutline::MovieOutline(std::string_view text) {
 }
 
 std::span<const OutlinePart> MovieOutline::parts(uint32_t tag) const {
-    const auto found = std::ranges::equal_range(_parts, tag, {}, &OutlinePart::tag);
-    return {found.begin(), found.end()};
+    return {std::ranges::lower_bound(_parts, tag, {}, &OutlinePart::tag),
+            std::ranges::upper_bound(_parts, tag, {}, &OutlinePart::tag)};
 }
 
 } // namespace zelk

@@ -284,7 +284,8 @@ private:
         try {
             const std::vector<uint8_t> bytes = decodeBase64(digits);
             constexpr uint8_t tables[] = {0xFF, 0xDB};
-            return bytes.empty() || std::ranges::search(bytes, tables).begin() != bytes.end();
+            return bytes.empty() ||
+                   std::search(bytes.begin(), bytes.end(), std::begin(tables), std::end(tables)) != bytes.end();
         } catch (const Base64Error&) {
             return true; // told elsewhere
         }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -85,6 +86,7 @@ public:
 private:
     friend class CharacterReader;
     void finish();
+    std::span<const uint32_t> indicesOf(uint16_t id) const; // in _ids
 
     std::vector<CharacterId> _ids;
     std::vector<uint32_t> _byId; // indices into _ids, by id and place

@@ -69,7 +69,9 @@ public:
         : _outline(stream.context.keepRaw ? stream.context.outline : nullptr), _start(stream.position()) {
         if (_outline == nullptr)
             return;
+        constexpr uint64_t usualRecord = 3; // bytes
         _outline->clear();
+        _outline->places.reserve(stream.bodyLeft() / usualRecord);
         _outline->startList(SwfScriptOutline::none, 0);
     }
 

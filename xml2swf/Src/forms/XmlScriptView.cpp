@@ -119,7 +119,7 @@ public:
         places.reserve(outline.branches.size());
         for (const Branch& branch : outline.branches) {
             places.push_back(branch.isOffset ? placeOf(branch) : branch.targetPlace);
-            poolsAreSure = poolsAreSure && !passesPool(branch, places.back());
+            poolsAreSure = poolsAreSure && (outline.pools.empty() || !passesPool(branch, places.back()));
         }
     }
 

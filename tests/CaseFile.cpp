@@ -124,7 +124,8 @@ std::string withEndTags(const std::string& content) {
         result += line + "\n";
     }
     close(0, {});
-    result.resize(result.size() - (result.empty() ? 0 : 1)); // as the content, without a line feed at the end
+    if (!result.empty()) // as the content, without a line feed at the end
+        result.pop_back();
     return result;
 }
 

@@ -24,16 +24,11 @@ struct Task {
     std::string refusal; ///< why the file is not converted; empty when it is
 };
 
-std::string textOf(const fs::path& path) {
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}
-
 // What tells whether two names mean one file.
 std::string identityOf(const fs::path& path) {
     std::error_code failure;
     const fs::path whole = fs::weakly_canonical(path, failure);
-    std::string text = textOf(failure ? path : whole);
+    std::string text = nameOf(failure ? path : whole);
 #if defined(_WIN32) || defined(__APPLE__) // names differ by more than the case of letters there
     std::transform(text.begin(), text.end(), text.begin(),
                    [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
@@ -54,7 +49,7 @@ void addFolder(const ManyFiles& files, const std::string& name, std::vector<Foun
     std::error_code failure;
     auto entry = fs::recursive_directory_iterator(folder, failure);
     for (; !failure && entry != fs::recursive_directory_iterator(); entry.increment(failure)) {
-        const std::optional<FileKind> kind = zelk::fileKind(textOf(entry->path()));
+        const std::optional<FileKind> kind = zelk::fileKind(nameOf(entry->path()));
         std::error_code gone;
         if (entry->is_directory(gone) && identityOf(entry->path()) == outputs)
             entry.disable_recursion_pending();
@@ -66,7 +61,7 @@ void addFolder(const ManyFiles& files, const std::string& name, std::vector<Foun
     std::ranges::sort(paths);
     for (const fs::path& path : paths) {
         const fs::path below = path.parent_path().lexically_relative(folder);
-        found.push_back({textOf(path), below == "." ? to : to / below});
+        found.push_back({nameOf(path), below == "." ? to : to / below});
     }
 }
 
@@ -93,7 +88,7 @@ std::vector<Task> planTasks(const ManyFiles& files) {
         const std::optional<FileKind> kind = files.from ? files.from : zelk::fileKind(name);
         fs::path output = folder / libswf::pathOf(name).stem();
         output += "." + std::string(zelk::extensionOf(files.to));
-        Task task{{name, kind.value_or(FileKind::swf)}, {textOf(output), files.to}, {}};
+        Task task{{name, kind.value_or(FileKind::swf)}, {nameOf(output), files.to}, {}};
         const std::string identity = identityOf(output);
         if (!kind)
             task.refusal = "the name ends in none of .swf, .xml and .zelk; give --from";
@@ -124,7 +119,7 @@ bool runTask(const Task& task, MovieOptions options, Console& console) {
     try {
         if (!task.refusal.empty())
             throw InputError(task.refusal);
-        makeFolder(textOf(libswf::pathOf(task.output.name).parent_path()));
+        makeFolder(nameOf(libswf::pathOf(task.output.name).parent_path()));
         convert(task.input, task.output, options);
         done = true;
     } catch (...) {

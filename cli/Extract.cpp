@@ -77,8 +77,7 @@ private:
         std::error_code unknown; // left to the writer, which says why
         if (!_arguments.force && std::filesystem::exists(path, unknown))
             throw InputError(name + " is there already; --force overwrites it");
-        const std::u8string text = path.u8string();
-        writeFile({text.begin(), text.end()}, payload.bytes);
+        writeFile(nameOf(path), payload.bytes);
     }
 
     void warn(const SwfTag& tag, const std::string& place, const std::string& reason) {

@@ -61,6 +61,11 @@ void flushStandardOutput() {
         failStandardOutput();
 }
 
+std::string nameOf(const std::filesystem::path& path) {
+    const std::u8string name = path.u8string();
+    return {name.begin(), name.end()};
+}
+
 void makeFolder(const std::string& name) {
     std::error_code failure;
     std::filesystem::create_directories(libswf::pathOf(name), failure);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -26,6 +27,9 @@ struct File {
     /// For messages.
     std::string shownName(bool asInput) const;
 };
+
+/// The name of a path in UTF-8, as File has it.
+std::string nameOf(const std::filesystem::path& path);
 
 /// An input that cannot be converted, for a reason that is all there is to say.
 class InputError : public std::runtime_error {

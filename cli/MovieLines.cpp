@@ -18,11 +18,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string textOf(const fs::path& path) {
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}
-
 std::string dump(const Json& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n"; }
 
 // The files of a run one by one, so that their number does not matter.
@@ -46,8 +41,8 @@ public:
             std::error_code failure;
             _folder.increment(failure);
             if (failure)
-                tell(textOf(entry.path().parent_path()), failure);
-            name = textOf(entry.path());
+                tell(nameOf(entry.path().parent_path()), failure);
+            name = nameOf(entry.path());
             if (entry.is_regular_file(failure) && (!_lines.from.empty() || zelk::fileKind(name)))
                 return true;
         }

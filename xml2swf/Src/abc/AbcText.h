@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "AbcStrings.h"
+#include "TextHash.h"
 
 namespace xml2swf {
 
@@ -58,14 +59,14 @@ public:
     static constexpr uint32_t none = UINT32_MAX;
 
     uint32_t find(std::string_view text) const {
-        const uint32_t entry = entryOf(text, hashOf(text));
+        const uint32_t entry = entryOf(text, hashOfText(text));
         return entry == none ? none : _entries[entry].value;
     }
     /// The same. Among many, looks first around the text that was found last, `near`: what is used together was mostly
     /// added together, and searching anywhere waits for memory.
     uint32_t find(std::string_view text, uint32_t& near) const {
         constexpr uint32_t many = 32 * 1024, reach = 32;
-        const uint32_t hash = hashOf(text);
+        const uint32_t hash = hashOfText(text);
         if (_entries.size() >= many) {
             const uint32_t first =
                 std::min(near - std::min(near, reach), static_cast<uint32_t>(_entries.size()) - 2 * reach);
@@ -87,7 +88,7 @@ public:
     bool add(std::string_view text, uint32_t value) {
         if (2 * (_entries.size() + 1) > _slots.size())
             grow(_entries.size() + 1);
-        const uint32_t hash = hashOf(text);
+        const uint32_t hash = hashOfText(text);
         size_t at = hash & _mask;
         for (; _slots[at].entry != none; at = (at + 1) & _mask) {
             if (_slots[at].hash == hash && _entries[_slots[at].entry].text == text)
@@ -101,7 +102,7 @@ public:
     /// Asks for the memory that a search for the text will look at.
     void prefetch(std::string_view text) const {
         if (!_slots.empty())
-            __builtin_prefetch(&_slots[hashOf(text) & _mask]);
+            __builtin_prefetch(&_slots[hashOfText(text) & _mask]);
     }
     void clear() {
         constexpr size_t kept = 4096; // more would take longer to clear than to make again
@@ -130,18 +131,6 @@ private:
         uint32_t value;
     };
 
-    static uint32_t hashOf(std::string_view text) {
-        constexpr uint64_t factor = 0x9E3779B97F4A7C15;
-        const char* at = text.data();
-        const size_t size = text.size();
-        uint64_t hash = size * factor;
-        for (size_t left = size; left > 8; left -= 8, at += 8) {
-            hash = (hash ^ wordAt<uint64_t>(at)) * factor;
-            hash ^= hash >> 32;
-        }
-        hash = (hash ^ lastWord(text)) * factor;
-        return static_cast<uint32_t>(hash >> 32);
-    }
     uint32_t entryOf(std::string_view text, uint32_t hash) const {
         if (_slots.empty())
             return none;
@@ -150,24 +139,6 @@ private:
             if (slot.entry == none || (slot.hash == hash && _entries[slot.entry].text == text))
                 return slot.entry;
         }
-    }
-    template <class Word>
-    static uint64_t wordAt(const char* at) {
-        Word word;
-        std::memcpy(&word, at, sizeof word);
-        return word;
-    }
-    // The last 8 bytes, or all that there are, by loads of fixed sizes.
-    static uint64_t lastWord(std::string_view text) {
-        const char* start = text.data();
-        const char* end = start + text.size();
-        if (text.size() >= 8)
-            return wordAt<uint64_t>(end - 8);
-        if (text.size() >= 4)
-            return wordAt<uint32_t>(start) << 32 | wordAt<uint32_t>(end - 4);
-        if (text.empty())
-            return 0;
-        return wordAt<uint8_t>(start) << 16 | wordAt<uint8_t>(start + text.size() / 2) << 8 | wordAt<uint8_t>(end - 1);
     }
     void grow(size_t count) {
         size_t size = 64;

@@ -1,45 +1,18 @@
 #include "XmlConstants.h"
 
 #include <algorithm>
-#include <cstring>
 #include <iterator>
+
+#include "TextHash.h"
 
 namespace xml2swf {
 
 using namespace libswf;
 
-template <class Word>
-static uint64_t load(const char* at) {
-    Word word;
-    std::memcpy(&word, at, sizeof word);
-    return word;
-}
-
-// Of its words; the last one may overlap the one before.
-static uint32_t hashOf(std::string_view text) {
-    const char* at = text.data();
-    const size_t size = text.size();
-    uint64_t hash = size;
-    const auto mix = [&](uint64_t word) {
-        hash = (hash ^ word) * 0x9E3779B97F4A7C15;
-        hash ^= hash >> 32;
-    };
-    if (size >= 8) {
-        for (const char* last = at + size - 8; at < last; at += 8)
-            mix(load<uint64_t>(at));
-        mix(load<uint64_t>(text.data() + size - 8));
-    } else if (size >= 4) {
-        mix(load<uint32_t>(at) | load<uint32_t>(at + size - 4) << 32);
-    } else if (size > 0) {
-        mix(load<uint8_t>(at) | load<uint8_t>(at + size / 2) << 8 | load<uint8_t>(at + size - 1) << 16);
-    }
-    return static_cast<uint32_t>(hash);
-}
-
 std::optional<uint32_t> ConstantIndices::find(std::string_view text, const SwfStrings& constants) const {
     if (_slots.empty())
         return {};
-    const uint32_t hash = hashOf(text);
+    const uint32_t hash = hashOfText(text);
     for (size_t at = hash; _slots[at &= _slots.size() - 1].index != free; ++at) {
         if (_slots[at].hash == hash && constants[_slots[at].index].view() == text)
             return _slots[at].index;
@@ -63,11 +36,11 @@ void ConstantIndices::add(std::string_view text, uint32_t index) {
         for (const Slot& slot : taken)
             put(slot);
     }
-    put({hashOf(text), index});
+    put({hashOfText(text), index});
 }
 
 void ConstantIndices::takeBack(std::string_view text, uint32_t index) {
-    size_t at = hashOf(text);
+    size_t at = hashOfText(text);
     while (_slots[at &= _slots.size() - 1].index != index)
         ++at;
     _slots[at] = {};

@@ -4,6 +4,8 @@ import hashlib
 import io
 import os
 import pathlib
+import re
+import struct
 import subprocess
 import sys
 import tempfile
@@ -66,9 +68,9 @@ def code_blocks():
                 yield body
             elif code == 82 and b'\0' in body[4:]:
                 yield body[body.index(b'\0', 4) + 1:]
-    for _, _, _, _, xml in cases():
-        for inner in re.findall(r'<Abc[^>]*>(.*?)</Abc>', xml, re.S):
-            yield inner.strip().encode('latin-1')
+    for text in cases('xml'):
+        for inner in re.findall(rb'<Abc[^>]*>(.*?)</Abc>', text, re.S):
+            yield inner.strip()
 
 
 def archive(entries, method=zipfile.ZIP_DEFLATED, comment=b''):

@@ -5,6 +5,7 @@
 #include "MainWindow.h"
 #include "SingleInstance.h"
 #include "StateFolder.h"
+#include "Theme.h"
 
 namespace {
 
@@ -23,6 +24,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("Zelk"));
     QApplication::setApplicationVersion(QStringLiteral(ZELK_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("zelk"));
+    zelk::setPlainButtons();
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -44,7 +46,6 @@ int main(int argc, char** argv) {
     QSettings settings(QStringLiteral("Orvane"), QStringLiteral("Zelk"));
     zelk::MainWindow window(settings, zelk::stateFolder());
     QObject::connect(&instance, &zelk::SingleInstance::filesReceived, &window, &zelk::MainWindow::receiveFiles);
-    window.newDocument();
     window.show();
     window.requests().add(&window, [&] {
         window.keeper().offerRecovery();

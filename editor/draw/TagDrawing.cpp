@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <utility>
 
 #include "DrawLimits.h"
 #include "Glyphs.h"
@@ -10,6 +11,7 @@
 #include "SwfTagDefineButton.h"
 #include "SwfTagDefineSprite.h"
 #include "SwfTagPlaceObject.h"
+#include "SwfTagRemoveObject.h"
 #include "SwfTagsBitmap.h"
 #include "Texts.h"
 
@@ -81,6 +83,14 @@ bool placeBy(DisplayList& list, const SwfTag& tag) {
     return true;
 }
 
+bool removeBy(DisplayList& list, const SwfTag& tag) {
+    if (const auto* remove = dynamic_cast<const SwfTagRemoveObject*>(&tag))
+        return list.erase(remove->depth) != 0;
+    if (const auto* remove2 = dynamic_cast<const SwfTagRemoveObject2*>(&tag))
+        return list.erase(remove2->depth) != 0;
+    return false;
+}
+
 DisplayList firstFrame(const SwfTags& tags) {
     DisplayList list;
     for (const auto& tag : tags.items()) {
@@ -141,6 +151,25 @@ public:
         return drawing;
     }
 
+    Drawing drawMovie(const SwfTags& tags) {
+        DisplayList list;
+        bool isChanged = false;
+        int frames = 0;
+        for (const auto& tag : tags.items()) {
+            if (tag->type != SwfTagCode::ShowFrame) {
+                const bool isPlaced = placeBy(list, *tag);
+                isChanged = isPlaced || removeBy(list, *tag) || isChanged;
+                continue;
+            }
+            Drawing drawing;
+            if (std::exchange(isChanged, false))
+                addPlaced(drawing, list, 0);
+            if (!drawing.isEmpty() || ++frames == DrawLimits::frames)
+                return drawing;
+        }
+        return {};
+    }
+
     static bool isBitmap(const SwfTag& tag) {
         return dynamic_cast<const SwfJpegBitmap*>(&tag) != nullptr ||
                dynamic_cast<const SwfTagDefineBitsJPEG3*>(&tag) != nullptr ||
@@ -192,6 +221,8 @@ Drawing drawTag(const SwfTag& tag, const Characters& characters, double ratio) {
         return glyphTable({std::shared_ptr<void>(), font}).drawing;
     return TagDrawer(characters).draw(tag, ratio, 0);
 }
+
+Drawing drawMovie(const SwfTags& tags, const Characters& characters) { return TagDrawer(characters).drawMovie(tags); }
 
 bool isDrawable(const SwfTag& tag) {
     DisplayList list;

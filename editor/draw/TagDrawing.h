@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "Drawing.h"
-#include "SwfTag.h"
+#include "SwfTags.h"
 
 namespace zelk {
 
@@ -17,6 +17,9 @@ struct Characters {
 /// Shapes, morph shapes at a ratio from 0 to 1, texts, bitmaps, the first frame of a sprite, a button that is up, what
 /// a PlaceObject tag of any version places. Empty for what cannot be drawn. Throws only what runs out of memory.
 Drawing drawTag(const libswf::SwfTag& tag, const Characters& characters, double ratio = 0);
+
+/// A movie's first frame in which something is to be seen; of a long preloader only the first frames are tried.
+Drawing drawMovie(const libswf::SwfTags& tags, const Characters& characters);
 
 /// It is a kind of tag that drawTag knows.
 bool isDrawable(const libswf::SwfTag& tag);

@@ -19,6 +19,10 @@ constexpr CommandRow rows[] = {
     {firstRecentFile, "(empty)", "", "", Needs::neverMet, ""},
     {reopenSession, "Reopen Files at S&tart", "Open the files of the last session at each start\nReopen Files", "",
      Needs::nothing, ""},
+    {print, "&Print...\tCtrl+P", "Print the text with the numbers of its lines\nPrint", "", Needs::document, ""},
+    {printPreview, "Print Previe&w...", "", "", Needs::document, ""},
+    {exportText, "&Export Text...", "Save the text, or the selected lines, in colours as PDF or HTML\nExport Text", "",
+     Needs::document, ""},
     {CommandId::exit, "E&xit\tAlt+F4", "Quit the application; prompts to save Xml\nExit", "", Needs::nothing, ""},
     {undo, "&Undo\tCtrl+Z", "Undo text\nUndo", "undo", Needs::undo, "Alt+Backspace"},
     {redo, "&Redo\tCtrl+Shift+Z", "Redo text\nRedo", "redo", Needs::redo, ""},
@@ -79,6 +83,7 @@ constexpr CommandRow rows[] = {
     {previousDocument, "&Previous Document\tCtrl+Shift+Tab", "", "", Needs::severalDocuments, ""},
     {updates, "Upda&tes...", "", "", Needs::neverMet, ""},
     {homePage, "&Home Page", "", "", Needs::neverMet, ""},
+    {guide, "&Guide\tF1", "Read how things are done, one page for each task\nGuide", "", Needs::nothing, ""},
     {about, "&About", "Display program information, version number and copyright\nAbout", "about", Needs::nothing, ""},
     {closeOthers, "Close All But This", "", "", Needs::severalDocuments, ""},
     {copyFullPath, "Copy Full Path", "", "", Needs::document, ""},
@@ -98,8 +103,9 @@ constexpr CommandRow rows[] = {
 
 constexpr MenuItem line = {separator};
 
-constexpr MenuItem fileItems[] = {{fileNew},     {fileOpen},      {save}, {saveAs},         line, {play}, line,
-                                  {recentFiles}, {reopenSession}, line,   {CommandId::exit}};
+constexpr MenuItem fileItems[] = {{fileNew},    {fileOpen},    {save},           {saveAs}, line,    {play},
+                                  line,         {recentFiles}, {reopenSession},  line,     {print}, {printPreview},
+                                  {exportText}, line,          {CommandId::exit}};
 constexpr MenuItem editItems[] = {
     {undo},       {redo},       {cut},          {copy},        {paste},    line,
     {find},       {findNext},   {findPrevious}, {replace},     line,       {gotoLine},
@@ -111,7 +117,7 @@ constexpr MenuItem toolsItems[] = {
     {checkXml}, {movieSettings}, {openInFullForm}, line, {insertTag},     {insertStruct},   {insertAction}, {complete},
     line,       {exportPayload}, {replacePayload}, line, {labelBranches}, {unlabelBranches}};
 constexpr MenuItem windowItems[] = {{close}, {closeAll}, line, {nextDocument}, {previousDocument}};
-constexpr MenuItem helpItems[] = {{updates}, {homePage}, {about}};
+constexpr MenuItem helpItems[] = {{updates}, {homePage}, {about}, {guide}};
 constexpr Menu menus[] = {{"&File", fileItems},   {"&Edit", editItems},     {"&View", viewItems},
                           {"&Tools", toolsItems}, {"&Window", windowItems}, {"&Help", helpItems}};
 

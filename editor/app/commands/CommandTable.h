@@ -83,6 +83,10 @@ constexpr int findSymbol = 60055;
 constexpr int showUses = 60060;
 constexpr int renameCharacter = 60061;
 constexpr int kinds = 60062;
+constexpr int print = 60080;
+constexpr int printPreview = 60081;
+constexpr int exportText = 60082;
+constexpr int guide = 60090;
 } // namespace CommandId
 
 /// What has to be there for a command to be chosen.

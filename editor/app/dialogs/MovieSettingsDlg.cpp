@@ -4,17 +4,37 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
-#include <QLineEdit>
+
+#include "NumberField.h"
 
 namespace zelk {
+
+namespace {
+
+constexpr int mostPixels = 107'374'182; // in twips they fit into the header
+constexpr double mostFrames = 255.99609375;
+
+// A way on the stage, in pixels and twips.
+NumberField* pixels(const std::string& text, QWidget* parent) {
+    auto* field = new NumberField(text, 0, mostPixels, 0, parent);
+    const auto showTwips = [field](double value) {
+        field->setSuffix(value < 0 ? QString() : QObject::tr(" px = %1 twips").arg(value * 20, 0, 'f', 0));
+    };
+    QObject::connect(field, &QDoubleSpinBox::valueChanged, field, showTwips);
+    showTwips(field->value());
+    return field;
+}
+
+} // namespace
 
 MovieSettingsDlg::MovieSettingsDlg(const MovieSettings& current, QWidget* parent) : QDialog(parent) {
     setWindowTitle(tr("Movie settings"));
     auto* layout = new QFormLayout(this);
-    _version = addField(tr("SWF version:"), current.version);
-    _width = addField(tr("Width:"), current.width);
-    _height = addField(tr("Height:"), current.height);
-    _frameRate = addField(tr("Frame rate:"), current.frameRate);
+    _version = addField(tr("SWF version:"), new NumberField(current.version, 1, 255, 0, this));
+    _width = addField(tr("Width:"), pixels(current.width, this));
+    _height = addField(tr("Height:"), pixels(current.height, this));
+    _frameRate = addField(tr("Frame rate:"), new NumberField(current.frameRate, 0, mostFrames, 4, this));
+    _frameRate->setSuffix(tr(" per second"));
     _compressed = new QCheckBox(tr("Compressed"), this);
     _compressed->setChecked(current.isCompressed);
     layout->addRow(QString(), _compressed);
@@ -29,25 +49,19 @@ MovieSettingsDlg::MovieSettingsDlg(const MovieSettings& current, QWidget* parent
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout->addRow(buttons);
-    setMinimumWidth(300);
+    setMinimumWidth(340);
     _version->selectAll();
     _version->setFocus();
 }
 
-QLineEdit* MovieSettingsDlg::addField(const QString& label, const std::string& text) {
-    auto* field = new QLineEdit(QString::fromStdString(text), this);
+NumberField* MovieSettingsDlg::addField(const QString& label, NumberField* field) {
     static_cast<QFormLayout*>(layout())->addRow(label, field);
     return field;
 }
 
 MovieSettings MovieSettingsDlg::settings() const {
-    const auto text = [](const QLineEdit* field) { return field->text().trimmed().toStdString(); };
-    return {text(_version),
-            text(_width),
-            text(_height),
-            text(_frameRate),
-            _compressed->isChecked(),
-            _form->currentIndex() == 1};
+    return {_version->answer(),   _width->answer(),         _height->answer(),
+            _frameRate->answer(), _compressed->isChecked(), _form->currentIndex() == 1};
 }
 
 } // namespace zelk

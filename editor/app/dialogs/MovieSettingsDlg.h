@@ -7,9 +7,10 @@
 
 class QCheckBox;
 class QComboBox;
-class QLineEdit;
 
 namespace zelk {
+
+class NumberField;
 
 class MovieSettingsDlg : public QDialog {
     Q_OBJECT
@@ -18,9 +19,9 @@ public:
     MovieSettings settings() const;
 
 private:
-    QLineEdit* addField(const QString& label, const std::string& text);
+    NumberField* addField(const QString& label, NumberField* field);
 
-    QLineEdit *_version, *_width, *_height, *_frameRate;
+    NumberField *_version, *_width, *_height, *_frameRate;
     QCheckBox* _compressed;
     QComboBox* _form;
 };

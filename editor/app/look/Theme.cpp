@@ -2,10 +2,19 @@
 
 #include <QApplication>
 #include <QPalette>
+#include <QProxyStyle>
 
 namespace zelk {
 
 namespace {
+
+class PlainButtons : public QProxyStyle {
+public:
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* more) const override {
+        return hint == SH_DialogButtonBox_ButtonsHaveIcons ? 0 : QProxyStyle::styleHint(hint, option, widget, more);
+    }
+};
 
 QPalette palette(const QColor& window, const QColor& base, const QColor& text, const QColor& faint) {
     QPalette colors(text, window, window.lighter(130), window.darker(150), window.darker(120), text, base);
@@ -23,6 +32,8 @@ QPalette palette(const QColor& window, const QColor& base, const QColor& text, c
 }
 
 } // namespace
+
+void setPlainButtons() { QApplication::setStyle(new PlainButtons); }
 
 void applyTheme(Theme theme) {
     switch (theme) {

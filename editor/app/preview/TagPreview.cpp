@@ -20,23 +20,16 @@ using namespace libswf;
 
 namespace {
 
-constexpr size_t mostBytes = 64 << 20;    // XML of the characters that the tag uses
-constexpr size_t mostPixels = 32'000'000; // of all bitmaps together
+constexpr size_t mostBytes = 64 << 20; // XML of the characters that the tag uses
 
 QString tr(const char* text) { return QCoreApplication::translate("zelk::TagPreview", text); }
-
-QImage imageFrom(const Image& image) {
-    const QImage straight(image.rgba.data(), static_cast<int>(image.width), static_cast<int>(image.height),
-                          static_cast<qsizetype>(image.width) * 4, QImage::Format_RGBA8888);
-    return straight.convertToFormat(QImage::Format_ARGB32_Premultiplied);
-}
 
 QRectF rectOf(const SwfRect& rect) { return QRectF(QPointF(rect.Xmin, rect.Ymin), QPointF(rect.Xmax, rect.Ymax)); }
 
 } // namespace
 
 TagPreview::TagPreview(const PreviewRequest& request)
-    : _request(&request), _bytesLeft(mostBytes), _pixelsLeft(mostPixels), _drawing(std::make_shared<Drawing>()) {
+    : _request(&request), _bytesLeft(mostBytes), _drawing(std::make_shared<Drawing>()) {
     try {
         build();
     } catch (const PreviewDropped&) {
@@ -167,18 +160,9 @@ QImage TagPreview::loadedBitmap(uint16_t id) {
 }
 
 QImage TagPreview::decoded(const SwfTag& tag) {
-    const auto take = [this](size_t width, size_t height) {
-        if (width * height > _pixelsLeft)
-            throw SwfException(2, "the bitmap is too big to be shown");
-        return width * height;
-    };
-    if (const auto* lossless = dynamic_cast<const SwfTagDefineBitsLossless*>(&tag))
-        take(lossless->bitmapWidth, lossless->bitmapHeight);
     if (_jpegTables == nullptr && !_request->jpegTables.empty() && tag.type == SwfTagCode::DefineBits)
         _jpegTables = compileTag(_request->jpegTables, _request->layout, nullptr);
-    const Image image = decodeBitmap(tag, dynamic_cast<const SwfTagJPEGTables*>(_jpegTables.get()));
-    _pixelsLeft -= take(image.width, image.height);
-    return imageFrom(image);
+    return _images.imageOf(tag, dynamic_cast<const SwfTagJPEGTables*>(_jpegTables.get()));
 }
 
 bool TagPreview::isMorph() const { return dynamic_cast<const SwfMorphShapeTag*>(_tag.get()) != nullptr; }

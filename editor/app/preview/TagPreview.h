@@ -4,6 +4,7 @@
 #include <memory>
 #include <unordered_map>
 
+#include "BitmapImages.h"
 #include "Glyphs.h"
 #include "PreviewRequest.h"
 #include "SoundCodec.h"
@@ -53,7 +54,8 @@ private:
     std::shared_ptr<libswf::SwfTag> _tag, _jpegTables;
     std::unordered_map<uint16_t, std::shared_ptr<libswf::SwfTag>> _definitions;
     std::unordered_map<uint16_t, QImage> _bitmaps;
-    size_t _bytesLeft, _pixelsLeft;
+    BitmapImages _images;
+    size_t _bytesLeft;
     int64_t _bytes = -1;
     std::shared_ptr<const Drawing> _drawing;
     std::vector<GlyphCell> _glyphs;

@@ -22,17 +22,23 @@ CommandActions* makeActions(QWidget* window) {
     return new CommandActions(window);
 }
 
+StartPage* makeStart(const CommandActions& actions, QWidget* window) {
+    return new StartPage(
+        {actions.action(CommandId::fileOpen), actions.action(CommandId::fileNew), actions.action(CommandId::guide)},
+        window);
+}
+
 } // namespace
 
 MainWindow::MainWindow(QSettings& settings, const QString& stateFolder)
     : _settings(settings), _dialogs(this), _session(_dialogs), _player(settings, _requests),
       _recentSettings(settings, QStringLiteral("RecentList/Recent Document List")), _recentFiles(_recentSettings),
-      _actions(makeActions(this)), _tabs(new DocumentTabsView(this)), _statusBar(new StatusBar(this)),
-      _warnings(new WarningsPanel(this)), _uses(new UsesPanel(this)), _kinds(new KindsPanel(this)),
-      _texts(new TextsPanel(this)), _preview(new PreviewPane(this)), _search(new SearchController(this)),
-      _documents(_session, _recentFiles, *_tabs),
+      _actions(makeActions(this)), _tabs(new DocumentTabsView(this)), _start(makeStart(*_actions, this)),
+      _pages(new QStackedWidget(this)), _statusBar(new StatusBar(this)), _warnings(new WarningsPanel(this)),
+      _uses(new UsesPanel(this)), _kinds(new KindsPanel(this)), _texts(new TextsPanel(this)),
+      _preview(new PreviewPane(this)), _search(new SearchController(this)), _documents(_session, _recentFiles, *_tabs),
       _commands({*this, _settings, _session, _dialogs, _documents, *_tabs, *_actions, *_search, *_warnings, *_uses,
-                 *_kinds, *_texts, *_preview}),
+                 *_kinds, *_texts, *_preview, *_statusBar}),
       _keeper(
           {*this, _settings, _session, _documents, *_tabs, _requests, *_actions->action(CommandId::reopenSession)}) {
     _session.player = &_player;
@@ -42,12 +48,15 @@ MainWindow::MainWindow(QSettings& settings, const QString& stateFolder)
         _keeper.keepIn(stateFolder);
     restore();
     showState();
+    showStart();
 }
 
 void MainWindow::buildLayout() {
     setWindowIcon(QIcon(QStringLiteral(":/icons/zelk.svg")));
     setAcceptDrops(true);
-    setCentralWidget(_tabs);
+    _pages->addWidget(_start);
+    _pages->addWidget(_tabs);
+    setCentralWidget(_pages);
     setStatusBar(_statusBar);
     addDockWidget(Qt::BottomDockWidgetArea, _warnings);
     addDockWidget(Qt::BottomDockWidgetArea, _uses);
@@ -101,6 +110,7 @@ void MainWindow::connectParts() {
             view->setFocus();
     });
     connectKinds();
+    connectStart();
     connect(_uses, &UsesPanel::left, this, [this] {
         if (DocumentView* view = _tabs->current())
             view->setFocus();
@@ -140,6 +150,14 @@ void MainWindow::connectKinds() {
     connect(_kinds, &KindsPanel::editAsked, this, [this](size_t place) {
         if (selectInList(place))
             Q_EMIT _tabs->current()->list().tree().editAsked();
+    });
+}
+
+void MainWindow::connectStart() {
+    connect(_start, &StartPage::openAsked, this, [this](const QString& fileName) { openLater({fileName}); });
+    connect(_start, &StartPage::forgetAsked, this, [this](const QString& fileName) {
+        _recentFiles.remove(fileName.toStdString());
+        showStart();
     });
 }
 
@@ -219,6 +237,11 @@ void MainWindow::showState() {
         if (tag.isEmpty())
             tag = view->characterWords();
     }
+    if (QWidget* page = state.documents > 0 ? static_cast<QWidget*>(_tabs) : _start; _pages->currentWidget() != page) {
+        _pages->setCurrentWidget(page);
+        if (page == _start)
+            showStart();
+    }
     _statusBar->showPlace(row, column);
     _statusBar->showTag(tag);
     _actions->update(state);
@@ -239,6 +262,11 @@ void MainWindow::showPreview() {
         _preview->showTag(view->editor(), {tag->first, tag->second});
     else
         _preview->showCaret(view == nullptr ? nullptr : &view->editor());
+}
+
+void MainWindow::showStart() {
+    _start->showFiles(_recentFiles.files());
+    _start->files().setFocus();
 }
 
 void MainWindow::showContextMenu(std::span<const MenuItem> items, const QPoint& globalPos) {

@@ -4,6 +4,7 @@
 
 #include <QMainWindow>
 #include <QSettings>
+#include <QStackedWidget>
 
 #include "CommandActions.h"
 #include "DocumentKeeper.h"
@@ -12,6 +13,7 @@
 #include "PlayerProcess.h"
 #include "RequestQueue.h"
 #include "SearchController.h"
+#include "StartPage.h"
 #include "StatusBar.h"
 #include "TextsPanel.h"
 #include "UsesPanel.h"
@@ -43,6 +45,7 @@ public:
     RequestQueue& requests() { return _requests; }
     CommandActions& actions() { return *_actions; }
     DocumentTabsView& tabs() { return *_tabs; }
+    StartPage& startPage() { return *_start; }
     const IFileHistory& recentFiles() const { return _recentFiles; }
 
 protected:
@@ -61,9 +64,11 @@ private:
 
     void showState();
     void connectKinds();
+    void connectStart();
     bool selectInList(size_t place);
     void showWarnings();
     void showPreview();
+    void showStart();
     void showContextMenu(std::span<const MenuItem> items, const QPoint& globalPos);
     void fillRecentFiles();
 
@@ -77,6 +82,8 @@ private:
     FilesRecentList _recentFiles;
     CommandActions* _actions;
     DocumentTabsView* _tabs;
+    StartPage* _start; // instead of the tabs while there are none
+    QStackedWidget* _pages;
     StatusBar* _statusBar;
     WarningsPanel* _warnings;
     UsesPanel* _uses;

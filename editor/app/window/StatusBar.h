@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QStatusBar>
+#include <QTimer>
 
 class QLabel;
 class QToolButton;
@@ -18,13 +19,16 @@ public:
     void showWarnings(size_t count);
     /// What is to be said of the tag at hand; "Ready" when it is empty.
     void showTag(const QString& words);
+    /// For some seconds, with a link to the file's folder.
+    void showExported(const QString& fileName);
 
 Q_SIGNALS:
     void warningsAsked();
 
 private:
-    QLabel *_tag, *_place;
+    QLabel *_tag, *_place, *_exported;
     QToolButton* _warnings;
+    QTimer _exportedTime;
 };
 
 } // namespace zelk

@@ -12,10 +12,13 @@
 #include "DocumentViewListCommands.h"
 #include "DocumentViewTextCommands.h"
 #include "FindSymbolDlg.h"
+#include "GuideWindow.h"
 #include "PayloadCommands.h"
 #include "PreviewPane.h"
+#include "PrintCommands.h"
 #include "RenameCharacterCmd.h"
 #include "ScriptCommands.h"
+#include "StatusBar.h"
 #include "Theme.h"
 
 namespace zelk {
@@ -101,6 +104,7 @@ void WindowCommands::addProgramCommands() {
     _handlers[CommandId::closeAll] = [this] { _parts.documents.closeAll(); };
     _handlers[CommandId::nextDocument] = [this] { _parts.tabs.step(1); };
     _handlers[CommandId::previousDocument] = [this] { _parts.tabs.step(-1); };
+    _handlers[CommandId::guide] = [this] { showGuide(); };
     _handlers[CommandId::about] = [this] { showAbout(); };
     _handlers[CommandId::warnings] = [this] { _parts.warnings.toggle(); };
     _handlers[CommandId::kinds] = [this] { _parts.kinds.toggle(); };
@@ -138,6 +142,12 @@ void WindowCommands::setFullForm(bool isFull) {
                              isFull ? QStringLiteral("full") : QStringLiteral("classic"));
 }
 
+void WindowCommands::showGuide() {
+    if (_guide == nullptr)
+        _guide = new GuideWindow(&_parts.window);
+    _guide->open();
+}
+
 void WindowCommands::showAbout() {
     QMessageBox::about(&_parts.window, tr("About Zelk"),
                        tr("<h3>Zelk %1</h3><p>Shows a Flash movie as XML and compiles the edited XML back.</p>"
@@ -162,6 +172,9 @@ void WindowCommands::addDocumentCommands() {
         if (runCommand(_parts.session, command, &view))
             Q_EMIT view.warningsChanged(); // of a form that was changed
     });
+    executeOnCurrent<PrintCmd>(CommandId::print);
+    executeOnCurrent<PrintPreviewCmd>(CommandId::printPreview);
+    onCurrent(CommandId::exportText, [this](DocumentView& view) { exportText(view); });
     executeOnCurrent<GotoLineCmd>(CommandId::gotoLine);
     onCurrent(CommandId::gotoTarget, [](DocumentView& view) { view.gotoTarget(); });
     onCurrent(CommandId::showUses, [this](DocumentView& view) { showUses(view); });
@@ -169,8 +182,8 @@ void WindowCommands::addDocumentCommands() {
     onCurrent(CommandId::labelBranches, [this](DocumentView& view) { changeBranches(view, BranchTargets::labels); });
     onCurrent(CommandId::unlabelBranches, [this](DocumentView& view) { changeBranches(view, BranchTargets::numbers); });
     onCurrent(CommandId::findSymbol, [this](DocumentView& view) { findSymbol(view); });
-    executeOnPayload<ExportPayloadCmd>(CommandId::exportPayload);
-    executeOnPayload<ImportPayloadCmd>(CommandId::replacePayload);
+    onCurrent(CommandId::exportPayload, [this](DocumentView& view) { exportPayload(view); });
+    onCurrent(CommandId::replacePayload, [this](DocumentView& view) { importPayload(view); });
     onCurrent(CommandId::copyFullPath, [](DocumentView& view) { copyToClipboard(view.fileName()); });
     onCurrent(CommandId::copyFileName,
               [](DocumentView& view) { copyToClipboard(QFileInfo(view.fileName()).fileName()); });
@@ -234,13 +247,23 @@ void WindowCommands::findSymbol(DocumentView& view) {
 }
 
 // Of the tag at the caret, or of the current one in the list.
-template <typename Command>
-void WindowCommands::executeOnPayload(int id) {
-    onCurrent(id, [this](DocumentView& view) {
-        _parts.dialogs.setPayloadFolder(view.document());
-        Command command(_parts.session, view, view.place());
-        runCommand(_parts.session, command, &view);
-    });
+void WindowCommands::exportPayload(DocumentView& view) {
+    _parts.dialogs.setPayloadFolder(view.document());
+    ExportPayloadCmd command(_parts.session, view, view.place());
+    if (runCommand(_parts.session, command, &view))
+        _parts.statusBar.showExported(QString::fromStdString(command.fileName()));
+}
+
+void WindowCommands::importPayload(DocumentView& view) {
+    _parts.dialogs.setPayloadFolder(view.document());
+    ImportPayloadCmd command(_parts.session, view, view.place());
+    runCommand(_parts.session, command, &view);
+}
+
+void WindowCommands::exportText(DocumentView& view) {
+    ExportTextCmd command(_parts.session, view);
+    if (runCommand(_parts.session, command, &view))
+        _parts.statusBar.showExported(command.fileName());
 }
 
 // --- commands that the text view carries out -------------------------------------------------------------------------

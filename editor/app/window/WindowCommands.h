@@ -19,7 +19,9 @@
 
 namespace zelk {
 
+class GuideWindow;
 class PreviewPane;
+class StatusBar;
 
 class WindowCommands {
     Q_DECLARE_TR_FUNCTIONS(WindowCommands)
@@ -39,6 +41,7 @@ public:
         KindsPanel& kinds;
         TextsPanel& texts;
         PreviewPane& preview;
+        StatusBar& statusBar;
     };
     explicit WindowCommands(const Parts& parts);
 
@@ -59,8 +62,8 @@ private:
     void onCurrent(int id, Work work);
     template <typename Command>
     void executeOnCurrent(int id);
-    template <typename Command>
-    void executeOnPayload(int id);
+    void exportPayload(DocumentView& view);
+    void importPayload(DocumentView& view);
     void runOnList(DocumentView& view, int id);
     bool showList(DocumentView& view);
     void openFiles();
@@ -70,10 +73,13 @@ private:
     void showSelectedColor(DocumentView& view);
     void changeBranches(DocumentView& view, BranchTargets targets);
     void findSymbol(DocumentView& view);
+    void exportText(DocumentView& view);
+    void showGuide();
     void showAbout();
 
     const Parts _parts;
     QHash<int, std::function<void()>> _handlers;
+    GuideWindow* _guide = nullptr; // made when it is first asked for
 };
 
 } // namespace zelk

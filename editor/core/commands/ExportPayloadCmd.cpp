@@ -50,6 +50,7 @@ bool ExportPayloadCmd::Execute() {
     } catch (const libswf::SwfFileException& error) {
         throw FileSaveException(*fileName, error.problem());
     }
+    _fileName = *fileName;
     if (!params.payload.note.empty())
         _session.user.inform(payloadNote(params.payload.note));
     return true;

@@ -13,11 +13,13 @@ public:
     /// False, with the reason told, when there is no tag or no payload. Throws as payloadElementsAt, TagPayload and
     /// exportPayload do, and FileSaveException.
     bool Execute() override;
+    const std::string& fileName() const { return _fileName; } ///< that was written
 
 private:
     Session& _session;
     ITextView& _view;
     size_t _offset;
+    std::string _fileName;
 };
 
 /// Puts a new element with the content of a file that the user chooses in place of the tag's, as one step of undo.

@@ -43,7 +43,7 @@ TEST(Autocomplete, PutsInWhatIsChosen) {
         {"<FillStyles>|</FillStyles>", "<gr\n \n", "<FillStyles><GradientFillStyle Type=\"|\"</FillStyles>", true},
         {"<FillStyles>|</FillStyles>", "<gr\n \n\t\n/>",
          "<FillStyles><GradientFillStyle Type=\"Radial\"/>|</FillStyles>", false},
-        {"<FillStyles>\n|", "</\n", "<FillStyles>\n</FillStyles>|", false},
+        {"<FillStyles>\n|", "</", "<FillStyles>\n</FillStyles>|", false},
         {"<FillStyles>\n|", "<\t\t\t\n", "<FillStyles>\n</FillStyles>|", false},
         {"<FillStyles>\n<|/FillStyles>", "s", "<FillStyles>\n<s|/FillStyles>", false},
         {"<Edges><Line DX=\"1\"|/>", " \n", "<Edges><Line DX=\"1\" DY=\"|\"/>", false},

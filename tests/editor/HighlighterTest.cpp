@@ -133,6 +133,38 @@ TEST_F(ColouredView, FollowsEdits) {
     EXPECT_EQ(colours(), ".......\"\"\"....TTT...\"\"\"..") << "no old colour stays";
 }
 
+// Only base64 of payloads is shortened.
+TEST_F(ColouredView, LongLinesAreSeenToTheirEnd) {
+    const std::string many(3000, 'A');
+    const auto hidden = [&](const std::string& text, size_t caret) {
+        view.setText(text);
+        view.gotoOffset(caret);
+        QApplication::processEvents();
+        std::string styles;
+        for (size_t i = 0; i < text.size(); ++i)
+            styles += static_cast<char>(view.send(QsciScintillaBase::SCI_GETSTYLEAT, static_cast<long>(i)));
+        return std::pair(styles, std::ranges::count(styles, char(30)));
+    };
+    const std::string value = "<End x=\"" + many + "\"/><End/>";
+    const auto [styles, none] = hidden(value, 0);
+    EXPECT_EQ(none, 0);
+    EXPECT_EQ(shown(styles.substr(value.size() - 9)), "\"...TTT..");
+    EXPECT_EQ(hidden("<InitialText><![CDATA[" + many + "]]></InitialText>", 0).second, 0);
+    for (const std::string before : {"<PngData>", "<PngData>\n  <![CDATA[", "<End x='\"'/>\n<PngData><![CDATA["}) {
+        const std::string text = before + many + "]]></PngData><End/>";
+        const auto [payload, count] = hidden(text, 0);
+        EXPECT_EQ(count, 3000 - 480) << before;
+        EXPECT_NE(payload[before.size() + 399], 30);
+        EXPECT_EQ(hidden(text, before.size() + 1500).second, 3000 - 480 - 160) << "what is typed is seen";
+    }
+    std::string line = "<Movie>"; // far longer than what is drawn
+    while (line.size() < 1 << 20)
+        line += "<End x=\"1\"/>";
+    const auto atEnd = hidden(line, line.size());
+    EXPECT_GT(atEnd.second, 1 << 19);
+    EXPECT_EQ(shown(atEnd.first.substr(line.size() - 12)), ".TTT...\"\"\"..");
+}
+
 TEST_F(ColouredView, AStringThatBeganFarAboveIsOne) {
     std::string text = "<End x=\"1\n";
     for (int i = 0; i < 20000; ++i)

@@ -9,13 +9,13 @@ using namespace zelk;
 
 class SearchWindowTest : public WindowTest {
 protected:
-    // The dialog of this title, which is open.
+    // The bar of this title, which is open.
     FindDlg& dialog(const char* title) {
         for (FindDlg* each : window->findChildren<FindDlg*>()) {
             if (each->isVisible() && each->windowTitle() == QLatin1String(title))
                 return *each;
         }
-        throw std::runtime_error(std::string("no dialog ") + title);
+        throw std::runtime_error(std::string("no bar ") + title);
     }
     // Ticks these and clears the other boxes, fills in the fields, and presses a button.
     void ask(FindDlg& dialog, const QStringList& ticked, const QStringList& fields, const QString& pressed) {
@@ -98,6 +98,78 @@ TEST_F(SearchWindowTest, ReplaceChangesWhatItIsTold) {
     ask(dialog("Replace"), {}, {QStringLiteral("a"), QStringLiteral("x")}, QStringLiteral("Replace"));
     EXPECT_EQ(editor().text(), "x-a");
     EXPECT_EQ(editor().selection(), (TextMatch{2, 3})) << "and on to the next one";
+}
+
+// The task of a user who has only a keyboard.
+TEST_F(SearchWindowTest, ReplacesByExpressionInSeveralDocumentsByKeys) {
+    openFile("a.xml", "<A x=\"1\"/>\n<B y=\"2\"/>\n");
+    openFile("b.xml", "<C z=\"3\"/>\n");
+    press(Qt::Key_R, Qt::ControlModifier);
+    const auto types = [this](const char* text) {
+        QTest::keyClicks(QApplication::focusWidget(), QString::fromUtf8(text));
+        QApplication::processEvents();
+    };
+    types("(\\w)=.(\\d)");
+    press(Qt::Key_Tab);
+    types("\\2=\"$1");
+    QStringList order;
+    for (int i = 0; i < 10; ++i) {
+        press(Qt::Key_Tab);
+        auto* button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
+        order.append(button == nullptr ? QString() : button->text().remove(u'&'));
+    }
+    EXPECT_EQ(order.join(u',').toStdString(),
+              "Find Next,Count,All Documents,Replace,Replace All,Replace all in the selection only,"
+              "Match whole word only,Match case,Regular expression,Wrap around");
+    press(Qt::Key_X, Qt::AltModifier);
+    EXPECT_FALSE(
+        dialog("Replace").geometry().intersects(QRect(editor().mapTo(window.get(), QPoint()), editor().size())))
+        << "the text stays to be seen";
+    EXPECT_TRUE(runUntil([&] { return result(dialog("Replace")) == "1 match"; })) << result(dialog("Replace"));
+    EXPECT_EQ(editor().send(QsciScintillaBase::SCI_INDICATORVALUEAT, 10, 4), 1) << "it is marked";
+    EXPECT_EQ(editor().send(QsciScintillaBase::SCI_INDICATORVALUEAT, 10, 9), 0);
+
+    press(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier); // all that is found
+    auto* panel = window->findChild<ResultsPanel*>();
+    ASSERT_TRUE(runUntil([&] { return panel->words().endsWith(QStringLiteral(": 3 matches")); }));
+    editor().replaceBytes(0, 0, "\n");
+    window->tabs().all().front()->editor().replaceBytes(0, 0, "<!--x=3-->\n\n");
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_EQ(window->tabs().current()->fileName().toStdString(), path("a.xml"));
+    EXPECT_EQ(editor().selectedText(), "y=\"2") << "it moved with its text";
+    EXPECT_EQ(editor().row(), 4u);
+
+    press(Qt::Key_Left); // The selection would be searched for.
+    press(Qt::Key_R, Qt::ControlModifier);
+    press(Qt::Key_A, Qt::AltModifier);
+    EXPECT_EQ(std::string(editor().text()), "<!--x=3-->\n\n<A 1=\"x\"/>\n<B 2=\"y\"/>\n") << "the first has no quotes";
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(editor().hasFocus());
+    EXPECT_EQ(editor().send(QsciScintillaBase::SCI_INDICATORVALUEAT, 10, 15), 0);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_NE(editor().text().find("y=\"2"), std::string_view::npos);
+
+    for (int row : {4, 3}) {
+        editor().gotoPlace(static_cast<uint32_t>(row), 1);
+        press(Qt::Key_B, Qt::ControlModifier);
+    }
+    for (uint32_t row : {4u, 3u}) { // and around the end
+        press(Qt::Key_PageDown, Qt::AltModifier);
+        EXPECT_EQ(editor().row(), row);
+    }
+    press(Qt::Key_PageUp, Qt::AltModifier);
+    EXPECT_EQ(editor().row(), 4u);
+    press(Qt::Key_B, Qt::ControlModifier);
+    press(Qt::Key_PageDown, Qt::AltModifier);
+    EXPECT_EQ(editor().row(), 3u) << "the other is gone";
+
+    openFile("new.xml", "");
+    window = nullptr;
+    open(); // the window of the next start
+    press(Qt::Key_R, Qt::ControlModifier);
+    press(Qt::Key_Down);
+    EXPECT_EQ(dialog("Replace").options().pattern, "(\\w)=.(\\d)") << "what was searched for is remembered";
 }
 
 TEST_F(SearchWindowTest, DocumentsAreClosedAndNamedByTheMenuOfTheirTab) {

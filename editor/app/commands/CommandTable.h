@@ -83,10 +83,19 @@ constexpr int findSymbol = 60055;
 constexpr int showUses = 60060;
 constexpr int renameCharacter = 60061;
 constexpr int kinds = 60062;
-constexpr int print = 60080;
-constexpr int printPreview = 60081;
-constexpr int exportText = 60082;
+constexpr int print = 60091;
+constexpr int printPreview = 60092;
+constexpr int exportText = 60093;
 constexpr int guide = 60090;
+constexpr int duplicateLines = 60080;
+constexpr int moveLinesUp = 60081;
+constexpr int moveLinesDown = 60082;
+constexpr int formatXml = 60083;
+constexpr int findInAll = 60084;
+constexpr int results = 60085;
+constexpr int toggleBookmark = 60086;
+constexpr int nextBookmark = 60087;
+constexpr int previousBookmark = 60088;
 } // namespace CommandId
 
 /// What has to be there for a command to be chosen.

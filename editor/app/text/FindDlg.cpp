@@ -3,94 +3,129 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
-#include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QVBoxLayout>
+#include <QToolButton>
 
 namespace zelk {
 
 FindDlg::FindDlg(QWidget* parent)
-    : QDialog(parent), _fields(new QGridLayout), _buttons(new QVBoxLayout), _pattern(addField(tr("Fi&nd what:"))),
+    : QFrame(parent), _rows(new QGridLayout), _choices(new QHBoxLayout), _pattern(addField(0, tr("Fi&nd what:"))),
       _wholeWord(new QCheckBox(tr("Match &whole word only"), this)), _matchCase(new QCheckBox(tr("Match &case"), this)),
-      _expression(new QCheckBox(tr("Regular e&xpression"), this)), _wrap(new QCheckBox(tr("Wrap a&round"), this)),
-      _up(new QRadioButton(tr("&Up"), this)), _result(new QLabel(this)) {
+      _expression(new QCheckBox(tr("Regular e&xpression"), this)), _wrap(new QCheckBox(tr("Wrap ar&ound"), this)),
+      _up(new QRadioButton(tr("&Up"), this)), _down(new QRadioButton(tr("&Down"), this)), _result(new QLabel(this)) {
     setWindowTitle(tr("Find"));
-    auto* down = new QRadioButton(tr("&Down"), this);
-    down->setChecked(true);
-    _wrap->setChecked(true);
-    auto* direction = new QGroupBox(tr("Direction"), this);
-    auto* directions = new QHBoxLayout(direction);
-    directions->addWidget(_up);
-    directions->addWidget(down);
-
-    auto* choices = new QGridLayout;
-    choices->addWidget(_wholeWord, 0, 0);
-    choices->addWidget(_matchCase, 1, 0);
-    choices->addWidget(_expression, 2, 0);
-    choices->addWidget(_wrap, 3, 0);
-    choices->addWidget(direction, 0, 1, 4, 1, Qt::AlignTop);
-
-    QPushButton* findNext = addButton(tr("&Find Next"));
-    findNext->setDefault(true);
-    connect(findNext, &QPushButton::clicked, this, &FindDlg::findAsked);
-    connect(addButton(tr("C&ount")), &QPushButton::clicked, this, &FindDlg::countAsked);
-    _buttons->addStretch();
-    auto* close = new QPushButton(tr("Close"), this);
-    close->setAutoDefault(false);
-    connect(close, &QPushButton::clicked, this, &QDialog::reject);
-    _buttons->addWidget(close);
+    setFrameShape(QFrame::StyledPanel);
+    QPushButton *next = addButton(0, 2, tr("&Find Next")), *count = addButton(0, 3, tr("Coun&t")),
+                *all = addButton(0, 4, tr("A&ll Documents"));
+    _ownButtons = {next, count, all};
+    connect(next, &QPushButton::clicked, this, &FindDlg::findAsked);
+    connect(count, &QPushButton::clicked, this, &FindDlg::countAsked);
+    all->setToolTip(tr("List what is found in all open documents (Ctrl+Shift+F)"));
+    connect(all, &QPushButton::clicked, this, &FindDlg::findInAllAsked);
+    auto* close = new QToolButton(this);
+    close->setText(tr("Close"));
+    close->setToolTip(tr("Close (Esc)"));
+    close->setAutoRaise(true);
+    close->setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
+    close->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    close->setFocusPolicy(Qt::NoFocus);
+    _rows->addWidget(close, 0, 5);
+    connect(close, &QToolButton::clicked, this, &FindDlg::left);
 
     _result->setTextFormat(Qt::PlainText);
-    _result->setWordWrap(true);
-    auto* left = new QVBoxLayout;
-    left->addLayout(_fields);
-    left->addLayout(choices);
-    left->addWidget(_result);
-    left->addStretch();
-    auto* all = new QHBoxLayout(this);
-    all->addLayout(left, 1);
-    all->addLayout(_buttons);
-    connect(_pattern, &QComboBox::editTextChanged, this, [this] { _result->clear(); });
+    _result->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    addOptions();
+    _rows->setColumnStretch(1, 1);
+    _rows->addLayout(_choices, 2, 0, 1, 6);
+    _rows->setContentsMargins(6, 4, 6, 4);
+    _rows->setVerticalSpacing(3);
+    setLayout(_rows);
+    setOrder({}, {});
+    hide();
 }
 
-QComboBox* FindDlg::addField(const QString& label) {
+void FindDlg::addOptions() {
+    _down->setChecked(true);
+    _wrap->setChecked(true);
+    for (QAbstractButton* each :
+         std::initializer_list<QAbstractButton*>{_wholeWord, _matchCase, _expression, _wrap, _up, _down}) {
+        each->setShortcut({});
+        _choices->addWidget(each);
+    }
+    _choices->addWidget(_result, 1);
+    connect(_pattern, &QComboBox::editTextChanged, this, [this] {
+        _result->clear();
+        Q_EMIT optionsChanged();
+    });
+    for (QCheckBox* each : {_wholeWord, _matchCase, _expression})
+        connect(each, &QCheckBox::toggled, this, &FindDlg::optionsChanged);
+}
+
+QComboBox* FindDlg::addField(int row, const QString& label) {
     auto* field = new QComboBox(this);
     field->setEditable(true);
     field->setCompleter(nullptr);
     field->setInsertPolicy(QComboBox::NoInsert);
-    field->setMinimumWidth(300);
+    field->setMinimumContentsLength(12);
     field->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     auto* name = new QLabel(label, this);
     name->setBuddy(field);
-    const int row = _fields->rowCount();
-    _fields->addWidget(name, row, 0);
-    _fields->addWidget(field, row, 1);
+    _rows->addWidget(name, row, 0);
+    _rows->addWidget(field, row, 1);
     return field;
 }
 
-QPushButton* FindDlg::addButton(const QString& text) {
+// Alt and its letter work while the bar has the keyboard: elsewhere they open menus.
+QPushButton* FindDlg::addButton(int row, int column, const QString& text) {
     auto* button = new QPushButton(text, this);
     button->setAutoDefault(false);
-    _buttons->insertWidget(_buttonCount++, button); // "Close" and the room above it stay below
+    button->setShortcut({});
+    _rows->addWidget(button, row, column);
     return button;
+}
+
+void FindDlg::setOrder(const QList<QWidget*>& fields, const QList<QWidget*>& buttons) {
+    QList<QWidget*> order = {_pattern};
+    order += fields;
+    for (QPushButton* each : _ownButtons)
+        order.append(each);
+    order += buttons;
+    order += QList<QWidget*>{_wholeWord, _matchCase, _expression, _wrap, _up, _down};
+    for (qsizetype i = 0; i < order.size(); ++i) {
+        if (i > 0)
+            setTabOrder(order[i - 1], order[i]);
+        order[i]->installEventFilter(this);
+        if (auto* field = qobject_cast<QComboBox*>(order[i]))
+            field->lineEdit()->installEventFilter(this);
+    }
 }
 
 void FindDlg::present(const QString& pattern) {
     if (!pattern.isEmpty())
         _pattern->setEditText(pattern);
     _result->clear();
-    if (!isVisible()) { // Where it hides the least of the text.
-        const QWidget* window = parentWidget();
-        move(window->mapToGlobal(QPoint(std::max(0, window->width() - sizeHint().width() - 40), 100)));
-    }
     show();
-    raise();
-    activateWindow();
     _pattern->lineEdit()->selectAll();
     _pattern->setFocus();
+}
+
+void FindDlg::takeOver(const FindDlg& other) {
+    setHistory(other.history());
+    _pattern->setEditText(other._pattern->currentText());
+    const std::pair<QAbstractButton*, const QAbstractButton*> pairs[] = {{_wholeWord, other._wholeWord},
+                                                                         {_matchCase, other._matchCase},
+                                                                         {_expression, other._expression},
+                                                                         {_wrap, other._wrap},
+                                                                         {_up, other._up},
+                                                                         {_down, other._down}};
+    for (const auto& [mine, theirs] : pairs) {
+        if (theirs->isChecked() || qobject_cast<QCheckBox*>(mine) != nullptr)
+            mine->setChecked(theirs->isChecked());
+    }
 }
 
 SearchOptions FindDlg::options() const {
@@ -110,7 +145,62 @@ void FindDlg::showResult(const QString& text, bool isFailure) {
     }
     _result->setPalette(colors);
     _result->setText(text);
+    _result->setToolTip(text);
 }
+
+// --- keys ------------------------------------------------------------------------------------------------------------
+
+bool FindDlg::eventFilter(QObject* watched, QEvent* event) {
+    const bool isOverride = event->type() == QEvent::ShortcutOverride;
+    if (!isOverride && event->type() != QEvent::KeyPress)
+        return QFrame::eventFilter(watched, event);
+    auto& key = *static_cast<QKeyEvent*>(event);
+    if (isOverride) {
+        if (key.modifiers() != Qt::AltModifier || withMnemonic(key.key()) == nullptr)
+            return false;
+        key.accept(); // so that it comes as a key
+        return true;
+    }
+    return press(key);
+}
+
+bool FindDlg::press(const QKeyEvent& event) {
+    if (event.key() == Qt::Key_Escape) {
+        Q_EMIT left();
+        return true;
+    }
+    if (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) {
+        if (auto* button = qobject_cast<QPushButton*>(QApplication::focusWidget()))
+            button->click();
+        else if (event.modifiers().testFlag(Qt::ShiftModifier))
+            Q_EMIT findPreviousAsked();
+        else
+            Q_EMIT findAsked();
+        return true;
+    }
+    QWidget* target = event.modifiers() == Qt::AltModifier ? withMnemonic(event.key()) : nullptr;
+    if (target == nullptr)
+        return false;
+    target->setFocus(Qt::ShortcutFocusReason);
+    if (auto* button = qobject_cast<QAbstractButton*>(target))
+        button->click();
+    return true;
+}
+
+QWidget* FindDlg::withMnemonic(int key) const {
+    const QKeySequence wanted(QKeyCombination(Qt::AltModifier, static_cast<Qt::Key>(key)));
+    for (auto* button : findChildren<QAbstractButton*>()) {
+        if (QKeySequence::mnemonic(button->text()) == wanted)
+            return button;
+    }
+    for (const auto* label : findChildren<QLabel*>()) {
+        if (label->buddy() != nullptr && QKeySequence::mnemonic(label->text()) == wanted)
+            return label->buddy();
+    }
+    return nullptr;
+}
+
+// --- earlier texts ---------------------------------------------------------------------------------------------------
 
 void FindDlg::remember() { rememberIn(_pattern); }
 
@@ -127,6 +217,22 @@ void FindDlg::rememberIn(QComboBox* field) {
     while (field->count() > most)
         field->removeItem(most);
     field->setCurrentIndex(0);
+}
+
+QStringList FindDlg::historyOf(const QComboBox* field) {
+    QStringList texts;
+    for (int i = 0; i < field->count(); ++i)
+        texts.append(field->itemText(i));
+    return texts;
+}
+
+void FindDlg::setHistoryOf(QComboBox* field, const QStringList& texts) {
+    const QSignalBlocker quiet(field);
+    const QString text = field->currentText();
+    field->clear();
+    field->addItems(texts);
+    field->setCurrentIndex(-1);
+    field->setEditText(text);
 }
 
 } // namespace zelk

@@ -1,27 +1,30 @@
-// What to search for, and how. Stays open beside the text.
+// What to search for, and how: a bar below the text.
 #pragma once
 
-#include <QDialog>
+#include <QFrame>
 
 #include "TextSearch.h"
 
+class QAbstractButton;
 class QCheckBox;
 class QComboBox;
 class QGridLayout;
+class QHBoxLayout;
 class QLabel;
 class QPushButton;
 class QRadioButton;
-class QVBoxLayout;
 
 namespace zelk {
 
-class FindDlg : public QDialog {
+class FindDlg : public QFrame {
     Q_OBJECT
 public:
     explicit FindDlg(QWidget* parent);
 
-    /// Opens the dialog, or brings it to the front, with this text to search for unless it is empty.
+    /// Opens the bar and gives it the keyboard, with this text to search for unless it is empty.
     void present(const QString& pattern);
+    /// The same pattern, options and earlier texts as another bar has.
+    void takeOver(const FindDlg& other);
 
     SearchOptions options() const;
     bool searchesUp() const;
@@ -30,29 +33,44 @@ public:
     void showResult(const QString& text, bool isFailure);
     /// Puts the text at the head of the list of earlier ones.
     void remember();
+    /// Earlier texts, the last one first.
+    QStringList history() const { return historyOf(_pattern); }
+    void setHistory(const QStringList& texts) { setHistoryOf(_pattern, texts); }
 
 Q_SIGNALS:
     void findAsked();
+    void findPreviousAsked();
     void countAsked();
+    void findInAllAsked();
+    /// What is searched for is another now.
+    void optionsChanged();
+    /// The user is done here.
+    void left();
 
 protected:
-    /// Rows below the first, and buttons below the first two.
-    QGridLayout* _fields;
-    QVBoxLayout* _buttons;
+    QGridLayout* _rows;    ///< a row for each field: name, field, buttons
+    QHBoxLayout* _choices; ///< what can be ticked, below
 
-    QComboBox* addField(const QString& label);
-    QPushButton* addButton(const QString& text);
+    QComboBox* addField(int row, const QString& label);
+    QPushButton* addButton(int row, int column, const QString& text);
+    /// Tab goes from the field to these fields, to the buttons, to these, to the options.
+    void setOrder(const QList<QWidget*>& fields, const QList<QWidget*>& buttons);
     static void rememberIn(QComboBox* field);
+    static QStringList historyOf(const QComboBox* field);
+    static void setHistoryOf(QComboBox* field, const QStringList& texts);
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void addOptions();
+    bool press(const QKeyEvent& event);
+    /// What Alt and this key belong to; null when there is none.
+    QWidget* withMnemonic(int key) const;
+
+    QList<QPushButton*> _ownButtons;
     QComboBox* _pattern;
-    QCheckBox* _wholeWord;
-    QCheckBox* _matchCase;
-    QCheckBox* _expression;
-    QCheckBox* _wrap;
-    QRadioButton* _up;
+    QCheckBox *_wholeWord, *_matchCase, *_expression, *_wrap;
+    QRadioButton *_up, *_down;
     QLabel* _result;
-    int _buttonCount = 0;
 };
 
 } // namespace zelk

@@ -8,12 +8,17 @@
 namespace zelk {
 
 ReplaceDlg::ReplaceDlg(QWidget* parent)
-    : FindDlg(parent), _replacement(addField(tr("Re&place with:"))),
+    : FindDlg(parent), _replacement(addField(1, tr("Re&place with:"))),
       _inSelection(new QCheckBox(tr("Replace all in the &selection only"), this)) {
     setWindowTitle(tr("Replace"));
-    _fields->addWidget(_inSelection, _fields->rowCount(), 1);
-    connect(addButton(tr("&Replace")), &QPushButton::clicked, this, &ReplaceDlg::replaceAsked);
-    connect(addButton(tr("Replace &All")), &QPushButton::clicked, this, &ReplaceDlg::replaceAllAsked);
+    _replacement->setToolTip(tr("In regular expressions $1 or \\1 is the first group, $0 the whole match."));
+    QPushButton* replace = addButton(1, 2, tr("&Replace"));
+    QPushButton* all = addButton(1, 3, tr("Replace &All"));
+    _inSelection->setShortcut({});
+    _rows->addWidget(_inSelection, 1, 4, 1, 2);
+    connect(replace, &QPushButton::clicked, this, &ReplaceDlg::replaceAsked);
+    connect(all, &QPushButton::clicked, this, &ReplaceDlg::replaceAllAsked);
+    setOrder({_replacement}, {replace, all, _inSelection});
 }
 
 std::string ReplaceDlg::replacement() const { return _replacement->currentText().toStdString(); }

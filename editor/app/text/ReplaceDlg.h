@@ -1,4 +1,4 @@
-// What to put in place of what is found.
+// What to put in place of what is found: the bar with a second row.
 #pragma once
 
 #include "FindDlg.h"
@@ -13,6 +13,8 @@ public:
     std::string replacement() const;
     bool onlyInSelection() const;
     void rememberReplacement() { rememberIn(_replacement); }
+    QStringList replacements() const { return historyOf(_replacement); }
+    void setReplacements(const QStringList& texts) { setHistoryOf(_replacement, texts); }
 
 Q_SIGNALS:
     void replaceAsked();

@@ -61,8 +61,11 @@ void TextControl::willChange(int position, int type, int length) {
         Q_EMIT willInsert(start, static_cast<size_t>(length));
     else if (!_isReplacingAll)
         Q_EMIT willDelete(start, start + static_cast<size_t>(length));
-    if (_isEditedQueued)
-        return;
+    if (!_isEditedQueued)
+        queueEdited();
+}
+
+void TextControl::queueEdited() {
     _isEditedQueued = true;
     QMetaObject::invokeMethod(
         this,
@@ -88,14 +91,20 @@ void TextControl::inTurns(size_t size, const std::function<void(size_t start, si
         work(0, size);
         return;
     }
-    QEventLoop loop;
-    QTimer timer;
     size_t start = 0;
-    connect(&timer, &QTimer::timeout, &loop, [&] {
+    untilDone([&] {
         const size_t piece = std::min(pieceSize, size - start);
         work(start, piece);
         start += piece;
-        if (start == size)
+        return start == size;
+    });
+}
+
+void TextControl::untilDone(const std::function<bool()>& work) {
+    QEventLoop loop;
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, &loop, [&] {
+        if (work())
             loop.quit();
     });
     timer.start(0);
@@ -148,15 +157,39 @@ std::string TextControl::copyOf(size_t start, size_t end) const {
     return result;
 }
 
+std::string TextControl::lineEnd() const {
+    switch (send(SCI_GETEOLMODE)) {
+    case SC_EOL_CRLF: return "\r\n";
+    case SC_EOL_CR: return std::string(1, '\r');
+    default: return std::string(1, '\n');
+    }
+}
+
+std::string TextControl::indentUnit() const { return std::string(static_cast<size_t>(send(SCI_GETINDENT)), ' '); }
+
 void TextControl::replaceBytes(size_t start, size_t end, std::string_view bytes) {
     send(SCI_SETTARGETRANGE, static_cast<long>(start), static_cast<long>(end));
     SendScintilla(SCI_REPLACETARGET, static_cast<uintptr_t>(bytes.size()), bytes.data());
 }
 
 void TextControl::replaceAll(std::span<const TextChange> changes) {
+    size_t size = 0, left = changes.size();
+    for (const TextChange& change : changes)
+        size += change.end - change.start + change.text.size();
+    const auto replaceLast = [&] { // so that places before it stay
+        --left;
+        replaceBytes(changes[left].start, changes[left].end, changes[left].text);
+        return left == 0;
+    };
     send(SCI_BEGINUNDOACTION);
-    for (size_t i = changes.size(); i-- > 0;) // from the last one, so that places before it stay
-        replaceBytes(changes[i].start, changes[i].end, changes[i].text);
+    if (size > bigSize && left > 1) {
+        _isEditedQueued = true;
+        untilDone(replaceLast);
+        queueEdited();
+    } else {
+        while (left > 0)
+            replaceLast();
+    }
     send(SCI_ENDUNDOACTION);
 }
 

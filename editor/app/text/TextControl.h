@@ -28,9 +28,14 @@ public:
     std::string_view bytes(size_t start, size_t end) const { return bytes().substr(start, end - start); }
     /// At a cost that does not grow with the rest of the text, even between edits.
     std::string copyOf(size_t start, size_t end) const;
+    /// What ends a new line.
+    std::string lineEnd() const;
+    /// What a line is indented by for each level.
+    std::string indentUnit() const;
     /// One undo step.
     void replaceBytes(size_t start, size_t end, std::string_view bytes);
-    /// Ascending and apart from each other. One undo step.
+    /// Ascending and apart from each other. One undo step. Big ones are made one after the other in a loop, as those of
+    /// setBytes; edited() comes when all are made.
     void replaceAll(std::span<const TextChange> changes);
     /// Another number after every change.
     uint64_t changeCount() const { return _changeCount; }
@@ -40,6 +45,8 @@ public:
     /// Puts in what the clipboard holds with its bytes and line ends.
     void pasteBytes();
 
+    /// Calls it until it says that it is done, in a loop that lets the window paint, but lets no one use it.
+    static void untilDone(const std::function<bool()>& work);
     /// Does something with all of a text of `size` bytes, as setBytes does when it is big.
     static void inTurns(size_t size, const std::function<void(size_t start, size_t size)>& work);
 
@@ -67,6 +74,7 @@ protected:
 private:
     void setUpDocument();
     static void takeInto(QsciScintillaBase& taker, std::string& bytes);
+    void queueEdited();
     void willChange(int position, int type, int length);
     bool insertFrom(const QMimeData* source);
     void moveOrCopyTo(size_t place, std::string_view bytes, bool isMove);

@@ -10,6 +10,7 @@
 #include "ColorText.h"
 #include "DocumentTags.h"
 #include "InsertElementDlg.h"
+#include "LongLines.h"
 #include "ScriptFlow.h"
 #include "TagMatch.h"
 #include "TextFolds.h"
@@ -18,16 +19,11 @@ namespace zelk {
 
 namespace {
 
-enum Margin { numbers, folds };
-constexpr int tagIndicator = 8, targetIndicator = 9;
-
-// One line of base64 can have a megabyte, and the control takes a millisecond for each thousand characters of a line
-// that it draws. Behind so many bytes a line is not drawn; its bytes are all there.
-constexpr long longestDrawn = 2000, drawnOfLong = 400;
-constexpr char hiddenStyle = 30;
+enum Margin { numbers, folds, bookmarks };
+constexpr int tagIndicator = 8, targetIndicator = 9, matchIndicator = 10, bookmark = 1;
 
 constexpr QRgb faint = 0xFF808080, lineShade = 0xFFEEF4FB, selectionShade = 0xFFB5D5FF, tagShade = 0xFF2A6DB8,
-               targetShade = 0xFFD07000;
+               targetShade = 0xFFD07000, matchShade = 0xFFE0B000;
 
 } // namespace
 
@@ -38,11 +34,13 @@ TextEditorView::TextEditorView(QWidget* parent)
     connect(this, &QsciScintillaBase::SCN_SAVEPOINTLEFT, this, [this] { Q_EMIT modificationChanged(true); });
     connect(this, &QsciScintillaBase::SCN_SAVEPOINTREACHED, this, [this] { Q_EMIT modificationChanged(false); });
     connect(this, &QsciScintillaBase::SCN_STYLENEEDED, this, [this] { styleVisible(); });
-    connect(this, &QsciScintillaBase::SCN_CHARADDED, this, &TextEditorView::indent);
+    connect(this, &QsciScintillaBase::SCN_CHARADDED, this, [this](int character) { _typing.typed(character); });
     connect(this, &QsciScintillaBase::SCN_MARGINCLICK, this,
             [this](int position, int, int) { toggleFoldAt(send(SCI_LINEFROMPOSITION, position)); });
     connect(this, &QsciScintillaBase::SCN_UPDATEUI, this, [this](int what) {
         styleVisible();
+        if (_marked != nullptr)
+            markVisibleMatches();
         if ((what & (SC_UPDATE_SELECTION | SC_UPDATE_CONTENT)) != 0) {
             markTags();
             markTarget();
@@ -79,12 +77,29 @@ void TextEditorView::setLook() {
     send(SCI_SETCARETLINEVISIBLEALWAYS, 1);
     SendScintilla(SCI_SETCARETFORE, QColor(Qt::black));
 
+    setMargins();
+    setIndicators();
+    send(SCI_SETLEXER, SCLEX_CONTAINER);
+    send(SCI_SETIDLESTYLING, SC_IDLESTYLING_ALL);
+    send(SCI_SETLAYOUTCACHE, SC_CACHE_PAGE);
+    send(SCI_SETPOSITIONCACHE, 16 * 1024); // pieces of text whose widths are known: three times as fast in long lines
+    send(SCI_SETWRAPMODE, SC_WRAP_NONE);
+    send(SCI_SETSCROLLWIDTH, 1);
+    send(SCI_SETSCROLLWIDTHTRACKING, 1);
+}
+
+void TextEditorView::setMargins() {
     send(SCI_SETMARGINTYPEN, numbers, SC_MARGIN_NUMBER);
     send(SCI_SETMARGINTYPEN, folds, SC_MARGIN_SYMBOL);
     send(SCI_SETMARGINMASKN, folds, static_cast<long>(SC_MASK_FOLDERS));
     send(SCI_SETMARGINWIDTHN, folds, 16);
     send(SCI_SETMARGINSENSITIVEN, folds, 1);
-    send(SCI_SETMARGINWIDTHN, 2, 0);
+    send(SCI_SETMARGINTYPEN, bookmarks, SC_MARGIN_SYMBOL);
+    send(SCI_SETMARGINMASKN, bookmarks, 1 << bookmark);
+    send(SCI_SETMARGINWIDTHN, bookmarks, 0); // until there is one
+    send(SCI_MARKERDEFINE, bookmark, SC_MARK_BOOKMARK);
+    SendScintilla(SCI_MARKERSETFORE, static_cast<unsigned long>(bookmark), QColor(tagShade));
+    SendScintilla(SCI_MARKERSETBACK, static_cast<unsigned long>(bookmark), QColor(tagShade));
     for (const auto& [marker, symbol] : {std::pair(SC_MARKNUM_FOLDER, SC_MARK_BOXPLUS),
                                          {SC_MARKNUM_FOLDEROPEN, SC_MARK_BOXMINUS},
                                          {SC_MARKNUM_FOLDEREND, SC_MARK_BOXPLUS},
@@ -100,7 +115,9 @@ void TextEditorView::setLook() {
     SendScintilla(SCI_SETFOLDMARGINHICOLOUR, 1UL, QColor(0xFFF5F5F5));
     send(SCI_SETFOLDFLAGS, SC_FOLDFLAG_LINEAFTER_CONTRACTED);
     send(SCI_SETAUTOMATICFOLD, SC_AUTOMATICFOLD_SHOW | SC_AUTOMATICFOLD_CHANGE);
+}
 
+void TextEditorView::setIndicators() {
     send(SCI_INDICSETSTYLE, tagIndicator, INDIC_ROUNDBOX);
     SendScintilla(SCI_INDICSETFORE, static_cast<unsigned long>(tagIndicator), QColor(tagShade));
     send(SCI_INDICSETALPHA, tagIndicator, 60);
@@ -108,13 +125,11 @@ void TextEditorView::setLook() {
     SendScintilla(SCI_INDICSETFORE, static_cast<unsigned long>(targetIndicator), QColor(targetShade));
     send(SCI_INDICSETALPHA, targetIndicator, 70);
     send(SCI_INDICSETOUTLINEALPHA, targetIndicator, 200);
-
-    send(SCI_SETLEXER, SCLEX_CONTAINER);
-    send(SCI_SETIDLESTYLING, SC_IDLESTYLING_ALL);
-    send(SCI_SETLAYOUTCACHE, SC_CACHE_PAGE);
-    send(SCI_SETWRAPMODE, SC_WRAP_NONE);
-    send(SCI_SETSCROLLWIDTH, 1);
-    send(SCI_SETSCROLLWIDTHTRACKING, 1);
+    send(SCI_INDICSETSTYLE, matchIndicator, INDIC_STRAIGHTBOX);
+    SendScintilla(SCI_INDICSETFORE, static_cast<unsigned long>(matchIndicator), QColor(matchShade));
+    send(SCI_INDICSETALPHA, matchIndicator, 90);
+    send(SCI_INDICSETOUTLINEALPHA, matchIndicator, 220);
+    send(SCI_INDICSETUNDER, matchIndicator, 1);
 }
 
 // Keys that are commands of the window, or that would only surprise.
@@ -133,6 +148,11 @@ void TextEditorView::setKeys() {
 void TextEditorView::contextMenuEvent(QContextMenuEvent* event) {
     event->accept();
     Q_EMIT contextMenuAsked(event->globalPos());
+}
+
+void TextEditorView::keyPressEvent(QKeyEvent* event) {
+    if (!_typing.press(*event))
+        TextControl::keyPressEvent(event);
 }
 
 // --- jumps -----------------------------------------------------------------------------------------------------------
@@ -293,22 +313,9 @@ void TextEditorView::insertElement(ElementKind kind) {
     select({change.start + (value == line.npos ? end : value + 1), change.start + end});
 }
 
-// A new line starts where the one before it does.
-void TextEditorView::indent(int character) {
-    if (character != '\n' && character != '\r')
-        return;
-    const long line = send(SCI_LINEFROMPOSITION, send(SCI_GETCURRENTPOS));
-    if (line == 0 || (character == '\r' && send(SCI_GETEOLMODE) == SC_EOL_CRLF))
-        return;
-    const long width = send(SCI_GETLINEINDENTATION, line - 1);
-    send(SCI_SETLINEINDENTATION, line, width);
-    send(SCI_GOTOPOS, send(SCI_GETLINEINDENTPOSITION, line));
-}
-
 // --- what is drawn ---------------------------------------------------------------------------------------------------
 
-// Only what is on the screen is ever coloured. That is little, so it is done again whenever something may have changed.
-void TextEditorView::styleVisible() {
+void TextEditorView::forVisible(const std::function<void(long first, long last)>& act) const {
     const long top = send(SCI_GETFIRSTVISIBLELINE), shown = send(SCI_LINESONSCREEN) + 1;
     const long first = send(SCI_DOCLINEFROMVISIBLE, top), last = send(SCI_DOCLINEFROMVISIBLE, top + shown);
     long run = first; // Folded lines between the visible ones are left out.
@@ -316,14 +323,46 @@ void TextEditorView::styleVisible() {
     for (long i = 1; i <= shown; ++i) {
         const long line = send(SCI_DOCLINEFROMVISIBLE, top + i);
         if (line > before + 1) {
-            styleLines(run, before);
+            act(run, before);
             run = line;
         }
         before = line;
     }
-    styleLines(run, last);
+    act(run, last);
+}
+
+// Only what is on the screen is ever coloured. That is little, so it is done again whenever something may have changed.
+void TextEditorView::styleVisible() {
+    if (_longLines.size() > 1000)
+        _longLines.clear();
+    forVisible([this](long first, long last) { styleLines(first, last); });
     // All the rest counts as coloured; it will be when it is on the screen.
     send(SCI_STARTSTYLING, send(SCI_GETLENGTH));
+}
+
+void TextEditorView::markMatches(std::shared_ptr<const TextSearch> search) {
+    _marked = std::move(search);
+    markVisibleMatches();
+}
+
+void TextEditorView::markVisibleMatches() {
+    constexpr size_t mostBytes = 256 * 1024;
+    send(SCI_SETINDICATORCURRENT, matchIndicator);
+    send(SCI_INDICATORCLEARRANGE, 0, send(SCI_GETLENGTH));
+    if (_marked == nullptr || _marked->options().pattern.empty())
+        return;
+    forVisible([this](long first, long last) {
+        const auto start = static_cast<size_t>(send(SCI_POSITIONFROMLINE, first));
+        const size_t end = std::min(static_cast<size_t>(send(SCI_GETLINEENDPOSITION, last)), start + mostBytes);
+        const std::string_view near = bytes().substr(0, end);
+        try {
+            for (auto match = _marked->next(near, start); match;
+                 match = _marked->next(near, std::max(match->start + 1, match->end)))
+                send(SCI_INDICATORFILLRANGE, static_cast<long>(match->start),
+                     static_cast<long>(match->end - match->start));
+        } catch (const SearchError&) { // takes too long
+        }
+    });
 }
 
 void TextEditorView::styleLines(long first, long last) {
@@ -331,30 +370,25 @@ void TextEditorView::styleLines(long first, long last) {
         const long start = send(SCI_POSITIONFROMLINE, line), length = send(SCI_LINELENGTH, line);
         if (start < 0 || length == 0)
             continue;
-        if (length > longestDrawn)
-            shortenLine(line);
+        if (static_cast<size_t>(length) > longLine)
+            styleLongLine(line);
         else
             _highlighter.highlight(*this, static_cast<size_t>(start), static_cast<size_t>(start + length));
         setFoldLevel(*this, line);
     }
 }
 
-void TextEditorView::shortenLine(long line) {
-    const long start = send(SCI_POSITIONFROMLINE, line), length = send(SCI_LINELENGTH, line);
-    const long caret = send(SCI_GETCURRENTPOS) - start;
-    _highlighter.highlight(*this, static_cast<size_t>(start), static_cast<size_t>(start + drawnOfLong));
-    std::string styles(static_cast<size_t>(length - drawnOfLong), hiddenStyle);
-    // The line's end stays, and what is around the caret, so that it can be seen what is typed.
-    const auto show = [&](long from, long to) {
-        from = std::max(from - drawnOfLong, 0L);
-        to = std::min(to - drawnOfLong, static_cast<long>(styles.size()));
-        if (from < to)
-            std::fill(styles.begin() + from, styles.begin() + to, char(0));
-    };
-    show(length - 80, length);
-    if (caret >= 0 && caret <= length)
-        show(caret - 80, caret + 80);
-    setStyles(static_cast<size_t>(start + drawnOfLong), styles);
+// Once for each change of the text and each place of the caret in it.
+void TextEditorView::styleLongLine(long line) {
+    const auto start = static_cast<size_t>(send(SCI_POSITIONFROMLINE, line));
+    const size_t end = start + static_cast<size_t>(send(SCI_LINELENGTH, line));
+    const size_t place = caret() >= start && caret() <= end ? caret() : SIZE_MAX / 2;
+    const StyledLine styled{start, place, changeCount()};
+    StyledLine& known = _longLines[line];
+    if (known == styled)
+        return;
+    known = styled;
+    setStyles(start, stylesOfLongLine(bytes(), start, end, place, quoteStateAt(start)));
 }
 
 void TextEditorView::markTags() {
@@ -374,6 +408,29 @@ void TextEditorView::markTarget() {
     const std::optional<FlowTarget> target = flowTargetAt(bytes(), caret(), FlowEffort::quick);
     if (target && target->reason.empty())
         send(SCI_INDICATORFILLRANGE, static_cast<long>(target->start), static_cast<long>(target->end - target->start));
+}
+
+// --- bookmarks -------------------------------------------------------------------------------------------------------
+
+void TextEditorView::toggleBookmark() {
+    const long line = send(SCI_LINEFROMPOSITION, send(SCI_GETCURRENTPOS));
+    const bool isSet = (send(SCI_MARKERGET, line) & (1 << bookmark)) != 0;
+    send(isSet ? SCI_MARKERDELETE : SCI_MARKERADD, line, bookmark);
+    const bool hasAny = send(SCI_MARKERNEXT, 0, 1 << bookmark) >= 0;
+    send(SCI_SETMARGINWIDTHN, bookmarks, hasAny ? 14 : 0);
+}
+
+// From the last one to the first, and the other way round.
+void TextEditorView::gotoBookmark(bool up) {
+    const long line = send(SCI_LINEFROMPOSITION, send(SCI_GETCURRENTPOS)), mask = 1 << bookmark;
+    long found =
+        up ? (line == 0 ? -1 : send(SCI_MARKERPREVIOUS, line - 1, mask)) : send(SCI_MARKERNEXT, line + 1, mask);
+    if (found < 0)
+        found = up ? send(SCI_MARKERPREVIOUS, send(SCI_GETLINECOUNT) - 1, mask) : send(SCI_MARKERNEXT, 0, mask);
+    if (found < 0)
+        say(tr("There is no bookmark. Ctrl+B sets one."));
+    else
+        jumpTo(static_cast<size_t>(send(SCI_POSITIONFROMLINE, found)));
 }
 
 // --- folds -----------------------------------------------------------------------------------------------------------

@@ -1,12 +1,15 @@
 // Shows and edits the XML text of one document.
 #pragma once
 
+#include <unordered_map>
+
 #include "ElementInsertion.h"
 #include "JumpHistory.h"
 #include "SwfSyntaxHighlighter.h"
 #include "TextControl.h"
 #include "TextEditorAutocomplete.h"
 #include "TextSearch.h"
+#include "TextTyping.h"
 
 namespace zelk {
 
@@ -30,6 +33,13 @@ public:
     /// One undo step; the caret stands behind the new text.
     void replaceSelection(std::string_view bytes);
     void select(const TextMatch& range);
+
+    /// Marks what is found of it on the screen; null marks nothing.
+    void markMatches(std::shared_ptr<const TextSearch> search);
+
+    void toggleBookmark();
+    void nextBookmark() { gotoBookmark(false); }
+    void previousBookmark() { gotoBookmark(true); }
 
     /// Rows and columns count from 1; columns count characters.
     uint32_t row() const;
@@ -66,6 +76,9 @@ public:
     void zoomIn() { send(SCI_ZOOMIN); }
     void zoomOut() { send(SCI_ZOOMOUT); }
     void zoomReset() { send(SCI_SETZOOM, 0); }
+    void duplicateLines() { _typing.duplicateLines(); }
+    void moveLinesUp() { _typing.moveLines(true); }
+    void moveLinesDown() { _typing.moveLines(false); }
     void toggleFold();
     void foldAll();
     void unfoldAll();
@@ -90,23 +103,38 @@ Q_SIGNALS:
 
 protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
     void setLook();
     void setKeys();
+    void setMargins();
+    void setIndicators();
+    /// Calls it with the first and last line of each run of lines on the screen.
+    void forVisible(const std::function<void(long first, long last)>& act) const;
     void styleVisible();
+    void markVisibleMatches();
+    void gotoBookmark(bool up);
     void styleLines(long first, long last);
-    void shortenLine(long line);
+    void styleLongLine(long line);
     void markTags();
     void markTarget();
-    void indent(int character);
     void toggleFoldAt(long line);
     void say(const QString& reason);
     void insertElement(ElementKind kind);
 
+    struct StyledLine {
+        size_t start = 0, caret = 0;
+        uint64_t change = UINT64_MAX;
+        bool operator==(const StyledLine&) const = default;
+    };
+
     SwfSyntaxHighlighter _highlighter;
+    std::unordered_map<long, StyledLine> _longLines; // by line
+    TextTyping _typing{*this};
     JumpHistory _jumps;
+    std::shared_ptr<const TextSearch> _marked;
     TextEditorAutocomplete* _autocomplete;
 };
 

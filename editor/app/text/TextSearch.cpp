@@ -50,7 +50,7 @@ TextSearch::Compiled::Compiled(const SearchOptions& options) {
     code = pcre2_compile(units(options.pattern), options.pattern.size(), flags, &error, &offset, context.get());
     if (code == nullptr)
         throw SearchError(errorText(error) + " (at " + std::to_string(offset + 1) + ")");
-    pcre2_jit_compile(code, PCRE2_JIT_COMPLETE); // Without it matching is only slower.
+    pcre2_jit_compile(code, PCRE2_JIT_COMPLETE | PCRE2_JIT_PARTIAL_HARD); // Without it matching is only slower.
     match = pcre2_match_data_create_from_pattern(code, nullptr);
 }
 
@@ -102,25 +102,80 @@ std::optional<TextMatch> TextSearch::previous(std::string_view text, size_t befo
     }
 }
 
-TextSearch::Count TextSearch::count(std::string_view text, std::optional<TextMatch> current, size_t most) const {
+std::optional<TextMatch> TextSearch::nextUpTo(std::string_view text, size_t& from, size_t limit) const {
+    while (limit < text.size() && (text[limit] & 0xC0) == 0x80) // not inside of a character
+        ++limit;
+    const std::string_view near = text.substr(0, limit);
+    if (limit >= text.size() || _compiled == nullptr) {
+        const auto match = matchFrom(near, from);
+        const size_t rest = _compiled != nullptr || _options.pattern.empty() ? 0 : _options.pattern.size() - 1;
+        if (!match)
+            from = limit >= text.size() ? text.size() : std::max(from, limit - std::min(limit, rest));
+        return match;
+    }
+    const int result =
+        pcre2_match(_compiled->code, units(near), near.size(), from, PCRE2_PARTIAL_HARD, _compiled->match, nullptr);
+    if (result < 0 && result != PCRE2_ERROR_NOMATCH && result != PCRE2_ERROR_PARTIAL)
+        throw SearchError(errorText(result));
+    const PCRE2_SIZE* place = pcre2_get_ovector_pointer(_compiled->match);
+    if (result >= 0)
+        return TextMatch{std::min(place[0], place[1]), place[1]};
+    from = result == PCRE2_ERROR_PARTIAL ? place[0] : limit;
+    return std::nullopt;
+}
+
+void TextSearch::count(std::string_view text, std::optional<TextMatch> current, Count& count, int milliseconds) const {
     using Clock = std::chrono::steady_clock;
-    const Clock::time_point end = Clock::now() + std::chrono::milliseconds(50);
-    Count result;
-    for (auto match = matchFrom(text, 0); match; match = matchFrom(text, std::max(match->start + 1, match->end))) {
-        ++result.total;
-        if (match == current)
-            result.index = result.total;
-        if (result.total >= most || (result.total % 64 == 0 && Clock::now() > end)) {
-            result.isComplete = false;
-            break;
+    constexpr size_t usualPiece = size_t(1) << 20; // some milliseconds
+    const Clock::time_point end = Clock::now() + std::chrono::milliseconds(milliseconds);
+    size_t piece = usualPiece, checked = 0;
+    while (!count.isComplete) {
+        const size_t from = count.next;
+        if (const auto match = nextUpTo(text, count.next, from + std::min(piece, text.size() - from))) {
+            ++count.total;
+            count.index = match == current ? count.total : count.index;
+            count.next = std::max(match->start + 1, match->end);
+            count.isComplete = count.next > text.size();
+            piece = usualPiece;
+        } else {
+            count.isComplete = count.next >= text.size();
+            piece = count.next == from ? piece * 2 : usualPiece; // A match that goes on and on needs more of the text.
+        }
+        if (++checked % 64 == 0 || piece > usualPiece || count.next - from > usualPiece / 2) {
+            if (Clock::now() > end)
+                return;
+        }
+    }
+}
+
+namespace {
+
+// The groups of a replacement in the way in which the library has them.
+std::string withDollars(std::string_view with) {
+    std::string result;
+    for (size_t i = 0; i < with.size(); ++i) {
+        const char next = i + 1 < with.size() ? with[i + 1] : ' ';
+        if (with[i] == '\\' && next >= '0' && next <= '9') {
+            result.append("${").append(1, next).append("}");
+            ++i;
+        } else {
+            result += with[i];
+            i += with[i] == '\\' && next == '\\' ? 1 : 0;
         }
     }
     return result;
 }
 
+} // namespace
+
 std::string TextSearch::replacement(std::string_view text, const TextMatch& match, std::string_view with) const {
     if (!_options.regularExpression || matchFrom(text, match.start) != match)
         return std::string(with);
+    return expand(text, match, withDollars(with));
+}
+
+// Of the match that was found last.
+std::string TextSearch::expand(std::string_view text, const TextMatch& match, const std::string& with) const {
     std::string result(std::max(usualReplacement, with.size() * 2), '\0');
     for (;;) {
         PCRE2_SIZE size = result.size();

@@ -46,12 +46,17 @@ public:
     /// Where a match stands among all, from 1.
     struct Count {
         size_t total = 0, index = 0; ///< index 0: the match is none of those counted
-        bool isComplete = true;      ///< otherwise there are at least `total`
+        bool isComplete = false;     ///< otherwise there are at least `total`
+        size_t next = 0;             ///< where counting goes on
     };
-    /// Stops after some 50 ms or `most` matches.
-    Count count(std::string_view text, std::optional<TextMatch> current, size_t most = 100000) const;
+    /// Counts on for some milliseconds. Its `current` match has to be the same each time, and so has the text.
+    void count(std::string_view text, std::optional<TextMatch> current, Count& count, int milliseconds) const;
+    /// The first match that starts at or behind `from`, among those that can be told from the text up to `limit`. Where
+    /// there is none, `from` becomes the place from which one has to look on: the text's size when there is no more.
+    std::optional<TextMatch> nextUpTo(std::string_view text, size_t& from, size_t limit) const;
 
-    /// What stands in a match's place then. In regular expressions $1 or ${1} is a group, $0 the whole match.
+    /// What stands in a match's place then. In regular expressions $1, ${1} or \1 is a group, $0 the whole match, \\ a
+    /// backslash.
     std::string replacement(std::string_view text, const TextMatch& match, std::string_view with) const;
 
     struct Replaced {
@@ -65,6 +70,7 @@ public:
 private:
     struct Compiled;
     std::optional<TextMatch> matchFrom(std::string_view text, size_t from) const;
+    std::string expand(std::string_view text, const TextMatch& match, const std::string& with) const;
 
     SearchOptions _options;
     std::unique_ptr<Compiled> _compiled; // null for what needs no expression

@@ -5,8 +5,10 @@
 #include <QMimeData>
 #include <QScreen>
 #include <QToolBar>
+#include <QVBoxLayout>
 
 #include "FormNotice.h"
+#include "LinesNotice.h"
 #include "PreviewPane.h"
 
 // A library's resources are linked in only when something asks for them, and not from inside a namespace.
@@ -35,10 +37,11 @@ MainWindow::MainWindow(QSettings& settings, const QString& stateFolder)
       _recentSettings(settings, QStringLiteral("RecentList/Recent Document List")), _recentFiles(_recentSettings),
       _actions(makeActions(this)), _tabs(new DocumentTabsView(this)), _start(makeStart(*_actions, this)),
       _pages(new QStackedWidget(this)), _statusBar(new StatusBar(this)), _warnings(new WarningsPanel(this)),
-      _uses(new UsesPanel(this)), _kinds(new KindsPanel(this)), _texts(new TextsPanel(this)),
-      _preview(new PreviewPane(this)), _search(new SearchController(this)), _documents(_session, _recentFiles, *_tabs),
+      _uses(new UsesPanel(this)), _results(new ResultsPanel(this)), _kinds(new KindsPanel(this)),
+      _texts(new TextsPanel(this)), _preview(new PreviewPane(this)), _search(new SearchController(this, settings)),
+      _documents(_session, _recentFiles, *_tabs),
       _commands({*this, _settings, _session, _dialogs, _documents, *_tabs, *_actions, *_search, *_warnings, *_uses,
-                 *_kinds, *_texts, *_preview, *_statusBar}),
+                 *_results, *_kinds, *_texts, *_preview, *_statusBar}),
       _keeper(
           {*this, _settings, _session, _documents, *_tabs, _requests, *_actions->action(CommandId::reopenSession)}) {
     _session.player = &_player;
@@ -54,13 +57,21 @@ MainWindow::MainWindow(QSettings& settings, const QString& stateFolder)
 void MainWindow::buildLayout() {
     setWindowIcon(QIcon(QStringLiteral(":/icons/zelk.svg")));
     setAcceptDrops(true);
+    auto* documents = new QWidget(this);
+    auto* layout = new QVBoxLayout(documents);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(_tabs, 1);
+    layout->addWidget(&_search->bars());
     _pages->addWidget(_start);
-    _pages->addWidget(_tabs);
+    _pages->addWidget(documents);
     setCentralWidget(_pages);
     setStatusBar(_statusBar);
     addDockWidget(Qt::BottomDockWidgetArea, _warnings);
     addDockWidget(Qt::BottomDockWidgetArea, _uses);
     tabifyDockWidget(_warnings, _uses);
+    addDockWidget(Qt::BottomDockWidgetArea, _results);
+    tabifyDockWidget(_warnings, _results);
     addDockWidget(Qt::LeftDockWidgetArea, _kinds);
     addDockWidget(Qt::BottomDockWidgetArea, _texts);
     tabifyDockWidget(_warnings, _texts);
@@ -78,6 +89,7 @@ void MainWindow::connectParts() {
     connect(&_documents, &OpenDocuments::added, this, [this](DocumentView* view) {
         watch(*view);
         FormNotice::show(*view, _session);
+        LinesNotice::show(*view, [this] { run(CommandId::formatXml); });
     });
     connect(&_documents, &OpenDocuments::agreed, this,
             [this](DocumentView* view) { FormNotice::show(*view, _session); });
@@ -125,13 +137,32 @@ void MainWindow::connectParts() {
         if (DocumentView* view = _tabs->current())
             view->setFocus();
     });
-    connect(_search, &SearchController::resultShown, this,
-            [this](const QString& text) { _statusBar->showMessage(text, 5000); });
+    connectSearch();
     // The window is no receiver here: the pane is hidden once more while the window is being destroyed.
     QAction* preview = _actions->action(CommandId::preview);
     const auto checkPreview = [pane = _preview, preview] { preview->setChecked(!pane->isHidden()); };
     connect(_preview, &QDockWidget::visibilityChanged, preview, checkPreview);
     connect(preview, &QAction::triggered, _preview, checkPreview);
+}
+
+void MainWindow::connectSearch() {
+    connect(_search, &SearchController::resultShown, this,
+            [this](const QString& text) { _statusBar->showMessage(text, 5000); });
+    connect(_search, &SearchController::findInAllAsked, this, [this](const SearchOptions& options) {
+        const std::vector<DocumentView*> views = _tabs->all();
+        _results->search(options, {views.begin(), views.end()});
+    });
+    connect(_results, &ResultsPanel::chosen, this, [this](DocumentView* view, size_t start, size_t end) {
+        _tabs->setCurrentWidget(view);
+        view->jumpTo(start);
+        view->editor().select({start, end});
+    });
+    const auto toText = [this] {
+        if (DocumentView* view = _tabs->current())
+            view->setFocus();
+    };
+    connect(_results, &ResultsPanel::left, this, toText);
+    connect(_search, &SearchController::left, this, toText);
 }
 
 void MainWindow::connectKinds() {
@@ -237,9 +268,10 @@ void MainWindow::showState() {
         if (tag.isEmpty())
             tag = view->characterWords();
     }
-    if (QWidget* page = state.documents > 0 ? static_cast<QWidget*>(_tabs) : _start; _pages->currentWidget() != page) {
-        _pages->setCurrentWidget(page);
-        if (page == _start)
+    const int page = state.documents > 0 ? 1 : 0;
+    if (_pages->currentIndex() != page) {
+        _pages->setCurrentIndex(page);
+        if (page == 0)
             showStart();
     }
     _statusBar->showPlace(row, column);

@@ -12,6 +12,7 @@
 #include "OpenDocuments.h"
 #include "PlayerProcess.h"
 #include "RequestQueue.h"
+#include "ResultsPanel.h"
 #include "SearchController.h"
 #include "StartPage.h"
 #include "StatusBar.h"
@@ -65,6 +66,7 @@ private:
     void showState();
     void connectKinds();
     void connectStart();
+    void connectSearch();
     bool selectInList(size_t place);
     void showWarnings();
     void showPreview();
@@ -87,6 +89,7 @@ private:
     StatusBar* _statusBar;
     WarningsPanel* _warnings;
     UsesPanel* _uses;
+    ResultsPanel* _results;
     KindsPanel* _kinds;
     TextsPanel* _texts;
     PreviewPane* _preview;

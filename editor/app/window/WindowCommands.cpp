@@ -13,6 +13,7 @@
 #include "DocumentViewTextCommands.h"
 #include "FindSymbolDlg.h"
 #include "GuideWindow.h"
+#include "LinesNotice.h"
 #include "PayloadCommands.h"
 #include "PreviewPane.h"
 #include "PrintCommands.h"
@@ -117,6 +118,8 @@ void WindowCommands::addProgramCommands() {
     _handlers[CommandId::findNext] = [this] { _parts.search.findNext(); };
     _handlers[CommandId::findPrevious] = [this] { _parts.search.findPrevious(); };
     _handlers[CommandId::replace] = [this] { _parts.search.openReplace(); };
+    _handlers[CommandId::findInAll] = [this] { _parts.search.findInAll(); };
+    _handlers[CommandId::results] = [this] { _parts.results.toggle(); };
 }
 
 void WindowCommands::openFiles() {
@@ -167,6 +170,7 @@ void WindowCommands::addDocumentCommands() {
     onCurrent(CommandId::movieXml, [](DocumentView& view) { view.showText(); });
     onCurrent(CommandId::tagList, [this](DocumentView& view) { showList(view); });
     onCurrent(CommandId::checkXml, [this](DocumentView& view) { checkXml(view); });
+    onCurrent(CommandId::formatXml, [this](DocumentView& view) { formatXml(view); });
     onCurrent(CommandId::movieSettings, [this](DocumentView& view) {
         MovieSettingsCmd command(_parts.session, view.document(), view);
         if (runCommand(_parts.session, command, &view))
@@ -199,6 +203,18 @@ void WindowCommands::checkXml(DocumentView& view) {
     Q_EMIT view.warningsChanged();
     if (command.foundProblems())
         _parts.warnings.open();
+}
+
+void WindowCommands::formatXml(DocumentView& view) {
+    TextEditorView& editor = view.editor();
+    const TextMatch selection = view.showsList() ? TextMatch{} : editor.selection();
+    FormatXmlCmd command(_parts.session, view, selection.start, selection.end, editor.caret(),
+                         {editor.indentUnit(), editor.lineEnd()});
+    if (!runCommand(_parts.session, command, &view))
+        return;
+    editor.gotoOffset(command.caret());
+    if (selection.start == selection.end)
+        LinesNotice::drop(view);
 }
 
 void WindowCommands::showUses(DocumentView& view) {
@@ -290,6 +306,12 @@ void WindowCommands::addTextCommands() {
         {CommandId::insertStructTemplate, &TextEditorView::insertNewStruct},
         {CommandId::jumpBack, &TextEditorView::jumpBack},
         {CommandId::jumpForward, &TextEditorView::jumpForward},
+        {CommandId::duplicateLines, &TextEditorView::duplicateLines},
+        {CommandId::moveLinesUp, &TextEditorView::moveLinesUp},
+        {CommandId::moveLinesDown, &TextEditorView::moveLinesDown},
+        {CommandId::toggleBookmark, &TextEditorView::toggleBookmark},
+        {CommandId::nextBookmark, &TextEditorView::nextBookmark},
+        {CommandId::previousBookmark, &TextEditorView::previousBookmark},
         {CommandId::zoomIn, &TextEditorView::zoomIn},
         {CommandId::zoomOut, &TextEditorView::zoomOut},
         {CommandId::zoomReset, &TextEditorView::zoomReset},

@@ -10,6 +10,7 @@
 #include "CommandActions.h"
 #include "KindsPanel.h"
 #include "OpenDocuments.h"
+#include "ResultsPanel.h"
 #include "ScriptLabels.h"
 #include "SearchController.h"
 #include "TextsPanel.h"
@@ -38,6 +39,7 @@ public:
         SearchController& search;
         WarningsPanel& warnings;
         UsesPanel& uses;
+        ResultsPanel& results;
         KindsPanel& kinds;
         TextsPanel& texts;
         PreviewPane& preview;
@@ -68,6 +70,7 @@ private:
     bool showList(DocumentView& view);
     void openFiles();
     void checkXml(DocumentView& view);
+    void formatXml(DocumentView& view);
     void renameCharacter(DocumentView& view);
     void showUses(DocumentView& view);
     void showSelectedColor(DocumentView& view);

@@ -33,6 +33,17 @@ void check(CheckParams& params) {
     params.problems = problemsOfText(params.text, &rest);
 }
 
+struct FormatParams : ThreadParams {
+    std::string_view text;            ///< in; the user cannot change it while the job runs
+    size_t start = 0, end = 0, caret; ///< in
+    FormatStyle style;                ///< in
+    FormattedXml formatted;           ///< out
+};
+
+void format(FormatParams& params) {
+    params.formatted = formatXml(params.text, params.start, params.end, params.caret, params.style, &params.progress);
+}
+
 void showInForm(Session& session, Document& document, ITextView& view, std::string text, bool fullForm) {
     ChangeFormParams params;
     params.text = std::move(text);
@@ -101,6 +112,24 @@ void MovieSettingsCmd::apply(const MovieSettings& before, const MovieSettings& s
 
 bool ChangeFormCmd::Execute() {
     showInForm(_session, _document, _view, std::string(_view.text()), _fullForm);
+    return true;
+}
+
+bool FormatXmlCmd::Execute() {
+    FormatParams params;
+    params.text = _view.text();
+    params.start = _start;
+    params.end = _end;
+    params.caret = _caret;
+    params.style = _style;
+    runJob<format>(_session.user, "Formatting", params);
+    params.progress.checkCancelled();
+    if (params.formatted.changes.empty()) {
+        _session.user.inform(nothingToFormat());
+        return false;
+    }
+    _view.replaceAll(params.formatted.changes);
+    _caret = params.formatted.caret;
     return true;
 }
 

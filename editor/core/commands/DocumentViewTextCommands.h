@@ -3,6 +3,7 @@
 
 #include "Command.h"
 #include "Completion.h"
+#include "FormatXml.h"
 
 namespace zelk::guicommand::documentviewtext {
 
@@ -71,6 +72,24 @@ private:
     Document& _document;
     ITextView& _view;
     bool _fullForm;
+};
+
+/// Puts each element on a line of its own, as one step of undo: those that the range from `start` to `end` touches, or
+/// all. Says so when nothing changes. Throws XmlException for a text that is not well-formed.
+class FormatXmlCmd : public FinalCommand {
+public:
+    FormatXmlCmd(Session& session, IEditableText& view, size_t start, size_t end, size_t caret, FormatStyle style)
+        : _session(session), _view(view), _start(start), _end(end), _caret(caret), _style(std::move(style)) {}
+    bool Execute() override;
+    /// Where the caret is to be then.
+    size_t caret() const { return _caret; }
+
+private:
+    Session& _session;
+    IEditableText& _view;
+    const size_t _start, _end;
+    size_t _caret;
+    const FormatStyle _style;
 };
 
 /// Asks for a row and goes there.

@@ -102,7 +102,11 @@ std::optional<Completion> completionAt(std::string_view text, size_t position, s
         if (!ids.ids.empty())
             return Completion{Completion::Kind::value, place.start, std::move(ids.ids), std::move(ids.notes)};
     }
-    const XmlSurroundings around = surroundingsOf(vocabularyOf(text, fullForm), text, place.open);
+    XmlSurroundings around = surroundingsOf(vocabularyOf(text, fullForm), text, place.open);
+    if ((place.in == In::name || place.in == In::endName) && around.name.empty() && !around.isTop) {
+        if (const auto open = openTagBefore(text, place.open)) // It may be further away than what tells its type.
+            around.name = open->name;
+    }
     Completion completion{Completion::Kind::element, place.start, {}};
     if (place.in == In::name) {
         completion.words = elementsFor(around);

@@ -92,6 +92,8 @@ Message message(MessageCode code, std::string_view detail) {
 
 Message noBranches() { return {"There is no branch here to be changed.", "Message"}; }
 
+Message nothingToFormat() { return {"Each element stands on its line already.", "Message"}; }
+
 Message xmlIsCorrect() { return {"The XML is correct.", "The XML is correct."}; }
 
 Message payloadNote(std::string_view note) {

@@ -35,6 +35,7 @@ Message message(MessageCode code, std::string_view detail = {});
 Message xmlIsCorrect();
 /// There was no branch to change.
 Message noBranches();
+Message nothingToFormat();
 /// What became of a payload on its way from or to a file, or why nothing did.
 Message payloadNote(std::string_view note);
 /// The question on closing a modified document.

@@ -165,6 +165,56 @@ std::optional<XmlTagToken> XmlTagsBefore::next() {
     return std::nullopt;
 }
 
+namespace {
+
+constexpr size_t lineReach = size_t(64) << 20; // of lines that only their indentation is looked at: 60 ms
+
+size_t startOfLine(std::string_view text, size_t place) {
+    while (place > 0 && text[place - 1] != '\n' && text[place - 1] != '\r')
+        --place;
+    return place;
+}
+
+// Columns of a line before a tag; none when something else stands there.
+std::optional<size_t> indentation(std::string_view text, size_t open) {
+    const size_t start = startOfLine(text, open);
+    return text.find_first_not_of(" \t", start) == open ? std::optional(open - start) : std::nullopt;
+}
+
+std::optional<XmlTagToken> openTagByIndentation(std::string_view text, const XmlTagToken& last) {
+    const std::optional<size_t> column = indentation(text, last.open);
+    if (!column)
+        return std::nullopt;
+    const size_t least = last.open > lineReach ? last.open - lineReach : 0;
+    for (size_t end = last.open - *column; end > least;) { // behind "\n" or "\r"
+        const size_t start = startOfLine(text, end - 1);
+        const size_t open = text.find_first_not_of(" \t", start);
+        if (open < end && open - start < *column && text[open] == '<') {
+            if (const auto tag = tagTokenAt(text, open, last.open))
+                return tag->kind == XmlTagToken::Kind::start ? tag : std::nullopt;
+        }
+        end = start;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<XmlTagToken> openTagBefore(std::string_view text, size_t position) {
+    XmlTagsBefore tags(text, position);
+    std::optional<XmlTagToken> last;
+    size_t depth = 0;
+    while (const auto tag = tags.next()) {
+        if (!last)
+            last = tag;
+        if (tag->kind == XmlTagToken::Kind::start && depth == 0)
+            return tag;
+        if (tag->kind != XmlTagToken::Kind::empty)
+            depth += tag->kind == XmlTagToken::Kind::end ? 1 : size_t(-1);
+    }
+    return last && !tags.isAtStart() ? openTagByIndentation(text, *last) : std::nullopt;
+}
+
 const XmlVocabulary& vocabularyOf(std::string_view text, std::optional<bool> fullForm) {
     return XmlVocabulary::get(fullForm ? *fullForm : layoutAtStart(text).fullForm);
 }

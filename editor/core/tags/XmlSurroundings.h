@@ -25,6 +25,10 @@ size_t skipSections(std::string_view text, size_t position);
 /// The end of the element in which a place stands: its end tag, if it ends within `reach`.
 std::optional<XmlTagToken> endTagBehind(std::string_view text, size_t position, size_t reach = surroundingsReach);
 
+/// The start tag of the element around a place. Beyond the reach, the nearest line above that begins with a start tag
+/// and is indented less than the one with the last tag.
+std::optional<XmlTagToken> openTagBefore(std::string_view text, size_t position);
+
 /// The tags before a place, the nearest first. What stands in comments and CDATA sections is passed over.
 class XmlTagsBefore {
 public:

@@ -1,0 +1,183 @@
+// What is typed into the text by hand, and Format XML.
+
+#include "Exceptions.h"
+#include "FormatXml.h"
+#include "WindowFixture.h"
+
+namespace {
+
+using namespace zelk;
+
+class TypingTest : public WindowTest {
+protected:
+    void keys(const char* text) {
+        for (; *text != 0; ++text) {
+            if (*text == '\n')
+                press(Qt::Key_Return);
+            else
+                QTest::keyClick(&editor(), *text);
+            QApplication::processEvents();
+        }
+    }
+    void setText(std::string text) { // with the caret at "|"
+        const size_t caret = text.find('|');
+        editor().setText(text.erase(caret, 1));
+        editor().select({caret, caret});
+    }
+    std::string textAndCaret() { return std::string(editor().text()).insert(editor().caret(), "|"); }
+    void selectLines(long first, long last) {
+        editor().select({static_cast<size_t>(editor().send(QsciScintillaBase::SCI_POSITIONFROMLINE, first)),
+                         static_cast<size_t>(editor().send(QsciScintillaBase::SCI_POSITIONFROMLINE, last + 1))});
+    }
+};
+
+TEST_F(TypingTest, AScriptIsTypedAndItsLinesAreMoved) {
+    setText("<Movie>|</Movie>");
+    keys("\n<DoAction>\n<Actions>\n<Push>\n<Integer Value=\"1\"/>\n</\n</\n</");
+    const std::string typed = "<Movie>\n"
+                              "    <DoAction>\n"
+                              "        <Actions>\n"
+                              "            <Push>\n"
+                              "                <Integer Value=\"1\"/>\n"
+                              "            </Push>\n"
+                              "        </Actions>\n"
+                              "    </DoAction>|\n"
+                              "</Movie>";
+    EXPECT_EQ(textAndCaret(), typed);
+
+    editor().gotoPlace(5, 20);
+    press(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_EQ(editor().row(), 6u);
+    editor().replaceBytes(editor().text().rfind("\"1\""), editor().text().rfind("\"1\"") + 3, "\"2\"");
+    press(Qt::Key_Up, Qt::AltModifier);
+    const std::string both = "                <Integer Value=\"2\"/>\n                <Integer Value=\"1\"/>\n";
+    EXPECT_NE(editor().text().find(both), std::string_view::npos) << editor().text();
+    press(Qt::Key_Down, Qt::AltModifier);
+    EXPECT_EQ(editor().text().find(both), std::string_view::npos);
+    const std::string before(editor().text());
+    for (long last : {4L, 5L}) { // one line, two lines
+        selectLines(4, last);
+        press(Qt::Key_Tab);
+        EXPECT_NE(editor().text().find("\n                    <Integer Value=\"1\"/>\n"), std::string_view::npos);
+        press(Qt::Key_Backtab, Qt::ShiftModifier);
+        EXPECT_EQ(editor().text(), before);
+    }
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_NE(editor().text(), before) << "it is indented again";
+    press(Qt::Key_Y, Qt::ControlModifier);
+    EXPECT_EQ(editor().text(), before);
+    for (QAction* each : window->menuBar()->actions()[1]->menu()->actions()) {
+        if (each->text() == QStringLiteral("Select &All"))
+            each->trigger();
+    }
+    EXPECT_EQ(editor().selectedText(), before);
+}
+
+TEST_F(TypingTest, KeysDoWhatTheirPlaceAsksFor) {
+    std::string far = "<Movie>\n    <DefineSprite>\n"; // whose start tag no one wants to look for tag by tag
+    while (far.size() < 3 << 20)
+        far += "        <ShowFrame />\n";
+    const struct {
+        std::string text;
+        const char* keys;
+        std::string expected;
+    } cases[] = {
+        {"<A>\r\n\t<B x=\"1\">|", "\n", "<A>\r\n\t<B x=\"1\">\r\n\t    |"},
+        {"<A>|</A>", "\n", "<A>\n    |\n</A>"},
+        {"x\r<A/>|", "\n", "x\r<A/>\r|"},
+        {"  <A/>|", "\n", "  <A/>\n  |"},
+        {"<A>\n    <B/>|</A>", "\n", "<A>\n    <B/>\n|</A>"},
+        {"<A x=\"a>|b\"/>", "\n", "<A x=\"a>\n|b\"/>"},
+        {"<A x=\"1|\"/>", "2\"", "<A x=\"12\"|/>"},
+        {"<A x='1|'/>", "\"'", "<A x='1\"'|/>"},
+        {"<A x=|\"1\"/>", "\"", "<A x=\"|\"1\"/>"},
+        {"<A>|", "<B>", "<A><B>|"},
+        {"<A>\n        |", "</", "<A>\n</A>|"},
+        {"<A><B/>|", "</", "<A><B/></A>|"},
+        {"<A>|>", "</", "<A></A>|"},
+        {"<A><|/B>", "/", "<A></|/B>"},
+        {"<![CDATA[<A>|]]>", "</", "<![CDATA[<A></|]]>"},
+        {"<Actions><Push><Null/></Push>|</Actions>", "</", "<Actions><Push><Null/></Push></Actions>|</Actions>"},
+        {far + "        |", "</", far + "    </DefineSprite>|"},
+    };
+    for (const auto& c : cases) {
+        setText(c.text);
+        keys(c.keys);
+        EXPECT_TRUE(textAndCaret() == c.expected) << c.text.substr(0, 50) << "\n" << textAndCaret().substr(0, 50);
+        while (editor().canUndo())
+            editor().undo();
+    }
+}
+
+struct FormatCase {
+    const char* text;     // with "{" and "}" around the selection, or neither
+    const char* expected; // empty where nothing changes
+};
+
+TEST(FormatXml, PutsElementsOnLines) {
+    const FormatCase cases[] = {
+        {"<?xml version=\"1.0\"?><A><B  x = '1'\n y=\"a  b\"/><C></C><!-- c --></A>\n",
+         "<?xml version=\"1.0\"?>\n<A>\n    <B x='1' y=\"a  b\" />\n    <C></C>\n    <!-- c -->\n</A>\n"},
+        {"<A><B> t <C/></B><D> </D><E><![CDATA[<x> ]]>  </E><F>&#32;<G/></F></A>",
+         "<A>\n    <B> t <C/></B>\n    <D> </D>\n    <E><![CDATA[<x> ]]>  </E>\n    <F>&#32;<G/></F>\n</A>"},
+        {"<A>\n    <B />\n</A>", ""},
+        {"\xEF\xBB\xBF <A/>", "\xEF\xBB\xBF <A />"},
+        {"<A>text<B><C/></B></A>", ""},
+        {"<A><B><C/>{<D/>}<E/></B><F/></A>", "<A><B><C/>\n        <D />\n        <E/></B><F/></A>"},
+        {"<A><B><C/></B><F>{</F><G>}<H/></G></A>",
+         "<A><B><C/></B>\n    <F></F>\n    <G>\n        <H />\n    </G>\n</A>"},
+        {"<A><B x=\"{1}\"/><C/></A>", "<A>\n    <B x=\"1\" />\n    <C/></A>"},
+        {"<A>t<B>{<C/>}</B></A>", ""},
+    };
+    for (const FormatCase& c : cases) {
+        std::string text = c.text;
+        size_t start = 0, end = 0;
+        if (text.find('{') != text.npos) {
+            text.erase(start = text.find('{'), 1);
+            text.erase(end = text.find('}'), 1);
+        }
+        for (size_t caret = 0; caret <= text.size(); ++caret) {
+            const FormattedXml formatted = formatXml(text, start, end, caret);
+            std::string changed = text;
+            for (size_t i = formatted.changes.size(); i-- > 0;)
+                changed.replace(formatted.changes[i].start, formatted.changes[i].end - formatted.changes[i].start,
+                                formatted.changes[i].text);
+            ASSERT_EQ(changed, *c.expected == 0 ? text : c.expected) << c.text;
+            EXPECT_EQ(formatted.changes.empty(), changed == text);
+            ASSERT_LE(formatted.caret, changed.size());
+            if (caret < text.size() && text[caret] == '<') {
+                EXPECT_EQ(changed.substr(formatted.caret, 2), text.substr(caret, 2)) << "the caret stays at its tag";
+            }
+        }
+    }
+    EXPECT_THROW(formatXml("<A><B></A>", 0, 0, 0), XmlException);
+}
+
+TEST_F(TypingTest, ALongLineIsOfferedToBeFormatted) {
+    std::string text = "<Movie>", expected = "<Movie>";
+    while (text.size() < 4 << 20) {
+        text += "<End x=\"1\"/>";
+        expected += "\n    <End x=\"1\" />";
+    }
+    text += "<Protect><![CDATA[ x ]]></Protect></Movie>";
+    expected += "\n    <Protect><![CDATA[ x ]]></Protect>\n</Movie>";
+    openFile("plain.xml", expected);
+    EXPECT_EQ(view().notice(QStringLiteral("lines")), nullptr);
+    openFile("long.xml", text);
+    ASSERT_NE(view().notice(QStringLiteral("lines")), nullptr);
+    editor().select({text.size() - 3, text.size()});
+    press(Qt::Key_O, Qt::AltModifier); // The button looks pressed for a moment.
+    ASSERT_TRUE(runUntil([&] { return view().notice(QStringLiteral("lines")) == nullptr; }));
+    EXPECT_TRUE(editor().text() == expected);
+    EXPECT_EQ(editor().caret(), expected.size()) << "it stays where it was";
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(editor().text() == text) << "one step";
+    EXPECT_FALSE(editor().canUndo());
+
+    editor().setText("<Movie><A></Movie>");
+    answers.addButton(QMessageBox::Ok, QStringLiteral("Error description: "));
+    press(Qt::Key_I, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(editor().text(), "<Movie><A></Movie>");
+}
+
+} // namespace

@@ -26,6 +26,12 @@ QString titleOf(const QString& page) {
 
 } // namespace
 
+GuideBrowser::GuideBrowser(QWidget* parent) : QTextBrowser(parent) {
+    _resized.setSingleShot(true);
+    _resized.setInterval(50);
+    connect(&_resized, &QTimer::timeout, this, &GuideBrowser::reload);
+}
+
 QVariant GuideBrowser::loadResource(int type, const QUrl& name) {
     if (type != QTextDocument::ImageResource)
         return QTextBrowser::loadResource(type, name);
@@ -36,8 +42,9 @@ QVariant GuideBrowser::loadResource(int type, const QUrl& name) {
 
 void GuideBrowser::resizeEvent(QResizeEvent* event) {
     QTextBrowser::resizeEvent(event);
+    // With pictures of the new width, and later: the scroll bar comes while a page is taken in.
     if (event->size().width() != event->oldSize().width())
-        reload(); // with pictures of the new width
+        _resized.start();
 }
 
 QStringList GuideWindow::pages() {

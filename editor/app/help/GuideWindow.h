@@ -4,6 +4,7 @@
 #include <QListWidget>
 #include <QMainWindow>
 #include <QTextBrowser>
+#include <QTimer>
 
 namespace zelk {
 
@@ -11,12 +12,15 @@ namespace zelk {
 class GuideBrowser : public QTextBrowser {
     Q_OBJECT
 public:
-    using QTextBrowser::QTextBrowser;
+    explicit GuideBrowser(QWidget* parent = nullptr);
 
     QVariant loadResource(int type, const QUrl& name) override;
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+
+private:
+    QTimer _resized;
 };
 
 class GuideWindow : public QMainWindow {

@@ -4,6 +4,14 @@
 
 namespace zelkc {
 
+void addCommands(CLI::App& app, Command& chosen) {
+    app.set_version_flag("--version", "zelkc " ZELK_VERSION);
+    app.footer("Exit status: 0 done, 1 the input is at fault, 2 wrong use.");
+    app.require_subcommand(1);
+    for (auto add : {addConvert, addInfo, addCheck, addCompare, addExtract, addReplace, addSchema, addTexts})
+        add(app, chosen);
+}
+
 File fileOf(const std::string& name, const std::string& kind, const char* option) {
     const std::optional<FileKind> found =
         kind.empty() && name != "-" ? zelk::fileKind(name) : zelk::kindOfExtension(kind);
@@ -21,7 +29,7 @@ void addInput(CLI::App& command, Input& input) {
 CLI::Option* addKind(CLI::App& command, const char* option, std::string& kind, const char* what) {
     const CLI::Validator known(
         [](std::string& value) { return zelk::kindOfExtension(value) ? "" : value + " is none of swf, xml and zelk"; },
-        "");
+        "{swf,xml,zelk}");
     return command.add_option(option, kind, what)->type_name("KIND")->check(known);
 }
 

@@ -1,4 +1,4 @@
-// The commands of zelkc. Each stands in a source file of its own and has its row in main.
+// The commands of zelkc. Each stands in a source file of its own and has its row in addCommands.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -18,6 +18,11 @@ constexpr int wrongUse = 2;
 
 /// What the command line asks for; gives the exit status.
 using Command = std::function<int()>;
+
+constexpr const char* summary = "Shows a Flash movie (SWF) as XML and compiles the edited XML back.";
+
+/// Everything that the command line may hold. Parsing a line sets `chosen`.
+void addCommands(CLI::App& app, Command& chosen);
 
 // Each adds its subcommand to `app`. Parsing a line that asks for it sets `chosen`.
 void addConvert(CLI::App& app, Command& chosen);

@@ -15,13 +15,9 @@ namespace {
 using namespace zelkc;
 
 int run(int argc, char** argv) {
-    CLI::App app("Shows a Flash movie (SWF) as XML and compiles the edited XML back.", "zelkc");
-    app.set_version_flag("--version", "zelkc " ZELK_VERSION);
-    app.footer("Exit status: 0 done, 1 the input is at fault, 2 wrong use.");
-    app.require_subcommand(1);
+    CLI::App app(summary, "zelkc");
     Command chosen;
-    for (auto add : {addConvert, addInfo, addCheck, addCompare, addExtract, addReplace, addSchema, addTexts})
-        add(app, chosen);
+    addCommands(app, chosen);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -8,8 +8,9 @@
 #include <map>
 #include <set>
 
+#include "ImageCodec.h"
+#include "MediaSamples.h"
 #include "ProjectFile.h"
-#include "Tests.h"
 
 namespace {
 
@@ -463,6 +464,31 @@ TEST_F(ZelkcTest, ExtractsAndReplacesPayloads) {
     for (const char* wrong : {"--tag 5 new.txt", "--tag 6 new.txt", "--tag 4 none.txt"})
         EXPECT_EQ(run(std::string("replace a.swf ") + wrong + " c.swf").status, 1) << wrong;
     EXPECT_FALSE(fs::exists(folder / "c.swf"));
+}
+
+// The program loads the codecs that the tests have linked: the same pixels, and the same words for what is broken.
+TEST_F(ZelkcTest, LoadsTheCodecs) {
+    const auto text = [](const auto& bytes) { return std::string(bytes.begin(), bytes.end()); };
+    const Bytes gif = samples::gifFile(), jpeg = samples::jpegOf(8, 8, 9, 9, 9).file;
+    const std::string pixel = text(samples::zlibData({255, 1, 2, 3}).span());
+    put("a.swf", movieOf(record(36, little(6, 2) + "\x05" + little(1, 2) + little(1, 2) + pixel)));
+    put("a.gif", text(gif));
+    EXPECT_EQ(
+        run("replace a.swf --tag 6 a.gif b.swf && '" + std::string(zelkcPath) + "' extract b.swf --out-dir out").err,
+        "");
+    const std::string png = get("out/6-DefineBitsLossless2.png");
+    EXPECT_EQ(zelk::decodeImage({reinterpret_cast<const uint8_t*>(png.data()), png.size()}).rgba,
+              zelk::decodeImage(gif).rgba);
+    for (const std::string& whole : {text(gif), text(jpeg), png}) {
+        const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(whole.size()) / 2);
+        put("cut", text(cut));
+        try {
+            zelk::decodeImage(cut);
+            ADD_FAILURE();
+        } catch (const libswf::SwfException& error) {
+            EXPECT_EQ(run("replace a.swf --tag 6 cut c.swf").err, std::string("a.swf: cut: ") + error.what() + "\n");
+        }
+    }
 }
 
 // Good and broken files of folders in a line each; a run that was cut off goes on where it was.

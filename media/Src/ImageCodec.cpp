@@ -39,14 +39,6 @@ Image decodeFile(std::span<const uint8_t> tables, std::span<const uint8_t> data,
 
 } // namespace
 
-bool Image::isOpaque() const {
-    for (size_t i = 3; i < rgba.size(); i += 4) {
-        if (rgba[i] != 255)
-            return false;
-    }
-    return true;
-}
-
 ImageKind imageKind(std::span<const uint8_t> file) {
     const std::string_view text(reinterpret_cast<const char*>(file.data()), file.size());
     if (text.starts_with("\x89PNG\r\n\x1A\n"))

@@ -31,6 +31,14 @@ void checkSize(uint64_t width, uint64_t height, size_t fileSize) {
         badMedia(sizeText(width, height) + " in " + std::to_string(fileSize) + " bytes");
 }
 
+bool Image::isOpaque() const {
+    for (size_t i = 3; i < rgba.size(); i += 4) {
+        if (rgba[i] != 255)
+            return false;
+    }
+    return true;
+}
+
 Image blankImage(uint32_t width, uint32_t height) {
     Image image{width, height, {}};
     image.rgba.resize(size_t(4) * width * height);

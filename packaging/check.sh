@@ -1,0 +1,101 @@
+#!/usr/bin/env bash
+# Checks the Debian packages that cpack has made: check.sh BUILD_FOLDER SAMPLES
+# Installs them in a clean Debian, made once in BUILD_FOLDER/clean-root.tar; runs as root.
+set -euo pipefail
+
+build="$(cd "$1" && pwd)"
+samples="$(cd "$2" && pwd)"
+cd "$build/packages"
+zelk="$(ls zelk_*.deb)"
+dev="$(ls libzelk-dev_*.deb)"
+root="$build/root"
+mirror=http://deb.debian.org/debian
+
+say() { echo "check: $*"; }
+fail() {
+    echo "check: $*" >&2
+    exit 1
+}
+in_root() { chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive "$@"; }
+
+# --- the files alone -----------------------------------------------------------------------------------------------------
+
+lintian --allow-root --fail-on error --tag-display-limit 0 "$zelk" "$dev" || fail "lintian has errors"
+
+desktop="$build/desktop"
+rm -rf "$desktop"
+dpkg-deb -x "$zelk" "$desktop"
+desktop-file-validate "$desktop/usr/share/applications/zelk.desktop"
+appstreamcli validate --no-net "$desktop/usr/share/metainfo/org.orvane.zelk.metainfo.xml" >/dev/null
+# A script starts it once for each of many files.
+if ldd "$desktop/usr/bin/zelkc" | grep -E 'libjpeg|libpng|libgif|libmpg123|libstdc'; then
+    fail "zelkc loads more than it needs at its start"
+fi
+rm -rf "$desktop"
+
+mkdir -p twice
+(cd "$build" && cpack -B "$build/packages/twice" >/dev/null)
+for package in "$zelk" "$dev"; do
+    cmp "$package" "$(find twice -name "$package" | head -n 1)" || fail "$package is not the same when it is packed again"
+done
+rm -rf twice
+
+# --- in a clean Debian ---------------------------------------------------------------------------------------------------
+
+rm -rf "$root"
+mkdir -p "$root"
+if [ ! -f "$build/clean-root.tar" ]; then
+    say "making a clean Debian 12"
+    debootstrap --variant=minbase bookworm "$root" "$mirror" >"$build/debootstrap.log"
+    in_root apt-get clean
+    tar -C "$root" -cf "$build/clean-root.tar.new" .
+    mv "$build/clean-root.tar.new" "$build/clean-root.tar"
+else
+    tar -C "$root" -xf "$build/clean-root.tar"
+fi
+cp /etc/resolv.conf "$root/etc/resolv.conf"
+mkdir -p "$root/run/packages" "$root/run/work"
+cp "$zelk" "$dev" "$root/run/packages/"
+cp "$samples"/*.xml "$root/run/work/"
+
+say "installing"
+in_root apt-get -q -y --no-install-recommends install "/run/packages/$zelk" "/run/packages/$dev" >"$build/install.log" 2>&1 ||
+    { tail -n 20 "$build/install.log" && fail "the packages cannot be installed"; }
+in_root sh -c 'dpkg -L zelk libzelk-dev | while read -r file; do [ -d "$file" ] || echo "$file"; done' >"$build/installed.txt"
+
+say "zelkc, its manual page and its completion"
+in_root sh -c 'cd /run/work && for sample in *.xml; do
+    zelkc convert "$sample" movie.swf && zelkc convert movie.swf again.xml && zelkc compare "$sample" again.xml
+done' >/dev/null
+grep -q 'usr/share/man/man1/zelkc.1.gz' "$build/installed.txt"
+completed() { # WORD...: what bash offers for the last one
+    in_root bash -c 'source "/usr/share/bash-completion/completions/$1"; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); "_$1"
+        echo "${COMPREPLY[*]}"' bash "$@"
+}
+[ "$(completed zelkc con)" = convert ] || fail "bash does not complete zelkc con"
+[ "$(completed zelkc schema --form c)" = classic ] || fail "bash does not complete zelkc schema --form c"
+[ "$(completed zelkc info --js)" = "--json --json-lines" ] || fail "bash does not complete zelkc info --js"
+[ "$(completed zelk --new)" = --new-window ] || fail "bash does not complete zelk --new"
+
+say "zelk"
+in_root env QT_QPA_PLATFORM=offscreen zelk --version >/dev/null || fail "zelk does not start"
+
+say "a program on the installed libraries"
+in_root apt-get -q -y --no-install-recommends install g++ cmake make pkg-config >>"$build/install.log" 2>&1
+in_root sh -ec 'cp -r /usr/share/doc/libzelk-dev/examples /run/example && cd /run/example
+    cmake -B build >/dev/null && cmake --build build >/dev/null && build/movie-info /run/work/movie.swf
+    g++ -std=c++20 movie-info.cpp -o with-pkg-config $(pkg-config --cflags --libs zelk)
+    ./with-pkg-config /run/work/movie.swf' || fail "the example does not build or run"
+
+say "removing"
+in_root apt-get -q -y purge zelk libzelk-dev >>"$build/install.log" 2>&1
+while read -r file; do
+    [ ! -e "$root$file" ] || fail "$file is left behind"
+done <"$build/installed.txt"
+left="$(find "$root/etc" "$root/usr" "$root/var/lib" "$root/root" -iname '*zelk*' -print)"
+[ -z "$left" ] || fail "left behind: $left"
+rm -rf "$root"
+
+for package in "$zelk" "$dev"; do
+    say "$package: $(stat -c %s "$package") bytes, installed $(dpkg-deb -f "$package" Installed-Size) KB"
+done

@@ -94,7 +94,7 @@ constexpr CommandRow rows[] = {
     {previousDocument, "&Previous Document\tCtrl+Shift+Tab", "", "", Needs::severalDocuments, ""},
     {updates, "Upda&tes...", "", "", Needs::neverMet, ""},
     {homePage, "&Home Page", "", "", Needs::neverMet, ""},
-    {guide, "&Guide\tF1", "Read how things are done, one page for each task\nGuide", "", Needs::nothing, ""},
+    {guide, "&Guide\tF1", "Read how things are done, one page for each task\nGuide", "guide", Needs::nothing, ""},
     {about, "&About", "Display program information, version number and copyright\nAbout", "about", Needs::nothing, ""},
     {closeOthers, "Close All But This", "", "", Needs::severalDocuments, ""},
     {copyFullPath, "Copy Full Path", "", "", Needs::document, ""},

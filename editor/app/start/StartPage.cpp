@@ -57,6 +57,7 @@ StartPage::StartPage(const QList<QAction*>& actions, QWidget* parent)
 
 QVBoxLayout* StartPage::commandColumn(const QList<QAction*>& actions) {
     auto* column = new QVBoxLayout;
+    column->setSpacing(2); // not that of the columns
     column->addWidget(heading(QStringLiteral("Zelk"), 2, this));
     column->addSpacing(12);
     for (QAction* action : actions) {
@@ -66,8 +67,7 @@ QVBoxLayout* StartPage::commandColumn(const QList<QAction*>& actions) {
         button->setAutoRaise(true);
         button->setIconSize({22, 22});
         button->setFocusPolicy(Qt::StrongFocus);
-        button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-        column->addWidget(button);
+        column->addWidget(button, 0, Qt::AlignLeft);
     }
     column->addStretch(1);
     return column;
@@ -89,8 +89,8 @@ QVBoxLayout* StartPage::filesColumn() {
     auto* hint = new QLabel(tr("Movies, projects and XML files can be dropped anywhere in this window."), this);
     hint->setWordWrap(true);
     auto* column = new QVBoxLayout;
+    column->setSpacing(8);
     column->addWidget(title);
-    column->addSpacing(8);
     column->addWidget(_files, 1);
     column->addWidget(hint);
     return column;

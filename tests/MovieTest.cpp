@@ -233,6 +233,12 @@ TEST(Compression, ReadsLzma) {
     EXPECT_TRUE(loaded.movie.isCompressed);
     EXPECT_EQ(loaded.movie.serialise(9)[0], 'C');
     EXPECT_EQ(failureOf(lzmaFile(body, 13, UINT32_MAX)), 0u);
+    // A packed length that a movie of 64,000 bytes can reach makes it one that was cut; the next one says nothing.
+    for (const auto& [packed, code] : {std::pair(64000 + 1000 + 64 - 17, 3u), {64000 + 1000 + 64 - 16, 0u}}) {
+        std::string cut = "ZWS\r" + little(64000, 4) + little(packed, 4) + std::string("]\0\0\1\0", 5);
+        cut.resize(40);
+        EXPECT_EQ(failureOf(Bytes(cut.begin(), cut.end())), code) << packed;
+    }
     EXPECT_EQ(failureOf(lzmaFile(body, 13, 7)), 3u);
     for (size_t cut : {13u, 16u, 17u, 25u})
         EXPECT_EQ(failureOf(Bytes(file.begin(), file.begin() + ptrdiff_t(cut))), 3u) << cut;

@@ -103,7 +103,6 @@ void SwfButtonRecords::write(SwfOStream& stream) const {
 }
 
 SwfTagDefineButton::SwfTagDefineButton(SwfIStream& stream) : SwfTagDefineButton() {
-    stream.context.tagType = type;
     stream.context.alpha = false;
     buttonId = stream.readUI16("ButtonId");
     records.read(stream);
@@ -111,7 +110,6 @@ SwfTagDefineButton::SwfTagDefineButton(SwfIStream& stream) : SwfTagDefineButton(
 }
 
 void SwfTagDefineButton::writeBody(SwfOStream& stream) {
-    stream.context.tagType = type;
     stream.context.alpha = false;
     stream.writeUI16(buttonId);
     records.write(stream);
@@ -119,7 +117,6 @@ void SwfTagDefineButton::writeBody(SwfOStream& stream) {
 }
 
 SwfTagDefineButton2::SwfTagDefineButton2(SwfIStream& stream) : SwfTagDefineButton2() {
-    stream.context.tagType = type;
     stream.context.alpha = true;
     buttonId = stream.readUI16("ButtonId");
     const uint8_t flags = stream.readUI8("TrackAsMenu");
@@ -170,7 +167,6 @@ void SwfTagDefineButton2::readConditionActions(SwfIStream& stream) {
 }
 
 void SwfTagDefineButton2::writeBody(SwfOStream& stream) {
-    stream.context.tagType = type;
     stream.context.alpha = true;
     stream.writeUI16(buttonId);
     stream.writeUI8(static_cast<uint8_t>((trackAsMenu ? 1 : 0) | reserved << 1));

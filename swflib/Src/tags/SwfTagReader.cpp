@@ -95,7 +95,6 @@ class BodyReader {
 public:
     BodyReader(SwfIStream& stream, const SwfTagHeader& header, uint64_t listEnd)
         : _stream(stream), _header(header), _scope(stream.context), _outerEnd(stream.bodyEnd()),
-          _outerInexact(stream.inexact()),
           _bodyEnd(std::min({header.body + header.length, listEnd, uint64_t(stream.size())})) {
         stream.context.tagType = header.code;
         stream.context.tagSize = header.length;
@@ -103,11 +102,10 @@ public:
         stream.context.tagMayLackNul = stream.context.fullForm && SwfTag::mayEndInText(header.code);
         stream.context.tagLacksNul = false;
         stream.setBodyEnd(_bodyEnd);
-        stream.setInexact(nullptr);
     }
     ~BodyReader() {
         _stream.setBodyEnd(_outerEnd);
-        _stream.setInexact(_outerInexact);
+        _stream.setInexact(nullptr); // nothing is inexact before the tags in a sprite, either
         _stream.alignBits();
         _stream.seek(_header.body + _header.length);
     }
@@ -162,7 +160,6 @@ private:
     const SwfTagHeader& _header;
     SwfTagScope _scope;
     uint64_t _outerEnd;
-    const char* _outerInexact;
     uint64_t _bodyEnd;
 };
 

@@ -1,6 +1,8 @@
 // Blocks of ActionScript 3 through XML and back: real ones, broken ones and edited ones.
 #include "Tests.h"
 
+#include <list>
+
 #include "MovieCompare.h"
 #include "SwfAbcCode.h"
 
@@ -103,15 +105,19 @@ TEST(Abc, ThreadsGiveTheSame) {
     EXPECT_TRUE(compile(replaced(shown.text, " />", "/>"), nullptr, 3) == block);
 }
 
-// More texts than are looked through one after the other, used in and out of the order in which they stand.
-TEST(Abc, TextsAreFoundAmongMany) {
+// More texts than are looked through one after the other, used in and out of the order in which they stand, by more
+// methods than one thread shows or reads.
+TEST(Abc, ThreadsFindTextsAmongMany) {
     SwfAbcBlock block;
     std::vector<std::string> texts;
     for (int i = 0; i < 40000; ++i)
         texts.push_back("text " + std::to_string(i));
     block.strings.insert(block.strings.end(), texts.begin(), texts.end());
-    std::vector<uint8_t> code;
-    for (uint32_t i = 1; i <= texts.size(); i += i % 7 == 0 ? 333 : 1) {
+    std::list<std::vector<uint8_t>> codes(1);
+    for (uint32_t i = 1; i <= texts.size(); i += i % 7 == 0 ? 33 : 1) {
+        if (codes.back().size() > 2000)
+            codes.emplace_back();
+        std::vector<uint8_t>& code = codes.back();
         for (uint32_t index : {i, uint32_t(texts.size()) + 1 - i}) {
             code.push_back(0x2C);
             for (; index >= 0x80; index >>= 7)
@@ -119,11 +125,17 @@ TEST(Abc, TextsAreFoundAmongMany) {
             code.push_back(static_cast<uint8_t>(index));
         }
     }
-    block.methods.emplace_back();
-    block.bodies.emplace_back().code = code;
+    for (const auto& code : codes) {
+        SwfAbcBody& body = block.bodies.emplace_back();
+        body.method = static_cast<uint32_t>(block.methods.size());
+        body.code = code;
+        block.methods.emplace_back();
+    }
     const Shown shown = show(block.bytes());
     EXPECT_NE(shown.text.find("<PushString Value=\"text 39999\""), shown.text.npos);
-    EXPECT_TRUE(compile(shown.text) == block.bytes());
+    EXPECT_TRUE(show(block.bytes(), 3).text == shown.text);
+    for (const uint32_t threads : {1, 3})
+        EXPECT_TRUE(compile(shown.text, nullptr, threads) == block.bytes());
     EXPECT_EQ(compile(replaced(shown.text, "text 39999", "new"), nullptr, 3).size(), block.bytes().size() - 7);
 }
 

@@ -12,9 +12,12 @@
 #include <fstream>
 
 #include "CommandTable.h"
+#include "Conversion.h"
 #include "DocumentView.h"
+#include "GeneratedMovies.h"
 #include "RecoverySession.h"
 #include "SearchController.h"
+#include "SwfMovie.h"
 #include "WindowDialogs.h"
 
 namespace {
@@ -169,6 +172,30 @@ void measureMethods() {
     measure("all classes opened", 1, [&] { tree.expandAll(); });
 }
 
+// A movie with a block of 3 MB: opened, shown, typed into, its classes listed.
+void measureBlock() {
+    std::string text;
+    std::printf("\na movie with 3 MB of ActionScript 3:\n");
+    measure("read and shown as XML, by a thread", 1, [&] {
+        libswf::SwfMovieSafe movie;
+        movie.parse(bench::generateAbcMovie(3'000'000), {.fullForm = true, .keepRaw = true});
+        text = xml2swf::swfToXmlDocument(movie, {.keepRaw = true});
+    });
+    zelk::DocumentView view;
+    view.resize(1000, 700);
+    view.show();
+    zelk::TextEditorView& editor = view.editor();
+    measureWaits("text handed over, the longest wait", [&] { view.setText(std::move(text)); });
+    const auto rows = editor.rowCount();
+    editor.gotoPlace(rows / 2, 1);
+    handleEvents();
+    measure("a page down", 50, [&] { press(editor, Qt::Key_PageDown, {}); });
+    measure("a key in the middle", 50, [&] { press(editor, Qt::Key_A, QStringLiteral("a")); });
+    measure("taken back", 50, [&] { editor.undo(); });
+    measure("the list opened", 1, [&] { view.showList(); });
+    measure("its code opened", 1, [&] { view.list().tree().expand(view.list().tree().currentIndex()); });
+}
+
 // What is kept for the case of a crash. Only taking it keeps the window; a document is written there again and again.
 void measureCopies(const zelk::TextEditorView& view) {
     const QTemporaryDir folder;
@@ -220,5 +247,6 @@ int main(int argc, char** argv) {
     measureCopies(view);
     measureTagList();
     measureMethods();
+    measureBlock();
     return 0;
 }

@@ -1,6 +1,7 @@
 // The tag list in the window, by keys.
 
 #include "FormNotice.h"
+#include "InsertElementDlg.h"
 #include "NoticeBar.h"
 #include "StatusBar.h"
 #include "TagEditorDlg.h"
@@ -288,6 +289,57 @@ TEST_F(TagListWindowTest, TheFilterKeepsMatchesAndWhatIsAroundThem) {
     press(Qt::Key_Escape);
     EXPECT_TRUE(list().tree().hasFocus());
     EXPECT_EQ(list().tree().model()->rowCount(), 4);
+}
+
+TEST_F(TagListWindowTest, WhatWasDoneStaysInSightAndGoesWhereTheUserLooks) {
+    const std::string others =
+        "DefineSprite Id=\"3\" FrameCount=\"1\"\nFrameLabel Label=\"caf\xC3\xA9 & bar\"\nShowFrame\n";
+    const std::string color = "SetBackgroundColor Color=\"336699ff\"\n";
+    choose(CommandId::tagList);
+    press(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_EQ(rows(), color + color + others);
+    EXPECT_EQ(list().tree().currentIndex().row(), 1);
+    press(Qt::Key_C, Qt::ControlModifier);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(editor().text(), movie);
+    EXPECT_EQ(list().tree().currentIndex().row(), 0);
+    press(Qt::Key_End);
+    press(Qt::Key_Up, Qt::ShiftModifier); // the upper one is the current one
+    press(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(rows(), color + others + color) << "behind the last selected row";
+    press(Qt::Key_Z, Qt::ControlModifier);
+
+    const auto expectStart = [this](const char* start) {
+        answers.add([start](QWidget& dialog) {
+            EXPECT_EQ(dynamic_cast<InsertElementDlg&>(dialog).choice().name, start);
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+        });
+        press(Qt::Key_T, Qt::ControlModifier | Qt::ShiftModifier);
+    };
+    for (const char* start : {"ShowFrame", "PlaceObject2", "PlaceObject2"}) {
+        press(start[0] == 'S' ? Qt::Key_Home : Qt::Key_Down);
+        expectStart(start);
+    }
+    choose(CommandId::movieXml);
+    expectStart("PlaceObject2"); // behind the label
+    choose(CommandId::tagList);
+
+    press(Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("bar"));
+    press(Qt::Key_Return);
+    answers.add([](QWidget& dialog) {
+        auto& tag = dynamic_cast<TagEditorDlg&>(dialog);
+        tag.editor().selectAll();
+        tag.editor().replaceSelection("<FrameLabel Name=\"x\" />");
+        tag.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+    });
+    choose(CommandId::editTag);
+    EXPECT_EQ(rows(), "FrameLabel Name=\"x\"\n");
+    view().replace(editor().text().find("x\" />"), editor().text().find("\" />\n    <Sh"), "yy");
+    QApplication::processEvents();
+    EXPECT_EQ(rows(), "FrameLabel Name=\"yy\"\n") << "another command changed the selected tag";
+    EXPECT_EQ(current(), "FrameLabel");
+    EXPECT_EQ(list().tree().selectionModel()->selectedRows().size(), 1);
 }
 
 TEST_F(TagListWindowTest, DraggedTagsMove) {

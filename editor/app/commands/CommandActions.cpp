@@ -37,6 +37,7 @@ bool CommandState::meets(Needs needs) const {
     case Needs::text: return documents > 0 && !showsList;
     case Needs::selection: return hasSelection;
     case Needs::selectedText: return hasSelection && !showsList;
+    case Needs::selectedTags: return hasSelection && showsList;
     case Needs::severalDocuments: return documents > 1;
     case Needs::neverMet: break;
     }

@@ -84,10 +84,12 @@ constexpr CommandRow rows[] = {
     {labelBranches, "&Label Branches", "Let the branches of scripts lead to labels\nLabel Branches", "", Needs::document, ""},
     {unlabelBranches, "Branches by &Number", "Let the branches of scripts count bytes again\nBranches by Number", "",
      Needs::document, ""},
-    {exportPayload, "E&xport Payload...", "Save the picture, sound or data of the tag at the caret as a file\nExport Payload", "",
+    {exportPayload, "E&xport Payload...\tCtrl+E", "Save the picture, sound or data of the tag at the caret as a file\nExport Payload", "",
      Needs::document, ""},
-    {replacePayload, "Re&place Payload...", "Put a file in place of the picture, sound or data of the tag at the caret\nReplace Payload",
+    {replacePayload, "Re&place Payload...\tCtrl+Shift+E", "Put a file in place of the picture, sound or data of the tag at the caret\nReplace Payload",
      "", Needs::document, ""},
+    {editTag, "&Edit Tag...", "Edit the selected tag\nEdit Tag (Enter)", "", Needs::selectedTags, ""}, // Enter and Ctrl+D are the list's own
+    {duplicateTags, "&Duplicate Tags", "Put copies of the selected tags behind them\nDuplicate Tags (Ctrl+D)", "", Needs::selectedTags, ""},
     {close, "&Close\tCtrl+F4", "Close the active document\nClose", "close", Needs::document, "Ctrl+W"},
     {closeAll, "Close &All", "Close all documents", "", Needs::document, ""},
     {nextDocument, "&Next Document\tCtrl+Tab", "", "", Needs::severalDocuments, ""},
@@ -148,9 +150,24 @@ constexpr MenuItem editItems[] = {{undo},
 constexpr MenuItem viewItems[] = {{movieXml}, {tagList},    line,      {zoomIn},    {zoomOut}, {zoomReset},
                                   line,       {toggleFold}, {foldAll}, {unfoldAll}, line,      {warnings},
                                   {texts},    {preview},    {theme},   {kinds},     {results}};
-constexpr MenuItem toolsItems[] = {
-    {checkXml}, {formatXml}, {movieSettings}, {openInFullForm}, line, {insertTag},     {insertStruct},   {insertAction},
-    {complete}, line,        {exportPayload}, {replacePayload}, line, {labelBranches}, {unlabelBranches}};
+constexpr MenuItem toolsItems[] = {{checkXml},
+                                   {formatXml},
+                                   {movieSettings},
+                                   {openInFullForm},
+                                   line,
+                                   {insertTag},
+                                   {insertStruct},
+                                   {insertAction},
+                                   {complete},
+                                   line,
+                                   {exportPayload},
+                                   {replacePayload},
+                                   line,
+                                   {labelBranches},
+                                   {unlabelBranches},
+                                   line,
+                                   {editTag},
+                                   {duplicateTags}};
 constexpr MenuItem windowItems[] = {{close}, {closeAll}, line, {nextDocument}, {previousDocument}};
 constexpr MenuItem helpItems[] = {{updates}, {homePage}, {about}, {guide}};
 constexpr Menu menus[] = {{"&File", fileItems},   {"&Edit", editItems},     {"&View", viewItems},
@@ -183,8 +200,21 @@ constexpr MenuItem textViewItems[] = {{undo, "&Undo"},
                                       {insertTagTemplate},
                                       {insertActionTemplate},
                                       {insertStructTemplate}};
-constexpr MenuItem tagListItems[] = {{insert},          line, {cut, "C&ut"},   {copy, "&Copy"}, {paste, "&Paste"}, line,
-                                     {clear, "&Clear"}, line, {undo, "&Undo"}, {redo, "&Redo"}};
+constexpr MenuItem tagListItems[] = {{insert},
+                                     line,
+                                     {cut, "C&ut"},
+                                     {copy, "&Copy"},
+                                     {paste, "&Paste"},
+                                     line,
+                                     {clear, "&Clear"},
+                                     line,
+                                     {undo, "&Undo"},
+                                     {redo, "&Redo"},
+                                     line,
+                                     {editTag, "&Edit...\tEnter"},
+                                     {duplicateTags, "&Duplicate\tCtrl+D"},
+                                     {exportPayload, "E&xport...\tCtrl+E"},
+                                     {replacePayload, "Rep&lace...\tCtrl+Shift+E"}};
 
 } // namespace
 

@@ -96,6 +96,8 @@ constexpr int results = 60085;
 constexpr int toggleBookmark = 60086;
 constexpr int nextBookmark = 60087;
 constexpr int previousBookmark = 60088;
+constexpr int editTag = 60100;
+constexpr int duplicateTags = 60101;
 } // namespace CommandId
 
 /// What has to be there for a command to be chosen.
@@ -108,6 +110,7 @@ enum class Needs : uint8_t {
     text,      ///< a document that is shown as text
     selection, ///< of text, or of tags in the list
     selectedText,
+    selectedTags, ///< in the list
     severalDocuments,
     neverMet ///< for what this build does not have
 };

@@ -10,6 +10,7 @@
 
 #include "AttributeText.h"
 #include "CommandTable.h"
+#include "ElementInsertion.h"
 #include "Exceptions.h"
 #include "InsertElementDlg.h"
 #include "TagCheck.h"
@@ -82,6 +83,7 @@ void DocumentViewList::connectTree() {
     connect(_tree, &TagTree::editAsked, this, &DocumentViewList::activate);
     connect(_tree, &TagTree::deleteAsked, this, [this] { Q_EMIT commandAsked(CommandId::clear); });
     connect(_tree, &TagTree::insertAsked, this, [this] { Q_EMIT commandAsked(CommandId::insert); });
+    connect(_tree, &TagTree::duplicateAsked, this, [this] { Q_EMIT commandAsked(CommandId::duplicateTags); });
     connect(_tree, &TagTree::moveAsked, this, [this](TagTree::Step step) { moveTo(positionOfStep(step)); });
     connect(_tree, &TagTree::dropped, this,
             [this](const QModelIndex& target, TagTree::Drop where) { moveTo(positionOfDrop(target, where)); });
@@ -110,11 +112,11 @@ bool DocumentViewList::eventFilter(QObject* watched, QEvent* event) {
 
 // --- what is shown ---------------------------------------------------------------------------------------------------
 
-void DocumentViewList::rebuild() {
+void DocumentViewList::rebuild(TagSelection kept) {
     const int scrolled = _tree->verticalScrollBar()->value();
     _model->beginChange();
     try {
-        _controller.refresh();
+        _controller.refresh(std::move(kept));
     } catch (...) {
         _model->endChange();
         throw;
@@ -287,9 +289,6 @@ void DocumentViewList::selectNear(TagPath path) {
 void DocumentViewList::selectPaths(TagSelection paths) {
     const TagIndex& index = _controller.tags();
     std::ranges::sort(paths);
-    const auto isHidden = [&](const TagPath& path) { return !_controller.isShown(index.find(path)); };
-    if (std::ranges::any_of(paths, isHidden))
-        _filter->clear();
     select(index.find(paths.front()));
     QItemSelection rows;
     for (size_t i = 0; i < paths.size() && rows.size() < mostSelected;) {
@@ -310,9 +309,9 @@ void DocumentViewList::selectPaths(TagSelection paths) {
 // --- commands --------------------------------------------------------------------------------------------------------
 
 bool DocumentViewList::handles(int id) {
-    constexpr int ids[] = {CommandId::undo,      CommandId::redo,  CommandId::cut,    CommandId::copy,
-                           CommandId::paste,     CommandId::clear, CommandId::insert, CommandId::insertTag,
-                           CommandId::selectAll, CommandId::find};
+    constexpr int ids[] = {CommandId::undo,      CommandId::redo,  CommandId::cut,     CommandId::copy,
+                           CommandId::paste,     CommandId::clear, CommandId::insert,  CommandId::insertTag,
+                           CommandId::selectAll, CommandId::find,  CommandId::editTag, CommandId::duplicateTags};
     return std::ranges::find(ids, id) != std::end(ids);
 }
 
@@ -334,6 +333,10 @@ void DocumentViewList::run(Session& session, int id) {
     }
     case CommandId::paste: execute(session, std::make_shared<PasteCmd>(_text, _clipboard, positionToInsert())); break;
     case CommandId::clear: execute(session, std::make_shared<DeleteCmd>(_text, selection())); break;
+    case CommandId::duplicateTags:
+        execute(session, std::make_shared<DuplicateCmd>(_text, selection(), positionToInsert()));
+        break;
+    case CommandId::editTag: activate(); break;
     case CommandId::insert:
     case CommandId::insertTag: insertNew(session); break;
     case CommandId::selectAll: _tree->selectAll(); break;
@@ -357,7 +360,7 @@ void DocumentViewList::execute(Session& session, const CommandPtr& command) {
 
 void DocumentViewList::showChange() {
     if (!_controller.isCurrent())
-        rebuildAt({}, currentPath());
+        rebuildAt({}, currentPath(), currentPath());
 }
 
 void DocumentViewList::showResult() {
@@ -367,9 +370,10 @@ void DocumentViewList::showResult() {
         rebuildAt({}, currentPath());
 }
 
-void DocumentViewList::rebuildAt(const TagSelection& paths, const TagPath& place) {
+// A tag that was changed, and what a command put there, stay in sight under a filter that does not match them.
+void DocumentViewList::rebuildAt(const TagSelection& paths, const TagPath& place, const TagPath& changed) {
     try {
-        rebuild();
+        rebuild(changed.empty() ? paths : TagSelection{changed});
     } catch (const XmlException&) {
         Q_EMIT listLost();
         return;
@@ -383,8 +387,11 @@ void DocumentViewList::rebuildAt(const TagSelection& paths, const TagPath& place
 
 void DocumentViewList::insertNew(Session& session) {
     const MovieLayout layout = layoutAtStart(_text.text());
-    const xml2swf::XmlVocabulary& vocabulary = xml2swf::XmlVocabulary::get(layout.fullForm);
-    InsertElementDlg dialog(tr("Insert Tag Template"), vocabulary.tags().children, this);
+    const auto choices = tagChoices(xml2swf::XmlVocabulary::get(layout.fullForm));
+    TagPath before = positionToInsert();
+    const bool isFirst = before.back()-- == 0;
+    const std::string_view name = isFirst ? "" : elementName(_text.element(_controller.tags().find(before)));
+    InsertElementDlg dialog(tr("Insert Tag Template"), choices, likelyTag(name), this);
     if (dialog.exec() != QDialog::Accepted)
         return;
     const std::optional<std::string> element = tagEditor().editTag(xml2swf::newElementText(dialog.choice()), layout);
@@ -402,6 +409,8 @@ TagEditorDlg& DocumentViewList::tagEditor() {
 
 TagPath DocumentViewList::positionToInsert() const {
     const TagIndex& index = _controller.tags();
+    if (TagPath behind = positionBehind(selection()); !behind.empty())
+        return behind;
     if (currentTag() == TagIndex::movie)
         return {index.childCount(TagIndex::movie)};
     TagPath position = index.path(currentTag());

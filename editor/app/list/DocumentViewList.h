@@ -76,14 +76,15 @@ private:
     void openFilter();
     void showFilter();
     void showCounts();
-    void rebuild();
+    void rebuild(guicommand::documentviewlist::TagSelection kept = {});
     QByteArray nameOfExpanded(uint32_t key) const;
     void rememberExpanded(uint32_t key, bool isExpanded);
     void expandCode(uint32_t tag);
     void activate();
     void expandAsBefore();
     void showResult();
-    void rebuildAt(const guicommand::documentviewlist::TagSelection& paths, const TagPath& place);
+    void rebuildAt(const guicommand::documentviewlist::TagSelection& paths, const TagPath& place,
+                   const TagPath& changed = {});
     TagEditorDlg& tagEditor();
     void selectNear(TagPath path);
     void selectPaths(guicommand::documentviewlist::TagSelection paths);
@@ -92,7 +93,7 @@ private:
     static bool holdsTags(const QItemSelectionRange& range);
     guicommand::documentviewlist::TagSelection selection() const;
     TagPath currentPath() const;
-    /// Behind the current tag, or at the end.
+    /// Behind the selected tags, or else the current one, or at the end.
     TagPath positionToInsert() const;
     /// Empty when there is no way to go.
     TagPath positionOfStep(TagTree::Step step) const;

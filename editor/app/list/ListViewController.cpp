@@ -38,7 +38,8 @@ QString fromBytes(std::string_view bytes, qsizetype most) {
 
 } // namespace
 
-void ListViewController::refresh() {
+void ListViewController::refresh(std::vector<TagPath> kept) {
+    _kept = std::move(kept);
     _index = nullptr;
     _index = _text.sharedTags();
     _layout = layoutAtStart(_text.text());
@@ -57,6 +58,7 @@ const TagIndex& ListViewController::tags() const {
 
 void ListViewController::setFilter(const QString& text) {
     _filter = text;
+    _kept.clear();
     applyFilter();
 }
 
@@ -76,8 +78,12 @@ void ListViewController::showMatches(std::vector<bool>& isShown) {
     const TagIndex& index = tags();
     const ByteSearch search(_filter);
     std::vector<bool> isMatch(index.count()), hasMatch(index.count());
+    for (const TagPath& path : _kept) {
+        if (const uint32_t tag = index.find(path); tag != TagIndex::movie)
+            isMatch[tag] = true;
+    }
     for (uint32_t tag = index.count(); tag-- > 0;) { // What is inside comes before what is around it.
-        isMatch[tag] = search.isIn(startTag(tag));
+        isMatch[tag] = isMatch[tag] || search.isIn(startTag(tag));
         const uint32_t parent = index.parent(tag);
         if ((isMatch[tag] || hasMatch[tag]) && parent != TagIndex::movie)
             hasMatch[parent] = true;

@@ -23,8 +23,9 @@ public:
 
     explicit ListViewController(TaggedText& text) : _text(text) {}
 
-    /// Looks at the text again. Throws XmlException; there are no rows then.
-    void refresh();
+    /// Looks at the text again. Throws XmlException; there are no rows then. The filter hides no tags at these places
+    /// until it, or the text, is another.
+    void refresh(std::vector<TagPath> kept = {});
     /// False as soon as the text has changed: the rows are out of date then.
     bool isCurrent() const { return _text.isCurrent() && _index == _text.sharedTags(); }
     /// What ids are called beside their numbers; null for nothing.
@@ -92,6 +93,7 @@ private:
     mutable std::unordered_map<uint32_t, size_t> _blockOfTag;
     QString _filter;
     // With a filter only:
+    std::vector<TagPath> _kept;
     std::vector<uint32_t> _rows;       // the children shown, those of each parent in a row
     std::vector<Children> _childrenOf; // by tag; the movie's come last
     std::vector<uint32_t> _rowOf;      // by tag

@@ -40,6 +40,10 @@ void TagTree::selectAll() {
 
 void TagTree::keyPressEvent(QKeyEvent* event) {
     const bool isAlt = event->modifiers().testFlag(Qt::AltModifier);
+    if (event->modifiers() == Qt::ControlModifier && event->key() == Qt::Key_D) {
+        Q_EMIT duplicateAsked();
+        return;
+    }
     switch (event->key()) {
     case Qt::Key_Delete: Q_EMIT deleteAsked(); return;
     case Qt::Key_Insert: Q_EMIT insertAsked(); return;

@@ -23,6 +23,7 @@ Q_SIGNALS:
     void editAsked();
     void deleteAsked();
     void insertAsked();
+    void duplicateAsked();
     void moveAsked(TagTree::Step step);
     /// The selected rows were dropped; the target is not valid below the last row.
     void dropped(const QModelIndex& target, TagTree::Drop where);

@@ -13,9 +13,9 @@
 namespace zelk {
 
 InsertElementDlg::InsertElementDlg(const QString& title, const std::vector<xml2swf::XmlChildForm>& choices,
-                                   QWidget* parent)
-    : QDialog(parent), _choices(choices), _filter(new QLineEdit(this)), _list(new QListWidget(this)),
-      _preview(new QPlainTextEdit(this)) {
+                                   std::string_view likely, QWidget* parent)
+    : QDialog(parent), _choices(choices), _likely(QString::fromUtf8(likely.data(), qsizetype(likely.size()))),
+      _filter(new QLineEdit(this)), _list(new QListWidget(this)), _preview(new QPlainTextEdit(this)) {
     setWindowTitle(title);
     _filter->setPlaceholderText(tr("Part of the name"));
     _filter->setClearButtonEnabled(true);
@@ -52,16 +52,17 @@ const xml2swf::XmlChildForm& InsertElementDlg::choice() const {
     return _choices[static_cast<size_t>(_list->currentItem()->data(Qt::UserRole).toULongLong())];
 }
 
-// Names that begin with the text are chosen before those that have it somewhere.
+// The likely one is chosen before names that begin with the text, and these before those that have it somewhere.
 void InsertElementDlg::showMatching(const QString& part) {
+    const auto rank = [&](const QString& name) {
+        return name == _likely && part.isEmpty() ? 2 : static_cast<int>(name.startsWith(part, Qt::CaseInsensitive));
+    };
     QListWidgetItem* best = nullptr;
     for (int i = 0; i < _list->count(); ++i) {
         QListWidgetItem* item = _list->item(i);
         const bool isMatch = item->text().contains(part, Qt::CaseInsensitive);
         item->setHidden(!isMatch);
-        const bool isBetter = best == nullptr || (!best->text().startsWith(part, Qt::CaseInsensitive) &&
-                                                  item->text().startsWith(part, Qt::CaseInsensitive));
-        if (isMatch && isBetter)
+        if (isMatch && (best == nullptr || rank(item->text()) > rank(best->text())))
             best = item;
     }
     _list->setCurrentItem(best);

@@ -17,7 +17,9 @@ namespace zelk {
 class InsertElementDlg : public QDialog {
     Q_OBJECT
 public:
-    InsertElementDlg(const QString& title, const std::vector<xml2swf::XmlChildForm>& choices, QWidget* parent);
+    /// Starts at the choice of the name `likely`, or the first one. The choices outlive it.
+    InsertElementDlg(const QString& title, const std::vector<xml2swf::XmlChildForm>& choices, std::string_view likely,
+                     QWidget* parent);
 
     /// After it was accepted.
     const xml2swf::XmlChildForm& choice() const;
@@ -27,6 +29,7 @@ private:
     void showPreview();
 
     const std::vector<xml2swf::XmlChildForm>& _choices;
+    const QString _likely;
     QLineEdit* _filter;
     QListWidget* _list;
     QPlainTextEdit* _preview;

@@ -301,7 +301,7 @@ void TextEditorView::insertElement(ElementKind kind) {
         QMessageBox::information(this, title, tr("Nothing of this kind can stand here."));
         return;
     }
-    InsertElementDlg dialog(title, place->choices, this);
+    InsertElementDlg dialog(title, place->choices, place->likely, this);
     if (dialog.exec() != QDialog::Accepted)
         return;
     const TextChange change = zelk::insertElement(*place, dialog.choice());

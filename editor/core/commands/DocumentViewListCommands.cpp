@@ -1,5 +1,7 @@
 #include "DocumentViewListCommands.h"
 
+#include <algorithm>
+#include <span>
 #include <utility>
 
 #include "TagCheck.h"
@@ -19,6 +21,19 @@ struct TagListParams : ThreadParams {
 void buildList(TagListParams& params) { params.tags = std::make_shared<TagIndex>(params.text, &params.progress); }
 
 } // namespace
+
+TagPath positionBehind(TagSelection selection) {
+    std::ranges::sort(selection);
+    TagPath last;
+    for (TagPath& path : selection) {
+        const bool isInLast = path.size() > last.size() && std::ranges::equal(std::span(path).first(last.size()), last);
+        if (last.empty() || !isInLast)
+            last = std::move(path);
+    }
+    if (!last.empty())
+        ++last.back();
+    return last;
+}
 
 bool BuildTagListCmd::Execute() {
     if (_text.isCurrent())
@@ -118,6 +133,18 @@ TagListCmd::Edit InsertCmd::put(const std::vector<std::string>& elements) {
 }
 
 TagListCmd::Edit PasteCmd::prepare() { return put(tagsOnClipboard(_clipboard, layoutAtStart(text().text()))); }
+
+TagListCmd::Edit DuplicateCmd::prepare() {
+    std::vector<std::string> elements;
+    TagSelection copied;
+    for (uint32_t tag : tagsAt(text().tags(), _selection)) {
+        elements.push_back(loneElement(text(), tag));
+        copied.push_back(text().tags().path(tag));
+    }
+    Edit edit = put(elements);
+    edit.back = std::move(copied);
+    return edit;
+}
 
 TagListCmd::Edit EditSingleTagCmd::prepare() {
     const uint32_t tag = text().tags().find(_position);

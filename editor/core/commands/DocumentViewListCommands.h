@@ -9,6 +9,9 @@ namespace zelk::guicommand::documentviewlist {
 /// Positions in the text as it is when the command is made; in any order.
 using TagSelection = std::vector<TagPath>;
 
+/// Behind the last of these tags that stands in no other of them; empty when there is none.
+TagPath positionBehind(TagSelection selection);
+
 /// Finds the tags of the text, as a job. Throws XmlException when it is not well-formed.
 class BuildTagListCmd : public FinalCommand {
 public:
@@ -126,6 +129,19 @@ protected:
 
 private:
     IClipboard& _clipboard;
+};
+
+/// Puts copies of tags at a position, as they stand in the text.
+class DuplicateCmd : public InsertCmd {
+public:
+    DuplicateCmd(TaggedText& text, TagSelection selection, TagPath position)
+        : InsertCmd(text, std::move(position)), _selection(std::move(selection)) {}
+
+protected:
+    Edit prepare() override;
+
+private:
+    TagSelection _selection;
 };
 
 /// Moves tags, in their order, to before the tag that is at a position now. False when they are there already, or when

@@ -13,6 +13,12 @@ namespace {
 
 constexpr std::string_view blanks = " \t", allBlanks = " \t\r\n", oneLevel = "    ";
 
+std::vector<XmlChildForm> sortedByName(const XmlChildGroup& group) {
+    std::vector<XmlChildForm> sorted = group.children;
+    std::ranges::sort(sorted, {}, &XmlChildForm::name);
+    return sorted;
+}
+
 std::vector<XmlChildForm> choicesIn(const XmlVocabulary& vocabulary, const XmlElementType* type, ElementKind kind) {
     if (type == nullptr)
         return {};
@@ -21,11 +27,7 @@ std::vector<XmlChildForm> choicesIn(const XmlVocabulary& vocabulary, const XmlEl
         return isOther ? type->children() : type->ownChildren;
     }
     const XmlChildGroup& group = kind == ElementKind::tag ? vocabulary.tags() : vocabulary.actions();
-    if (type->group != &group)
-        return {};
-    std::vector<XmlChildForm> sorted = group.children;
-    std::ranges::sort(sorted, {}, &XmlChildForm::name);
-    return sorted;
+    return type->group == &group ? sortedByName(group) : std::vector<XmlChildForm>();
 }
 
 std::string indentationAt(std::string_view text, size_t position) {
@@ -118,12 +120,9 @@ std::optional<XmlTagToken> tagBehind(std::string_view text, size_t position) {
                                                     : tagTokenAt(text, skipSections(text, start), text.size());
 }
 
-} // namespace
-
-std::optional<ElementPlace> placeForElement(std::string_view text, size_t position, ElementKind kind,
-                                            std::optional<bool> fullForm) {
-    const XmlVocabulary& vocabulary = vocabularyOf(text, fullForm);
-    ElementPlace place{{}, 0, 0, "", "", "", std::string(lineEndOf(text))};
+std::optional<ElementPlace> findPlace(const XmlVocabulary& vocabulary, std::string_view text, size_t position,
+                                      ElementKind kind) {
+    ElementPlace place{{}, {}, 0, 0, "", "", "", std::string(lineEndOf(text))};
     position = behindSection(text, position);
     if (const auto tag = tagAround(text, position)) {
         if (tag->kind == XmlTagToken::Kind::empty && enter(vocabulary, text, *tag, kind, place))
@@ -144,6 +143,28 @@ std::optional<ElementPlace> placeForElement(std::string_view text, size_t positi
         place.choices = choicesIn(vocabulary, surroundingsOf(vocabulary, text, position).type, kind);
     }
     makeLine(text, position, place);
+    return place;
+}
+
+} // namespace
+
+std::vector<XmlChildForm> tagChoices(const XmlVocabulary& vocabulary) { return sortedByName(vocabulary.tags()); }
+
+// What is defined or begins is shown next; a frame of what is shown ends.
+std::string_view likelyTag(std::string_view before) {
+    if (before.empty())
+        return "SetBackgroundColor";
+    const bool isBeginning = before.starts_with("Define") || before == "ShowFrame" || before == "FrameLabel";
+    return isBeginning ? "PlaceObject2" : "ShowFrame";
+}
+
+std::optional<ElementPlace> placeForElement(std::string_view text, size_t position, ElementKind kind,
+                                            std::optional<bool> fullForm) {
+    auto place = findPlace(vocabularyOf(text, fullForm), text, position, kind);
+    if (place && kind == ElementKind::tag) {
+        const auto tag = XmlTagsBefore(text, place->start).next();
+        place->likely = likelyTag(tag && tag->name != "Movie" ? tag->name : std::string_view());
+    }
     return place;
 }
 

@@ -358,8 +358,9 @@ TEST_F(DocumentTest, AMovieLastsWhileItIsPlayed) {
         int width = 0, height = 0;
         Ended ended;
         bool isThere = true;
-        void play(const std::string& fileName, int w, int h, Ended whenEnded) override {
-            std::tie(name, width, height, ended) = std::tuple(fileName, w, h, std::move(whenEnded));
+        void play(const PlayRequest& movie, Ended whenEnded) override {
+            std::tie(name, width, height, ended) =
+                std::tuple(movie.fileName, movie.width, movie.height, std::move(whenEnded));
             if (!isThere)
                 throw NoPlayerException("why");
         }

@@ -19,6 +19,9 @@ public:
     /// A folder with the package's files, and the movie.
     PlayerFiles(QString package, QString movie) : _package(std::move(package)), _movie(std::move(movie)) {}
 
+    void setMovie(QString movie) { _movie = std::move(movie); }
+    const QString& movie() const { return _movie; }
+
     static QUrl pageUrl();
     /// Nothing for whatever is not the player's own.
     std::optional<ServedFile> find(const QUrl& url) const;

@@ -48,6 +48,8 @@ void PlayerPage::setPaused(bool isPaused) {
         runJavaScript(isPaused ? QStringLiteral("player.pause(true)") : QStringLiteral("player.pause(false)"));
 }
 
+void PlayerPage::step() { runJavaScript(QStringLiteral("player.step()")); }
+
 bool PlayerPage::acceptNavigationRequest(const QUrl& url, NavigationType, bool isMainFrame) {
     return isMainFrame && url == PlayerFiles::pageUrl();
 }
@@ -77,7 +79,7 @@ void PlayerPage::receive(const QByteArray& json) {
     if (kind == QStringLiteral("trace"))
         Q_EMIT traced(told.at(1).toVariant().toStringList());
     else if (kind == QStringLiteral("loaded"))
-        Q_EMIT loaded();
+        Q_EMIT loaded(told.at(1).toInt());
     else if (kind == QStringLiteral("failed"))
         Q_EMIT failed(told.at(1).toString());
 }

@@ -15,10 +15,12 @@ public:
 
     /// At any time: a movie that is still being loaded stops when it is there.
     void setPaused(bool isPaused);
+    /// Lets a movie that is paused play one frame.
+    void step();
 
 Q_SIGNALS:
     /// All come from the event loop, so that a receiver may delete the page.
-    void loaded();
+    void loaded(int frameCount);
     void failed(const QString& reason);
     void traced(const QStringList& lines);
     /// An error that the emulator or the engine tells of while the movie runs.

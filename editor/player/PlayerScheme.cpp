@@ -1,5 +1,6 @@
 #include "PlayerScheme.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QWebEngineUrlRequestInfo>
 #include <QWebEngineUrlRequestJob>
@@ -47,13 +48,20 @@ QString engineRefusal() {
     return {};
 }
 
+void PlayerSchemeHandler::setMovie(const QString& fileName, const QByteArray& bytes) {
+    _files.setMovie(fileName);
+    _movie = bytes;
+}
+
 void PlayerSchemeHandler::requestStarted(QWebEngineUrlRequestJob* job) {
     const std::optional<ServedFile> served = _files.find(job->requestUrl());
     if (!served || job->requestMethod() != "GET") {
         job->fail(QWebEngineUrlRequestJob::UrlNotFound);
         return;
     }
-    auto* file = new QFile(served->path, job); // lives as long as the job reads from it
+    // Lives as long as the job reads from it.
+    const bool isInMemory = served->path == _files.movie() && !_movie.isEmpty();
+    QIODevice* file = isInMemory ? static_cast<QIODevice*>(new QBuffer(&_movie, job)) : new QFile(served->path, job);
     if (!file->open(QIODevice::ReadOnly)) {
         job->fail(QWebEngineUrlRequestJob::UrlNotFound);
         return;

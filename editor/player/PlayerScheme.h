@@ -22,10 +22,14 @@ public:
     PlayerSchemeHandler(PlayerFiles files, QObject* parent)
         : QWebEngineUrlSchemeHandler(parent), _files(std::move(files)) {}
 
+    /// The bytes that stand for the movie's file, unless they are empty.
+    void setMovie(const QString& fileName, const QByteArray& bytes);
+
     void requestStarted(QWebEngineUrlRequestJob* job) override;
 
 private:
     PlayerFiles _files;
+    QByteArray _movie;
 };
 
 class PlayerRequestGuard : public QWebEngineUrlRequestInterceptor {

@@ -2,6 +2,7 @@
 
 #include <QActionGroup>
 #include <QEvent>
+#include <QLabel>
 #include <QMenu>
 #include <QScreen>
 #include <QToolBar>
@@ -10,6 +11,7 @@
 #include <QWebEngineView>
 #include <algorithm>
 
+#include "FrameMarks.h"
 #include "PlayerPage.h"
 #include "PlayerScheme.h"
 #include "SwfMovie.h"
@@ -51,13 +53,15 @@ QSize sizeOf(const QString& movie) {
 
 PlayerWindow::PlayerWindow(const QString& movie, const QString& package, QSize size)
     : _isOwnSize(size.isEmpty()), _size((_isOwnSize ? sizeOf(movie) : size).expandedTo(smallest)),
-      _profile(new QWebEngineProfile(this)), _view(new QWebEngineView(this)), _trace(new TracePane(this)),
-      _bar(addToolBar(tr("Tool Bar"))) {
+      _profile(new QWebEngineProfile(this)), _files(new PlayerSchemeHandler({package, movie}, _profile)),
+      _view(new QWebEngineView(this)), _trace(new TracePane(this)), _bar(addToolBar(tr("Tool Bar"))),
+      _frameLabel(new QLabel(_bar)) {
     loadResources();
-    setWindowTitle(QStringLiteral("Player"));
+    setMovieName({});
+    setMovie(movie);
     setWindowIcon(QIcon(QStringLiteral(":/icons/zelk.svg")));
     // A profile without a name keeps nothing on the disk.
-    _profile->installUrlSchemeHandler(playerScheme, new PlayerSchemeHandler({package, movie}, _profile));
+    _profile->installUrlSchemeHandler(playerScheme, _files);
     auto* guard = new PlayerRequestGuard(_profile);
     _profile->setUrlRequestInterceptor(guard);
     connect(guard, &PlayerRequestGuard::refused, this,
@@ -72,22 +76,63 @@ PlayerWindow::PlayerWindow(const QString& movie, const QString& package, QSize s
 
 PlayerWindow::~PlayerWindow() { delete _page; } // before its profile
 
+void PlayerWindow::setMovie(const QString& movie) { _files->setMovie(movie, withFrameMarks(movie)); }
+
+void PlayerWindow::setMovieName(const QString& name) {
+    const QString player = QStringLiteral("Player");
+    setWindowTitle(name.isEmpty() ? player : name + QStringLiteral(" - ") + player);
+}
+
+void PlayerWindow::play(const QString& movie) {
+    setMovie(movie);
+    _isOwnSize = true;
+    _size = sizeOf(movie).expandedTo(smallest);
+    _trace->clear();
+    start();
+    fit();
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    raise();
+    activateWindow();
+}
+
 // A page that a movie broke stays broken: each run gets its own.
 void PlayerWindow::start() {
     PlayerPage* old = _page;
     _page = new PlayerPage(_profile, _isOwnSize ? PlayerPage::Beside::bars : PlayerPage::Beside::movie, this);
     _view->setPage(_page);
     delete old;
-    connect(_page, &PlayerPage::loaded, this, &PlayerWindow::loaded);
+    connect(_page, &PlayerPage::loaded, this, [this](int frameCount) {
+        _frameCount = frameCount;
+        showFrame();
+        Q_EMIT loaded();
+    });
     connect(_page, &PlayerPage::failed, this, &PlayerWindow::failed);
     connect(_page, &PlayerPage::traced, this, &PlayerWindow::addLines);
     connect(_page, &PlayerPage::complained, this,
             [this](const QString& text) { addLines({tr("(player: %1)").arg(text)}); });
+    _frame = _frameCount = 0;
+    showFrame();
     showPaused(false);
     _view->setFocus();
 }
 
-void PlayerWindow::addLines(const QStringList& lines) {
+// The emulator keeps the number to itself; a movie that has marks tells it.
+void PlayerWindow::showFrame() {
+    const QString all = _frameCount == 0 ? QString() : QString::number(_frameCount);
+    if (_frame == 0)
+        _frameLabel->setText(all.isEmpty() ? QString() : tr("%1 frames").arg(_frameCount));
+    else
+        _frameLabel->setText(all.isEmpty() ? tr("Frame %1").arg(_frame) : tr("Frame %1 of %2").arg(_frame).arg(all));
+}
+
+void PlayerWindow::addLines(const QStringList& told) {
+    QStringList lines = told;
+    if (const std::optional<int> frame = takeFrameMarks(lines)) {
+        _frame = *frame;
+        showFrame();
+    }
+    if (lines.isEmpty())
+        return;
     const bool isFirst = _trace->text().isEmpty();
     _trace->append(lines);
     if (isFirst && !_trace->isVisible()) {
@@ -118,6 +163,9 @@ void PlayerWindow::makeActions() {
         _page->setPaused(isPaused);
         showPaused(isPaused);
     });
+    QAction* step = makeAction("step", tr("Step Forward"), QStringLiteral("Ctrl+Right"));
+    step->setObjectName(QStringLiteral("step"));
+    connect(step, &QAction::triggered, this, &PlayerWindow::stepForward);
     QAction* restart = makeAction("restart", tr("Restart"), QStringLiteral("Ctrl+R"));
     restart->setObjectName(QStringLiteral("restart"));
     connect(restart, &QAction::triggered, this, &PlayerWindow::start);
@@ -139,8 +187,23 @@ void PlayerWindow::makeActions() {
     close->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_W), QKeySequence(Qt::CTRL | Qt::Key_F4)});
     addAction(close);
     connect(close, &QAction::triggered, this, &QWidget::close);
-    _bar->addActions({_pause, restart, size, _fullScreen, trace});
+    _bar->addActions({_pause, step, restart, size, _fullScreen, trace});
     qobject_cast<QToolButton*>(_bar->widgetForAction(size))->setPopupMode(QToolButton::InstantPopup);
+    auto* room = new QWidget(_bar);
+    room->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    _bar->addWidget(room);
+    _frameLabel->setObjectName(QStringLiteral("frame"));
+    _frameLabel->setContentsMargins(6, 0, 6, 0);
+    _frameLabel->setToolTip(tr("The frame of the main timeline. A movie with ActionScript 3 does not tell."));
+    _bar->addWidget(_frameLabel);
+}
+
+// A movie that plays stops first.
+void PlayerWindow::stepForward() {
+    if (_pause->isChecked())
+        _page->step();
+    else
+        _pause->setChecked(true);
 }
 
 QAction* PlayerWindow::addSizes() {

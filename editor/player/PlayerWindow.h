@@ -3,6 +3,7 @@
 
 #include <QMainWindow>
 
+class QLabel;
 class QToolBar;
 class QWebEngineProfile;
 class QWebEngineView;
@@ -10,6 +11,7 @@ class QWebEngineView;
 namespace zelk {
 
 class PlayerPage;
+class PlayerSchemeHandler;
 class TracePane;
 
 class PlayerWindow : public QMainWindow {
@@ -17,6 +19,10 @@ class PlayerWindow : public QMainWindow {
 public:
     /// What is played, with which files of the emulator. An empty size, in pixels, stands for the movie's own.
     PlayerWindow(const QString& movie, const QString& package, QSize size);
+    /// Plays another movie, from its start and in its own size, and brings the window to the front.
+    void play(const QString& movie);
+    /// What the title calls the movie; empty for nothing.
+    void setMovieName(const QString& name);
     ~PlayerWindow() override;
 
     QWebEngineView& view() { return *_view; }
@@ -44,15 +50,21 @@ private:
     void setFullScreen(bool isFull);
     void fit();
     void addLines(const QStringList& lines);
+    void setMovie(const QString& movie);
+    void stepForward();
+    void showFrame();
 
-    const bool _isOwnSize; // the movie's
-    QSize _size;           // of the view at 100 %
+    bool _isOwnSize; // the movie's
+    QSize _size;     // of the view at 100 %
     int _percent = 100;
+    int _frame = 0, _frameCount = 0; // 0 while that is not known
     QWebEngineProfile* _profile;
+    PlayerSchemeHandler* _files;
     QWebEngineView* _view;
     PlayerPage* _page = nullptr;
     TracePane* _trace;
     QToolBar* _bar;
+    QLabel* _frameLabel;
     QAction *_pause = nullptr, *_fullScreen = nullptr, *_leave = nullptr;
 };
 

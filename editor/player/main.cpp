@@ -3,9 +3,15 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QLoggingCategory>
 #include <QSettings>
+#include <QSocketNotifier>
 #include <cstdio>
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
 
 #include "CommandTable.h"
 #include "PlayerScheme.h"
@@ -16,8 +22,9 @@
 namespace {
 
 struct Arguments {
-    QString movie;
+    QString movie, title;
     QSize size;
+    bool follows = false; // what comes on standard input
 };
 
 Arguments parse(const QApplication& application) {
@@ -28,12 +35,17 @@ Arguments parse(const QApplication& application) {
     parser.addVersionOption();
     const QCommandLineOption width(QStringLiteral("width"), tr("Width in pixels instead of the movie's."), tr("N"));
     const QCommandLineOption height(QStringLiteral("height"), tr("Height, likewise."), tr("N"));
-    parser.addOptions({width, height});
+    const QCommandLineOption title(QStringLiteral("title"), tr("What the window calls the movie."), tr("TEXT"));
+    const QCommandLineOption follow(QStringLiteral("follow"), tr("Play what lines of standard input name, too."));
+    parser.addOptions({width, height, title, follow});
     parser.addPositionalArgument(QStringLiteral("FILE"), tr("The movie"));
     parser.process(application);
     if (parser.positionalArguments().size() != 1)
         parser.showHelp(zelk::PlayerStatus::wrongUse);
-    return {parser.positionalArguments().first(), {parser.value(width).toInt(), parser.value(height).toInt()}};
+    return {parser.positionalArguments().first(),
+            parser.value(title),
+            {parser.value(width).toInt(), parser.value(height).toInt()},
+            parser.isSet(follow)};
 }
 
 // The theme of the editor.
@@ -50,6 +62,30 @@ int fail(int status, const QString& reason) {
     std::puts(reason.toUtf8().constData());
     std::fflush(stdout);
     return status;
+}
+
+// Plays what the editor names on standard input.
+void follow(zelk::PlayerWindow& window) {
+#ifdef Q_OS_UNIX
+    auto* input = new QSocketNotifier(STDIN_FILENO, QSocketNotifier::Read, &window);
+    QObject::connect(input, &QSocketNotifier::activated, &window, [input, &window, text = QByteArray()]() mutable {
+        char bytes[4096];
+        const ssize_t size = read(STDIN_FILENO, bytes, sizeof bytes);
+        if (size <= 0)
+            return input->setEnabled(false);
+        text.append(bytes, size);
+        for (qsizetype end; (end = text.indexOf('\n')) >= 0; text.remove(0, end + 1)) {
+            const QJsonArray line = QJsonDocument::fromJson(text.left(end)).array();
+            const QString movie = line.at(0).toString();
+            window.setMovieName(line.at(1).toString());
+            window.play(movie);
+            std::printf("%s%s\n", zelk::PlayerStatus::plays, qUtf8Printable(movie));
+            std::fflush(stdout);
+        }
+    });
+#else
+    Q_UNUSED(window);
+#endif
 }
 
 } // namespace
@@ -72,6 +108,9 @@ int main(int argc, char** argv) {
 
     applySavedTheme();
     zelk::PlayerWindow window(QFileInfo(arguments.movie).absoluteFilePath(), package, arguments.size);
+    window.setMovieName(arguments.title);
+    if (arguments.follows)
+        follow(window);
     QObject::connect(&window, &zelk::PlayerWindow::failed, &window, [&window](const QString& reason) {
         window.hide();
         QApplication::exit(fail(zelk::PlayerStatus::cannotPlay, reason));

@@ -47,7 +47,7 @@ TEST(PlayerCommand, TheSettingsChooseThePlayer) {
     const auto play = [&](const QString& kind, const QString& command) {
         settings.setValue(QStringLiteral("Player/kind"), kind);
         settings.setValue(QStringLiteral("Player/command"), command);
-        player.play(movie.toStdString(), 0, 0, [](const std::exception_ptr&) { ADD_FAILURE() << "nobody knows"; });
+        player.play({movie.toStdString()}, [](const std::exception_ptr&) { ADD_FAILURE() << "nobody knows"; });
     };
     const QString command = QStringLiteral("command");
     EXPECT_THROW(play(QStringLiteral("none"), QStringLiteral("cp")), NoPlayerException);
@@ -85,11 +85,11 @@ TEST(PlayerCommand, TheReasonComesFromThePlayer) {
         file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         file.close();
         std::optional<std::exception_ptr> result;
-        player.play("movie.swf", 0, 0, [&result](const std::exception_ptr& failure) { result = failure; });
+        player.play({"movie.swf"}, [&result](const std::exception_ptr& failure) { result = failure; });
         EXPECT_TRUE(QTest::qWaitFor([&result] { return result.has_value(); }, 30'000));
         return result.value_or(nullptr);
     };
-    EXPECT_THROW(player.play("movie.swf", 0, 0, {}), NoPlayerException) << "there is no such program yet";
+    EXPECT_THROW(player.play({"movie.swf"}, {}), NoPlayerException) << "there is no such program yet";
     for (const auto& c : cases) {
         SCOPED_TRACE(c.script);
         const std::exception_ptr failure = play(c.script);
@@ -102,6 +102,51 @@ TEST(PlayerCommand, TheReasonComesFromThePlayer) {
         }
     }
     EXPECT_FALSE(play("echo 'only a warning' >&2; exit 0"));
+}
+
+// A script for a player: it writes down each start, and plays what it is told of until the movie "last".
+TEST(PlayerCommand, OneWindowPlaysOneMovieAfterTheOther) {
+    const QTemporaryDir folder;
+    const QString program = folder.filePath(QStringLiteral("player")),
+                  starts = folder.filePath(QStringLiteral("starts"));
+    QFile file(program);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray(R"(#!/bin/sh
+echo "$*" >>)") +
+               starts.toUtf8() + R"(
+while read -r line; do
+    [ "$line" = '["last","t"]' ] && exit 0
+    name=${line#??}
+    echo "plays ${name%%\"*}"
+done
+)");
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    file.close();
+    QSettings settings(folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
+    RequestQueue requests;
+    PlayerProcess player(settings, requests, program);
+    std::string ended;
+    const auto play = [&](const char* movie, bool isApart = false) {
+        player.play({movie, "t", 0, 0, isApart},
+                    [&ended, movie](const std::exception_ptr& failure) { ended += failure ? "failed " : movie; });
+    };
+    const auto wait = [&](const char* movies) {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return ended == movies; }, 30'000)) << ended;
+    };
+    play("a");
+    play("b");
+    wait("a");
+    play("apart", true);
+    play("c");
+    play("d"); // c need not have begun
+    EXPECT_TRUE(QTest::qWaitFor([&] { return ended == "abc" || ended == "acb"; }, 30'000)) << ended;
+    play("last"); // the window is being closed: another one plays it
+    wait((ended + "d").c_str());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QFileInfo(starts).size() > 110; }, 30'000));
+    file.setFileName(starts);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "--width 0 --height 0 --title t --follow -- a\n--width 0 --height 0 --title t -- apart\n"
+                              "--width 0 --height 0 --title t --follow -- last\n");
 }
 
 } // namespace

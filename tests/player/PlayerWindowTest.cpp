@@ -106,6 +106,36 @@ TEST_F(PlayerWindowTest, AMoviePausesPlaysAndStartsAgain) {
     EXPECT_FALSE(pause->isChecked());
 }
 
+TEST_F(PlayerWindowTest, FramesPassOneByOneAndAnotherMovieTakesTheWindow) {
+    std::string tags;
+    for (int i = 1; i <= 9; ++i)
+        tags += frame(tracing("f" + std::to_string(i)));
+    open(compile(tags));
+    const auto shown = [this] { return window->findChild<QLabel*>(QStringLiteral("frame"))->text(); };
+    const auto step = [this] { window->findChild<QAction*>(QStringLiteral("step"))->trigger(); };
+    step(); // a movie that plays is stopped by it
+    ASSERT_TRUE(waitFor([&] { return loads == 1 && !shown().isEmpty(); })) << failure.toStdString();
+    QTest::qWait(500);
+    const int before = shown().section(u' ', 1, 1).toInt();
+    for (int i = 1; i <= 3; ++i) {
+        step();
+        const QString next = QStringLiteral("Frame %1 of 9").arg(before + i);
+        ASSERT_TRUE(waitFor([&] { return shown() == next; })) << shown().toStdString();
+        QTest::qWait(300);
+        EXPECT_EQ(shown(), next) << "it goes on";
+        EXPECT_EQ(traced(("f" + std::to_string(before + i)).c_str()), 1);
+    }
+    EXPECT_EQ(window->trace().text().count(u'\n') + 1, before + 3) << "only what the movie itself traces";
+
+    libswf::writeFile(path("other.swf"), compile(frame(tracing("other")), R"(Width="350" Height="100")"));
+    window->setMovieName(QStringLiteral("other.swf"));
+    window->play(QString::fromStdString(path("other.swf")));
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("other.swf - Player"));
+    EXPECT_EQ(window->view().size(), QSize(350, 100));
+    EXPECT_TRUE(waitFor([&] { return shown() == QStringLiteral("Frame 1 of 1") && traced("other") > 0; }));
+    EXPECT_EQ(traced("f1"), 0);
+}
+
 TEST_F(PlayerWindowTest, TheWindowFitsTheScreen) {
     open(compile("<ShowFrame />", R"(Width="5000" Height="4000")"));
     EXPECT_TRUE(window->screen()->availableSize().expandedTo(window->size()) == window->screen()->availableSize());
@@ -221,9 +251,7 @@ class HerePlayer : public IPlayer {
 public:
     using Opener = std::function<void(const std::string&, QSize)>;
     explicit HerePlayer(Opener opener) : _opener(std::move(opener)) {}
-    void play(const std::string& fileName, int width, int height, Ended) override {
-        _opener(fileName, {width, height});
-    }
+    void play(const PlayRequest& movie, Ended) override { _opener(movie.fileName, {movie.width, movie.height}); }
 
 private:
     Opener _opener;
@@ -252,7 +280,7 @@ TEST_F(PlayerWindowTest, WhatIsNoMovieIsReportedByTheEditor) {
     PlayerProcess player(settings, requests);
     libswf::writeFile(path("broken.swf"), std::vector<uint8_t>{'F', 'W', 'S', 7, 9, 9});
     bool hasEnded = false;
-    player.play(path("broken.swf"), 0, 0, [&](const std::exception_ptr& failure) {
+    player.play({path("broken.swf")}, [&](const std::exception_ptr& failure) {
         hasEnded = true;
         ASSERT_TRUE(failure);
         guicommand::reportFailure(session, failure);

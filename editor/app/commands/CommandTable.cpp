@@ -15,6 +15,8 @@ constexpr CommandRow rows[] = {
     {save, "&Save...\tCtrl+S", "Save the active Xml\nSave", "save", Needs::document, ""},
     {saveAs, "&Save As...\tCtrl+Alt+S", "Save As\nSave Xml", "save-as", Needs::document, ""},
     {play, "P&lay...\tCtrl+Enter", "Playing swf file in new window\nPlay", "play", Needs::document, "Ctrl+Return"},
+    {playApart, "Play in Ne&w Window\tCtrl+Shift+Enter", "Play beside what is playing already\nPlay in New Window", "", Needs::document,
+     "Ctrl+Shift+Return"},
     {recentFiles, "Recent &Files", "", "", Needs::nothing, ""},
     {firstRecentFile, "(empty)", "", "", Needs::neverMet, ""},
     {reopenSession, "Reopen Files at S&tart", "Open the files of the last session at each start\nReopen Files", "",
@@ -116,9 +118,9 @@ constexpr CommandRow rows[] = {
 
 constexpr MenuItem line = {separator};
 
-constexpr MenuItem fileItems[] = {{fileNew},    {fileOpen},    {save},           {saveAs}, line,    {play},
-                                  line,         {recentFiles}, {reopenSession},  line,     {print}, {printPreview},
-                                  {exportText}, line,          {CommandId::exit}};
+constexpr MenuItem fileItems[] = {
+    {fileNew}, {fileOpen}, {save},         {saveAs},     line, {play},      line, {recentFiles},    {reopenSession},
+    line,      {print},    {printPreview}, {exportText}, line, {playApart}, line, {CommandId::exit}};
 constexpr MenuItem editItems[] = {{undo},
                                   {redo},
                                   {cut},

@@ -98,6 +98,7 @@ constexpr int nextBookmark = 60087;
 constexpr int previousBookmark = 60088;
 constexpr int editTag = 60100;
 constexpr int duplicateTags = 60101;
+constexpr int playApart = 60102;
 } // namespace CommandId
 
 /// What has to be there for a command to be chosen.

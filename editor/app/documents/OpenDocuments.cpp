@@ -131,9 +131,9 @@ bool OpenDocuments::saveBy(DocumentView& view, CommandPtr command) {
     return true;
 }
 
-void OpenDocuments::play(DocumentView& view) {
+void OpenDocuments::play(DocumentView& view, bool isApart) {
     MacroCommand all{std::make_shared<SaveAsDocCmd>(view.document(), view),
-                     std::make_shared<SwfPlayCmd>(_session, view.document())};
+                     std::make_shared<SwfPlayCmd>(_session, view.document(), isApart)};
     runCommand(_session, all, &view);
     view.document().text = {};
     Q_EMIT changed();

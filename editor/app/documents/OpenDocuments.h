@@ -21,7 +21,7 @@ public:
     /// False when it was not saved: the reason is told.
     bool save(DocumentView& view);
     bool saveAs(DocumentView& view);
-    void play(DocumentView& view);
+    void play(DocumentView& view, bool isApart);
     /// In place of what is there, with the caret in its row; asks first when that has unsaved changes.
     void reload(DocumentView& view);
     /// Opens what a run that ended kept of a document, as modified. Null when it cannot be read.

@@ -4,7 +4,11 @@
 #include <QObject>
 #include <QSettings>
 
+#include <optional>
+
 #include "Session.h"
+
+class QProcess;
 
 namespace zelk {
 
@@ -21,16 +25,27 @@ public:
     /// Ends the players of the editor.
     ~PlayerProcess() override;
 
-    void play(const std::string& fileName, int width, int height, Ended ended) override;
+    void play(const PlayRequest& request, Ended ended) override;
 
 private:
+    struct Playing {
+        PlayRequest request;
+        Ended ended;
+    };
     static QString besideTheEditor();
-    void startOwn(const QString& movie, int width, int height, const Ended& ended);
+    bool playInWindow(const Playing& next);
+    void startOwn(const Playing& first);
+    void readAnswers(QProcess* process, QByteArray& answers);
+    void windowEnded(QProcess* process, const std::exception_ptr& failure, const Ended& ended);
+    void tell(const Ended& ended, const std::exception_ptr& failure);
     void startCommand(const QString& command, const QString& movie);
 
     QSettings& _settings;
     RequestQueue& _requests; // through which it tells how a player ended
     const QString _program;
+    QProcess* _window = nullptr;  // that takes one movie after the other; null when there is none
+    Ended _windowEnded;           // of the movie in it
+    std::optional<Playing> _next; // that it was told to play, and has not begun with
 };
 
 /// The program and its arguments. "%1" stands for the movie, which comes last when the command does not name it; quotes

@@ -165,7 +165,10 @@ void WindowCommands::addDocumentCommands() {
     onCurrent(CommandId::saveAs, [this](DocumentView& view) { _parts.documents.saveAs(view); });
     onCurrent(CommandId::close, [this](DocumentView& view) { _parts.documents.close(view); });
     onCurrent(CommandId::closeOthers, [this](DocumentView& view) { _parts.documents.closeAll(&view); });
-    onCurrent(CommandId::play, [this](DocumentView& view) { _parts.documents.play(view); });
+    onCurrent(CommandId::play, [this](DocumentView& view) {
+        _parts.documents.play(view, QApplication::keyboardModifiers().testFlag(Qt::ShiftModifier)); // on the button
+    });
+    onCurrent(CommandId::playApart, [this](DocumentView& view) { _parts.documents.play(view, true); });
     onCurrent(CommandId::showColor, [this](DocumentView& view) { showSelectedColor(view); });
     onCurrent(CommandId::movieXml, [](DocumentView& view) { view.showText(); });
     onCurrent(CommandId::tagList, [this](DocumentView& view) { showList(view); });

@@ -111,7 +111,8 @@ bool SwfPlayCmd::Execute() {
     params.original = _document.original;
     runJob<compile>(_session.user, "Compiling " + _document.fileName, params);
     _document.warnings.compiled(std::move(params.warnings));
-    playMovie(_session, params.movie, 0, 0);
+    const size_t folder = _document.fileName.find_last_of("/\\");
+    playMovie(_session, params.movie, {"", _document.fileName.substr(folder + 1), 0, 0, _isApart});
     return true;
 }
 

@@ -75,12 +75,15 @@ private:
 /// Compiles the document's text into a temporary file and plays it. The document's text is empty then.
 class SwfPlayCmd : public FinalCommand {
 public:
-    SwfPlayCmd(Session& session, Document& document) : _session(session), _document(document) {}
+    /// `isApart`: in a window of its own.
+    SwfPlayCmd(Session& session, Document& document, bool isApart)
+        : _session(session), _document(document), _isApart(isApart) {}
     bool Execute() override;
 
 private:
     Session& _session;
     Document& _document;
+    const bool _isApart;
 };
 
 } // namespace zelk::guicommand::documentview

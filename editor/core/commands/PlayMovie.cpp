@@ -22,17 +22,18 @@ std::string temporaryFile(Session& session, const libswf::SwfVector<uint8_t>& mo
 
 } // namespace
 
-void playMovie(Session& session, const libswf::SwfVector<uint8_t>& movie, int width, int height) {
+void playMovie(Session& session, const libswf::SwfVector<uint8_t>& movie, PlayRequest request) {
     if (session.player == nullptr)
         throw NoPlayerException("");
     const std::string name = temporaryFile(session, movie);
+    request.fileName = name;
     const auto ended = [&session, name](const std::exception_ptr& failure) {
         session.temporaryMovies.remove(name);
         if (failure)
             reportFailure(session, failure);
     };
     try {
-        session.player->play(name, width, height, ended);
+        session.player->play(request, ended);
     } catch (...) {
         session.temporaryMovies.remove(name);
         throw;

@@ -63,6 +63,14 @@ public:
     virtual std::optional<std::string> editTag(const std::string& element, MovieLayout layout) = 0;
 };
 
+/// A movie that is to be shown.
+struct PlayRequest {
+    std::string fileName;
+    std::string title = {};    ///< what the user calls it; may be empty
+    int width = 0, height = 0; ///< in pixels; 0 for the movie's own size
+    bool isApart = false;      ///< in a window of its own, whatever is shown already
+};
+
 /// Shows a movie.
 class IPlayer {
 public:
@@ -70,9 +78,9 @@ public:
     using Ended = std::function<void(std::exception_ptr failure)>;
 
     virtual ~IPlayer() = default;
-    /// Returns while the movie plays. Width and height in pixels; 0 for the movie's own size. Throws NoPlayerException
-    /// and PlayerException for what is known at once, and never calls `ended` then.
-    virtual void play(const std::string& fileName, int width, int height, Ended ended) = 0;
+    /// Returns while the movie plays. Throws NoPlayerException and PlayerException for what is known at once, and never
+    /// calls `ended` then.
+    virtual void play(const PlayRequest& request, Ended ended) = 0;
 };
 
 /// One run of the program. Lives on the GUI thread.

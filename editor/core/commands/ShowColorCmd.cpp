@@ -35,7 +35,7 @@ bool ShowColorCmd::Execute() {
         return false;
     CompileParams params;
     params.text = movieOf(_color);
-    playMovie(_session, compileDocument(params), width, height);
+    playMovie(_session, compileDocument(params), {"", "", width, height, true});
     return true;
 }
 

@@ -7,6 +7,51 @@ const player = (() => {
     let secret = "", api = null, isPaused = false; // the API from when the movie is there
     let lines = [], dropped = 0, timer = 0;
 
+    // The emulator counts time and draws in animation frames. While they are held none comes but those of a step, which
+    // are as long as it says.
+    const frames = (() => {
+        const ask = window.requestAnimationFrame.bind(window), leave = window.cancelAnimationFrame.bind(window);
+        const waiting = new Map();
+        let isHeld = false, told = 0, late = 0; // the time that the emulator knows, and how far it is behind
+        let steps = [], afterSteps = null;
+        function arrive(id, callback, time) {
+            if (!isHeld) {
+                callback(told = Math.max(told, time - late));
+            } else if (steps.length === 0) {
+                waiting.set(id, callback);
+            } else {
+                callback(told += steps.shift());
+                if (steps.length === 0)
+                    afterSteps();
+            }
+        }
+        function request(callback) {
+            const id = ask((time) => arrive(id, callback, time));
+            return id;
+        }
+        function askAgain() {
+            const due = [...waiting.values()];
+            waiting.clear();
+            due.forEach(request);
+        }
+        window.requestAnimationFrame = request;
+        window.cancelAnimationFrame = (id) => waiting.delete(id) || leave(id);
+        return {
+            hold() { isHeld = true; },
+            release() {
+                isHeld = false;
+                steps = [];
+                late = performance.now() - told;
+                askAgain();
+            },
+            step(length, after) {
+                steps.push(0, length); // the emulator counts from the first one
+                afterSteps = after;
+                askAgain();
+            },
+        };
+    })();
+
     const tell = (kind, value) => console.info(secret + JSON.stringify([kind, value]));
 
     // The engine does not let `fetch` use the scheme that serves these files.
@@ -71,19 +116,41 @@ const player = (() => {
             ruffle.traceObserver = trace;
             api = ruffle;
             if (isPaused)
-                api.suspend();
+                hold();
             element.focus();
-            tell("loaded", null);
+            tell("loaded", api.metadata ? api.metadata.numFrames : 0);
         } catch (error) {
             tell("failed", String(error && error.message || error));
         }
     }
 
-    function pause(isAsked) {
-        isPaused = isAsked;
-        if (api !== null)
-            isPaused ? api.suspend() : api.resume();
+    function hold() {
+        frames.hold();
+        api.suspend();
     }
 
-    return { start, pause };
+    function pause(isAsked) {
+        isPaused = isAsked;
+        if (api === null)
+            return;
+        if (isPaused) {
+            hold();
+        } else {
+            api.resume();
+            frames.release();
+        }
+    }
+
+    // One frame further, while it is paused.
+    function step() {
+        if (api === null || !isPaused)
+            return;
+        api.resume();
+        frames.step(1000 / (api.metadata && api.metadata.frameRate || 12), () => {
+            if (isPaused)
+                api.suspend();
+        });
+    }
+
+    return { start, pause, step };
 })();

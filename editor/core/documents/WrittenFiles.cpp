@@ -24,9 +24,7 @@ std::string keyOf(const std::string& fileName) {
 
 // A line has size, hash, time and whether the time can be relied on, then the name.
 void WrittenFiles::read() {
-    if (_list.empty())
-        return;
-    std::ifstream file(_list, std::ios::binary);
+    std::ifstream file(_list, std::ios::binary); // there is none without a name
     std::deque<Entry> entries;
     for (std::string line; entries.size() < most && std::getline(file, line);) {
         std::istringstream fields(line);

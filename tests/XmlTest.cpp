@@ -457,4 +457,10 @@ TEST(DocumentText, TurnsUtf16IntoUtf8) {
         EXPECT_EQ(documentText(row.bytes), row.text);
 }
 
+TEST(XmlTags, ATagThatIsNotOfItsCodesClassIsShownAsBytes) {
+    SwfMovieSafe movie;
+    movie.tags.append(std::make_shared<SwfTag>(SwfTagCode::DefineShape));
+    EXPECT_NE(swfToXml(movie, {}).find("<Unknown TagType=\"2\""), std::string::npos);
+}
+
 } // namespace

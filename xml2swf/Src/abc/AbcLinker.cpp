@@ -203,8 +203,9 @@ void AbcLinker::settleMethod(uint32_t& index) const {
 }
 
 void AbcLinker::settle(SwfAbcValue& value) const {
+    const bool isOfNamespace = value.kind == abcKindOfNamespace && value.index >= abcIsReference;
     settle(value.index);
-    if (value.kind == 0xFF && value.index < _block.namespaces.size())
+    if (isOfNamespace && value.index < _block.namespaces.size())
         value.kind = _block.namespaces[value.index].kind;
 }
 

@@ -24,6 +24,8 @@ struct AbcReference {
 
 /// An index with this bit is the number of a reference of its part.
 constexpr uint32_t abcIsReference = 0x80000000;
+/// The kind of a value whose index is a reference: that of the namespace that it turns out to be.
+constexpr uint8_t abcKindOfNamespace = 0xFF;
 /// What has no place of its own comes behind the one before it.
 constexpr uint32_t abcNoPlace = UINT32_MAX;
 

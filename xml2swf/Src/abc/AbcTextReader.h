@@ -125,7 +125,4 @@ private:
     libswf::SwfAbcValue valueIn(Element& element, std::string_view attribute, std::string_view text);
 };
 
-/// A value whose kind is that of the namespace that it turns out to be.
-constexpr uint8_t abcKindOfNamespace = 0xFF;
-
 } // namespace xml2swf

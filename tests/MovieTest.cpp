@@ -157,6 +157,11 @@ TEST(Compression, BoundsTheBodyByItsHeader) {
     for (const auto& row : rows)
         EXPECT_EQ(failureOf(compressedFile(row.packed, row.length)), row.code) << &row - rows;
     EXPECT_EQ(Loaded(compressedFile(packed, length)).count(), 2u);
+    try {
+        Loaded(compressedFile(packed, 7));
+    } catch (const SwfException& error) {
+        EXPECT_EQ(std::string(error.what()), "the header gives a file length below 8 (code 3)");
+    }
 }
 
 TEST(Compression, BigBodiesAreDeflatedInParts) {

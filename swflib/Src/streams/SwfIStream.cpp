@@ -139,8 +139,11 @@ private:
     throw SwfException(SwfError::badData, "the compressed body is corrupt, cut short, or longer than its header says");
 }
 
-// A file that claims to be shorter than its header has no room for a body.
-uint64_t bodyLimit(uint32_t fileLength) { return std::max(fileLength, 8u) - 8; }
+uint64_t bodyLimit(uint32_t fileLength) {
+    if (fileLength < 8)
+        throw SwfException(SwfError::badData, "the header gives a file length below 8");
+    return fileLength - 8;
+}
 
 } // namespace
 

@@ -3,6 +3,7 @@
 #include "Tests.h"
 
 #include "Completion.h"
+#include "DocumentFonts.h"
 #include "ElementInsertion.h"
 #include "SingleTag.h"
 #include "TagCheck.h"
@@ -69,6 +70,27 @@ TEST(FullDocument, PartsAreReadInItsForm) {
     ASSERT_TRUE(sound);
     EXPECT_NE(tagElement(compileTag(sound->element, sound->layout, nullptr), sound->layout).find("Speex"),
               std::string::npos);
+}
+
+TEST(FullDocument, TextsAloneTakeTheFontsOfTheirDocument) {
+    const std::string element =
+        R"(<DefineText Id="1"><TextRecords><TextRecord FontId="5" Height="9"><GlyphEntries><GlyphEntry Character="&lt;" Advance="1" /></GlyphEntries></TextRecord></TextRecords></DefineText>)";
+    const std::string codes = "><CodesTable><Code Value=\"80\" /><Code Value=\"60\" /></CodesTable></DefineFontInfo>";
+    const std::string document = "<Movie Form=\"full\" SwfVersion=\"9\">" + element + "<DefineFontInfo FontId=\"7\"" +
+                                 codes + "<DefineFontInfo FontId=\"5\"" + codes + "</Movie>";
+    const MovieLayout layout = layoutAtStart(document);
+    const auto ids = spelledFonts(element, true);
+    EXPECT_EQ(ids, std::vector<uint16_t>{5});
+    EXPECT_TRUE(spelledFonts(element, false).empty());
+    const FontTables fonts = fontsOf(document, TagIndex(document), ids);
+    EXPECT_EQ(fonts.find(7), nullptr);
+    SwfWarnings warnings;
+    checkTag(element, layout, warnings, &fonts);
+    EXPECT_THROW(checkTag(element, layout, warnings), XmlValueError);
+    const auto tag = compileTag(element, layout, &warnings, &fonts);
+    EXPECT_NE(tagElement(tag, layout, &fonts).find("Character=\"&lt;\""), std::string::npos);
+    EXPECT_NE(tagElement(tag, layout).find("Index=\"1\""), std::string::npos);
+    EXPECT_NE(tagInForm(element, layout, false, &fonts).find("Index=\"1\""), std::string::npos);
 }
 
 TEST(FullDocument, OffersTheWordsOfItsForm) {

@@ -92,6 +92,22 @@ TEST(Original, UntouchedTagsOfTheCorpusKeepTheirBytes) {
     }
 }
 
+TEST(Original, TextsByCharacterFollowTheirFont) {
+    // DefineFontInfo of font 5 with the codes "Pu", and "P" in it, in wider fields than it needs.
+    const Bytes file = hexBytes("46 57 53 08 2b000000 00 000c 0100 47 03 05 00 01 46 00 50 75"
+                                "cf 02 01 00 00 00 08 08 88 05 00 0a 00 01 00 00 00 40 00 00 00");
+    SwfMovieSafe movie;
+    movie.parse(file, {.fullForm = true, .keepRaw = true});
+    const OriginalMovie original(movie);
+    const std::string xml = swfToXml(movie, {.keepRaw = true});
+    EXPECT_NE(xml.find("Character=\"P\""), std::string::npos) << xml;
+    EXPECT_EQ(hexText(compiled(xml, original)), hexText(file));
+    std::string other = xml;
+    const size_t codes = other.find("Value=\"80\"");
+    other.replace(codes, 10, "Value=\"117\"").replace(other.find("Value=\"117\"", codes + 5), 11, "Value=\"80\"");
+    EXPECT_NE(hexText(compiled(other, original)).find("88 05 00 0a 00 01 01 00"), std::string::npos);
+}
+
 TEST(Original, OddMoviesKeepWhatTheXmlFormLoses) {
     // A stage in wider fields, a wrong frame count and length, long headers, bytes after End.
     const Bytes file = hexBytes("46 57 53 08 ffffffff f8 00*16 000c 0900"

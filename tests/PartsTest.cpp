@@ -189,6 +189,9 @@ TEST(Parts, CasesAreTheSameInEachWay) {
                     records = joined(std::move(records), joined(each.before, recordOf(each.tag, *each.body)));
             }
         }
+        // Of the font in which cases give glyphs by their characters.
+        text += "<DefineFontInfo FontId=\"30465\"><CodesTable><Code Value=\"80\" /><Code Value=\"117\" />"
+                "<Code Value=\"34\" /></CodesTable></DefineFontInfo>";
         while (text.size() < bigText)
             text += elements;
         while (file.size() < bigBody)

@@ -205,7 +205,7 @@ private:
         _font = &_fonts[*id];
         if (!tag.name.starts_with("DefineFontInfo") && tag.name != "DefineFont4")
             _font->count = 0;
-        _isInGlyphs = false;
+        _isInGlyphs = _isInCodes = false;
         _isFirstFont = tag.name == "DefineFont";
     }
 
@@ -215,7 +215,9 @@ private:
             _isInGlyphs = true;
         } else if (name == "Glyphs" && _font->count) {
             ++*_font->count;
-        } else if (name == "Code") {
+        } else if (name != "Code") {
+            _isInCodes = name == "CodesTable";
+        } else if (_isInCodes) { // advances are called the same
             if (const auto code = numberIn(startTag, "Value"))
                 _font->codes.insert(*code);
         }
@@ -247,7 +249,8 @@ private:
         if (font == _fonts.end() || font->second.codes.empty() || start == element.npos)
             return;
         const size_t end = element.find("]]>", start);
-        for (uint32_t code : codePoints(element.substr(start + open.size(), end - start - open.size()))) {
+        const std::string_view text = element.substr(start + open.size(), end - start - open.size());
+        for (const char32_t code : fromUtf8(text).value_or(U"")) {
             if (code <= ' ' || code == 0xA0 || font->second.codes.contains(code))
                 continue;
             std::string letter;
@@ -256,19 +259,6 @@ private:
                        static_cast<uint16_t>(*_editText.font),
                        shown(static_cast<uint16_t>(*_editText.font)) + " has no glyph for \"" + letter + "\"");
         }
-    }
-
-    static std::vector<uint32_t> codePoints(std::string_view utf8) {
-        std::vector<uint32_t> result;
-        for (size_t at = 0; at < utf8.size();) {
-            const auto first = static_cast<uint8_t>(utf8[at++]);
-            const int tails = first < 0xC0 ? 0 : first < 0xE0 ? 1 : first < 0xF0 ? 2 : 3;
-            uint32_t code = tails == 0 ? first : first & (0x3Fu >> tails);
-            for (int i = 0; i < tails && at < utf8.size(); ++i)
-                code = code << 6 | (static_cast<uint8_t>(utf8[at++]) & 0x3F);
-            result.push_back(code);
-        }
-        return result;
     }
 
     // --- pictures ---
@@ -338,7 +328,7 @@ private:
     std::vector<Timeline> _timelines;
     std::unordered_map<uint32_t, FontGlyphs> _fonts;
     FontGlyphs* _font = nullptr; // that is being read
-    bool _isInGlyphs = false, _isFirstFont = false;
+    bool _isInGlyphs = false, _isInCodes = false, _isFirstFont = false;
     std::optional<uint32_t> _writtenIn; // font of the text that is being read
     std::set<std::pair<uint32_t, uint32_t>> _told;
     EditText _editText = {};

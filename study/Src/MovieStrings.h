@@ -1,15 +1,16 @@
 // The strings of a movie as UTF-8, and back.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
+#include "XmlCharacters.h"
+
 namespace zelk {
 
-/// Nothing for bytes that are no UTF-8.
-std::optional<std::u32string> fromUtf8(std::string_view bytes);
-std::string toUtf8(std::u32string_view characters);
+using xml2swf::characterName;
+using xml2swf::fromUtf8;
+using xml2swf::toUtf8;
 
 /// A string of a movie as people read it: movies up to version 5, and later ones whose string is no UTF-8, have
 /// Windows-1252. Lines that end with \r alone end with \n here.
@@ -22,8 +23,5 @@ std::string storedString(std::string_view text, std::string_view before, uint8_t
 struct TextRefusal {
     std::string reason;
 };
-
-/// 'x' (U+0078) for messages.
-std::string characterName(char32_t character);
 
 } // namespace zelk

@@ -5,7 +5,6 @@
 namespace zelk {
 
 using namespace libswf;
-using xml2swf::FontCharacters;
 
 namespace {
 
@@ -22,10 +21,8 @@ TextFonts::TextFonts(const SwfTags& tags, uint8_t version) {
     }
 }
 
-void TextFonts::addFont2(const SwfTagDefineFont2& font, uint8_t version) {
+void TextFonts::addFont2(const SwfTagDefineFont2& font) {
     TextFont& result = _fonts[font.characterId] = TextFont();
-    result.name = shownString(font.fontName.view(), version);
-    result.characters = FontCharacters(font, version);
     result.hasLayout = font.hasLayout && font.advances.size() == font.glyphs.count();
     result.advances.resize(font.glyphs.count());
     for (uint32_t i = 0; result.hasLayout && i < font.advances.size(); ++i)
@@ -34,19 +31,16 @@ void TextFonts::addFont2(const SwfTagDefineFont2& font, uint8_t version) {
 
 void TextFonts::add(const SwfTag& tag, uint8_t version) {
     if (const auto* font2 = dynamic_cast<const SwfTagDefineFont2*>(&tag)) {
-        addFont2(*font2, version);
+        addFont2(*font2);
     } else if (const auto* font = dynamic_cast<const SwfTagDefineFont*>(&tag)) {
         _fonts[font->characterId].advances.resize(font->glyphs.count());
-    } else if (const auto* info = dynamic_cast<const SwfTagDefineFontInfo*>(&tag)) {
-        TextFont& named = _fonts[info->fontId];
-        named.name = shownString(info->fontName.view(), version);
-        named.characters = FontCharacters(*info, version);
-    } else if (const auto* info2 = dynamic_cast<const SwfTagDefineFontInfo2*>(&tag)) {
-        TextFont& named = _fonts[info2->fontId];
-        named.name = shownString(info2->fontName.view(), version);
-        named.characters = FontCharacters(*info2);
     } else if (const auto* font4 = dynamic_cast<const SwfTagDefineFont4*>(&tag)) {
         _otherNames[font4->characterId] = shownString(font4->fontName.view(), version);
+    }
+    if (std::optional<xml2swf::FontCodes> codes = xml2swf::fontCodes(tag, version)) {
+        TextFont& named = _fonts[codes->fontId];
+        named.name = shownString(codes->name.view(), version);
+        named.characters = std::move(codes->characters);
     }
 }
 

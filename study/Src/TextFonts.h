@@ -35,7 +35,7 @@ public:
 
 private:
     void add(const libswf::SwfTag& tag, uint8_t version);
-    void addFont2(const libswf::SwfTagDefineFont2& font, uint8_t version);
+    void addFont2(const libswf::SwfTagDefineFont2& font);
     void learnAdvances(const libswf::SwfTagDefineText& text);
 
     std::unordered_map<uint16_t, TextFont> _fonts;

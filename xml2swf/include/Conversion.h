@@ -47,6 +47,7 @@ public:
 };
 
 class IScriptListener;
+class FontTables;
 class OriginalMovie;
 class XmlReadObserver;
 
@@ -72,6 +73,11 @@ struct ConversionOptions {
     XmlReadObserver* observer = nullptr;
     /// XML to SWF, without toWrite: hears where the branches of scripts lead to. Goes on one thread then.
     IScriptListener* scripts = nullptr;
+    /// Full form: the fonts of the movie that these tags are only a part of, for texts whose fonts are not among them.
+    const FontTables* fonts = nullptr;
+    /// Full form: to show all glyphs of texts by their indices, and to leave the ones that are given by their
+    /// characters at 0.
+    bool ignoreFonts = false;
     /// Threads for a big input, this one among them; 0 for as many as the machine has cores. What comes out is the
     /// same, and progress and warnings come on this thread.
     uint32_t threads = 0;

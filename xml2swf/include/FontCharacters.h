@@ -1,13 +1,15 @@
-// What characters the glyphs of a font stand for.
+// What characters the glyphs of fonts stand for.
 #pragma once
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
 #include "SwfTagDefineFont.h"
 #include "SwfTagDefineFontInfo.h"
+#include "SwfTags.h"
 
 namespace xml2swf {
 
@@ -30,6 +32,9 @@ public:
     std::optional<char32_t> ofGlyph(uint32_t glyph) const;
     /// The first glyph of a character.
     std::optional<uint32_t> glyphOf(char32_t character) const;
+    /// The character of a glyph, where it leads back to it: one that can be seen and told apart from others, and whose
+    /// first glyph this is.
+    std::optional<char32_t> spelledGlyph(uint32_t glyph) const;
     bool empty() const { return _glyphs.empty(); }
 
 private:
@@ -39,6 +44,31 @@ private:
     static constexpr char32_t none = UINT32_MAX;
     std::vector<char32_t> _characters; // by glyph
     std::unordered_map<char32_t, uint32_t> _glyphs;
+};
+
+/// What one tag says of a font.
+struct FontCodes {
+    uint16_t fontId = 0;
+    libswf::SwfString name;
+    FontCharacters characters;
+};
+
+/// Whether tags of this code, or elements of this name, have a code table.
+bool hasFontCodes(uint16_t tagCode);
+bool hasFontCodes(std::string_view elementName);
+/// Nothing for a tag without a code table.
+std::optional<FontCodes> fontCodes(const libswf::SwfTag& tag, uint8_t version);
+
+/// The code tables of a movie's fonts. Of several tags about one font, the last one's counts.
+class FontTables {
+public:
+    /// Takes what a tag says; one that is kept as bytes is read for it. All others are passed over.
+    void add(libswf::SwfTag& tag, const libswf::SwfContext& movie);
+    /// Null for a font that no tag gives codes to.
+    const FontCodes* find(uint16_t fontId) const;
+
+private:
+    std::unordered_map<uint16_t, FontCodes> _fonts;
 };
 
 } // namespace xml2swf

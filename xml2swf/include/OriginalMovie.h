@@ -26,6 +26,8 @@ public:
     bool fullForm() const { return _fullForm; }
     const libswf::SwfMovieSource& source() const { return _source; }
     const libswf::SwfBytes& wholeFile() const { return _wholeFile; }
+    /// Whether the elements of a text that say what glyphs of fonts stand for are those of the original, in its order.
+    bool hasFonts(std::span<const std::string_view> elements) const;
     /// Whether this is the unchanged Movie element's text.
     bool isWholeText(std::string_view movieElement) const;
 
@@ -67,6 +69,7 @@ private:
     libswf::SwfMovieSource _source;
     libswf::SwfBytes _wholeFile;
     TextKey _wholeText{};
+    std::vector<TextKey> _fonts; // of the elements, in their order
     std::unordered_map<TextKey, std::vector<Entry>, KeyHash> _records;
 };
 

@@ -1,8 +1,10 @@
-// Single characters: as bytes of UTF-8, and as digits.
+// Characters: as bytes of UTF-8, in messages, and as digits.
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace xml2swf {
 
@@ -17,6 +19,13 @@ inline void appendUtf8(std::string& out, uint32_t c) {
     for (int i = tails - 1; i >= 0; --i)
         out += static_cast<char>(0x80 | (c >> (6 * i) & 0x3F));
 }
+
+/// Nothing for bytes that are no UTF-8.
+std::optional<std::u32string> fromUtf8(std::string_view bytes);
+std::string toUtf8(std::u32string_view characters);
+
+/// 'x' (U+0078) for messages.
+std::string characterName(char32_t character);
 
 /// 0 to 15; -1 for what is no hexadecimal digit.
 inline int hexDigit(char c) {

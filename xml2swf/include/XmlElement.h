@@ -29,6 +29,7 @@ namespace xml2swf {
 class ActionBytes;
 class IScriptListener;
 class ScriptNotes;
+class SpelledTexts;
 
 /// What the readers of one document share.
 struct XmlReadContext {
@@ -41,6 +42,7 @@ struct XmlReadContext {
     uint16_t actionDepth = 0;
     uint32_t threads = 1;               ///< for an element that can be read in parts
     ActionBytes* actionBytes = nullptr; ///< where actions become bytes; null: they stay objects
+    SpelledTexts* spelled = nullptr;    ///< texts that wait for their fonts; null: glyphs by character stay 0
     ScriptNotes* script = nullptr;      ///< whose actions are being read; null outside of scripts
     /// The original record of the tag whose element's name stands at an offset; null when its text is not as it was.
     /// Empty when there is no original.

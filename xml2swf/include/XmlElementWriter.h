@@ -77,6 +77,7 @@ private:
     bool _open = false;
 };
 
+class MovieFonts;
 class ScriptView;
 struct TagText;
 
@@ -87,6 +88,7 @@ struct XmlWriteContext {
     bool abcAsData = false; ///< show blocks of ActionScript 3 as bytes
     libswf::SwfWarnings* warnings = nullptr;
     std::vector<uint32_t> tagPath;            ///< indices of the tag being written
+    const MovieFonts* fonts = nullptr;        ///< whose glyphs are shown by their characters; null: by their indices
     ScriptView* script = nullptr;             ///< being written in the full form; null elsewhere
     libswf::SwfScriptOutline outline;         ///< of the script that was read last, if it is known
     uint32_t threads = 1;                     ///< for an element that can be written in parts

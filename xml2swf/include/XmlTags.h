@@ -35,6 +35,9 @@ std::shared_ptr<libswf::SwfTag> readTag(XmlElement& element);
 /// Appends the tags of all child elements.
 void readTagList(XmlElement& parent, libswf::SwfTags& tags);
 
+/// A tag that is kept as bytes, read in the movie's form. None for an End; Unknown where its body is not of the layout.
+libswf::SwfTags readBytes(libswf::SwfTag& tag, const libswf::SwfContext& movie);
+
 /// Why a record stands as Unknown in a movie of this version and form; nothing when the form shows it. Reads it, and
 /// writes its XML, for which some tags need the others of the movie. Takes some times the time and memory of its bytes.
 std::optional<std::string> reasonOfUnknown(uint16_t code, std::span<const uint8_t> body,

@@ -401,7 +401,7 @@ void DocumentViewList::insertNew(Session& session) {
 
 TagEditorDlg& DocumentViewList::tagEditor() {
     if (_editor == nullptr)
-        _editor = new TagEditorDlg(this);
+        _editor = new TagEditorDlg(this, _text);
     return *_editor;
 }
 

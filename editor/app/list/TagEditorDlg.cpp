@@ -8,13 +8,15 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
+#include "DocumentFonts.h"
 #include "TagCheck.h"
 #include "ThemeIcon.h"
 #include "WindowDialogs.h"
 
 namespace zelk {
 
-TagEditorDlg::TagEditorDlg(QWidget* parent) : QDialog(parent), _editor(new TextEditorView(this)) {
+TagEditorDlg::TagEditorDlg(QWidget* parent, TaggedText& document)
+    : QDialog(parent), _document(document), _editor(new TextEditorView(this)) {
     setWindowTitle(tr("Tag Editor"));
     setSizeGripEnabled(true);
     resize(760, 480);
@@ -112,7 +114,10 @@ void TagEditorDlg::accept() {
         return QDialog::accept();
     libswf::SwfWarnings warnings;
     try {
-        checkTag(_editor->text(), _layout, warnings);
+        const std::string_view text = _editor->text();
+        const xml2swf::FontTables fonts =
+            fontsOf(_document.text(), _document.tags(), spelledFonts(text, _layout.fullForm));
+        checkTag(text, _layout, warnings, &fonts);
     } catch (...) {
         const Failure failure = describeFailure();
         WindowDialogs(this).report(failure);

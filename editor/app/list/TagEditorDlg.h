@@ -5,6 +5,7 @@
 
 #include "Session.h"
 #include "SwfWarnings.h"
+#include "TaggedText.h"
 #include "TextEditorView.h"
 
 namespace zelk {
@@ -12,7 +13,8 @@ namespace zelk {
 class TagEditorDlg : public QDialog, public ITagEditor {
     Q_OBJECT
 public:
-    explicit TagEditorDlg(QWidget* parent);
+    /// Edits tags of this document, in whose fonts texts are written.
+    TagEditorDlg(QWidget* parent, TaggedText& document);
 
     std::optional<std::string> editTag(const std::string& element, MovieLayout layout) override;
     TextEditorView& editor() { return *_editor; }
@@ -28,6 +30,7 @@ private:
     void addEditActions();
     bool confirms(const libswf::SwfWarnings& warnings);
 
+    TaggedText& _document;
     TextEditorView* _editor;
     MovieLayout _layout;
 };

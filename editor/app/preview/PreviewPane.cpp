@@ -42,7 +42,12 @@ PreviewRequest requestFor(DocumentTags& tags, const TagRange& tag) {
     request.jpegTables = tags.smallElement(map->jpegTables());
     request.layout = map->layout();
     request.definition = [tags = QPointer(&tags), map](uint16_t id) {
-        return tags == nullptr || tags->map() != map ? std::string() : tags->smallElement(map->definition(id));
+        if (tags == nullptr || tags->map() != map)
+            return std::string();
+        std::string elements = tags->smallElement(map->definition(id));
+        for (const TagRange& info : map->fontInfos(id))
+            elements += tags->smallElement(info);
+        return elements;
     };
     return request;
 }

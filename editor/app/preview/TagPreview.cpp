@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <algorithm>
 
+#include "DocumentFonts.h"
 #include "ImageCodec.h"
 #include "Messages.h"
 #include "PreviewWorker.h"
@@ -43,7 +44,7 @@ TagPreview::TagPreview(const PreviewRequest& request)
 }
 
 void TagPreview::build() {
-    _tag = compileTag(_request->element, _request->layout, nullptr);
+    _tag = compiled(_request->element);
     if (_tag == nullptr) {
         _problem = tr("This element is no tag.");
         return;
@@ -139,10 +140,18 @@ std::shared_ptr<SwfTag> TagPreview::definition(uint16_t id) {
         return nullptr;
     _bytesLeft -= element.size();
     try {
-        return found->second = compileTag(element, _request->layout, nullptr);
+        return found->second = compiled(element);
     } catch (const std::exception&) { // It counts as missing; its own preview tells why.
         return nullptr;
     }
+}
+
+std::shared_ptr<SwfTag> TagPreview::compiled(const std::string& element) {
+    for (const uint16_t id : spelledFonts(element, _request->layout.fullForm)) {
+        if (_fontsAsked.insert(id).second && _request->definition)
+            addFonts(_fonts, _request->definition(id), _request->layout);
+    }
+    return compileTag(element, _request->layout, nullptr, &_fonts);
 }
 
 QImage TagPreview::loadedBitmap(uint16_t id) {

@@ -3,8 +3,10 @@
 
 #include <memory>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "BitmapImages.h"
+#include "FontCharacters.h"
 #include "Glyphs.h"
 #include "PreviewRequest.h"
 #include "SoundCodec.h"
@@ -47,6 +49,7 @@ private:
     void addSize(const QSizeF& pixels);
     void loadBitmaps(const Drawing& drawing);
     std::shared_ptr<libswf::SwfTag> definition(uint16_t id);
+    std::shared_ptr<libswf::SwfTag> compiled(const std::string& element);
     QImage loadedBitmap(uint16_t id);
     QImage decoded(const libswf::SwfTag& tag);
 
@@ -56,6 +59,8 @@ private:
     std::unordered_map<uint16_t, QImage> _bitmaps;
     BitmapImages _images;
     size_t _bytesLeft;
+    xml2swf::FontTables _fonts; // in which texts give their glyphs by characters
+    std::unordered_set<uint16_t> _fontsAsked;
     int64_t _bytes = -1;
     std::shared_ptr<const Drawing> _drawing;
     std::vector<GlyphCell> _glyphs;

@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "ElementText.h"
+#include "FontCharacters.h"
 #include "XmlTagSpans.h"
 
 namespace zelk {
@@ -50,7 +51,21 @@ std::optional<TagRange> TagMap::definition(uint16_t characterId) const {
     const CharacterId* definition = _characters.definition(characterId);
     if (definition == nullptr || definition->role != IdRole::defines)
         return std::nullopt;
-    const auto tag = std::ranges::lower_bound(_tags, size_t(definition->tagStart), {}, &TagRange::start);
+    return startingAt(definition->tagStart);
+}
+
+std::vector<TagRange> TagMap::fontInfos(uint16_t fontId) const {
+    std::vector<TagRange> infos;
+    for (const CharacterId& id : _characters.of(fontId)) {
+        const auto tag = startingAt(id.tagStart);
+        if (id.role == IdRole::details && hasFontCodes(id.element) && tag)
+            infos.push_back(*tag);
+    }
+    return infos;
+}
+
+std::optional<TagRange> TagMap::startingAt(size_t start) const {
+    const auto tag = std::ranges::lower_bound(_tags, start, {}, &TagRange::start);
     return tag == _tags.end() ? std::nullopt : std::optional(*tag);
 }
 

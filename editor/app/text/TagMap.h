@@ -27,6 +27,8 @@ public:
     std::optional<TagRange> at(std::string_view text, size_t caret) const;
     /// The first tag that defines a character.
     std::optional<TagRange> definition(uint16_t characterId) const;
+    /// The tags that say, apart from its definition, what the glyphs of a font stand for.
+    std::vector<TagRange> fontInfos(uint16_t fontId) const;
     std::optional<TagRange> jpegTables() const { return _jpegTables; }
     const CharacterIndex& characters() const { return _characters; }
     const MovieOutline& outline() const { return _outline; }
@@ -34,6 +36,8 @@ public:
     MovieLayout layout() const { return _layout; }
 
 private:
+    std::optional<TagRange> startingAt(size_t start) const;
+
     std::vector<TagRange> _tags;
     CharacterIndex _characters;
     MovieOutline _outline;

@@ -132,7 +132,7 @@ TagListCmd::Edit InsertCmd::put(const std::vector<std::string>& elements) {
     return edit;
 }
 
-TagListCmd::Edit PasteCmd::prepare() { return put(tagsOnClipboard(_clipboard, layoutAtStart(text().text()))); }
+TagListCmd::Edit PasteCmd::prepare() { return put(tagsOnClipboard(_clipboard, text())); }
 
 TagListCmd::Edit DuplicateCmd::prepare() {
     std::vector<std::string> elements;

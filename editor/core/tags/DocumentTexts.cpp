@@ -57,6 +57,16 @@ const SwfTagWrapper& tagAt(const SwfTags& tags, const std::vector<uint32_t>& pat
     return list->sharedAt(path.back());
 }
 
+xml2swf::FontTables fontsOf(const SwfMovie& movie) {
+    SwfContext context;
+    context.version = movie.version;
+    context.fullForm = movie.fullForm;
+    xml2swf::FontTables fonts;
+    for (const SwfTagWrapper& tag : movie.tags.items())
+        fonts.add(*tag, context);
+    return fonts;
+}
+
 } // namespace
 
 std::vector<DocumentText> documentTexts(std::string_view document) {
@@ -80,8 +90,10 @@ TextChange documentTextChange(std::string_view document, const MovieText& which,
     if (tag == TagIndex::movie)
         throw std::runtime_error("an element before it is no tag");
     const MovieLayout full(compiled.layout.version, true);
-    std::string element = tagElement(tagAt(changed.movie.tags, which.tagPath), full);
-    if (!compiled.layout.fullForm)
+    const bool isFull = compiled.layout.fullForm;
+    const xml2swf::FontTables fonts = isFull ? fontsOf(changed.movie) : xml2swf::FontTables();
+    std::string element = tagElement(tagAt(changed.movie.tags, which.tagPath), full, &fonts);
+    if (!isFull)
         element = tagInForm(element, full, false);
     const size_t start = compiled.index.start(tag), end = compiled.index.end(tag);
     return {start, end, withLineEnds(reindented(element, "    ", lineIndent(document, start)), lineEndOf(document))};

@@ -20,7 +20,8 @@ XmlPlace inElement(XmlPlace place, size_t before) {
 
 } // namespace
 
-std::shared_ptr<SwfTag> compileTag(std::string_view element, MovieLayout layout, SwfWarnings* warnings) {
+std::shared_ptr<SwfTag> compileTag(std::string_view element, MovieLayout layout, SwfWarnings* warnings,
+                                   const FontTables* fonts) {
     std::string text = "<Movie SwfVersion=\"" + std::to_string(layout.version) + "\"";
     if (layout.fullForm)
         text.append(" Form=\"").append(fullForm) += '"';
@@ -31,6 +32,7 @@ std::shared_ptr<SwfTag> compileTag(std::string_view element, MovieLayout layout,
     ConversionOptions options;
     options.keepRaw = true;
     options.warnings = &found;
+    options.fonts = fonts;
     MovieTarget target;
     try {
         xmlToSwf(text, target, options);
@@ -51,7 +53,7 @@ std::shared_ptr<SwfTag> compileTag(std::string_view element, MovieLayout layout,
     return target.movie.tags.count() == 0 ? nullptr : target.movie.tags.sharedAt(0);
 }
 
-std::string tagElement(const std::shared_ptr<SwfTag>& tag, MovieLayout layout) {
+std::string tagElement(const std::shared_ptr<SwfTag>& tag, MovieLayout layout, const FontTables* fonts) {
     SwfMovieSafe movie;
     movie.version = layout.version;
     movie.fullForm = layout.fullForm;
@@ -60,13 +62,14 @@ std::string tagElement(const std::shared_ptr<SwfTag>& tag, MovieLayout layout) {
     ConversionOptions options;
     options.keepRaw = true;
     options.tagTexts = &texts;
+    options.fonts = fonts;
     const std::string text = swfToXmlDocument(movie, options);
     const TagText& own = texts.back(); // tags inside it come before it
     return text.substr(own.start, own.end - own.start);
 }
 
-std::string tagInForm(std::string_view element, MovieLayout from, bool fullForm) {
-    std::shared_ptr<SwfTag> tag = compileTag(element, from, nullptr);
+std::string tagInForm(std::string_view element, MovieLayout from, bool fullForm, const FontTables* fonts) {
+    std::shared_ptr<SwfTag> tag = compileTag(element, from, nullptr, fonts);
     if (tag == nullptr)
         return std::string(element);
     constexpr int noCompression = 0;
@@ -80,7 +83,7 @@ std::string tagInForm(std::string_view element, MovieLayout from, bool fullForm)
     options.fullForm = fullForm;
     options.keepRaw = true;
     read.parse({file.begin(), file.end()}, options);
-    return tagElement(read.tags.sharedAt(0), {from.version, fullForm});
+    return tagElement(read.tags.sharedAt(0), {from.version, fullForm}, fonts);
 }
 
 } // namespace zelk

@@ -12,11 +12,11 @@ using namespace xml2swf;
 
 static constexpr int noCompression = 0;
 
-void checkTag(std::string_view text, MovieLayout layout, libswf::SwfWarnings& warnings) {
+void checkTag(std::string_view text, MovieLayout layout, libswf::SwfWarnings& warnings, const FontTables* fonts) {
     const std::vector<std::string> elements = splitElements(text);
     if (elements.size() > 1)
         throw NotMovieException("Exactly one element has to stand here.", 1, 1);
-    auto tag = compileTag(text, layout, &warnings);
+    auto tag = compileTag(text, layout, &warnings, fonts);
     if (tag == nullptr)
         throw NotMovieException::noTag(elementName(elements[0]), 1, 1);
     MovieTarget target; // What does not fit shows when the tag is written.

@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "TagText.h"
+#include "XmlGlyphs.h"
 #include "XmlIdentifiers.h"
 #include "XmlTagForms.h"
 
@@ -156,6 +157,11 @@ void countUnknown(XmlWriteContext& context, uint16_t code, const SwfBytes& body)
 
 } // namespace
 
+SwfTags readBytes(SwfTag& tag, const SwfContext& movie) {
+    const SwfBytes body = bodyOf(tag, movie);
+    return readRecord(tag.type, body.span(), movie);
+}
+
 static void writeForm(XmlNode& parent, SwfTag& tag) {
     const size_t start = parent.out().size();
     XmlWriteContext& context = parent.context();
@@ -296,6 +302,8 @@ std::shared_ptr<SwfTag> readTag(XmlElement& element) {
     std::shared_ptr<SwfTag> tag = form->make();
     form->read(element, *tag);
     readRecordForm(element, *tag);
+    if (SpelledTexts* spelled = element.context().spelled)
+        spelled->keep(tag);
     return tag;
 }
 

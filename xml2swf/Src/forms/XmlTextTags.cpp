@@ -1,5 +1,7 @@
 // Static texts, their smoothing and text fields as XML.
+#include "XmlCharacters.h"
 #include "XmlFontParts.h"
+#include "XmlGlyphs.h"
 #include "XmlNames.h"
 #include "XmlTagForms.h"
 
@@ -7,7 +9,8 @@ namespace xml2swf {
 
 using namespace libswf;
 
-static void writeXml(XmlNode& node, const SwfTextRecord& record) {
+// `font` is the one that the glyphs are of, as far as it is known what they stand for.
+static void writeRecord(XmlNode& node, const SwfTextRecord& record, const FontCharacters* font) {
     if (record.flags & SwfTextRecord::xOffsetBit)
         node.attribute("XOffset", record.xOffset);
     if (record.flags & SwfTextRecord::yOffsetBit)
@@ -24,13 +27,35 @@ static void writeXml(XmlNode& node, const SwfTextRecord& record) {
     XmlNode entries(node, "GlyphEntries");
     for (const SwfGlyphEntry& entry : record.glyphs) {
         XmlNode child(entries, "GlyphEntry");
-        child.attribute("Index", entry.index);
+        if (const auto character = font == nullptr ? std::nullopt : font->spelledGlyph(entry.index))
+            child.attribute("Character", toUtf8({&*character, 1}));
+        else
+            child.attribute("Index", entry.index);
         child.attribute("Advance", entry.advance);
     }
 }
 
+static constexpr XmlTextForm characterForm{"character", "A", "."};
+
+// A Character counts more than an Index beside it.
+static void readGlyph(XmlElement& element, SwfGlyphEntry& entry, SpelledGlyph place,
+                      std::vector<SpelledGlyph>& spelled) {
+    if (element.fullForm() && element.has("Character")) {
+        const std::string_view text = element.attribute("Character", XmlValueForm::text(characterForm)).value_or("");
+        const std::optional<std::u32string> characters = fromUtf8(text);
+        if (!characters || characters->size() != 1)
+            element.refuse("Character", "it is not one character");
+        place.character = characters->front();
+        place.offset = element.offset();
+        spelled.push_back(place);
+    }
+    entry.index = element.ui32("Index");
+    entry.advance = element.si32("Advance");
+}
+
 // The presence of an attribute sets its flag.
-static void readXml(XmlElement& element, SwfTextRecord& record) {
+static void readRecord(XmlElement& element, SwfTextRecord& record, SpelledGlyph& place,
+                       std::vector<SpelledGlyph>& spelled) {
     auto present = [&](const char* name, uint8_t bit) {
         if (element.has(name))
             record.flags |= bit;
@@ -49,6 +74,8 @@ static void readXml(XmlElement& element, SwfTextRecord& record) {
         record.flags |= SwfTextRecord::typeBit;
     if (element.fullForm())
         record.flags |= static_cast<uint8_t>(smallInteger(element, "Reserved", 3) << SwfTextRecord::reservedShift);
+    if (record.flags & SwfTextRecord::fontBit)
+        place.fontId = record.fontId;
     auto entries = element.child("GlyphEntries");
     if (!entries)
         return;
@@ -57,10 +84,8 @@ static void readXml(XmlElement& element, SwfTextRecord& record) {
             child.skip();
             continue;
         }
-        SwfGlyphEntry entry;
-        entry.index = child.ui32("Index");
-        entry.advance = child.si32("Advance");
-        record.glyphs.append(entry);
+        place.glyph = static_cast<uint32_t>(record.glyphs.size());
+        readGlyph(child, record.glyphs.append({}), place, spelled);
     }
 }
 
@@ -73,8 +98,14 @@ void writeXml(XmlNode& node, const SwfTagDefineText& tag) {
     writeChild(node, "Bounds", tag.bounds);
     writeChild(node, "Matrix", tag.matrix);
     XmlNode records(node, "TextRecords");
-    for (const SwfTextRecord& record : tag.records)
-        writeChild(records, "TextRecord", record);
+    const MovieFonts* fonts = node.fullForm() ? node.context().fonts : nullptr;
+    const FontCharacters* font = nullptr;
+    for (const SwfTextRecord& record : tag.records) {
+        if (fonts != nullptr && (record.flags & SwfTextRecord::fontBit))
+            font = fonts->find(record.fontId);
+        XmlNode child(records, "TextRecord");
+        writeRecord(child, record, font);
+    }
 }
 
 void readXml(XmlElement& element, SwfTagDefineText& tag) {
@@ -88,15 +119,18 @@ void readXml(XmlElement& element, SwfTagDefineText& tag) {
     auto records = element.child("TextRecords");
     if (!records)
         return;
+    SpelledGlyph place{}; // of the glyph that comes next
+    std::vector<SpelledGlyph> spelled;
     for (XmlElement child : records->children()) {
         if (!child.is("TextRecord")) {
             child.skip();
             continue;
         }
-        SwfTextRecord record;
-        readXml(child, record);
-        tag.records.append(std::move(record));
+        place.record = static_cast<uint32_t>(tag.records.size());
+        readRecord(child, tag.records.append({}), place, spelled);
     }
+    if (SpelledTexts* texts = element.context().spelled; texts != nullptr && !spelled.empty())
+        texts->add(tag, std::move(spelled));
 }
 
 void writeXml(XmlNode& node, const SwfTagDefineText2& tag) {

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "Conversion.h"
+#include "FontCharacters.h"
 #include "XmlElementWriter.h"
 
 namespace xml2swf {
@@ -32,6 +33,8 @@ OriginalMovie::OriginalMovie(SwfMovieSafe& movie, std::string_view document, std
 void OriginalMovie::remember(std::string_view text, size_t movieElement, std::span<const TagText> tags) {
     _wholeText = keyOf(text.substr(movieElement));
     for (const TagText& tag : tags) {
+        if (hasFontCodes(tag.tag->type) && !tag.tag->isUnknown())
+            _fonts.push_back(keyOf(text.substr(tag.start, tag.end - tag.start)));
         if (!tag.tag->source.empty())
             _records[keyOf(text.substr(tag.start, tag.end - tag.start))].push_back(
                 {tag.start, tag.end, tag.tag->source});
@@ -41,6 +44,11 @@ void OriginalMovie::remember(std::string_view text, size_t movieElement, std::sp
 }
 
 bool OriginalMovie::isWholeText(std::string_view movieElement) const { return keyOf(movieElement) == _wholeText; }
+
+bool OriginalMovie::hasFonts(std::span<const std::string_view> elements) const {
+    return std::equal(elements.begin(), elements.end(), _fonts.begin(), _fonts.end(),
+                      [](std::string_view element, const TextKey& key) { return keyOf(element) == key; });
+}
 
 SwfBytes OriginalMovie::Search::find(std::string_view elementText) {
     _lastIsFinal = false;

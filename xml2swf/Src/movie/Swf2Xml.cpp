@@ -2,6 +2,7 @@
 
 #include "Conversion.h"
 #include "SwfInOrder.h"
+#include "XmlGlyphs.h"
 #include "XmlTags.h"
 #include "XmlWriteParts.h"
 
@@ -163,6 +164,8 @@ void appendMovie(XmlText& out, SwfMovieSafe& movie, const ConversionOptions& opt
     context.abcAsData = options.abcAsData;
     context.warnings = options.warnings;
     context.tagTexts = options.tagTexts;
+    const MovieFonts fonts(context.swf, options.fonts);
+    context.fonts = options.ignoreFonts ? nullptr : &fonts;
     context.differences = movie.fullForm ? nullptr : options.formDifferences;
     const Tags& tags = movie.tags.tags().items();
     {

@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <vector>
 
+#include "FontCharacters.h"
 #include "OriginalMovie.h"
 #include "XmlScan.h"
 
@@ -23,11 +25,15 @@ public:
                                            [](const ElementSpan& s, size_t start) { return s.start < start; });
         if (span == _spans.end() || span->start != nameOffset - 1 || span->end == std::string_view::npos)
             return nullptr;
-        libswf::SwfBytes record = _search.find(_text.substr(span->start, span->end - span->start));
+        const std::string_view element = textOf(*span);
+        libswf::SwfBytes record = _search.find(element);
         if (record.empty())
             return nullptr;
+        auto tag = std::make_shared<libswf::SwfTagRecord>(std::move(record));
+        if (!meansTheSame(*tag, element))
+            return nullptr;
         _lastTagKept = _search.atLastTag();
-        return std::make_shared<libswf::SwfTagRecord>(std::move(record));
+        return tag;
     }
 
     /// What the movie takes over; a tail that does not begin with End only while the last tag is the original's last.
@@ -43,10 +49,35 @@ public:
     }
 
 private:
+    std::string_view textOf(const ElementSpan& span) const { return _text.substr(span.start, span.end - span.start); }
+
+    // The glyphs that a text gives by their characters are others when its font is.
+    bool meansTheSame(const libswf::SwfTag& tag, std::string_view element) {
+        using namespace libswf;
+        const bool mayBeSpelled = tag.type == SwfTagCode::DefineText || tag.type == SwfTagCode::DefineText2 ||
+                                  tag.type == SwfTagCode::DefineSprite;
+        return !_search.original().fullForm() || !mayBeSpelled || hasSameFonts() ||
+               element.find("Character=") == element.npos;
+    }
+
+    bool hasSameFonts() {
+        if (!_hasSameFonts) {
+            std::vector<std::string_view> fonts;
+            for (const ElementSpan& span : _spans) {
+                const std::string_view name = _text.substr(span.start + 1);
+                if (hasFontCodes(name.substr(0, name.find_first_of(" \t\r\n/>"))))
+                    fonts.push_back(textOf(span));
+            }
+            _hasSameFonts = _search.original().hasFonts(fonts);
+        }
+        return *_hasSameFonts;
+    }
+
     OriginalMovie::Search _search;
     std::string_view _text;
     std::vector<ElementSpan> _spans;
     bool _lastTagKept = false;
+    std::optional<bool> _hasSameFonts; // once it was asked for
 };
 
 } // namespace xml2swf

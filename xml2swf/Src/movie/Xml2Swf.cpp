@@ -8,6 +8,7 @@
 #include "XmlBytes.h"
 #include "XmlCharacters.h"
 #include "XmlDocument.h"
+#include "XmlGlyphs.h"
 #include "XmlNumbers.h"
 #include "XmlStructs.h"
 #include "XmlTags.h"
@@ -43,7 +44,8 @@ bool isFullForm(XmlElement& root) {
     return form == fullForm;
 }
 
-void readRoot(XmlElement& root, IXml2SwfConversionTarget& target) {
+// Gives the version.
+uint8_t readRoot(XmlElement& root, IXml2SwfConversionTarget& target) {
     if (root.fullForm())
         target.fullForm();
     const int64_t version = rootInteger(root, "SwfVersion", RootDefaults::version, UINT8_MAX);
@@ -62,6 +64,7 @@ void readRoot(XmlElement& root, IXml2SwfConversionTarget& target) {
     }
     if (root.fullForm() && root.has("FrameCount"))
         target.frameCount(static_cast<uint16_t>(rootInteger(root, "FrameCount", 0, UINT16_MAX)));
+    return static_cast<uint8_t>(version);
 }
 
 // While it lives, the scripts of a document become bytes where the context wants that.
@@ -99,11 +102,16 @@ public:
             progress->report(1);
     }
     uint32_t done() const { return _done; }
+    /// The tags that say what glyphs stand for.
+    const std::vector<std::shared_ptr<SwfTag>>& fonts() const { return _fonts; }
 
     // Null for a child that is no tag.
     void take(std::shared_ptr<SwfTag> tag) {
-        if (tag != nullptr)
+        if (tag != nullptr) {
+            if (hasFontCodes(tag->type))
+                _fonts.push_back(tag);
             _target.append(std::move(tag));
+        }
         ++_done;
         if (_progress != nullptr)
             _progress->report(double(_done) / _count);
@@ -114,6 +122,7 @@ private:
     IProgressReporter* _progress;
     const uint32_t _count;
     uint32_t _done = 0;
+    std::vector<std::shared_ptr<SwfTag>> _fonts;
 };
 
 void readTags(XmlElement& root, TagSink& sink) {
@@ -144,6 +153,7 @@ private:
     struct Part {
         size_t firstPiece = 0, piecesEnd = 0;
         std::vector<std::shared_ptr<SwfTag>> tags; // null for a child that is no tag
+        SpelledTexts spelled;
         SwfWarnings warnings;
     };
 
@@ -156,6 +166,7 @@ private:
         context.fullForm = _context.fullForm;
         context.actionBytes = _context.actionBytes == nullptr ? nullptr : &bytes;
         context.warnings = _context.warnings == nullptr ? nullptr : &part.warnings;
+        context.spelled = _context.spelled == nullptr ? nullptr : &part.spelled;
         context.threads = isMost(part) ? _context.threads : 1;
         const ScriptsAsBytes scripts(context);
         uint32_t index = _root.pieces[part.firstPiece].firstChild;
@@ -184,6 +195,8 @@ private:
         for (std::shared_ptr<SwfTag>& tag : part.tags)
             _sink.take(std::move(tag));
         part.tags = {};
+        if (_context.spelled != nullptr)
+            _context.spelled->take(std::move(part.spelled));
     }
 
     XmlReadContext& _context;
@@ -259,6 +272,20 @@ static bool isFullForm(XmlReadContext& context) {
     return isFullForm(root);
 }
 
+// Fonts may stand behind the texts that use them, so this comes last.
+static void lookUpGlyphs(const XmlReadContext& context, const TagSink& sink, uint8_t version,
+                         const FontTables* others) {
+    if (context.spelled == nullptr || context.spelled->empty())
+        return;
+    SwfContext movie;
+    movie.version = version;
+    movie.fullForm = context.fullForm;
+    FontTables fonts = others == nullptr ? FontTables() : *others;
+    for (const std::shared_ptr<SwfTag>& tag : sink.fonts())
+        fonts.add(*tag, movie);
+    context.spelled->lookUp(fonts);
+}
+
 static bool compile(XmlDocument& document, std::vector<ElementSpan> spans, IXml2SwfConversionTarget& target,
                     const ConversionOptions& options) {
     ActionBytes bytes;
@@ -270,6 +297,8 @@ static bool compile(XmlDocument& document, std::vector<ElementSpan> spans, IXml2
     context.observer = options.observer;
     context.scripts = options.toWrite ? nullptr : options.scripts;
     context.fullForm = isFullForm(context);
+    SpelledTexts spelled;
+    context.spelled = options.ignoreFonts ? nullptr : &spelled;
     const ScriptsAsBytes scripts(context);
     std::optional<XmlElement> root = findRoot(context, "Movie");
     if (!root)
@@ -280,7 +309,7 @@ static bool compile(XmlDocument& document, std::vector<ElementSpan> spans, IXml2
         keeper = makeKeeper(*options.original, document.text(), *root, std::move(spans));
     if (keeper != nullptr)
         context.untouched = [&keeper](size_t nameOffset) { return keeper->untouched(nameOffset); };
-    readRoot(*root, target);
+    const uint8_t version = readRoot(*root, target);
     TagSink sink(target, options.progress, root->countChildren());
     const uint32_t threads = context.threads = threadsFor(context, options);
     XmlBlock* pieces = threads > 1 ? root->takePieces() : nullptr;
@@ -289,6 +318,7 @@ static bool compile(XmlDocument& document, std::vector<ElementSpan> spans, IXml2
     else
         readTags(*root, sink);
     context.tagPath.clear();
+    lookUpGlyphs(context, sink, version, options.fonts);
     if (keeper != nullptr)
         target.source(keeper->source(options.original->isWholeText(movieText(document.text(), root->offset()))));
     return true;

@@ -149,6 +149,7 @@ void XmlProber::run() {
     NullTarget target;
     ConversionOptions options;
     options.observer = this;
+    options.ignoreFonts = true;
     for (Place& place : _places) {
         for (ProbeAttribute& attribute : place.node->attributes)
             attribute.wasSkipped = false;

@@ -119,6 +119,26 @@ TEST(StudyTest, WhatIsRightIsNoProblem) {
     }
 }
 
+TEST(StudyTest, StaticTextsAreCalledWhatTheySay) {
+    const auto text = [](int id, const std::string& records) {
+        return "<DefineText2 Id=\"" + std::to_string(id) + "\"><TextRecords>" + records +
+               "</TextRecords></DefineText2>";
+    };
+    const auto record = [](const std::string& attributes, const std::string& glyphs) {
+        return "<TextRecord " + attributes + "><GlyphEntries>" + glyphs + "</GlyphEntries></TextRecord>";
+    };
+    const std::string p = "<GlyphEntry Index=\"0\"/>", u = "<GlyphEntry Character=\"u\"/>";
+    const CharacterIndex characters(movie(
+        text(1, record("FontId=\"9\"", p + u) + record("XOffset=\"5\"", p) + record("YOffset=\"5\"", u)) +
+        text(2, record("FontId=\"8\"", p)) + text(3, record("FontId=\"9\"", "<GlyphEntry Index=\"2\"/>")) +
+        "<DefineFont2 FontId=\"9\"><Glyphs/><CodesTable><Code Value=\"80\"/></CodesTable>"
+        "<AdvanceTable><Code Value=\"65\"/><Code Value=\"66\"/><Code Value=\"67\"/></AdvanceTable></DefineFont2>"));
+    EXPECT_EQ(characters.name(1), "PuP u");
+    EXPECT_EQ(characters.name(2), "");
+    EXPECT_EQ(characters.name(3), "") << "an advance is no code";
+    EXPECT_EQ(characters.named([](std::string_view name) { return name.starts_with("Pu"); }), std::vector<uint16_t>{1});
+}
+
 TEST(StudyTest, CharactersHaveNamesDefinitionsAndUses) {
     // In bytes: a NameCharacter of 1, "n".
     const std::string text = movie(

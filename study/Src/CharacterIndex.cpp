@@ -8,6 +8,7 @@
 #include "IdAttributes.h"
 #include "MovieScan.h"
 #include "SwfTagCodes.h"
+#include "WrittenTexts.h"
 #include "XmlErrors.h"
 #include "XmlNumbers.h"
 
@@ -22,6 +23,7 @@ public:
 
     void tagBegins(const ScannedTag& tag, std::string_view startTag) override {
         _unknown.reset();
+        _texts.tagBegins(tag, startTag);
         if (tag.name == "Unknown")
             readUnknown(tag, startTag);
         else
@@ -35,6 +37,7 @@ public:
     }
 
     void element(const ScannedTag& around, std::string_view startTag, size_t) override {
+        _texts.element(startTag);
         const auto rows = idAttributes(elementName(startTag), around.name);
         if (rows.empty())
             return;
@@ -48,6 +51,13 @@ public:
             if (name != nullptr && !name->empty())
                 addName(*id, {row.kind, decoded(*name)});
         }
+    }
+
+    /// At the end.
+    void nameTexts() {
+        _texts.tell(_version, [this](uint16_t id, std::string text) {
+            addName(id, {CharacterName::Kind::text, std::move(text)});
+        });
     }
 
 private:
@@ -173,6 +183,7 @@ private:
     CharacterIndex& _result;
     const uint8_t _version;
     std::optional<UnknownTag> _unknown; // that is being read
+    WrittenTexts _texts;
 };
 
 CharacterIndex::CharacterIndex(std::string_view text) {
@@ -181,6 +192,7 @@ CharacterIndex::CharacterIndex(std::string_view text) {
         return;
     CharacterReader reader(text, text.substr(movie.start, movie.tagEnd - movie.start), *this);
     MovieScan(text, movie, reader).run();
+    reader.nameTexts();
     finish();
 }
 
@@ -240,6 +252,15 @@ const std::vector<CharacterName>& CharacterIndex::names(uint16_t id) const {
     static const std::vector<CharacterName> none;
     const auto found = _names.find(id);
     return found == _names.end() ? none : found->second;
+}
+
+std::vector<uint16_t> CharacterIndex::named(const std::function<bool(std::string_view name)>& fits) const {
+    std::vector<uint16_t> ids;
+    for (const auto& [id, names] : _names) {
+        if (std::ranges::any_of(names, fits, &CharacterName::text))
+            ids.push_back(id);
+    }
+    return ids;
 }
 
 std::string_view CharacterIndex::name(uint16_t id) const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -44,8 +45,8 @@ struct CharacterId {
 };
 
 struct CharacterName {
-    /// The first of them says most.
-    enum class Kind : uint8_t { exported, ofClass, given, imported, font, instance };
+    /// The first of them says most; `text` is what a static text says.
+    enum class Kind : uint8_t { exported, ofClass, given, imported, font, text, instance };
     Kind kind;
     std::string text;
     bool operator==(const CharacterName&) const = default;
@@ -76,6 +77,8 @@ public:
 
     /// Different ones, those that say most first.
     const std::vector<CharacterName>& names(uint16_t id) const;
+    /// The ids that have a fitting name, in no order.
+    std::vector<uint16_t> named(const std::function<bool(std::string_view name)>& fits) const;
     /// The first of them; empty for none.
     std::string_view name(uint16_t id) const;
     /// "37 (ball)"; "37" without a name.

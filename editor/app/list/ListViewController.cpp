@@ -77,13 +77,23 @@ void ListViewController::applyFilter() {
 void ListViewController::showMatches(std::vector<bool>& isShown) {
     const TagIndex& index = tags();
     const ByteSearch search(_filter);
+    std::vector<uint16_t> named;
+    if (_characters != nullptr)
+        named = _characters->named([&](std::string_view name) { return search.isIn(name); });
+    std::ranges::sort(named);
+    const auto isNamed = [&](std::string_view tag) {
+        return !named.empty() && std::ranges::any_of(attributesOf(tag), [&](const TagAttribute& attribute) {
+            const auto id = idOf(elementName(tag), attribute);
+            return id && std::ranges::binary_search(named, *id);
+        });
+    };
     std::vector<bool> isMatch(index.count()), hasMatch(index.count());
     for (const TagPath& path : _kept) {
         if (const uint32_t tag = index.find(path); tag != TagIndex::movie)
             isMatch[tag] = true;
     }
     for (uint32_t tag = index.count(); tag-- > 0;) { // What is inside comes before what is around it.
-        isMatch[tag] = isMatch[tag] || search.isIn(startTag(tag));
+        isMatch[tag] = isMatch[tag] || search.isIn(startTag(tag)) || isNamed(startTag(tag));
         const uint32_t parent = index.parent(tag);
         if ((isMatch[tag] || hasMatch[tag]) && parent != TagIndex::movie)
             hasMatch[parent] = true;
@@ -221,16 +231,20 @@ QString ListViewController::text(uint32_t key, int column) const {
     return shortened(text.trimmed().replace(u'\n', u' '), longestText);
 }
 
-// " (ball) " behind an id.
-QString ListViewController::nameOf(std::string_view element, const TagAttribute& attribute) const {
-    if (_characters == nullptr)
-        return {};
+// That of a character, if the attribute holds one.
+std::optional<uint16_t> ListViewController::idOf(std::string_view element, const TagAttribute& attribute) {
     const auto rows = idAttributes(element, element);
     const auto row = std::ranges::find(rows, attribute.name, &IdAttribute::attribute);
     const auto id = row == rows.end() ? std::nullopt : xml2swf::parseInteger(attribute.value);
-    if (!id || *id < 0 || *id > UINT16_MAX)
+    return id && *id >= 0 && *id <= UINT16_MAX ? std::optional(static_cast<uint16_t>(*id)) : std::nullopt;
+}
+
+// " (ball) " behind an id.
+QString ListViewController::nameOf(std::string_view element, const TagAttribute& attribute) const {
+    const auto id = _characters == nullptr ? std::nullopt : idOf(element, attribute);
+    if (!id)
         return {};
-    const std::string_view name = _characters->name(static_cast<uint16_t>(*id));
+    const std::string_view name = _characters->name(*id);
     return name.empty() ? QString() : QStringLiteral("(%1) ").arg(fromBytes(name, longestText));
 }
 

@@ -30,8 +30,8 @@ public:
     bool isCurrent() const { return _text.isCurrent() && _index == _text.sharedTags(); }
     /// What ids are called beside their numbers; null for nothing.
     void setCharacters(std::shared_ptr<const CharacterIndex> characters) { _characters = std::move(characters); }
-    /// Shows the tags in whose name or attributes this text stands, in any case, and the sprites around them. A sprite
-    /// of which only the name or attributes match shows all its tags. Empty: shows everything.
+    /// Shows the tags in whose name or attributes, or in whose characters' names, this text stands, in any case, and
+    /// the sprites around them. A sprite of which only these match shows all its tags. Empty: shows everything.
     void setFilter(const QString& text);
     const QString& filter() const { return _filter; }
     /// Sprites that are shown because of the tags in them.
@@ -82,6 +82,7 @@ private:
     std::string_view startTag(uint32_t key) const;
     const Children& childrenOf(uint32_t parent) const;
     const QString& unknownWords(uint32_t key) const;
+    static std::optional<uint16_t> idOf(std::string_view element, const TagAttribute& attribute);
     QString nameOf(std::string_view element, const TagAttribute& attribute) const;
 
     TaggedText& _text;

@@ -31,7 +31,7 @@ protected:
         EXPECT_TRUE(runUntil([&] { return tree().model()->rowCount() == 4 && !panel().isBusy(); }));
     }
     KindsPanel& panel() { return *window->findChild<KindsPanel*>(); }
-    QTreeView& tree() { return panel().tree(); }
+    QTreeView& tree() { return panel().list(); }
     QModelIndex row(std::initializer_list<int> rows, int column = 0) {
         QModelIndex index;
         for (int row : rows)
@@ -80,6 +80,8 @@ TEST_F(KindsWindow, KeysShowFilterAndEdit) {
     window->tabs().current()->undo();
     ASSERT_TRUE(runUntil([&] { return !panel().isBusy() && tree().model()->rowCount() == 4; }));
     tree().setFocus();
+    press(Qt::Key_Escape);
+    EXPECT_EQ(panel().filter().text(), QString());
     press(Qt::Key_Escape);
     EXPECT_FALSE(tree().hasFocus());
 }

@@ -1,5 +1,6 @@
 #include "KindsPanel.h"
 
+#include <QBoxLayout>
 #include <QCheckBox>
 #include <QElapsedTimer>
 #include <QHeaderView>
@@ -8,7 +9,6 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QTreeView>
-#include <QVBoxLayout>
 
 #include "CommandTable.h"
 #include "KindsModel.h"
@@ -46,63 +46,37 @@ QImage smallPicture(const TagPreview& preview) {
 } // namespace
 
 KindsPanel::KindsPanel(QWidget* parent)
-    : QDockWidget(tr("Kinds"), parent), _model(new KindsModel(this)), _counts(new QLabel(this)),
-      _filter(new QLineEdit(this)), _inside(new QCheckBox(tr("Inside tags"), this)), _tree(new QTreeView(this)),
-      _worker(new PreviewWorker(this)) {
-    setObjectName(QStringLiteral("kinds"));
-    setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
-    buildLayout();
-    for (QWidget* widget : {static_cast<QWidget*>(_filter), static_cast<QWidget*>(_tree)})
-        widget->installEventFilter(this);
-    connect(_filter, &QLineEdit::textChanged, this, &KindsPanel::applyFilter);
+    : ListPanel(tr("Kinds"), QStringLiteral("kinds"), Place::side, parent), _model(new KindsModel(this)),
+      _inside(new QCheckBox(tr("Inside tags"), this)), _worker(new PreviewWorker(this)) {
+    setUpTree();
+    connect(&filter(), &QLineEdit::textChanged, this, &KindsPanel::applyFilter);
     connect(_inside, &QCheckBox::toggled, this, &KindsPanel::applyFilter);
     connect(&_filtering, &QTimer::timeout, this, &KindsPanel::filterMore);
-    connect(_tree->selectionModel(), &QItemSelectionModel::currentChanged, this, &KindsPanel::showPlace);
-    connect(_tree, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) {
+    connect(list().selectionModel(), &QItemSelectionModel::currentChanged, this, &KindsPanel::showPlace);
+    connect(&list(), &QTreeView::doubleClicked, this, [this](const QModelIndex& index) {
         if (const auto place = _model->placeOf(index))
             Q_EMIT editAsked(*place);
     });
-    connect(_tree, &QWidget::customContextMenuRequested, this, [this](const QPoint& position) {
-        if (const auto place = _model->placeOf(_tree->indexAt(position)))
-            Q_EMIT menuAsked(_tree->viewport()->mapToGlobal(position), *place);
+    connect(&list(), &QWidget::customContextMenuRequested, this, [this](const QPoint& position) {
+        if (const auto place = _model->placeOf(list().indexAt(position)))
+            Q_EMIT menuAsked(list().viewport()->mapToGlobal(position), *place);
     });
     connect(_model, &KindsModel::lookWanted, this, &KindsPanel::wantLook);
     connect(_worker, &PreviewWorker::done, this, &KindsPanel::takeLook);
-    connect(this, &QDockWidget::visibilityChanged, this, [this](bool isShown) {
-        if (isShown)
-            look();
-    });
-    hide();
 }
 
-void KindsPanel::buildLayout() {
-    _filter->setPlaceholderText(tr("Filter"));
-    _filter->setClearButtonEnabled(true);
+void KindsPanel::setUpTree() {
+    top().addWidget(_inside);
     _inside->setToolTip(tr("Look for the filter's text in all of a tag, not only in its attributes and names"));
-    _counts->setForegroundRole(QPalette::PlaceholderText);
-    _tree->setModel(_model);
-    _tree->setUniformRowHeights(true);
-    _tree->setAllColumnsShowFocus(true);
-    _tree->setExpandsOnDoubleClick(false);
-    _tree->setIconSize({pictureSize, pictureSize});
-    _tree->setContextMenuPolicy(Qt::CustomContextMenu);
-    _tree->setAccessibleName(tr("Tags by kind"));
-    _tree->header()->setStretchLastSection(false);
-    _tree->header()->setSectionResizeMode(0, QHeaderView::Stretch);
-    _tree->header()->resizeSection(KindsModel::bytes, 64);
-    _tree->setMinimumWidth(220);
-    auto* top = new QHBoxLayout;
-    top->setContentsMargins(4, 2, 4, 2);
-    top->addWidget(_filter, 1);
-    top->addWidget(_inside);
-    auto* content = new QWidget(this);
-    auto* layout = new QVBoxLayout(content);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addLayout(top);
-    layout->addWidget(_tree);
-    layout->addWidget(_counts);
-    setWidget(content);
+    list().setModel(_model);
+    list().setExpandsOnDoubleClick(false);
+    list().setIconSize({pictureSize, pictureSize});
+    list().setContextMenuPolicy(Qt::CustomContextMenu);
+    list().setAccessibleName(tr("Tags by kind"));
+    list().header()->setStretchLastSection(false);
+    list().header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    list().header()->resizeSection(KindsModel::bytes, 64);
+    list().setMinimumWidth(220);
 }
 
 // --- what is shown ---------------------------------------------------------------------------------------------------
@@ -128,20 +102,20 @@ void KindsPanel::look() {
         return tags.find(); // and comes here again
     std::vector<bool> open;
     for (int row = 0; row < _model->rowCount(); ++row)
-        open.push_back(_tree->isExpanded(_model->index(row, 0)));
-    const QModelIndex current = _tree->currentIndex();
+        open.push_back(list().isExpanded(_model->index(row, 0)));
+    const QModelIndex current = list().currentIndex();
     const std::pair<int, int> at = {current.parent().row(), current.row()};
     _isFilling = true;
     _wanted.clear();
     _model->show(&_view->editor());
-    if (!_filter->text().isEmpty()) {
+    if (!filter().text().isEmpty()) {
         applyFilter();
     } else {
         for (size_t row = 0; row < open.size() && row < static_cast<size_t>(_model->rowCount()); ++row)
-            _tree->setExpanded(_model->index(static_cast<int>(row), 0), open[row]);
+            list().setExpanded(_model->index(static_cast<int>(row), 0), open[row]);
         const QModelIndex around = at.first < 0 ? QModelIndex() : _model->index(at.first, 0);
         if (at.second >= 0)
-            _tree->setCurrentIndex(_model->index(std::min(at.second, _model->rowCount(around) - 1), 0, around));
+            list().setCurrentIndex(_model->index(std::min(at.second, _model->rowCount(around) - 1), 0, around));
     }
     _isFilling = false;
     showCounts();
@@ -149,8 +123,8 @@ void KindsPanel::look() {
 
 void KindsPanel::applyFilter() {
     _wanted.clear();
-    _model->setFilter(_filter->text(), _inside->isChecked());
-    if (_filter->text().isEmpty())
+    _model->setFilter(filter().text(), _inside->isChecked());
+    if (filter().text().isEmpty())
         _filtering.stop();
     else
         _filtering.start(0);
@@ -161,13 +135,13 @@ void KindsPanel::filterMore() {
     if (!_model->filterMore())
         _filtering.stop();
     if (_model->shownCount() < 500) // so that what is found can be seen
-        _tree->expandToDepth(0);
+        list().expandToDepth(0);
     showCounts();
 }
 
 void KindsPanel::showCounts() {
-    _counts->setText(_filtering.isActive() ? tr("%1 tags, looking for more…").arg(_model->shownCount())
-                                           : tr("%1 tags").arg(_model->shownCount()));
+    words().setText(_filtering.isActive() ? tr("%1 tags, looking for more…").arg(_model->shownCount())
+                                          : tr("%1 tags").arg(_model->shownCount()));
 }
 
 bool KindsPanel::isBusy() const {
@@ -199,31 +173,11 @@ void KindsPanel::nextLook() {
 
 void KindsPanel::takeLook(const std::shared_ptr<TagPreview>& preview) {
     _model->setLook(_lookHash, {smallPicture(*preview), preview->bytes()});
-    _tree->viewport()->update();
+    list().viewport()->update();
     nextLook();
 }
 
 // --- what the user does ----------------------------------------------------------------------------------------------
-
-void KindsPanel::toggle() {
-    if (isVisible()) {
-        hide();
-        Q_EMIT left();
-        return;
-    }
-    show();
-    raise();
-    _tree->setFocus();
-    look();
-}
-
-bool KindsPanel::openFilter() {
-    if (!_tree->hasFocus() && !_filter->hasFocus())
-        return false;
-    _filter->setFocus();
-    _filter->selectAll();
-    return true;
-}
 
 // In the view that is shown; the keyboard stays here.
 void KindsPanel::showPlace(const QModelIndex& index) {
@@ -232,31 +186,21 @@ void KindsPanel::showPlace(const QModelIndex& index) {
         _view->showPlace(*place);
 }
 
-bool KindsPanel::handleKey(QObject* watched, QKeyEvent* event) {
-    if (watched == _filter) {
-        if (event->key() != Qt::Key_Escape && event->key() != Qt::Key_Down && event->key() != Qt::Key_Return)
-            return false;
-        if (event->key() == Qt::Key_Escape)
-            _filter->clear();
-        _tree->setFocus();
-        return true;
-    }
-    if (event->key() == Qt::Key_Escape) {
-        Q_EMIT left();
-        return true;
-    }
-    const auto place = _model->placeOf(_tree->currentIndex());
+bool KindsPanel::takeKey(QObject* watched, QKeyEvent& event) {
+    if (watched != &list())
+        return false;
+    const auto place = _model->placeOf(list().currentIndex());
     if (!place)
         return false;
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    if (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) {
         Q_EMIT editAsked(*place);
         return true;
     }
-    const std::pair<bool, int> commands[] = {{event->key() == Qt::Key_Delete, CommandId::clear},
-                                             {event->key() == Qt::Key_Insert, CommandId::insert},
-                                             {event->matches(QKeySequence::Copy), CommandId::copy},
-                                             {event->matches(QKeySequence::Cut), CommandId::cut},
-                                             {event->matches(QKeySequence::Paste), CommandId::paste}};
+    const std::pair<bool, int> commands[] = {{event.key() == Qt::Key_Delete, CommandId::clear},
+                                             {event.key() == Qt::Key_Insert, CommandId::insert},
+                                             {event.matches(QKeySequence::Copy), CommandId::copy},
+                                             {event.matches(QKeySequence::Cut), CommandId::cut},
+                                             {event.matches(QKeySequence::Paste), CommandId::paste}};
     for (const auto& [isKey, id] : commands) {
         if (isKey) {
             Q_EMIT commandAsked(id, *place);
@@ -268,16 +212,14 @@ bool KindsPanel::handleKey(QObject* watched, QKeyEvent* event) {
 
 bool KindsPanel::eventFilter(QObject* watched, QEvent* event) {
     // Keys that are commands of the window mean the tree while it has the keyboard.
-    if (event->type() == QEvent::ShortcutOverride && watched == _tree) {
+    if (event->type() == QEvent::ShortcutOverride && watched == &list()) {
         const auto* key = static_cast<QKeyEvent*>(event);
         if (key->matches(QKeySequence::Copy) || key->matches(QKeySequence::Cut) || key->matches(QKeySequence::Paste)) {
             event->accept();
             return true;
         }
     }
-    if (event->type() == QEvent::KeyPress && handleKey(watched, static_cast<QKeyEvent*>(event)))
-        return true;
-    return QDockWidget::eventFilter(watched, event);
+    return ListPanel::eventFilter(watched, event);
 }
 
 } // namespace zelk

@@ -1,20 +1,17 @@
 // A movie's tags by kind: shapes, sprites with their frames, scripts with their classes and so on.
 #pragma once
 
-#include <QDockWidget>
 #include <QPointer>
 #include <QTimer>
 
 #include <deque>
 
 #include "DocumentView.h"
+#include "ListPanel.h"
 #include "PreviewWorker.h"
 #include "TagMap.h"
 
 class QCheckBox;
-class QLabel;
-class QLineEdit;
-class QTreeView;
 
 namespace zelk {
 
@@ -22,53 +19,41 @@ class KindsModel;
 
 /// Stands beside both views of a document and shows in them what is chosen in it. Costs nothing while it cannot be
 /// seen.
-class KindsPanel : public QDockWidget {
+class KindsPanel : public ListPanel {
     Q_OBJECT
 public:
     explicit KindsPanel(QWidget* parent = nullptr);
 
     /// Null for no document.
     void showDocument(DocumentView* view);
-    /// Shows the tree and gives it the keyboard, or closes it.
-    void toggle();
-    /// Gives the filter the keyboard when this panel has it. False when another one has.
-    bool openFilter();
-
-    QTreeView& tree() { return *_tree; }
-    QLineEdit& filter() { return *_filter; }
     QCheckBox& inside() { return *_inside; }
     /// Something is still to be looked for.
     bool isBusy() const;
 
 Q_SIGNALS:
-    /// The user is done here.
-    void left();
     /// Please carry out this command of the table on the current tag, which the list of the document shows then.
     void commandAsked(int id, size_t place);
     void menuAsked(const QPoint& globalPos, size_t place);
     void editAsked(size_t place);
 
 protected:
+    void look() override;
+    bool takeKey(QObject* watched, QKeyEvent& event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void buildLayout();
-    void look();
+    void setUpTree();
     void applyFilter();
     void filterMore();
     void showPlace(const QModelIndex& index);
     void wantLook(const TagRange& tag);
     void nextLook();
     void takeLook(const std::shared_ptr<TagPreview>& preview);
-    bool handleKey(QObject* watched, QKeyEvent* event);
     void showCounts();
 
     QPointer<DocumentView> _view;
     KindsModel* _model;
-    QLabel* _counts;
-    QLineEdit* _filter;
     QCheckBox* _inside;
-    QTreeView* _tree;
     QTimer _filtering;
     PreviewWorker* _worker;
     std::deque<TagRange> _wanted; // on the screen, the last one first

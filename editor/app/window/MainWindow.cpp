@@ -117,25 +117,19 @@ void MainWindow::connectParts() {
         if (DocumentView* view = _tabs->current())
             view->gotoWarning(entry);
     });
-    connect(_warnings, &WarningsPanel::left, this, [this] {
-        if (DocumentView* view = _tabs->current())
-            view->setFocus();
-    });
+    for (ListPanel* panel : std::initializer_list<ListPanel*>{_warnings, _uses, _kinds, _texts}) {
+        connect(panel, &ListPanel::left, this, [this] {
+            if (DocumentView* view = _tabs->current())
+                view->setFocus();
+        });
+    }
     connectKinds();
     connectStart();
-    connect(_uses, &UsesPanel::left, this, [this] {
-        if (DocumentView* view = _tabs->current())
-            view->setFocus();
-    });
     connect(_texts, &TextsPanel::chosen, this, [this](size_t offset, bool staysInList) {
         if (DocumentView* view = _tabs->current())
             view->jumpTo(offset);
         if (staysInList)
             _texts->list().setFocus();
-    });
-    connect(_texts, &TextsPanel::left, this, [this] {
-        if (DocumentView* view = _tabs->current())
-            view->setFocus();
     });
     connectSearch();
     // The window is no receiver here: the pane is hidden once more while the window is being destroyed.
@@ -166,10 +160,6 @@ void MainWindow::connectSearch() {
 }
 
 void MainWindow::connectKinds() {
-    connect(_kinds, &KindsPanel::left, this, [this] {
-        if (DocumentView* view = _tabs->current())
-            view->setFocus();
-    });
     connect(_kinds, &KindsPanel::commandAsked, this, [this](int id, size_t place) {
         if (selectInList(place))
             run(id);

@@ -1,10 +1,9 @@
 #include "UsesPanel.h"
 
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QTreeView>
-#include <QVBoxLayout>
 
 #include "DocumentTags.h"
 
@@ -77,38 +76,21 @@ private:
 };
 
 UsesPanel::UsesPanel(QWidget* parent)
-    : QDockWidget(tr("Uses"), parent), _model(new UsesModel(this)), _words(new QLabel(this)),
-      _list(new QTreeView(this)) {
-    setObjectName(QStringLiteral("uses"));
-    setAllowedAreas(Qt::BottomDockWidgetArea | Qt::RightDockWidgetArea);
-    _words->setTextFormat(Qt::PlainText);
-    _words->setContentsMargins(6, 2, 6, 2);
-    _list->setModel(_model);
-    _list->setRootIsDecorated(false);
-    _list->setUniformRowHeights(true);
-    _list->setAllColumnsShowFocus(true);
-    _list->setColumnWidth(UsesModel::row, 90);
-    _list->setColumnWidth(UsesModel::tag, 220);
-    _list->setColumnWidth(UsesModel::use, 160);
-    _list->installEventFilter(this);
-    auto* content = new QWidget(this);
-    auto* layout = new QVBoxLayout(content);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addWidget(_words);
-    layout->addWidget(_list);
-    setWidget(content);
-    connect(_list, &QTreeView::activated, this, &UsesPanel::choose);
-    hide();
+    : ListPanel(tr("Uses"), QStringLiteral("uses"), Place::bottom, parent), _model(new UsesModel(this)) {
+    list().setModel(_model);
+    list().setRootIsDecorated(false);
+    list().setColumnWidth(UsesModel::row, 90);
+    list().setColumnWidth(UsesModel::tag, 220);
+    list().setColumnWidth(UsesModel::use, 160);
+    filter().hide(); // they are few
+    connect(&list(), &QTreeView::activated, this, &UsesPanel::choose);
 }
 
 void UsesPanel::showUses(DocumentView& view, uint16_t id) {
     showDocument(&view);
     _id = id;
-    show();
-    raise();
-    _list->setFocus();
-    look();
+    open();
+    lookAgain();
 }
 
 void UsesPanel::showDocument(DocumentView* view) {
@@ -118,28 +100,28 @@ void UsesPanel::showDocument(DocumentView* view) {
         disconnect(&DocumentTags::of(_view->editor()), nullptr, this, nullptr);
     _view = view;
     _id = 0;
-    _words->clear();
+    words().clear();
     _model->show(nullptr, nullptr, {});
     if (view != nullptr)
         connect(&DocumentTags::of(view->editor()), &DocumentTags::found, this, [this] {
             if (isVisible() && _id != 0)
-                look();
+                lookAgain();
         });
 }
 
-void UsesPanel::look() {
+void UsesPanel::lookAgain() {
     DocumentTags& tags = DocumentTags::of(_view->editor());
     if (!tags.isCurrent()) {
-        _words->setText(tr("Looking for the uses…"));
+        words().setText(tr("Looking for the uses…"));
         return tags.find(); // and comes here again
     }
     const auto characters = tags.characters();
-    const int current = _list->currentIndex().row();
+    const int current = list().currentIndex().row();
     _model->show(_view, characters, characters->of(_id));
     const auto count = _model->places().size();
-    _words->setText(
+    words().setText(
         tr("Character %1 stands at %2 places.").arg(QString::fromStdString(characters->shown(_id))).arg(count));
-    _list->setCurrentIndex(_model->index(std::clamp(current, 0, std::max(0, _model->rowCount() - 1)), 0));
+    list().setCurrentIndex(_model->index(std::clamp(current, 0, std::max(0, _model->rowCount() - 1)), 0));
 }
 
 // Places of a text that has changed since are known again in a moment.
@@ -151,16 +133,6 @@ void UsesPanel::choose(const QModelIndex& index) {
         if (_view != nullptr && row < _model->places().size())
             _view->editor().jumpTo(_model->places()[row].start);
     });
-}
-
-QString UsesPanel::words() const { return _words->text(); }
-
-bool UsesPanel::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
-        Q_EMIT left();
-        return true;
-    }
-    return QDockWidget::eventFilter(watched, event);
 }
 
 } // namespace zelk

@@ -74,8 +74,7 @@ WindowCommands::WindowCommands(const Parts& parts) : _parts(parts) {
 }
 
 void WindowCommands::run(int id) const {
-    if (runOnField(id) || _parts.warnings.run(id) || _parts.texts.run(id) ||
-        (id == CommandId::find && _parts.kinds.openFilter()))
+    if (runOnField(id) || _parts.warnings.run(id) || _parts.texts.run(id) || _parts.kinds.run(id))
         return;
     if (const auto handler = _handlers.value(id))
         handler();

@@ -18,6 +18,8 @@ FindSymbolDlg::FindSymbolDlg(const std::vector<Symbol>& symbols, QWidget* parent
     setWindowTitle(tr("Find Symbol"));
     _filter->setPlaceholderText(tr("Part of the name of a class, method, tag or label"));
     _filter->setClearButtonEnabled(true);
+    _filter->setAccessibleName(tr("Name"));
+    _list->setAccessibleName(tr("Symbols"));
     new FilterKeys(*_filter, *_list);
     _list->setHeaderLabels({tr("Name"), tr("Kind")});
     _list->setRootIsDecorated(false);

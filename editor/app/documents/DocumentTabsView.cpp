@@ -7,6 +7,8 @@ namespace zelk {
 
 DocumentTabsView::DocumentTabsView(QWidget* parent) : QTabWidget(parent) {
     setDocumentMode(true);
+    setAccessibleName(tr("Documents"));
+    tabBar()->setAccessibleName(tr("Documents"));
     setMovable(true);
     setTabsClosable(true);
     tabBar()->setContextMenuPolicy(Qt::CustomContextMenu);

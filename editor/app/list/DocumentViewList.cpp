@@ -51,6 +51,8 @@ void DocumentViewList::buildLayout() {
     _counts->setForegroundRole(QPalette::PlaceholderText);
     _filter->setPlaceholderText(tr("Filter"));
     _filter->setClearButtonEnabled(true);
+    _filter->setAccessibleName(tr("Filter"));
+    _tree->setAccessibleName(tr("Tags"));
     _filter->setMinimumWidth(120);
     _filter->setMaximumWidth(260);
     _filter->installEventFilter(this);

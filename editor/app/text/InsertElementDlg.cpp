@@ -19,6 +19,9 @@ InsertElementDlg::InsertElementDlg(const QString& title, const std::vector<xml2s
     setWindowTitle(title);
     _filter->setPlaceholderText(tr("Part of the name"));
     _filter->setClearButtonEnabled(true);
+    _filter->setAccessibleName(tr("Name"));
+    _list->setAccessibleName(tr("Elements"));
+    _preview->setAccessibleName(tr("New element"));
     new FilterKeys(*_filter, *_list);
     _preview->setReadOnly(true);
     _preview->setLineWrapMode(QPlainTextEdit::NoWrap);

@@ -49,6 +49,10 @@ TextControl::TextControl(QWidget* parent) : QsciScintillaBase(parent) {
     send(SCI_SETMODEVENTMASK, SC_MOD_CHANGEFOLD | SC_MOD_CHANGEMARKER | SC_MOD_BEFOREINSERT | SC_MOD_BEFOREDELETE);
     connect(this, &QsciScintillaBase::SCN_MODIFIED, this,
             [this](int position, int type, const char*, int length) { willChange(position, type, length); });
+    connect(this, &QsciScintillaBase::SCN_UPDATEUI, this, [this](int what) {
+        if ((what & (SC_UPDATE_CONTENT | SC_UPDATE_SELECTION)) != 0)
+            tellCaret(*this);
+    });
 }
 
 void TextControl::willChange(int position, int type, int length) {

@@ -54,6 +54,7 @@ else
     tar -C "$root" -xf "$build/clean-root.tar"
 fi
 cp /etc/resolv.conf "$root/etc/resolv.conf"
+echo force-unsafe-io >"$root/etc/dpkg/dpkg.cfg.d/no-sync" # what is lost in a crash is made again
 mkdir -p "$root/run/packages" "$root/run/work"
 cp "$zelk" "$dev" "$root/run/packages/"
 cp "$samples"/*.xml "$root/run/work/"
@@ -74,7 +75,7 @@ completed() { # WORD...: what bash offers for the last one
 }
 [ "$(completed zelkc con)" = convert ] || fail "bash does not complete zelkc con"
 [ "$(completed zelkc schema --form c)" = classic ] || fail "bash does not complete zelkc schema --form c"
-[ "$(completed zelkc info --js)" = "--json --json-lines" ] || fail "bash does not complete zelkc info --js"
+[ "$(completed zelkc info --js)" = "--json-lines --json" ] || fail "bash does not complete zelkc info --js"
 [ "$(completed zelk --new)" = --new-window ] || fail "bash does not complete zelk --new"
 
 say "zelk"

@@ -19,7 +19,7 @@ int main(int argc, char** argv) {
         xml2swf::MovieTarget compiled;
         const bool isMovie = xml2swf::xmlToSwf(xml, compiled, options);
 
-        std::printf("version %u, %zu tags, %zu bytes of XML\n", movie.version, movie.tags.size(), xml.size());
+        std::printf("version %u, %u tags, %zu bytes of XML\n", movie.version, movie.tags.count(), xml.size());
         const bool isSame = isMovie && compiled.movie.serialise(6).size() == movie.serialise(6).size();
         std::puts(isSame ? "compiles to a movie of the same size" : "compiles to another movie");
         return isSame ? 0 : 1;

@@ -91,7 +91,7 @@ in_root sh -ec 'cp -r /usr/share/doc/libzelk-dev/examples /run/example && cd /ru
 say "removing"
 in_root apt-get -q -y purge zelk libzelk-dev >>"$build/install.log" 2>&1
 while read -r file; do
-    [ ! -e "$root$file" ] || fail "$file is left behind"
+    [ -z "$file" ] || [ ! -e "$root$file" ] || fail "$file is left behind"
 done <"$build/installed.txt"
 left="$(find "$root/etc" "$root/usr" "$root/var/lib" "$root/root" -iname '*zelk*' -print)"
 [ -z "$left" ] || fail "left behind: $left"

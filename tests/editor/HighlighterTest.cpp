@@ -1,6 +1,7 @@
 // Which bytes of a text have which colour.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <set>
 
 #include "SwfSyntaxHighlighter.h"
@@ -101,6 +102,30 @@ TEST(Highlighter, ClassesHaveTheColoursOfTheView) {
     for (const auto& [name, colour] : colours) {
         const auto shown = static_cast<QRgb>(view.send(QsciScintillaBase::SCI_STYLEGETFORE, name)); // blue first
         EXPECT_EQ(qRgb(int(shown & 0xFF), int(shown >> 8 & 0xFF), int(shown >> 16 & 0xFF)), colour) << name;
+    }
+}
+
+// By the formula of the guidelines for accessible content.
+double contrast(QRgb a, QRgb b) {
+    const auto luminance = [](QRgb color) {
+        const auto linear = [](int channel) {
+            const double part = channel / 255.0;
+            return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(qRed(color)) + 0.7152 * linear(qGreen(color)) + 0.0722 * linear(qBlue(color));
+    };
+    const double first = luminance(a) + 0.05, second = luminance(b) + 0.05;
+    return std::max(first, second) / std::min(first, second);
+}
+
+TEST(Highlighter, DarkColoursAreReadable) {
+    const auto& dark = SwfSyntaxHighlighter::colours(true);
+    EXPECT_NEAR(contrast(0xFFFFFFFF, 0xFF777777), 4.48, 0.01);
+    EXPECT_EQ(dark.size(), SwfSyntaxHighlighter::colours().size());
+    for (const auto& [each, colour] : dark) {
+        EXPECT_TRUE(SwfSyntaxHighlighter::colours().contains(each));
+        for (QRgb ground : {0, 1})
+            EXPECT_GE(contrast(colour, TextEditorView::grounds(true)[ground]), 4.5) << each;
     }
 }
 

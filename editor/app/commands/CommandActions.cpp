@@ -52,8 +52,9 @@ CommandActions::CommandActions(QWidget* window) : QObject(window) {
         _submenus.insert(id, menu);
     }
     fill(*submenu(CommandId::theme), themeMenu());
-    for (int id : {CommandId::themeSystem, CommandId::themeLight, CommandId::themeDark, CommandId::movieXml,
-                   CommandId::tagList, CommandId::preview, CommandId::reopenSession, CommandId::openInFullForm})
+    for (int id :
+         {CommandId::themeSystem, CommandId::themeLight, CommandId::themeDark, CommandId::movieXml, CommandId::tagList,
+          CommandId::preview, CommandId::reopenSession, CommandId::openInFullForm, CommandId::wordWrap})
         action(id)->setCheckable(true);
 }
 

@@ -57,6 +57,10 @@ constexpr CommandRow rows[] = {
     {movieXml, "&Movie XML", "", "", Needs::document, ""},
     {tagList, "&Tag list", "", "", Needs::document, ""},
     {insert, "&Insert", "Insert a tag behind the selected one\nInsert", "", Needs::document, ""},
+    {switchView, "Swi&tch View\tCtrl+L", "Show the tag list instead of the text, or the text again\nSwitch View", "",
+     Needs::document, ""},
+    {wordWrap, "Wor&d Wrap\tAlt+Z", "Break long lines at the edge of the window\nWord Wrap", "", Needs::nothing, ""},
+    {CommandId::settings, "&Settings...\tCtrl+,", "Change how the editor looks and what it keeps\nSettings", "", Needs::nothing, ""},
     {zoomIn, "Zoom &In\tCtrl++", "", "", Needs::text, "Ctrl+="},
     {zoomOut, "Zoom &Out\tCtrl+-", "", "", Needs::text, ""},
     {zoomReset, "&Normal Size\tCtrl+0", "", "", Needs::text, ""},
@@ -149,9 +153,9 @@ constexpr MenuItem editItems[] = {{undo},
                                   {toggleBookmark},
                                   {nextBookmark},
                                   {previousBookmark}};
-constexpr MenuItem viewItems[] = {{movieXml}, {tagList},    line,      {zoomIn},    {zoomOut}, {zoomReset},
-                                  line,       {toggleFold}, {foldAll}, {unfoldAll}, line,      {warnings},
-                                  {texts},    {preview},    {theme},   {kinds},     {results}};
+constexpr MenuItem viewItems[] = {{movieXml}, {tagList}, {switchView}, line,      {zoomIn},    {zoomOut}, {zoomReset},
+                                  {wordWrap}, line,      {toggleFold}, {foldAll}, {unfoldAll}, line,      {warnings},
+                                  {texts},    {preview}, {theme},      {kinds},   {results}};
 constexpr MenuItem toolsItems[] = {{checkXml},
                                    {formatXml},
                                    {movieSettings},
@@ -169,7 +173,9 @@ constexpr MenuItem toolsItems[] = {{checkXml},
                                    {unlabelBranches},
                                    line,
                                    {editTag},
-                                   {duplicateTags}};
+                                   {duplicateTags},
+                                   line,
+                                   {CommandId::settings}};
 constexpr MenuItem windowItems[] = {{close}, {closeAll}, line, {nextDocument}, {previousDocument}};
 constexpr MenuItem helpItems[] = {{updates}, {homePage}, {about}, {guide}};
 constexpr Menu menus[] = {{"&File", fileItems},   {"&Edit", editItems},     {"&View", viewItems},

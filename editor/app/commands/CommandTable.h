@@ -99,6 +99,9 @@ constexpr int previousBookmark = 60088;
 constexpr int editTag = 60100;
 constexpr int duplicateTags = 60101;
 constexpr int playApart = 60102;
+constexpr int wordWrap = 60110;
+constexpr int settings = 60111;
+constexpr int switchView = 60112;
 } // namespace CommandId
 
 /// What has to be there for a command to be chosen.

@@ -171,10 +171,14 @@ void DocumentView::showList() {
         return;
     _list->refresh();
     const uint32_t tag = tagAtCaret();
-    if (tag != TagIndex::movie)
+    if (_editor->caret() == _leftCaret && _list->currentTag() != TagIndex::movie)
+        ; // where the list was left
+    else if (tag != TagIndex::movie)
         _list->select(tag);
     else if (_tags.tags().count() != 0 && _list->currentTag() == TagIndex::movie)
         _list->select(0);
+    _leftTag = _list->currentTag();
+    _leftCode = _list->currentCode();
     showView(_list);
 }
 
@@ -247,10 +251,13 @@ size_t DocumentView::place() {
 void DocumentView::showText() {
     if (showsList() && _tags.isCurrent()) {
         const uint32_t tag = _list->currentTag();
-        if (const auto code = _list->currentCode())
+        if (tag == _leftTag && _list->currentCode() == _leftCode)
+            ; // where the text was left
+        else if (const auto code = _list->currentCode())
             _editor->gotoOffset(*code);
         else if (tag != TagIndex::movie && tag != tagAtCaret())
             _editor->gotoOffset(_tags.tags().start(tag));
+        _leftCaret = _editor->caret();
     }
     showView(_editor);
 }

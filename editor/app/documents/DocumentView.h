@@ -106,6 +106,10 @@ private:
     DocumentViewList* _list;
     QStackedWidget* _views;
     bool _isApart = false;
+    // Where the views stood when the other one came up: what was not moved since stays as it is.
+    size_t _leftCaret = SIZE_MAX;
+    uint32_t _leftTag = TagIndex::movie;
+    std::optional<size_t> _leftCode;
 };
 
 } // namespace zelk

@@ -57,7 +57,9 @@ DocumentKeeper::DocumentKeeper(const Parts& parts) : _parts(parts), _files(parts
 void DocumentKeeper::keepIn(const QString& stateFolder) {
     const std::filesystem::path folder = stateFolder.toStdU16String();
     _parts.session.writtenFiles.keepIn(folder / "written");
-    _copies = folder / "recovery";
+    _copies = folder / "recovery"; // of earlier runs, whatever is wanted of this one
+    if (!_parts.settings.value(QStringLiteral("Recovery/copies"), true).toBool())
+        return;
     std::shared_ptr<RecoverySession> session = RecoverySession::begin(_copies);
     if (session == nullptr) { // as on a full disk
         connect(&_parts.documents, &OpenDocuments::added, this, [this](DocumentView* view) {

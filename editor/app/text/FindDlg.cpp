@@ -56,6 +56,7 @@ void FindDlg::addOptions() {
         each->setShortcut({});
         _choices->addWidget(each);
     }
+    _choices->addSpacing(12);
     _choices->addWidget(_result, 1);
     connect(_pattern, &QComboBox::editTextChanged, this, [this] {
         _result->clear();

@@ -58,13 +58,18 @@ void readString(ITextBuffer& buffer) {
 
 } // namespace
 
-const std::map<int, QRgb>& SwfSyntaxHighlighter::colours() {
+const std::map<int, QRgb>& SwfSyntaxHighlighter::colours(bool onDark) {
     static const std::map<int, QRgb> table = {
         {EndOfText, 0xFF000000}, {Other, 0xFF000000},     {Word, 0xFF000000},
         {String, 0xFFB22222},    {Structure, 0xFF4876FF}, {Action, 0xFF836FFF},
         {Tag, 0xFF0000CD},       {Field, 0xFF2E8B57},     {CodeAttribute, 0xFF8B5A00},
     };
-    return table;
+    static const std::map<int, QRgb> dark = {
+        {EndOfText, 0xFFE6E6E6}, {Other, 0xFFE6E6E6},     {Word, 0xFFE6E6E6},
+        {String, 0xFFF09080},    {Structure, 0xFF8FAEFF}, {Action, 0xFFBBA8FF},
+        {Tag, 0xFF5CC8FF},       {Field, 0xFF6FCF97},     {CodeAttribute, 0xFFE0B060},
+    };
+    return onDark ? dark : table;
 }
 
 SwfSyntaxHighlighter::Class SwfSyntaxHighlighter::readToken(ITextBuffer& buffer) {

@@ -30,8 +30,8 @@ public:
         CodeAttribute // words that are attributes of code: coloured before "=" only
     };
 
-    /// The colour of every class that has one. All the rest is black.
-    static const std::map<int, QRgb>& colours();
+    /// The colour of every class that has one, on white or on a dark ground. All the rest is black, or nearly white.
+    static const std::map<int, QRgb>& colours(bool onDark = false);
     /// Reads one token.
     static Class readToken(ITextBuffer& buffer);
     /// For each byte the class that it is coloured in, `Other` where it stays black. `startsInString`: a quoted string

@@ -2,7 +2,6 @@
 
 #include <QColorDialog>
 #include <QContextMenuEvent>
-#include <QFontDatabase>
 #include <QMessageBox>
 #include <QMouseEvent>
 
@@ -14,22 +13,14 @@
 #include "ScriptFlow.h"
 #include "TagMatch.h"
 #include "TextFolds.h"
+#include "TextMarks.h"
 
 namespace zelk {
-
-namespace {
-
-enum Margin { numbers, folds, bookmarks };
-constexpr int tagIndicator = 8, targetIndicator = 9, matchIndicator = 10, bookmark = 1;
-
-constexpr QRgb faint = 0xFF808080, lineShade = 0xFFEEF4FB, selectionShade = 0xFFB5D5FF, tagShade = 0xFF2A6DB8,
-               targetShade = 0xFFD07000, matchShade = 0xFFE0B000;
-
-} // namespace
 
 TextEditorView::TextEditorView(QWidget* parent)
     : TextControl(parent), _autocomplete(new TextEditorAutocomplete(*this)) {
     setLook();
+    setColors();
     setKeys();
     connect(this, &QsciScintillaBase::SCN_SAVEPOINTLEFT, this, [this] { Q_EMIT modificationChanged(true); });
     connect(this, &QsciScintillaBase::SCN_SAVEPOINTREACHED, this, [this] { Q_EMIT modificationChanged(false); });
@@ -42,6 +33,7 @@ TextEditorView::TextEditorView(QWidget* parent)
         if (_marked != nullptr)
             markVisibleMatches();
         if ((what & (SC_UPDATE_SELECTION | SC_UPDATE_CONTENT)) != 0) {
+            noteMove();
             markTags();
             markTarget();
             Q_EMIT placeChanged();
@@ -53,84 +45,7 @@ TextEditorView::TextEditorView(QWidget* parent)
             [this](size_t start, size_t end) { _jumps.removed(start, end - start); });
 }
 
-// --- look and keys ---------------------------------------------------------------------------------------------------
-
-void TextEditorView::setLook() {
-    const QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    const QByteArray family = font.family().toUtf8();
-    SendScintilla(SCI_STYLESETFONT, static_cast<uintptr_t>(STYLE_DEFAULT), family.constData());
-    send(SCI_STYLESETSIZE, STYLE_DEFAULT, std::max(10, font.pointSize()));
-    // The colours are meant for white, whatever the theme.
-    SendScintilla(SCI_STYLESETBACK, static_cast<unsigned long>(STYLE_DEFAULT), QColor(Qt::white));
-    SendScintilla(SCI_STYLESETFORE, static_cast<unsigned long>(STYLE_DEFAULT), QColor(Qt::black));
-    send(SCI_STYLECLEARALL);
-    for (const auto& [style, color] : SwfSyntaxHighlighter::colours()) {
-        if (style >= 0)
-            SendScintilla(SCI_STYLESETFORE, static_cast<unsigned long>(style), QColor(color));
-    }
-    send(SCI_STYLESETVISIBLE, hiddenStyle, 0);
-    SendScintilla(SCI_STYLESETFORE, static_cast<unsigned long>(STYLE_LINENUMBER), QColor(faint));
-    SendScintilla(SCI_STYLESETBACK, static_cast<unsigned long>(STYLE_LINENUMBER), QColor(0xFFF5F5F5));
-    SendScintilla(SCI_SETSELBACK, 1UL, QColor(selectionShade));
-    SendScintilla(SCI_SETCARETLINEBACK, QColor(lineShade));
-    send(SCI_SETCARETLINEVISIBLE, 1);
-    send(SCI_SETCARETLINEVISIBLEALWAYS, 1);
-    SendScintilla(SCI_SETCARETFORE, QColor(Qt::black));
-
-    setMargins();
-    setIndicators();
-    send(SCI_SETLEXER, SCLEX_CONTAINER);
-    send(SCI_SETIDLESTYLING, SC_IDLESTYLING_ALL);
-    send(SCI_SETLAYOUTCACHE, SC_CACHE_PAGE);
-    send(SCI_SETPOSITIONCACHE, 16 * 1024); // pieces of text whose widths are known: three times as fast in long lines
-    send(SCI_SETWRAPMODE, SC_WRAP_NONE);
-    send(SCI_SETSCROLLWIDTH, 1);
-    send(SCI_SETSCROLLWIDTHTRACKING, 1);
-}
-
-void TextEditorView::setMargins() {
-    send(SCI_SETMARGINTYPEN, numbers, SC_MARGIN_NUMBER);
-    send(SCI_SETMARGINTYPEN, folds, SC_MARGIN_SYMBOL);
-    send(SCI_SETMARGINMASKN, folds, static_cast<long>(SC_MASK_FOLDERS));
-    send(SCI_SETMARGINWIDTHN, folds, 16);
-    send(SCI_SETMARGINSENSITIVEN, folds, 1);
-    send(SCI_SETMARGINTYPEN, bookmarks, SC_MARGIN_SYMBOL);
-    send(SCI_SETMARGINMASKN, bookmarks, 1 << bookmark);
-    send(SCI_SETMARGINWIDTHN, bookmarks, 0); // until there is one
-    send(SCI_MARKERDEFINE, bookmark, SC_MARK_BOOKMARK);
-    SendScintilla(SCI_MARKERSETFORE, static_cast<unsigned long>(bookmark), QColor(tagShade));
-    SendScintilla(SCI_MARKERSETBACK, static_cast<unsigned long>(bookmark), QColor(tagShade));
-    for (const auto& [marker, symbol] : {std::pair(SC_MARKNUM_FOLDER, SC_MARK_BOXPLUS),
-                                         {SC_MARKNUM_FOLDEROPEN, SC_MARK_BOXMINUS},
-                                         {SC_MARKNUM_FOLDEREND, SC_MARK_BOXPLUS},
-                                         {SC_MARKNUM_FOLDEROPENMID, SC_MARK_BOXMINUS},
-                                         {SC_MARKNUM_FOLDERSUB, SC_MARK_EMPTY},
-                                         {SC_MARKNUM_FOLDERTAIL, SC_MARK_EMPTY},
-                                         {SC_MARKNUM_FOLDERMIDTAIL, SC_MARK_EMPTY}}) {
-        send(SCI_MARKERDEFINE, marker, symbol);
-        SendScintilla(SCI_MARKERSETFORE, static_cast<unsigned long>(marker), QColor(Qt::white));
-        SendScintilla(SCI_MARKERSETBACK, static_cast<unsigned long>(marker), QColor(faint));
-    }
-    SendScintilla(SCI_SETFOLDMARGINCOLOUR, 1UL, QColor(0xFFF5F5F5));
-    SendScintilla(SCI_SETFOLDMARGINHICOLOUR, 1UL, QColor(0xFFF5F5F5));
-    send(SCI_SETFOLDFLAGS, SC_FOLDFLAG_LINEAFTER_CONTRACTED);
-    send(SCI_SETAUTOMATICFOLD, SC_AUTOMATICFOLD_SHOW | SC_AUTOMATICFOLD_CHANGE);
-}
-
-void TextEditorView::setIndicators() {
-    send(SCI_INDICSETSTYLE, tagIndicator, INDIC_ROUNDBOX);
-    SendScintilla(SCI_INDICSETFORE, static_cast<unsigned long>(tagIndicator), QColor(tagShade));
-    send(SCI_INDICSETALPHA, tagIndicator, 60);
-    send(SCI_INDICSETSTYLE, targetIndicator, INDIC_STRAIGHTBOX);
-    SendScintilla(SCI_INDICSETFORE, static_cast<unsigned long>(targetIndicator), QColor(targetShade));
-    send(SCI_INDICSETALPHA, targetIndicator, 70);
-    send(SCI_INDICSETOUTLINEALPHA, targetIndicator, 200);
-    send(SCI_INDICSETSTYLE, matchIndicator, INDIC_STRAIGHTBOX);
-    SendScintilla(SCI_INDICSETFORE, static_cast<unsigned long>(matchIndicator), QColor(matchShade));
-    send(SCI_INDICSETALPHA, matchIndicator, 90);
-    send(SCI_INDICSETOUTLINEALPHA, matchIndicator, 220);
-    send(SCI_INDICSETUNDER, matchIndicator, 1);
-}
+// --- keys ----------------------------------------------------------------------------------------------------------
 
 // Keys that are commands of the window, or that would only surprise.
 void TextEditorView::setKeys() {
@@ -184,20 +99,33 @@ void TextEditorView::say(const QString& reason) {
     SendScintilla(SCI_CALLTIPSHOW, static_cast<uintptr_t>(caret()), reason.toUtf8().constData());
 }
 
+// The caret was moved far from a place where it had been for a moment: that is one to come back to.
+void TextEditorView::noteMove() {
+    constexpr long far = 10; // lines
+    constexpr qint64 moment = 700;
+    const size_t place = caret(), last = std::min(_lastCaret, static_cast<size_t>(send(SCI_GETLENGTH)));
+    const auto line = [this](size_t at) { return send(SCI_LINEFROMPOSITION, static_cast<long>(at)); };
+    if (std::abs(line(place) - line(last)) > far && _stays.isValid() && _stays.elapsed() >= moment)
+        _jumps.jumpFrom(last);
+    if (place != _lastCaret)
+        _stays.start();
+    _lastCaret = place;
+}
+
 void TextEditorView::jumpTo(size_t offset) {
     _jumps.jumpFrom(caret());
-    gotoOffset(offset);
+    reveal(offset);
     Q_EMIT jumped();
 }
 
 void TextEditorView::jumpBack() {
     if (const auto place = _jumps.back(caret()))
-        gotoOffset(*place);
+        reveal(*place);
 }
 
 void TextEditorView::jumpForward() {
     if (const auto place = _jumps.forward(caret()))
-        gotoOffset(*place);
+        reveal(*place);
 }
 
 // With Ctrl, the left button goes where the code leads.
@@ -216,7 +144,9 @@ void TextEditorView::mousePressEvent(QMouseEvent* event) {
 
 void TextEditorView::setText(std::string newText) {
     setBytes(std::move(newText));
+    setTextLook(_look); // which the control keeps with its document
     _jumps.clear();
+    _lastCaret = 0;
     const std::string_view bytes = text();
     // Counts them all once, so that a jump to the end need not.
     inTurns(bytes.size(), [this](size_t start, size_t size) { quoteStateAt(start + size); });
@@ -270,6 +200,15 @@ void TextEditorView::gotoPlace(uint32_t row, uint32_t column) {
 }
 
 void TextEditorView::gotoOffset(size_t offset) {
+    noteMove();
+    send(SCI_GOTOPOS, static_cast<long>(offset));
+    noteMove();
+    reveal(offset);
+}
+
+// As a place that was come from already.
+void TextEditorView::reveal(size_t offset) {
+    _lastCaret = offset;
     const auto position = static_cast<long>(offset);
     send(SCI_ENSUREVISIBLEENFORCEPOLICY, send(SCI_LINEFROMPOSITION, position));
     send(SCI_GOTOPOS, position);

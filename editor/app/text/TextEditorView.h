@@ -1,6 +1,9 @@
 // Shows and edits the XML text of one document.
 #pragma once
 
+#include <QElapsedTimer>
+
+#include <array>
 #include <unordered_map>
 
 #include "ElementInsertion.h"
@@ -10,6 +13,8 @@
 #include "TextEditorAutocomplete.h"
 #include "TextSearch.h"
 #include "TextTyping.h"
+
+class QFont;
 
 namespace zelk {
 
@@ -23,6 +28,17 @@ public:
     /// Valid until the next change.
     std::string_view text() const { return bytes(); }
     void setSavePoint() { send(SCI_SETSAVEPOINT); }
+
+    /// How texts are shown. An empty family and a size of 0 are the system's.
+    struct Look {
+        QString family = {};
+        int size = 0, tabWidth = 4; ///< of type in points; of a level of indentation in columns
+        bool wraps = false;
+        bool operator==(const Look&) const = default;
+    };
+    void setTextLook(const Look& look);
+    /// The grounds that text stands on: the usual one, that of the caret's line, that of what is selected.
+    static std::array<QRgb, 3> grounds(bool isDark);
 
     bool isModified() const { return send(SCI_GETMODIFY) != 0; }
     bool canUndo() const { return send(SCI_CANUNDO) != 0; }
@@ -104,10 +120,14 @@ Q_SIGNALS:
 protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
     void setLook();
+    void setColors();
+    void reveal(size_t offset);
+    void noteMove();
     void setKeys();
     void setMargins();
     void setIndicators();
@@ -131,6 +151,9 @@ private:
     };
 
     SwfSyntaxHighlighter _highlighter;
+    Look _look;
+    size_t _lastCaret = 0;
+    QElapsedTimer _stays;                            // the caret, where it was last
     std::unordered_map<long, StyledLine> _longLines; // by line
     TextTyping _typing{*this};
     JumpHistory _jumps;

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QScreen>
 #include <QToolBar>
@@ -10,6 +11,7 @@
 #include "FormNotice.h"
 #include "LinesNotice.h"
 #include "PreviewPane.h"
+#include "SettingsDlg.h"
 
 // A library's resources are linked in only when something asks for them, and not from inside a namespace.
 static void loadIcons() { Q_INIT_RESOURCE(icons); }
@@ -88,6 +90,7 @@ void MainWindow::connectParts() {
     connect(_actions->submenu(CommandId::recentFiles), &QMenu::aboutToShow, this, &MainWindow::fillRecentFiles);
     connect(&_documents, &OpenDocuments::added, this, [this](DocumentView* view) {
         watch(*view);
+        view->editor().setTextLook(textLook(_settings));
         FormNotice::show(*view, _session);
         LinesNotice::show(*view, [this] { run(CommandId::formatXml); });
     });
@@ -155,7 +158,10 @@ void MainWindow::connectSearch() {
         if (DocumentView* view = _tabs->current())
             view->setFocus();
     };
-    connect(_results, &ResultsPanel::left, this, toText);
+    connect(_results, &ResultsPanel::left, this, [this, toText] {
+        _results->hide();
+        toText();
+    });
     connect(_search, &SearchController::left, this, toText);
 }
 
@@ -325,6 +331,7 @@ void MainWindow::restore() {
     restoreGeometry(_settings.value(QStringLiteral("Window/geometry")).toByteArray());
     restoreState(_settings.value(QStringLiteral("Window/state")).toByteArray());
     _commands.setTheme(_settings.value(QStringLiteral("Window/theme"), CommandId::themeSystem).toInt());
+    _commands.setTextLook(textLook(_settings));
     _commands.setFullForm(_settings.value(QStringLiteral("Movies/form")).toString() == QStringLiteral("full"));
 }
 
@@ -350,6 +357,18 @@ void MainWindow::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::ActivationChange && isActiveWindow())
         _keeper.look();
+}
+
+// Escape leaves the pane that has the keyboard and closes it.
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+    QWidget* pane = event->key() == Qt::Key_Escape ? QApplication::focusWidget() : nullptr;
+    while (pane != nullptr && qobject_cast<QDockWidget*>(pane) == nullptr)
+        pane = pane->parentWidget();
+    if (pane == nullptr)
+        return QMainWindow::keyPressEvent(event);
+    pane->hide();
+    if (DocumentView* view = _tabs->current())
+        view->setFocus();
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

@@ -19,6 +19,7 @@
 #include "PrintCommands.h"
 #include "RenameCharacterCmd.h"
 #include "ScriptCommands.h"
+#include "SettingsDlg.h"
 #include "StatusBar.h"
 #include "Theme.h"
 
@@ -113,6 +114,12 @@ void WindowCommands::addProgramCommands() {
     for (int id : {CommandId::themeSystem, CommandId::themeLight, CommandId::themeDark})
         _handlers[id] = [this, id] { setTheme(id); };
     _handlers[CommandId::openInFullForm] = [this] { setFullForm(!_parts.session.fullForm); };
+    _handlers[CommandId::settings] = [this] { changeSettings(); };
+    _handlers[CommandId::wordWrap] = [this] {
+        TextEditorView::Look look = textLook(_parts.settings);
+        look.wraps = !look.wraps;
+        setTextLook(look);
+    };
     _handlers[CommandId::find] = [this] { _parts.search.openFind(); };
     _handlers[CommandId::findNext] = [this] { _parts.search.findNext(); };
     _handlers[CommandId::findPrevious] = [this] { _parts.search.findPrevious(); };
@@ -135,6 +142,25 @@ void WindowCommands::setTheme(int id) {
     for (int each : {CommandId::themeSystem, CommandId::themeLight, CommandId::themeDark})
         _parts.actions.action(each)->setChecked(each == id);
     _parts.settings.setValue(QStringLiteral("Window/theme"), id);
+}
+
+void WindowCommands::setTextLook(const TextEditorView::Look& look) {
+    keepTextLook(_parts.settings, look);
+    _parts.actions.action(CommandId::wordWrap)->setChecked(look.wraps);
+    for (DocumentView* view : _parts.tabs.all())
+        view->editor().setTextLook(look);
+}
+
+void WindowCommands::changeSettings() {
+    const int theme = _parts.settings.value(QStringLiteral("Window/theme"), CommandId::themeSystem).toInt();
+    SettingsDlg dialog(_parts.settings, std::clamp(theme - CommandId::themeSystem, 0, 2), _parts.session.fullForm,
+                       &_parts.window);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    dialog.keepIn(_parts.settings);
+    setTheme(CommandId::themeSystem + dialog.theme());
+    setFullForm(dialog.fullForm());
+    setTextLook(textLook(_parts.settings));
 }
 
 void WindowCommands::setFullForm(bool isFull) {
@@ -171,6 +197,12 @@ void WindowCommands::addDocumentCommands() {
     onCurrent(CommandId::showColor, [this](DocumentView& view) { showSelectedColor(view); });
     onCurrent(CommandId::movieXml, [](DocumentView& view) { view.showText(); });
     onCurrent(CommandId::tagList, [this](DocumentView& view) { showList(view); });
+    onCurrent(CommandId::switchView, [this](DocumentView& view) {
+        if (view.showsList())
+            view.showText();
+        else
+            showList(view);
+    });
     onCurrent(CommandId::checkXml, [this](DocumentView& view) { checkXml(view); });
     onCurrent(CommandId::formatXml, [this](DocumentView& view) { formatXml(view); });
     onCurrent(CommandId::movieSettings, [this](DocumentView& view) {

@@ -50,6 +50,8 @@ public:
     void run(int id) const;
     /// One of the theme commands; any other number is the system's.
     void setTheme(int id);
+    /// How texts are shown, in all documents.
+    void setTextLook(const TextEditorView::Look& look);
     /// In which form movies are opened and made.
     void setFullForm(bool isFull);
 
@@ -79,6 +81,7 @@ private:
     void exportText(DocumentView& view);
     void showGuide();
     void showAbout();
+    void changeSettings();
 
     const Parts _parts;
     QHash<int, std::function<void()>> _handlers;

@@ -1,0 +1,125 @@
+#include "SettingsDlg.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFontComboBox>
+#include <QFontDatabase>
+#include <QFormLayout>
+#include <QLineEdit>
+#include <QSpinBox>
+
+namespace zelk {
+
+namespace {
+
+const QString fontKey = QStringLiteral("Text/font"), sizeKey = QStringLiteral("Text/size"),
+              tabKey = QStringLiteral("Text/tabWidth"), wrapKey = QStringLiteral("Text/wrap"),
+              copiesKey = QStringLiteral("Recovery/copies"), playerKey = QStringLiteral("Player/kind"),
+              commandKey = QStringLiteral("Player/command");
+constexpr int smallest = 6, biggest = 72, widestTab = 16;
+
+// In the order of the box.
+const QStringList& players() {
+    static const QStringList kinds = {QStringLiteral("ruffle"), QStringLiteral("command"), QStringLiteral("none")};
+    return kinds;
+}
+
+QSpinBox* numberField(QWidget* parent, int least, int most, int value) {
+    auto* field = new QSpinBox(parent);
+    field->setRange(least, most);
+    field->setValue(value);
+    return field;
+}
+
+QCheckBox* tick(QWidget* parent, const QString& text, bool isOn) {
+    auto* box = new QCheckBox(text, parent);
+    box->setChecked(isOn);
+    return box;
+}
+
+QComboBox* choice(QWidget* parent, const QStringList& texts, int chosen) {
+    auto* box = new QComboBox(parent);
+    box->addItems(texts);
+    box->setCurrentIndex(chosen);
+    return box;
+}
+
+} // namespace
+
+TextEditorView::Look textLook(const QSettings& settings) {
+    TextEditorView::Look look;
+    look.family = settings.value(fontKey).toString();
+    const int size = settings.value(sizeKey).toInt(), tab = settings.value(tabKey).toInt();
+    look.size = size == 0 ? 0 : std::clamp(size, smallest, biggest);
+    look.tabWidth = tab == 0 ? look.tabWidth : std::clamp(tab, 1, widestTab);
+    look.wraps = settings.value(wrapKey).toBool();
+    return look;
+}
+
+void keepTextLook(QSettings& settings, const TextEditorView::Look& look) {
+    settings.setValue(fontKey, look.family);
+    settings.setValue(sizeKey, look.size);
+    settings.setValue(tabKey, look.tabWidth);
+    settings.setValue(wrapKey, look.wraps);
+}
+
+SettingsDlg::SettingsDlg(const QSettings& settings, int theme, bool fullForm, QWidget* parent) : QDialog(parent) {
+    setWindowTitle(tr("Settings"));
+    const TextEditorView::Look look = textLook(settings);
+    const QFont usual = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    _form = choice(this, {tr("Classic"), tr("Full")}, fullForm ? 1 : 0);
+    _theme = choice(this, {tr("System"), tr("Light"), tr("Dark")}, theme);
+    _font = new QFontComboBox(this);
+    _font->setFontFilters(QFontComboBox::MonospacedFonts);
+    _font->setCurrentFont(look.family.isEmpty() ? usual : QFont(look.family));
+    _size = numberField(this, smallest, biggest, look.size > 0 ? look.size : std::max(10, usual.pointSize()));
+    _size->setSuffix(tr(" pt"));
+    _tabWidth = numberField(this, 1, widestTab, look.tabWidth);
+    _wraps = tick(this, tr("&Break long lines at the edge of the window"), look.wraps);
+    const qsizetype kind = players().indexOf(settings.value(playerKey).toString());
+    _player = choice(this, {tr("Built in"), tr("A program"), tr("None")}, kind < 0 ? 0 : static_cast<int>(kind));
+    _command = new QLineEdit(settings.value(commandKey).toString(), this);
+    _copies = tick(this, tr("&Keep copies of unsaved changes for the case of a crash"),
+                   settings.value(copiesKey, true).toBool());
+    _copies->setToolTip(tr("From the next start on."));
+    connect(_player, &QComboBox::currentIndexChanged, _command,
+            [this](int chosen) { _command->setEnabled(chosen == 1); });
+    _command->setEnabled(_player->currentIndex() == 1);
+
+    auto* layout = new QFormLayout(this);
+    layout->addRow(tr("&Form of movies:"), _form);
+    layout->addRow(tr("&Theme:"), _theme);
+    layout->addRow(tr("F&ont of texts:"), _font);
+    layout->addRow(tr("&Size:"), _size);
+    layout->addRow(tr("Tab &width:"), _tabWidth);
+    layout->addRow(QString(), _wraps);
+    layout->addRow(tr("&Player:"), _player);
+    layout->addRow(tr("&Command:"), _command);
+    layout->addRow(QString(), _copies);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    layout->addRow(buttons);
+    setMinimumWidth(420);
+}
+
+int SettingsDlg::theme() const { return _theme->currentIndex(); }
+
+bool SettingsDlg::fullForm() const { return _form->currentIndex() == 1; }
+
+// What was not touched stays the system's.
+void SettingsDlg::keepIn(QSettings& settings) const {
+    const QFont usual = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    TextEditorView::Look look;
+    look.family = _font->currentFont().family() == usual.family() ? QString() : _font->currentFont().family();
+    look.size = _size->value() == std::max(10, usual.pointSize()) ? 0 : _size->value();
+    look.tabWidth = _tabWidth->value();
+    look.wraps = _wraps->isChecked();
+    keepTextLook(settings, look);
+    settings.setValue(playerKey, players()[_player->currentIndex()]);
+    settings.setValue(commandKey, _command->text());
+    settings.setValue(copiesKey, _copies->isChecked());
+}
+
+} // namespace zelk

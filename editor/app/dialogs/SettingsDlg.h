@@ -1,0 +1,40 @@
+// Asks how the editor is to look and what it is to keep.
+#pragma once
+
+#include <QDialog>
+#include <QSettings>
+
+#include "TextEditorView.h"
+
+class QCheckBox;
+class QComboBox;
+class QFontComboBox;
+class QLineEdit;
+class QSpinBox;
+
+namespace zelk {
+
+/// What the settings say of texts.
+TextEditorView::Look textLook(const QSettings& settings);
+void keepTextLook(QSettings& settings, const TextEditorView::Look& look);
+
+class SettingsDlg : public QDialog {
+    Q_OBJECT
+public:
+    /// `theme` counts from 0: the system's, light, dark.
+    SettingsDlg(const QSettings& settings, int theme, bool fullForm, QWidget* parent);
+
+    int theme() const;
+    bool fullForm() const;
+    /// All that is not said by the above.
+    void keepIn(QSettings& settings) const;
+
+private:
+    QComboBox *_form, *_theme, *_player;
+    QFontComboBox* _font;
+    QSpinBox *_size, *_tabWidth;
+    QCheckBox *_wraps, *_copies;
+    QLineEdit* _command;
+};
+
+} // namespace zelk

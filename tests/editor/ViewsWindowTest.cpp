@@ -1,0 +1,92 @@
+// The two views, panes, settings and places, by keys.
+
+#include "WindowFixture.h"
+
+namespace {
+
+using namespace zelk;
+using Sci = QsciScintillaBase;
+
+class ViewsTest : public WindowTest {
+protected:
+    std::tuple<size_t, long, long> look() { // the caret, the first line shown, whether a line is folded away
+        return {editor().caret(), editor().send(Sci::SCI_GETFIRSTVISIBLELINE),
+                editor().send(Sci::SCI_GETLINEVISIBLE, 3)};
+    }
+};
+
+TEST_F(ViewsTest, ViewsStayWhereTheyWereLeft) {
+    std::string text =
+        "<Movie>\n    <DefineSprite Id=\"1\">\n        <ShowFrame/>\n        <End/>\n    </DefineSprite>\n";
+    for (int i = 0; i < 300; ++i)
+        text += "    <ShowFrame/>\n";
+    openFile("views.xml", text + "</Movie>");
+    editor().gotoPlace(2, 1);
+    press(Qt::Key_M, Qt::ControlModifier);
+    for (uint32_t row : {1u, 200u}) {
+        editor().gotoPlace(row, 3);
+        editor().send(Sci::SCI_LINESCROLL, 0, 5);
+        QApplication::processEvents();
+        const auto before = look();
+        press(Qt::Key_L, Qt::ControlModifier);
+        EXPECT_TRUE(view().showsList());
+        const uint32_t tag = view().list().currentTag();
+        press(Qt::Key_L, Qt::ControlModifier);
+        EXPECT_TRUE(editor().hasFocus());
+        EXPECT_EQ(look(), before) << row;
+        press(Qt::Key_L, Qt::ControlModifier);
+        EXPECT_EQ(view().list().currentTag(), tag);
+        press(Qt::Key_Up);
+        press(Qt::Key_L, Qt::ControlModifier);
+    }
+    EXPECT_EQ(editor().row(), 199u) << "the tag that was chosen in the list";
+
+    editor().gotoPlace(20, 1);
+    QTest::qWait(750);
+    press(Qt::Key_End, Qt::ControlModifier);
+    press(Qt::Key_Left, Qt::AltModifier);
+    EXPECT_EQ(editor().row(), 20u);
+    press(Qt::Key_Right, Qt::AltModifier);
+    EXPECT_EQ(editor().row(), editor().rowCount());
+
+    press(Qt::Key_F9);
+    auto* preview = window->findChild<QDockWidget*>(QStringLiteral("preview"));
+    ASSERT_NE(preview, nullptr);
+    ASSERT_TRUE(preview->isVisible());
+    preview->widget()->setFocusPolicy(Qt::StrongFocus);
+    preview->widget()->setFocus();
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(preview->isVisible());
+    EXPECT_TRUE(editor().hasFocus());
+}
+
+TEST_F(ViewsTest, SettingsAreAskedForAndKept) {
+    openFile("a.xml", "<Movie>");
+    answers.add([](QWidget& dialog) {
+        auto boxes = dialog.findChildren<QSpinBox*>();
+        boxes[0]->setValue(17);
+        boxes[1]->setValue(2);
+        for (auto* box : dialog.findChildren<QComboBox*>()) {
+            if (box->findText(QStringLiteral("Dark")) >= 0)
+                box->setCurrentText(QStringLiteral("Dark"));
+        }
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    for (int start : {0, 1}) { // now, and in the next window
+        EXPECT_EQ(editor().send(Sci::SCI_STYLEGETSIZE, Sci::STYLE_DEFAULT), 17) << start;
+        EXPECT_EQ(editor().indentUnit(), "  ");
+        const auto ground = static_cast<QRgb>(editor().send(Sci::SCI_STYLEGETBACK, Sci::STYLE_DEFAULT));
+        EXPECT_EQ(ground, 0x221F1Fu) << "blue comes first";
+        EXPECT_EQ(static_cast<QRgb>(editor().send(Sci::SCI_STYLEGETFORE, SwfSyntaxHighlighter::Tag)), 0xFFC85Cu);
+        window = nullptr;
+        open();
+    }
+    press(Qt::Key_Z, Qt::AltModifier);
+    EXPECT_EQ(editor().send(Sci::SCI_GETWRAPMODE), long(Sci::SC_WRAP_WORD));
+    choose(CommandId::themeLight);
+    EXPECT_EQ(static_cast<QRgb>(editor().send(Sci::SCI_STYLEGETBACK, Sci::STYLE_DEFAULT)), 0xFFFFFFu);
+    choose(CommandId::themeSystem);
+}
+
+} // namespace

@@ -4,6 +4,7 @@
 #include <numeric>
 #include <unordered_map>
 
+#include "AbcPart.h"
 #include "SwfException.h"
 #include "SwfInOrder.h"
 
@@ -209,6 +210,8 @@ private:
         default:
             if (value.index < _names.namespaces.size())
                 use(_names.namespaces, value.index); // of other kinds the index may be anything
+            else if (value.index >= abcIsReference)
+                refuse("a value has an index that nothing can have"); // and that the text's reader does not take
         }
     }
 

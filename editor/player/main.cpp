@@ -35,7 +35,8 @@ Arguments parse(const QApplication& application) {
     parser.addVersionOption();
     const QCommandLineOption width(QStringLiteral("width"), tr("Width in pixels instead of the movie's."), tr("N"));
     const QCommandLineOption height(QStringLiteral("height"), tr("Height, likewise."), tr("N"));
-    const QCommandLineOption title(QStringLiteral("title"), tr("What the window calls the movie."), tr("TEXT"));
+    // Not "title", which Qt takes for itself on X11.
+    const QCommandLineOption title(QStringLiteral("movie-name"), tr("What the window calls the movie."), tr("TEXT"));
     const QCommandLineOption follow(QStringLiteral("follow"), tr("Play what lines of standard input name, too."));
     parser.addOptions({width, height, title, follow});
     parser.addPositionalArgument(QStringLiteral("FILE"), tr("The movie"));

@@ -145,8 +145,9 @@ done
     ASSERT_TRUE(QTest::qWaitFor([&] { return QFileInfo(starts).size() > 110; }, 30'000));
     file.setFileName(starts);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), "--width 0 --height 0 --title t --follow -- a\n--width 0 --height 0 --title t -- apart\n"
-                              "--width 0 --height 0 --title t --follow -- last\n");
+    EXPECT_EQ(file.readAll(),
+              "--width 0 --height 0 --movie-name t --follow -- a\n--width 0 --height 0 --movie-name t -- apart\n"
+              "--width 0 --height 0 --movie-name t --follow -- last\n");
 }
 
 } // namespace

@@ -171,9 +171,9 @@ void PlayerProcess::startOwn(const Playing& first) {
         _window = process;
         _windowEnded = first.ended;
     }
-    QStringList arguments = {QStringLiteral("--width"),  QString::number(movie.width),
-                             QStringLiteral("--height"), QString::number(movie.height),
-                             QStringLiteral("--title"),  QString::fromStdString(movie.title)};
+    QStringList arguments = {QStringLiteral("--width"),      QString::number(movie.width),
+                             QStringLiteral("--height"),     QString::number(movie.height),
+                             QStringLiteral("--movie-name"), QString::fromStdString(movie.title)};
     if (!movie.isApart)
         arguments.append(QStringLiteral("--follow"));
     process->start(_program, arguments << QStringLiteral("--") << QString::fromStdString(movie.fileName));

@@ -62,7 +62,7 @@ public:
         std::vector<TagText> places;
         ConversionOptions options;
         options.keepRaw = true;
-        options.abcAsData = true; // its code is taken apart only where it differs
+        options.abcAsData = true;   // its code is taken apart only where it differs
         options.ignoreFonts = true; // the same letter may be another glyph
         options.tagTexts = &places;
         _text = swfToXml(movie, options);

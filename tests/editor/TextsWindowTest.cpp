@@ -62,8 +62,7 @@ TEST_F(TextsWindowTest, TheFilterFindsTextsAndReturnGoesToTheirTags) {
     press(Qt::Key_Return);
     EXPECT_EQ(atCaret(), "<DefineEditText Id=\"4\" ");
     editor().replaceBytes(0, 1, "");
-    EXPECT_TRUE(
-        runUntil([&] { return panel().words().text().startsWith(QStringLiteral("The texts are read when")); }));
+    EXPECT_TRUE(runUntil([&] { return panel().words().text().startsWith(QStringLiteral("The texts are read when")); }));
     EXPECT_EQ(model().rowCount(), 1) << "the list stays while the text is being typed";
 }
 

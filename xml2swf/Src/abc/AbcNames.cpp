@@ -239,6 +239,8 @@ private:
         const SwfAbcMultiname& entry = _block.multinames[index];
         nameType(table, entry.name, depth + 1);
         std::string text(_names.multinames[entry.name]);
+        if (entry.types.empty() && text.ends_with("::")) // It would read like a name that comes from the stack.
+            throw SwfException(SwfError::badData, "a type without parameters is of a name without characters");
         const char* separator = "[";
         for (const uint32_t type : entry.types) {
             nameType(table, type, depth + 1);

@@ -36,7 +36,8 @@ QVariant GuideBrowser::loadResource(int type, const QUrl& name) {
     if (type != QTextDocument::ImageResource)
         return QTextBrowser::loadResource(type, name);
     QImage image(QStringLiteral(":") + source().resolved(name).path());
-    const int room = viewport()->width() - 2 * int(document()->documentMargin());
+    constexpr int slack = 24; // for a scroll bar that comes yet
+    const int room = viewport()->width() - 2 * int(document()->documentMargin()) - slack;
     return image.width() > room && room > 0 ? image.scaledToWidth(room, Qt::SmoothTransformation) : image;
 }
 

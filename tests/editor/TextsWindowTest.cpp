@@ -52,6 +52,36 @@ TEST_F(TextsWindowTest, AnEditedTextChangesTheDocumentInOneStep) {
     }
 }
 
+// The glyphs of font 1 are A and b.
+static std::string staticText(const std::string& id, const std::vector<int>& glyphs) {
+    std::string entries;
+    for (const int glyph : glyphs)
+        entries += "<GlyphEntry Index=\"" + std::to_string(glyph) + "\" Advance=\"10\" />";
+    return "<DefineText Id=\"" + id + "\"><TextRecords><TextRecord FontId=\"1\" Height=\"20\" Type=\"true\">" +
+           "<GlyphEntries>" + entries + "</GlyphEntries></TextRecord></TextRecords></DefineText>\n";
+}
+
+TEST_F(TextsWindowTest, FindGoesToStaticTextsThatTheXmlDoesNotSpell) {
+    const std::string font =
+        "<DefineFont FontId=\"1\"><GlyphShapeTable><Glyphs /><Glyphs /></GlyphShapeTable></DefineFont>"
+        "<DefineFontInfo2 FontId=\"1\" FontName=\"f\" LanguageCode=\"1\"><BitsField /><CodesTable>"
+        "<Code Value=\"65\" /><Code Value=\"98\" /></CodesTable></DefineFontInfo2>\n";
+    editor().replaceBytes(0, editor().text().size(),
+                          "<Movie SwfVersion=\"7\">" + font + staticText("5", {0, 1, 1, 0}) + staticText("6", {1, 0}) +
+                              staticText("7", {1, 1}) + "</Movie>");
+    editor().gotoOffset(0);
+    press(Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("bba"));
+    press(Qt::Key_Return);
+    EXPECT_TRUE(runUntil([&] { return atCaret().starts_with("<DefineText Id=\"5\""); })) << atCaret();
+    EXPECT_EQ(window->statusBar()->currentMessage(), QStringLiteral("In a static text: AbbA"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backspace);
+    press(Qt::Key_Return);
+    EXPECT_TRUE(runUntil([&] { return atCaret().starts_with("<DefineText Id=\"7\""); })) << atCaret();
+    press(Qt::Key_Return);
+    EXPECT_TRUE(runUntil([&] { return atCaret().starts_with("<DefineText Id=\"5\""); })) << "around the end";
+}
+
 TEST_F(TextsWindowTest, TheFilterFindsTextsAndReturnGoesToTheirTags) {
     show(movie("", "Hello"));
     press(Qt::Key_F, Qt::ControlModifier);

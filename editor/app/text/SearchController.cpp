@@ -180,7 +180,10 @@ void SearchController::find(bool up, bool wraps) {
         bool wrapped = false;
         const std::optional<TextMatch> match = findFrom(up, wraps, wrapped);
         if (!match) {
-            show(tr("Not found: %1").arg(QString::fromStdString(_search->options().pattern)), true);
+            const QString pattern = QString::fromStdString(_search->options().pattern);
+            show(tr("Not found: %1").arg(pattern), true);
+            if (!_search->options().regularExpression)
+                Q_EMIT nothingFound(pattern, up);
             return;
         }
         _view->select(*match);

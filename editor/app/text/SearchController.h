@@ -33,6 +33,8 @@ public:
 
 Q_SIGNALS:
     void resultShown(const QString& text);
+    /// The text does not have this, which was searched for as it stands.
+    void nothingFound(const QString& pattern, bool up);
     /// In all documents; the options are without fault.
     void findInAllAsked(const zelk::SearchOptions& options);
     /// The user is done here.

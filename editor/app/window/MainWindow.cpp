@@ -145,6 +145,18 @@ void MainWindow::connectParts() {
 void MainWindow::connectSearch() {
     connect(_search, &SearchController::resultShown, this,
             [this](const QString& text) { _statusBar->showMessage(text, 5000); });
+    connect(_search, &SearchController::nothingFound, this, [this](const QString& pattern, bool up) {
+        if (DocumentView* view = _tabs->current())
+            _staticTexts.find(*view, pattern, up);
+    });
+    connect(&_staticTexts, &StaticTextSearch::found, this,
+            [this](DocumentView* view, size_t offset, const QString& text) {
+                const QPointer<QWidget> keyboard = focusWidget(); // stays with the bar
+                view->editor().jumpTo(offset);
+                if (keyboard != nullptr)
+                    keyboard->setFocus();
+                _statusBar->showMessage(tr("In a static text: %1").arg(text.simplified()), 5000);
+            });
     connect(_search, &SearchController::findInAllAsked, this, [this](const SearchOptions& options) {
         const std::vector<DocumentView*> views = _tabs->all();
         _results->search(options, {views.begin(), views.end()});

@@ -15,6 +15,7 @@
 #include "ResultsPanel.h"
 #include "SearchController.h"
 #include "StartPage.h"
+#include "StaticTextSearch.h"
 #include "StatusBar.h"
 #include "TextsPanel.h"
 #include "UsesPanel.h"
@@ -95,6 +96,7 @@ private:
     TextsPanel* _texts;
     PreviewPane* _preview;
     SearchController* _search;
+    StaticTextSearch _staticTexts;
     OpenDocuments _documents;
     WindowCommands _commands;
     DocumentKeeper _keeper;

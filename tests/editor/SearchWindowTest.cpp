@@ -105,7 +105,7 @@ TEST_F(SearchWindowTest, ReplacesByExpressionInSeveralDocumentsByKeys) {
     openFile("a.xml", "<A x=\"1\"/>\n<B y=\"2\"/>\n");
     openFile("b.xml", "<C z=\"3\"/>\n");
     press(Qt::Key_R, Qt::ControlModifier);
-    const auto types = [this](const char* text) {
+    const auto types = [](const char* text) {
         QTest::keyClicks(QApplication::focusWidget(), QString::fromUtf8(text));
         QApplication::processEvents();
     };

@@ -2,6 +2,7 @@
 // keeps the window from doing anything else, and how much memory the text takes. Runs without a display.
 #include <QAccessible>
 #include <QApplication>
+#include <QCheckBox>
 #include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -15,9 +16,11 @@
 #include "Conversion.h"
 #include "DocumentView.h"
 #include "GeneratedMovies.h"
+#include "KindsPanel.h"
 #include "RecoverySession.h"
 #include "SearchController.h"
 #include "SwfMovie.h"
+#include "UsesPanel.h"
 #include "WindowDialogs.h"
 
 namespace {
@@ -158,6 +161,47 @@ void measureTagList() {
     measure("taken back", 1, [&] { view.list().run(session, CommandId::undo); });
 }
 
+// Which go on in small steps: it is the longest wait that counts.
+void measurePanes() {
+    using namespace zelk;
+    DocumentView view;
+    view.resize(1000, 700);
+    view.show();
+    view.setText(manyTags());
+    handleEvents();
+    KindsPanel kinds;
+    UsesPanel uses;
+    kinds.resize(300, 700);
+    std::printf("\npanes over %u tags, the longest wait:\n", view.tags().tags().count());
+    const auto settle = [&] {
+        do
+            handleEvents();
+        while (kinds.isBusy());
+    };
+    kinds.showDocument(&view);
+    measureWaits("the kinds opened", [&] {
+        kinds.show();
+        settle();
+    });
+    measureWaits("all of them unfolded", [&] {
+        kinds.list().expandAll();
+        settle();
+    });
+    for (const char* typed : {"c", "l", "i", "p", "9"})
+        measureWaits("a letter of their filter", [&] {
+            press(kinds.filter(), 0, QString::fromLatin1(typed));
+            settle();
+        });
+    measureWaits("looking inside tags", [&] {
+        kinds.inside().click();
+        settle();
+    });
+    measureWaits("the uses of an id", [&] {
+        uses.showUses(view, 1);
+        settle();
+    });
+}
+
 void measureMethods() {
     zelk::DocumentView view;
     view.resize(1000, 700);
@@ -246,6 +290,7 @@ int main(int argc, char** argv) {
     std::printf("%-44s %9.2f x\n", "at most, with the text handed over", (memory("VmHWM") - before) / textMegabytes);
     measureCopies(view);
     measureTagList();
+    measurePanes();
     measureMethods();
     measureBlock();
     return 0;

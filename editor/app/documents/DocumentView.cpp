@@ -217,7 +217,8 @@ QString DocumentView::characterWords() {
     const auto all = characters.of(id->id);
     const auto uses = std::ranges::count_if(all, [](const CharacterId& use) { return !isDefinition(use.role); });
     const QString called = names.isEmpty() ? QString() : tr(", called %1").arg(names.join(QStringLiteral(", ")));
-    return tr("Character %1%2, used %3 times").arg(id->id).arg(called).arg(uses);
+    const QString used = uses == 0 ? tr("not used") : uses == 1 ? tr("used once") : tr("used %1 times").arg(uses);
+    return tr("Character %1%2, %3").arg(id->id).arg(called, used);
 }
 
 std::optional<IdAtPlace> DocumentView::characterId() {

@@ -7,6 +7,9 @@ NumberField::NumberField(const std::string& text, double least, double most, int
     const QString shown = QString::fromStdString(text);
     bool isNumber = false;
     const double value = shown.toDouble(&isNumber);
+    QLocale plain = locale();
+    plain.setNumberOptions(QLocale::OmitGroupSeparator);
+    setLocale(plain);
     setDecimals(decimals);
     if (isNumber && value >= least && value <= most) {
         setRange(least, most);

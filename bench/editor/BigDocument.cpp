@@ -101,6 +101,11 @@ void press(QWidget& widget, int key, const QString& text, Qt::KeyboardModifiers 
     QApplication::sendEvent(&widget, &event);
 }
 
+void showBig(QWidget& view) {
+    view.resize(1000, 700);
+    view.show();
+}
+
 // A movie with 45 MB of code in 3,000 classes.
 std::string manyMethods() {
     std::string text =
@@ -135,8 +140,7 @@ std::string manyTags() {
 void measureTagList() {
     using namespace zelk;
     DocumentView view;
-    view.resize(1000, 700);
-    view.show();
+    showBig(view);
     view.setText(manyTags());
     handleEvents();
     WindowDialogs dialogs(nullptr);
@@ -165,8 +169,7 @@ void measureTagList() {
 void measurePanes() {
     using namespace zelk;
     DocumentView view;
-    view.resize(1000, 700);
-    view.show();
+    showBig(view);
     view.setText(manyTags());
     handleEvents();
     KindsPanel kinds;
@@ -204,8 +207,7 @@ void measurePanes() {
 
 void measureMethods() {
     zelk::DocumentView view;
-    view.resize(1000, 700);
-    view.show();
+    showBig(view);
     view.setText(manyMethods());
     view.showList();
     handleEvents();
@@ -226,8 +228,7 @@ void measureBlock() {
         text = xml2swf::swfToXmlDocument(movie, {.keepRaw = true});
     });
     zelk::DocumentView view;
-    view.resize(1000, 700);
-    view.show();
+    showBig(view);
     zelk::TextEditorView& editor = view.editor();
     measureWaits("text handed over, the longest wait", [&] { view.setText(std::move(text)); });
     const auto rows = editor.rowCount();
@@ -258,8 +259,7 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     QAccessible::setActive(true); // as with a screen reader
     zelk::TextEditorView view;
-    view.resize(1000, 700);
-    view.show();
+    showBig(view);
     handleEvents();
 
     std::string text = bigText();

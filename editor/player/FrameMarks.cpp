@@ -4,11 +4,11 @@
 
 namespace zelk {
 
+using namespace libswf;
+
 namespace {
 
 constexpr char mark[] = "\1frame "; // no movie traces it by chance
-
-enum Code : unsigned { end = 0, showFrame = 1, doAction = 12, fileAttributes = 69 };
 
 void add16(QByteArray& bytes, qsizetype value) {
     bytes.append(static_cast<char>(value)).append(static_cast<char>(value >> 8));
@@ -18,40 +18,32 @@ void add16(QByteArray& bytes, qsizetype value) {
 void addMark(QByteArray& movie, int frame) {
     const QByteArray text = mark + QByteArray::number(frame);
     const qsizetype pushed = text.size() + 2; // its type before it, a NUL behind it
-    add16(movie, doAction << 6 | (3 + pushed + 2));
+    add16(movie, SwfTagCode::DoAction << 6 | (3 + pushed + 2));
     movie.append('\x96');
     add16(movie, pushed);
     movie.append('\0').append(text).append('\0').append("\x26\0", 2);
 }
 
-// The records of the main timeline from `at` on, with the marks. Empty for ActionScript 3.
-QByteArray marked(const QByteArray& movie, qsizetype at) {
-    QByteArray result = movie.left(at);
+// With the marks in the main timeline, whose first record the stream is at. Empty for ActionScript 3.
+QByteArray marked(const QByteArray& movie, SwfIStream& stream) {
+    const auto size = static_cast<uint64_t>(movie.size());
+    QByteArray result;
+    qsizetype taken = 0;
     int frame = 1;
-    const auto number = [&movie](qsizetype place, int bytes) {
-        qsizetype value = 0;
-        for (int i = bytes; i-- > 0;)
-            value = value << 8 | static_cast<uint8_t>(movie[place + i]);
-        return value;
-    };
-    while (at + 2 <= movie.size()) {
-        const auto head = number(at, 2);
-        const auto code = static_cast<unsigned>(head >> 6);
-        const bool isLong = (head & 63) == 63;
-        if (code == end || (isLong && at + 6 > movie.size()))
-            break;
-        const qsizetype body = at + (isLong ? 6 : 2);
-        const qsizetype next = std::min(body + (isLong ? number(at + 2, 4) : head & 63), movie.size());
+    SwfTagHeader record;
+    while (readTagHeader(stream, size, record) && record.code != SwfTagCode::End) {
         constexpr char usesActionScript3 = 0x08;
-        if (code == fileAttributes && body < next && (movie[body] & usesActionScript3) != 0)
+        const auto start = static_cast<qsizetype>(record.start), body = static_cast<qsizetype>(record.body);
+        if (record.code == SwfTagCode::FileAttributes && body < movie.size() && (movie[body] & usesActionScript3) != 0)
             return {};
-        if (code == showFrame)
+        if (record.code == SwfTagCode::ShowFrame) {
+            result.append(movie.constData() + taken, start - taken);
+            taken = start;
             addMark(result, frame++);
-        result.append(movie.constData() + at, next - at);
-        at = next;
+        }
+        stream.seek(std::min(record.body + record.length, size));
     }
-    result.append(movie.constData() + at, movie.size() - at);
-    return result;
+    return result.append(movie.constData() + taken, movie.size() - taken);
 }
 
 } // namespace
@@ -59,18 +51,23 @@ QByteArray marked(const QByteArray& movie, qsizetype at) {
 QByteArray withFrameMarks(const QString& fileName) {
     constexpr uint8_t firstVersion = 4; // that has Push and Trace
     constexpr qsizetype lengthAt = 4;
-    libswf::SwfMovieSafe read;
+    SwfMovieSafe read;
     try {
         read.load(fileName.toStdString(), true);
     } catch (const std::exception&) {
         return {};
     }
-    const libswf::SwfBytes body = read.body();
+    const SwfBytes body = read.body();
     if (read.version < firstVersion || body.size() < 32) // less holds no frame
         return {};
     const QByteArray movie(reinterpret_cast<const char*>(body.data()), static_cast<qsizetype>(body.size()));
-    const int stageBits = 5 + 4 * (static_cast<uint8_t>(movie[8]) >> 3);
-    QByteArray result = marked(movie, 12 + (stageBits + 7) / 8);
+    constexpr uint64_t stageAt = 8, rateAndCount = 4;
+    SwfIStream stream(body.data(), body.size());
+    stream.seek(stageAt);
+    SwfRect stage;
+    stage.read(stream);
+    stream.skip(rateAndCount);
+    QByteArray result = marked(movie, stream);
     if (result.isEmpty())
         return {};
     result[0] = 'F';

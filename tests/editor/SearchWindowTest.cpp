@@ -131,7 +131,7 @@ TEST_F(SearchWindowTest, ReplacesByExpressionInSeveralDocumentsByKeys) {
 
     press(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier); // all that is found
     auto* panel = window->findChild<ResultsPanel*>();
-    ASSERT_TRUE(runUntil([&] { return panel->words().endsWith(QStringLiteral(": 3 matches")); }));
+    ASSERT_TRUE(runUntil([&] { return panel->words().text().endsWith(QStringLiteral(": 3 matches")); }));
     editor().replaceBytes(0, 0, "\n");
     window->tabs().all().front()->editor().replaceBytes(0, 0, "<!--x=3-->\n\n");
     press(Qt::Key_Down);

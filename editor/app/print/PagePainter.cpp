@@ -1,25 +1,22 @@
 #include "PagePainter.h"
 
-#include <QFontMetricsF>
-
 #include <stdexcept>
 
 namespace zelk {
 
 PagePainter::PagePainter(QPagedPaintDevice& device, const QFont& font, QString title)
-    : _device(device), _font(font), _title(std::move(title)) {}
+    : _device(device), _font(font), _metrics(font, &device), _title(std::move(title)) {}
 
 void PagePainter::paint(PrintedText text, Pages pages, JobProgress& progress) {
     if (!_painter.begin(&_device))
         throw std::runtime_error("the printer does not take the pages");
     _pages = pages;
     _painter.setFont(_font);
-    const QFontMetricsF metrics(_font, &_device);
     _width = _painter.viewport().width();
     _height = _painter.viewport().height();
-    _rowHeight = metrics.lineSpacing();
-    _ascent = metrics.ascent();
-    _digit = metrics.horizontalAdvance(u'0');
+    _rowHeight = _metrics.lineSpacing();
+    _ascent = _metrics.ascent();
+    _digit = _metrics.horizontalAdvance(u'0');
     _margin = _digit * (std::to_string(text.lastNumber()).size() + 2);
     if (_margin + 10 * _digit > _width || 4 * _rowHeight > _height)
         throw std::runtime_error("the page is too small for the text");
@@ -63,7 +60,7 @@ void PagePainter::beginPage() {
     const QRectF head(0, 0, _width, _rowHeight);
     const QString number = QString::number(_page);
     const double room = _width - _digit * double(number.size() + 2);
-    _painter.drawText(head, Qt::AlignLeft, QFontMetricsF(_font, &_device).elidedText(_title, Qt::ElideMiddle, room));
+    _painter.drawText(head, Qt::AlignLeft, _metrics.elidedText(_title, Qt::ElideMiddle, room));
     _painter.drawText(head, Qt::AlignRight, number);
     _painter.drawLine(QPointF(0, _rowHeight * 1.4), QPointF(_width, _rowHeight * 1.4));
 }
@@ -71,7 +68,7 @@ void PagePainter::beginPage() {
 double PagePainter::widthOf(char32_t character) const {
     if (character < 0x300) // All of one width, and nearly all that there is.
         return _digit;
-    return QFontMetricsF(_font, &_device).horizontalAdvance(QString::fromUcs4(&character, 1));
+    return _metrics.horizontalAdvance(QString::fromUcs4(&character, 1));
 }
 
 // Wrapped at any character, as the window does.

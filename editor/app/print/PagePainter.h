@@ -1,7 +1,7 @@
 // Puts a text on pages: a printer's, those of a preview or of a PDF file.
 #pragma once
 
-#include <QFont>
+#include <QFontMetricsF>
 #include <QPagedPaintDevice>
 #include <QPainter>
 
@@ -35,6 +35,7 @@ private:
     QPagedPaintDevice& _device;
     QPainter _painter;
     QFont _font;
+    QFontMetricsF _metrics; // on the device
     QString _title;
     Pages _pages;
     double _width = 0, _height = 0, _rowHeight = 0, _ascent = 0, _digit = 0, _margin = 0; // device pixels

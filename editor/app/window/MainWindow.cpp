@@ -120,12 +120,8 @@ void MainWindow::connectParts() {
         if (DocumentView* view = _tabs->current())
             view->gotoWarning(entry);
     });
-    for (ListPanel* panel : std::initializer_list<ListPanel*>{_warnings, _uses, _kinds, _texts}) {
-        connect(panel, &ListPanel::left, this, [this] {
-            if (DocumentView* view = _tabs->current())
-                view->setFocus();
-        });
-    }
+    for (ListPanel* panel : std::initializer_list<ListPanel*>{_warnings, _uses, _results, _kinds, _texts})
+        connect(panel, &ListPanel::left, this, &MainWindow::goToDocument);
     connectKinds();
     connectStart();
     connect(_texts, &TextsPanel::chosen, this, [this](size_t offset, bool staysInList) {
@@ -166,15 +162,13 @@ void MainWindow::connectSearch() {
         view->jumpTo(start);
         view->editor().select({start, end});
     });
-    const auto toText = [this] {
-        if (DocumentView* view = _tabs->current())
-            view->setFocus();
-    };
-    connect(_results, &ResultsPanel::left, this, [this, toText] {
-        _results->hide();
-        toText();
-    });
-    connect(_search, &SearchController::left, this, toText);
+    connect(_results, &ResultsPanel::left, _results, &QWidget::hide);
+    connect(_search, &SearchController::left, this, &MainWindow::goToDocument);
+}
+
+void MainWindow::goToDocument() {
+    if (DocumentView* view = _tabs->current())
+        view->setFocus();
 }
 
 void MainWindow::connectKinds() {

@@ -68,6 +68,7 @@ private:
     void showState();
     void connectKinds();
     void connectStart();
+    void goToDocument();
     void connectSearch();
     bool selectInList(size_t place);
     void showWarnings();

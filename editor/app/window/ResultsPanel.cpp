@@ -3,10 +3,9 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QTreeView>
-#include <QVBoxLayout>
 
 namespace zelk {
 
@@ -107,31 +106,16 @@ private:
 };
 
 ResultsPanel::ResultsPanel(QWidget* parent)
-    : QDockWidget(tr("Search Results"), parent), _model(new ResultsModel(this)), _words(new QLabel(this)),
-      _list(new QTreeView(this)) {
-    setObjectName(QStringLiteral("results"));
-    setAllowedAreas(Qt::BottomDockWidgetArea | Qt::RightDockWidgetArea);
-    _words->setTextFormat(Qt::PlainText);
-    _words->setContentsMargins(6, 2, 6, 2);
-    _list->setModel(_model);
-    _list->setRootIsDecorated(false);
-    _list->setUniformRowHeights(true);
-    _list->setAllColumnsShowFocus(true);
-    _list->setAccessibleName(windowTitle());
-    _list->setColumnWidth(ResultsModel::document, 180);
-    _list->setColumnWidth(ResultsModel::row, 90);
-    _list->installEventFilter(this);
-    auto* content = new QWidget(this);
-    auto* layout = new QVBoxLayout(content);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addWidget(_words);
-    layout->addWidget(_list);
-    setWidget(content);
-    connect(_list, &QTreeView::activated, this, &ResultsPanel::choose);
+    : ListPanel(tr("Search Results"), QStringLiteral("results"), Place::bottom, parent),
+      _model(new ResultsModel(this)) {
+    list().setModel(_model);
+    list().setRootIsDecorated(false);
+    list().setColumnWidth(ResultsModel::document, 180);
+    list().setColumnWidth(ResultsModel::row, 90);
+    filter().hide(); // The bar of the search says what is looked for.
+    connect(&list(), &QTreeView::activated, this, &ResultsPanel::choose);
     _looking.setInterval(0);
     connect(&_looking, &QTimer::timeout, this, &ResultsPanel::lookOn);
-    hide();
 }
 
 void ResultsPanel::search(const SearchOptions& options, const QList<DocumentView*>& views) {
@@ -152,9 +136,7 @@ void ResultsPanel::search(const SearchOptions& options, const QList<DocumentView
     }
     _from = 0;
     _piece = usualPiece;
-    show();
-    raise();
-    _list->setFocus();
+    open();
     _looking.start();
     lookOn();
 }
@@ -189,7 +171,7 @@ void ResultsPanel::lookOn() {
     const bool wasEmpty = _model->results().empty();
     _model->add(found);
     if (wasEmpty && !found.empty())
-        _list->setCurrentIndex(_model->index(0, 0));
+        list().setCurrentIndex(_model->index(0, 0));
     const bool isDone = _waiting.isEmpty() || _model->results().size() >= mostResults;
     if (isDone)
         _looking.stop();
@@ -200,22 +182,11 @@ void ResultsPanel::showWords(bool isDone) {
     const QString pattern = QString::fromStdString(_search->options().pattern);
     const size_t count = _model->results().size();
     if (!isDone)
-        _words->setText(tr("Looking for %1: %2 so far").arg(pattern).arg(count));
+        words().setText(tr("Looking for %1: %2 so far").arg(pattern).arg(count));
     else if (count >= mostResults)
-        _words->setText(tr("%1: the first %2 matches").arg(pattern).arg(count));
+        words().setText(tr("%1: the first %2 matches").arg(pattern).arg(count));
     else
-        _words->setText(count == 1 ? tr("%1: 1 match").arg(pattern) : tr("%1: %2 matches").arg(pattern).arg(count));
-}
-
-void ResultsPanel::toggle() {
-    if (isVisible() && _list->hasFocus()) {
-        hide();
-        Q_EMIT left();
-        return;
-    }
-    show();
-    raise();
-    _list->setFocus();
+        words().setText(count == 1 ? tr("%1: 1 match").arg(pattern) : tr("%1: %2 matches").arg(pattern).arg(count));
 }
 
 void ResultsPanel::choose(const QModelIndex& index) {
@@ -224,16 +195,6 @@ void ResultsPanel::choose(const QModelIndex& index) {
     const ResultsModel::Result& result = _model->results()[static_cast<size_t>(index.row())];
     if (result.view != nullptr)
         Q_EMIT chosen(result.view, result.start, result.end);
-}
-
-QString ResultsPanel::words() const { return _words->text(); }
-
-bool ResultsPanel::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
-        Q_EMIT left();
-        return true;
-    }
-    return QDockWidget::eventFilter(watched, event);
 }
 
 } // namespace zelk

@@ -183,7 +183,9 @@ static void writeName(XmlNode& node, std::string_view attribute, uint32_t index)
 }
 
 void ScriptView::Names::setUp(const std::vector<uint32_t>& places, uint32_t placesInAll) {
-    _bits.resize(placesInAll / 64 + 1);
+    const uint32_t end = placesInAll + 1; // marked as well, so that every search comes to an end
+    _bits.resize(end / 64 + 1);
+    _bits[end / 64] = uint64_t(1) << end % 64;
     for (const uint32_t place : places) {
         if (place != none)
             _bits[place / 64] |= uint64_t(1) << place % 64;
@@ -198,12 +200,9 @@ void ScriptView::Names::setUp(const std::vector<uint32_t>& places, uint32_t plac
 
 uint32_t ScriptView::Names::next(uint32_t place) const {
     size_t at = place / 64;
-    uint64_t word = at < _bits.size() ? _bits[at] & UINT64_MAX << place % 64 : 0;
-    while (word == 0) {
-        if (++at >= _bits.size())
-            return none;
-        word = _bits[at];
-    }
+    uint64_t word = _bits[at] & UINT64_MAX << place % 64;
+    while (word == 0)
+        word = _bits[++at];
     return static_cast<uint32_t>(at * 64) + static_cast<uint32_t>(std::countr_zero(word));
 }
 

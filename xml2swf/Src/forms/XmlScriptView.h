@@ -70,7 +70,7 @@ private:
             const uint64_t before = _bits[place / 64] & ((uint64_t(1) << place % 64) - 1);
             return _ranks[place / 64] + static_cast<uint32_t>(std::popcount(before));
         }
-        // The first one from here on; noPlace when there is none.
+        // The first one from here on; one behind all places when there is none.
         uint32_t next(uint32_t place) const;
 
     private:

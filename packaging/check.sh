@@ -5,6 +5,7 @@ set -euo pipefail
 
 build="$(cd "$1" && pwd)"
 samples="$(cd "$2" && pwd)"
+tools="$(cd "$(dirname "$0")/debian" && pwd)"
 cd "$build/packages"
 zelk="$(ls zelk_*.deb)"
 dev="$(ls libzelk-dev_*.deb)"
@@ -16,7 +17,12 @@ fail() {
     echo "check: $*" >&2
     exit 1
 }
-in_root() { chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive "$@"; }
+# With what a shell and a browser engine need of the system. The mounts are gone with the command.
+in_root() {
+    unshare --mount --propagation private sh -c 'root="$1" && shift && mount -t proc proc "$root/proc" &&
+        mount --rbind /dev "$root/dev" && exec chroot "$root" env -i "$@"' sh "$root" \
+        PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive "$@"
+}
 
 # --- the files alone -----------------------------------------------------------------------------------------------------
 
@@ -55,9 +61,10 @@ else
 fi
 cp /etc/resolv.conf "$root/etc/resolv.conf"
 echo force-unsafe-io >"$root/etc/dpkg/dpkg.cfg.d/no-sync" # what is lost in a crash is made again
-mkdir -p "$root/run/packages" "$root/run/work"
+mkdir -p "$root/run/packages" "$root/run/work" "$root/run/tools"
 cp "$zelk" "$dev" "$root/run/packages/"
 cp "$samples"/*.xml "$root/run/work/"
+cp "$tools"/complete.zsh "$tools"/drive-window.sh "$root/run/tools/"
 
 say "installing"
 in_root apt-get -q -y --no-install-recommends install "/run/packages/$zelk" "/run/packages/$dev" >"$build/install.log" 2>&1 ||
@@ -78,8 +85,15 @@ completed() { # WORD...: what bash offers for the last one
 [ "$(completed zelkc info --js)" = "--json-lines --json" ] || fail "bash does not complete zelkc info --js"
 [ "$(completed zelk --new)" = --new-window ] || fail "bash does not complete zelk --new"
 
-say "zelk"
-in_root env QT_QPA_PLATFORM=offscreen zelk --version >/dev/null || fail "zelk does not start"
+in_root apt-get -q -y --no-install-recommends install zsh xvfb xdotool >>"$build/install.log" 2>&1
+in_root zsh -f /run/tools/complete.zsh "zelkc con" "zelkc schema --form c" "zelk --new" </dev/null >"$build/zsh.txt"
+for line in "zelkc convert" "zelkc schema --form classic" "zelk --new-window"; do
+    grep -qF -e "$line" "$build/zsh.txt" || fail "zsh does not complete $line"
+done
+
+say "zelk opens, saves and plays"
+in_root sh -ec 'useradd -m someone && chown -R someone /run/work
+    su someone -c "/run/tools/drive-window.sh /run/work/movie.swf"' || fail "zelk does not work in a window"
 
 say "a program on the installed libraries"
 in_root apt-get -q -y --no-install-recommends install g++ cmake make pkg-config >>"$build/install.log" 2>&1

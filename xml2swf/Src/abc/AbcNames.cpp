@@ -223,8 +223,18 @@ private:
             text += "public::";
         if (entry.name == 0)
             return text += '*';
-        appendAbcText(text, name, AbcTextPlace::name);
+        appendLocal(text, name);
         return text.append(_copyMarks[entry.name]);
+    }
+
+    // A space at an end of a name is written as its byte: in a list of names those around the commas do not count.
+    static void appendLocal(std::string& text, std::string_view name) {
+        const size_t start = text.size();
+        appendAbcText(text, name, AbcTextPlace::name);
+        if (name.starts_with(' '))
+            text.replace(start, 1, "\\x20");
+        if (text.ends_with(' '))
+            text.replace(text.size() - 1, 1, "\\x20");
     }
 
     // A type with parameters has the texts of others in it, which may come later in the pool.

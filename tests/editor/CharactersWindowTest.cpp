@@ -35,7 +35,8 @@ protected:
         tags.find();
         ASSERT_TRUE(runUntil([&] { return tags.isCurrent(); }));
     }
-    QTreeView& uses() { return window->findChild<UsesPanel*>()->list(); }
+    UsesPanel& panel() { return *window->findChild<UsesPanel*>(); }
+    QTreeView& uses() { return panel().list(); }
 };
 
 TEST_F(CharactersWindow, KeysGoToDefinitionsAndThroughUses) {
@@ -57,9 +58,14 @@ TEST_F(CharactersWindow, KeysGoToDefinitionsAndThroughUses) {
     press(Qt::Key_Return);
     EXPECT_EQ(editor().caret(), at("1\" Name"));
     EXPECT_TRUE(editor().hasFocus());
+    for (const auto& [key, modifier] : {std::pair(Qt::Key_Escape, Qt::NoModifier), {Qt::Key_F12, Qt::ShiftModifier}}) {
+        press(Qt::Key_F12, Qt::ShiftModifier);
+        EXPECT_TRUE(uses().hasFocus());
+        press(key, modifier);
+        EXPECT_FALSE(panel().isVisible());
+        EXPECT_TRUE(editor().hasFocus());
+    }
     press(Qt::Key_F12, Qt::ShiftModifier);
-    press(Qt::Key_Escape);
-    EXPECT_TRUE(editor().hasFocus());
     editor().replaceBytes(at("<PlaceObject2 Depth=\"2\""), at("</Movie>"), "");
     ASSERT_TRUE(runUntil([&] { return uses().model()->rowCount() == 2; })) << "it looks again by itself";
 }

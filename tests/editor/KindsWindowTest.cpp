@@ -79,11 +79,12 @@ TEST_F(KindsWindow, KeysShowFilterAndEdit) {
     ASSERT_TRUE(runUntil([&] { return !panel().isBusy() && tree().model()->rowCount() == 3; }));
     window->tabs().current()->undo();
     ASSERT_TRUE(runUntil([&] { return !panel().isBusy() && tree().model()->rowCount() == 4; }));
-    tree().setFocus();
+    panel().inside().setFocus();
     press(Qt::Key_Escape);
     EXPECT_EQ(panel().filter().text(), QString());
     press(Qt::Key_Escape);
-    EXPECT_FALSE(tree().hasFocus());
+    EXPECT_FALSE(panel().isVisible());
+    EXPECT_TRUE(view().list().tree().hasFocus());
 }
 
 } // namespace

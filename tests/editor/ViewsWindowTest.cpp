@@ -49,15 +49,19 @@ TEST_F(ViewsTest, ViewsStayWhereTheyWereLeft) {
     press(Qt::Key_Right, Qt::AltModifier);
     EXPECT_EQ(editor().row(), editor().rowCount());
 
-    press(Qt::Key_F9);
     auto* preview = window->findChild<QDockWidget*>(QStringLiteral("preview"));
     ASSERT_NE(preview, nullptr);
-    ASSERT_TRUE(preview->isVisible());
     preview->widget()->setFocusPolicy(Qt::StrongFocus);
-    preview->widget()->setFocus();
-    press(Qt::Key_Escape);
-    EXPECT_FALSE(preview->isVisible());
-    EXPECT_TRUE(editor().hasFocus());
+    for (bool isFloating : {false, true}) {
+        press(Qt::Key_F9);
+        ASSERT_TRUE(preview->isVisible());
+        preview->setFloating(isFloating);
+        QApplication::setActiveWindow(preview->window());
+        preview->widget()->setFocus();
+        QTest::keyClick(preview->widget(), Qt::Key_Escape);
+        EXPECT_FALSE(preview->isVisible());
+        EXPECT_TRUE(window->focusWidget() == &editor());
+    }
 }
 
 TEST_F(ViewsTest, SettingsAreAskedForAndKept) {

@@ -53,7 +53,13 @@ TEST_F(WarningsWindowTest, RowsFollowEditsAndLeadToTheirTags) {
 
     press(Qt::Key_Escape);
     EXPECT_TRUE(editor().hasFocus()) << "Escape leads back to the text";
-    EXPECT_TRUE(panel().isVisible());
+    EXPECT_FALSE(panel().isVisible());
+    toggle();
+    press(Qt::Key_X, Qt::ControlModifier | Qt::ShiftModifier); // the texts share its place
+    toggle();
+    EXPECT_FALSE(panel().list().visibleRegion().isEmpty()) << "behind another one, its key brings it to the front";
+    EXPECT_TRUE(panel().list().hasFocus());
+    editor().setFocus();
     press(Qt::Key_Home, Qt::ControlModifier);
     for (int line = 0; line < 5; ++line)
         press(Qt::Key_Return);
@@ -72,7 +78,7 @@ TEST_F(WarningsWindowTest, RowsFollowEditsAndLeadToTheirTags) {
 
 TEST_F(WarningsWindowTest, ASaveKeepsWhatIsStillTrue) {
     toggle();
-    press(Qt::Key_Escape);
+    editor().setFocus();
     const size_t first = editor().text().find("<Unknown");
     editor().replaceBytes(first, editor().text().find("</Unknown>", first) + 10, "<RemoveObject2 Depth=\"1\" />");
     answers.addText(path("saved.swf"));
@@ -100,6 +106,7 @@ TEST_F(WarningsWindowTest, TheFilterIsAKeyAway) {
     EXPECT_TRUE(QApplication::clipboard()->text().contains(QStringLiteral(", 2 tags"))) << "a line for each row";
     press(Qt::Key_Escape);
     EXPECT_TRUE(editor().hasFocus());
+    EXPECT_FALSE(panel().isVisible());
 }
 
 } // namespace

@@ -53,7 +53,7 @@ PreviewRequest requestFor(DocumentTags& tags, const TagRange& tag) {
 }
 
 PreviewPane::PreviewPane(QWidget* parent)
-    : QDockWidget(tr("Preview"), parent), _worker(new PreviewWorker(this)), _canvas(new PreviewCanvas),
+    : Pane(tr("Preview"), parent), _worker(new PreviewWorker(this)), _canvas(new PreviewCanvas),
       _player(new SoundPlayer(this)), _ratio(new QSlider(Qt::Horizontal)), _play(new QPushButton),
       _showAnyway(new QPushButton(tr("Show"))), _words(new QLabel) {
     setObjectName(QStringLiteral("preview"));

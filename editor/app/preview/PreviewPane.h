@@ -1,11 +1,11 @@
 // The dock that shows one tag.
 #pragma once
 
-#include <QDockWidget>
 #include <QPointer>
 #include <QTimer>
 #include <optional>
 
+#include "Pane.h"
 #include "PreviewRequest.h"
 #include "PreviewWorker.h"
 #include "TagMap.h"
@@ -26,7 +26,7 @@ struct GlyphCell;
 PreviewRequest requestFor(DocumentTags& tags, const TagRange& tag);
 
 /// Costs nothing while it cannot be seen.
-class PreviewPane : public QDockWidget {
+class PreviewPane : public Pane {
     Q_OBJECT
 public:
     explicit PreviewPane(QWidget* parent = nullptr);

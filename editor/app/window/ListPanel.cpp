@@ -14,7 +14,7 @@
 namespace zelk {
 
 ListPanel::ListPanel(const QString& title, const QString& name, Place place, QWidget* parent)
-    : QDockWidget(title, parent), _filter(new QLineEdit(this)), _words(new QLabel(this)), _list(new QTreeView(this)),
+    : Pane(title, parent), _filter(new QLineEdit(this)), _words(new QLabel(this)), _list(new QTreeView(this)),
       _top(new QHBoxLayout) {
     const bool isWide = place == Place::bottom;
     setObjectName(name);
@@ -52,18 +52,8 @@ ListPanel::ListPanel(const QString& title, const QString& name, Place place, QWi
 }
 
 void ListPanel::open() {
-    show();
-    raise();
+    Pane::open();
     enterList();
-}
-
-void ListPanel::toggle() {
-    if (isVisible()) {
-        hide();
-        Q_EMIT left();
-    } else {
-        open();
-    }
 }
 
 void ListPanel::enterList() {
@@ -113,27 +103,25 @@ bool ListPanel::copy() const {
 bool ListPanel::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::KeyPress) {
         auto& key = static_cast<QKeyEvent&>(*event);
-        if (takeKey(watched, key) || handleKey(watched, key.key()))
+        if (takeKey(watched, key))
             return true;
+        const int which = key.key();
+        if (watched == _filter && (which == Qt::Key_Down || which == Qt::Key_Return || which == Qt::Key_Enter)) {
+            enterList();
+            return true;
+        }
         // The command is there only while the text has a selection.
         if (watched == _list && key.matches(QKeySequence::Copy) && copy())
             return true;
     }
-    return QDockWidget::eventFilter(watched, event);
+    return Pane::eventFilter(watched, event);
 }
 
-bool ListPanel::handleKey(QObject* watched, int key) {
-    if (key == Qt::Key_Escape && _filter->text().isEmpty()) {
-        Q_EMIT left();
-        return true;
-    }
-    const bool isDone = watched == _filter && (key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter);
-    if (key == Qt::Key_Escape)
-        _filter->clear();
-    else if (!isDone)
-        return false;
+void ListPanel::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Escape || _filter->text().isEmpty())
+        return Pane::keyPressEvent(event);
+    _filter->clear();
     enterList();
-    return true;
 }
 
 } // namespace zelk

@@ -1,7 +1,7 @@
 // What the panes with a list have in common: a line of words, a filter, and their keys.
 #pragma once
 
-#include <QDockWidget>
+#include "Pane.h"
 
 class QBoxLayout;
 class QKeyEvent;
@@ -12,9 +12,9 @@ class QTreeView;
 
 namespace zelk {
 
-/// Escape empties the filter or leaves the pane; Down and Return go from the filter to the list; Find goes to the
-/// filter.
-class ListPanel : public QDockWidget {
+/// Escape empties the filter before it closes the pane; Down and Return go from the filter to the list; Find goes to
+/// the filter.
+class ListPanel : public Pane {
     Q_OBJECT
 public:
     QTreeView& list() const { return *_list; }
@@ -22,16 +22,10 @@ public:
     QLabel& words() const { return *_words; }
 
     /// Shows it and gives the list the keyboard.
-    void open();
-    /// Opens or closes it.
-    void toggle();
+    void open() override;
     /// Carries out a command of the table that means this list while it has the keyboard: Find, and Copy (a line for
     /// each selected row) and Select All where rows are copied. False for one that does not.
     bool run(int id);
-
-Q_SIGNALS:
-    /// The user is done here.
-    void left();
 
 protected:
     /// Beside the text, or below or beside it.
@@ -48,9 +42,9 @@ protected:
     /// Before the keys that all panes have. True when it is done.
     virtual bool takeKey(QObject* /*watched*/, QKeyEvent&) { return false; }
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    bool handleKey(QObject* watched, int key);
     bool copy() const;
     void enterList();
 

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QKeyEvent>
 #include <QMimeData>
 #include <QScreen>
 #include <QToolBar>
@@ -120,8 +119,8 @@ void MainWindow::connectParts() {
         if (DocumentView* view = _tabs->current())
             view->gotoWarning(entry);
     });
-    for (ListPanel* panel : std::initializer_list<ListPanel*>{_warnings, _uses, _results, _kinds, _texts})
-        connect(panel, &ListPanel::left, this, &MainWindow::goToDocument);
+    for (Pane* pane : std::initializer_list<Pane*>{_warnings, _uses, _results, _kinds, _texts, _preview})
+        connect(pane, &Pane::left, this, &MainWindow::goToDocument);
     connectKinds();
     connectStart();
     connect(_texts, &TextsPanel::chosen, this, [this](size_t offset, bool staysInList) {
@@ -162,13 +161,14 @@ void MainWindow::connectSearch() {
         view->jumpTo(start);
         view->editor().select({start, end});
     });
-    connect(_results, &ResultsPanel::left, _results, &QWidget::hide);
     connect(_search, &SearchController::left, this, &MainWindow::goToDocument);
 }
 
 void MainWindow::goToDocument() {
     if (DocumentView* view = _tabs->current())
         view->setFocus();
+    else
+        _start->files().setFocus();
 }
 
 void MainWindow::connectKinds() {
@@ -363,18 +363,6 @@ void MainWindow::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::ActivationChange && isActiveWindow())
         _keeper.look();
-}
-
-// Escape leaves the pane that has the keyboard and closes it.
-void MainWindow::keyPressEvent(QKeyEvent* event) {
-    QWidget* pane = event->key() == Qt::Key_Escape ? QApplication::focusWidget() : nullptr;
-    while (pane != nullptr && qobject_cast<QDockWidget*>(pane) == nullptr)
-        pane = pane->parentWidget();
-    if (pane == nullptr)
-        return QMainWindow::keyPressEvent(event);
-    pane->hide();
-    if (DocumentView* view = _tabs->current())
-        view->setFocus();
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

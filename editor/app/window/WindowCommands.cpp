@@ -110,7 +110,7 @@ void WindowCommands::addProgramCommands() {
     _handlers[CommandId::warnings] = [this] { _parts.warnings.toggle(); };
     _handlers[CommandId::kinds] = [this] { _parts.kinds.toggle(); };
     _handlers[CommandId::texts] = [this] { _parts.texts.toggle(); };
-    _handlers[CommandId::preview] = [this] { _parts.preview.setVisible(_parts.preview.isHidden()); };
+    _handlers[CommandId::preview] = [this] { _parts.preview.toggle(); };
     for (int id : {CommandId::themeSystem, CommandId::themeLight, CommandId::themeDark})
         _handlers[id] = [this, id] { setTheme(id); };
     _handlers[CommandId::openInFullForm] = [this] { setFullForm(!_parts.session.fullForm); };
@@ -252,6 +252,8 @@ void WindowCommands::formatXml(DocumentView& view) {
 }
 
 void WindowCommands::showUses(DocumentView& view) {
+    if (_parts.uses.isAncestorOf(QApplication::focusWidget()))
+        return _parts.uses.toggle();
     if (const std::optional<IdAtPlace> id = view.characterId())
         _parts.uses.showUses(view, id->id);
     else

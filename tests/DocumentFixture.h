@@ -41,7 +41,7 @@ public:
         return payloadName;
     }
     SaveAnswer askToSave(const Document&) override { return SaveAnswer::cancel; }
-    bool askToReplaceChanged(const Document&) override {
+    bool askToReplaceChanged(const Document&, bool) override {
         ++replaceQuestions;
         return replacesChanged;
     }

@@ -159,6 +159,15 @@ TEST_F(SavedFilesTest, WhatIsNoLossGetsNoBackup) {
     EXPECT_EQ(user.replaceQuestions, 0) << "the dialog for the name has asked";
 }
 
+TEST_F(SavedFilesTest, NoBackupIsKeptWhereNoneIsWanted) {
+    for (const char* label : {"one", "two"}) {
+        writeTextFile(path("m.swf"), movieOf(label));
+        session.keepsBackups = label == "two"s;
+        edit("m.swf", "edited");
+        EXPECT_EQ(content("m.swf.bak"), session.keepsBackups ? movieOf(label) : "(none)");
+    }
+}
+
 TEST_F(SavedFilesTest, WhatAnotherProgramWroteIsReplacedOnlyWhenTheUserSaysSo) {
     const std::tuple<const char*, std::string, std::string> files[] = {
         {"a.swf", movieOf("mine"), movieOf("else")},

@@ -15,8 +15,8 @@ namespace {
 
 const QString fontKey = QStringLiteral("Text/font"), sizeKey = QStringLiteral("Text/size"),
               tabKey = QStringLiteral("Text/tabWidth"), wrapKey = QStringLiteral("Text/wrap"),
-              copiesKey = QStringLiteral("Recovery/copies"), playerKey = QStringLiteral("Player/kind"),
-              commandKey = QStringLiteral("Player/command");
+              copiesKey = QStringLiteral("Recovery/copies"), backupsKey = QStringLiteral("Recovery/backups"),
+              playerKey = QStringLiteral("Player/kind"), commandKey = QStringLiteral("Player/command");
 constexpr int smallest = 6, biggest = 72, widestTab = 16;
 
 // In the order of the box.
@@ -57,6 +57,8 @@ TextEditorView::Look textLook(const QSettings& settings) {
     return look;
 }
 
+bool keepsBackups(const QSettings& settings) { return settings.value(backupsKey, true).toBool(); }
+
 void keepTextLook(QSettings& settings, const TextEditorView::Look& look) {
     settings.setValue(fontKey, look.family);
     settings.setValue(sizeKey, look.size);
@@ -83,6 +85,9 @@ SettingsDlg::SettingsDlg(const QSettings& settings, int theme, bool fullForm, QW
     _copies = tick(this, tr("&Keep copies of unsaved changes for the case of a crash"),
                    settings.value(copiesKey, true).toBool());
     _copies->setToolTip(tr("From the next start on."));
+    _backups = tick(this, tr("Keep a b&ackup of each file as it was before its first save"), keepsBackups(settings));
+    _backups->setToolTip(tr("As NAME.swf.bak beside the file. A version that another program made since, and that is "
+                            "saved over, becomes NAME.swf.2.bak."));
     connect(_player, &QComboBox::currentIndexChanged, _command,
             [this](int chosen) { _command->setEnabled(chosen == 1); });
     _command->setEnabled(_player->currentIndex() == 1);
@@ -97,6 +102,7 @@ SettingsDlg::SettingsDlg(const QSettings& settings, int theme, bool fullForm, QW
     layout->addRow(tr("&Player:"), _player);
     layout->addRow(tr("&Command:"), _command);
     layout->addRow(QString(), _copies);
+    layout->addRow(QString(), _backups);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -120,6 +126,7 @@ void SettingsDlg::keepIn(QSettings& settings) const {
     settings.setValue(playerKey, players()[_player->currentIndex()]);
     settings.setValue(commandKey, _command->text());
     settings.setValue(copiesKey, _copies->isChecked());
+    settings.setValue(backupsKey, _backups->isChecked());
 }
 
 } // namespace zelk

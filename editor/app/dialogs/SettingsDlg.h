@@ -16,6 +16,8 @@ namespace zelk {
 
 /// What the settings say of texts.
 TextEditorView::Look textLook(const QSettings& settings);
+/// Whether a file that is saved over is kept as it was.
+bool keepsBackups(const QSettings& settings);
 void keepTextLook(QSettings& settings, const TextEditorView::Look& look);
 
 class SettingsDlg : public QDialog {
@@ -33,7 +35,7 @@ private:
     QComboBox *_form, *_theme, *_player;
     QFontComboBox* _font;
     QSpinBox *_size, *_tabWidth;
-    QCheckBox *_wraps, *_copies;
+    QCheckBox *_wraps, *_copies, *_backups;
     QLineEdit* _command;
 };
 

@@ -129,11 +129,13 @@ SaveAnswer WindowDialogs::askToSave(const Document& document) {
     }
 }
 
-bool WindowDialogs::askToReplaceChanged(const Document& document) {
-    QMessageBox box(QMessageBox::Warning, QObject::tr("Save"),
-                    QObject::tr("Another program changed the file since it was opened. Saving replaces that version; a "
-                                "backup of it stays beside the file."),
-                    QMessageBox::NoButton, _parent);
+bool WindowDialogs::askToReplaceChanged(const Document& document, bool keepsBackup) {
+    QMessageBox box(
+        QMessageBox::Warning, QObject::tr("Save"),
+        QObject::tr("Another program changed the file since it was opened. Saving replaces that version; ") +
+            (keepsBackup ? QObject::tr("a backup of it stays beside the file.")
+                         : QObject::tr("no backup of it is kept.")),
+        QMessageBox::NoButton, _parent);
     box.setTextFormat(Qt::PlainText);
     box.setInformativeText(QString::fromStdString(document.fileName));
     const QPushButton* save = box.addButton(QObject::tr("&Save"), QMessageBox::AcceptRole);

@@ -23,7 +23,7 @@ public:
     std::optional<std::string> chooseFileToExport(const std::string& proposal) override;
     std::optional<std::string> chooseFileToImport(const std::vector<std::string>& kinds) override;
     SaveAnswer askToSave(const Document& document) override;
-    bool askToReplaceChanged(const Document& document) override;
+    bool askToReplaceChanged(const Document& document, bool keepsBackup) override;
     bool askToReload(const Document& document) override;
     std::optional<uint32_t> askForRow(uint32_t current, uint32_t rows) override;
     std::optional<MovieSettings> askForMovieSettings(const MovieSettings& current) override;

@@ -338,6 +338,7 @@ void MainWindow::restore() {
     restoreState(_settings.value(QStringLiteral("Window/state")).toByteArray());
     _commands.setTheme(_settings.value(QStringLiteral("Window/theme"), CommandId::themeSystem).toInt());
     _commands.setTextLook(textLook(_settings));
+    _session.keepsBackups = keepsBackups(_settings);
     _commands.setFullForm(_settings.value(QStringLiteral("Movies/form")).toString() == QStringLiteral("full"));
 }
 

@@ -160,6 +160,7 @@ void WindowCommands::changeSettings() {
     dialog.keepIn(_parts.settings);
     setTheme(CommandId::themeSystem + dialog.theme());
     setFullForm(dialog.fullForm());
+    _parts.session.keepsBackups = keepsBackups(_parts.settings);
     setTextLook(textLook(_parts.settings));
 }
 

@@ -20,6 +20,7 @@ void saveText(Session& session, Document& document, std::string text, const std:
     params.fileName = fileName;
     params.text = std::move(text);
     params.original = document.original;
+    params.keepsBackup = session.keepsBackups;
     const bool isOwnFile = document.hasFile && fileName == document.fileName;
     if (isOwnFile)
         params.expected = document.fileStamp;
@@ -31,7 +32,7 @@ void saveText(Session& session, Document& document, std::string text, const std:
     try {
         runSave(session, params);
     } catch (const FileChangedException&) {
-        if (!session.user.askToReplaceChanged(document))
+        if (!session.user.askToReplaceChanged(document, session.keepsBackups))
             throw JobCancelled();
         params.expected.reset();
         params.failure = nullptr;

@@ -34,8 +34,8 @@ public:
         return std::nullopt;
     }
     virtual SaveAnswer askToSave(const Document& document) = 0;
-    /// Whether a save shall replace what another program made of the document's file. A backup keeps that.
-    virtual bool askToReplaceChanged(const Document& /*document*/) { return false; }
+    /// Whether a save shall replace what another program made of the document's file, of which a backup stays or not.
+    virtual bool askToReplaceChanged(const Document& /*document*/, bool /*keepsBackup*/) { return false; }
     /// Whether the unsaved changes shall go, for what another program made of the document's file.
     virtual bool askToReload(const Document& /*document*/) { return false; }
     /// A row from 1 to `rows`.
@@ -90,6 +90,7 @@ struct Session {
     IUserInterface& user;
     IPlayer* player = nullptr; ///< null when there is none
     bool fullForm = false;     ///< in which movies are opened and made: the full form, or the classic one
+    bool keepsBackups = true;  ///< of files that are saved over (Backup.h)
     UntitledNames names;
     WrittenFiles writtenFiles;
     TemporaryMovies temporaryMovies; ///< what is played

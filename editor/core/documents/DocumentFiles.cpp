@@ -107,7 +107,8 @@ void checkUnchanged(SaveParams& params) {
 void replaceFile(SaveParams& params, std::string_view content) {
     params.progress.checkCancelled();
     checkUnchanged(params);
-    backUp(params.fileName, params.known);
+    if (params.keepsBackup)
+        backUp(params.fileName, params.known);
     writeTextFile(params.fileName, content);
     params.written = stateOf(params.fileName);
     params.written.setContent(content);

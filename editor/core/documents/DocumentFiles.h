@@ -42,12 +42,14 @@ void changeForm(ChangeFormParams& params);
 struct SaveParams : CompileParams {
     std::string fileName;              ///< in
     std::optional<FileStamp> expected; ///< in: only this version is replaced; none: any
-    std::vector<FileStamp> known;      ///< in: versions that need no backup (Backup.h)
+    bool keepsBackup = true;           ///< in: of what is replaced (Backup.h)
+    std::vector<FileStamp> known;      ///< in: versions that need none
     FileStamp written;                 ///< out
 };
 
-/// [worker thread] Writes by the kind of the file name; what is replaced gets a backup. What stood there stays when
-/// anything fails. Throws FileSaveException, FileChangedException, and for a movie what compileDocument does.
+/// [worker thread] Writes by the kind of the file name; what is replaced gets a backup if it shall. What stood there
+/// stays when anything fails. Throws FileSaveException, FileChangedException, and for a movie what compileDocument
+/// does.
 void saveDocument(SaveParams& params);
 
 /// [worker thread] The movie file's bytes. Throws XmlException, NotMovieException for a text without a Movie element,

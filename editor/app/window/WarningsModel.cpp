@@ -83,6 +83,8 @@ int WarningsModel::rowCount(const QModelIndex& parent) const {
 }
 
 QString WarningsModel::textOf(WarningList::Entry entry, int column) const {
+    if (!_view->warnings().has(entry)) // The list is another, and a dialog is open before it is shown.
+        return {};
     const DocumentWarning& warning = _view->warnings().at(entry);
     const size_t offset = _view->warnings().offset(entry);
     switch (column) {

@@ -71,6 +71,8 @@ public:
     std::vector<Entry> entries() const;
     /// How many were given beyond those that are listed.
     uint64_t more() const { return of(From::load).more + of(From::save).more + of(From::check).more; }
+    /// Whether there is such an entry still.
+    bool has(Entry entry) const { return entry.number < of(entry.from).items.size(); }
     const DocumentWarning& at(Entry entry) const { return of(entry.from).items[entry.number].given; }
     /// Where its element is now; DocumentWarning::nowhere when it has none.
     size_t offset(Entry entry) const;

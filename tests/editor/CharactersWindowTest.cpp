@@ -108,16 +108,4 @@ TEST_F(CharactersWindow, AnotherIdIsOneStep) {
     EXPECT_EQ(editor().text(), text);
 }
 
-TEST_F(CharactersWindow, CheckListsProblemsAndLeadsToThem) {
-    editor().replaceBytes(at("    <DefineShape"), at("    <DefineSprite"), "lost");
-    window->actions().action(CommandId::checkXml)->trigger();
-    auto* panel = window->findChild<WarningsPanel*>();
-    ASSERT_TRUE(panel->isVisible());
-    ASSERT_EQ(panel->list().model()->rowCount(), 2) << "stray text, and both uses of 1";
-    EXPECT_EQ(panel->list().model()->index(0, 3).data().toString(), QStringLiteral("warning"));
-    press(Qt::Key_Return);
-    EXPECT_EQ(editor().caret(), at("lost"));
-    EXPECT_EQ(panel->list().model()->index(1, 3).data().toString(), QStringLiteral("error"));
-}
-
 } // namespace

@@ -49,6 +49,9 @@ TEST_F(ViewsTest, ViewsStayWhereTheyWereLeft) {
     press(Qt::Key_Right, Qt::AltModifier);
     EXPECT_EQ(editor().row(), editor().rowCount());
 
+    press(Qt::Key_Z, Qt::AltModifier);
+    EXPECT_EQ(editor().send(Sci::SCI_GETWRAPMODE), long(Sci::SC_WRAP_WORD));
+
     auto* preview = window->findChild<QDockWidget*>(QStringLiteral("preview"));
     ASSERT_NE(preview, nullptr);
     preview->widget()->setFocusPolicy(Qt::StrongFocus);
@@ -62,35 +65,6 @@ TEST_F(ViewsTest, ViewsStayWhereTheyWereLeft) {
         EXPECT_FALSE(preview->isVisible());
         EXPECT_TRUE(window->focusWidget() == &editor());
     }
-}
-
-TEST_F(ViewsTest, SettingsAreAskedForAndKept) {
-    openFile("a.xml", "<Movie>");
-    answers.add([](QWidget& dialog) {
-        auto boxes = dialog.findChildren<QSpinBox*>();
-        boxes[0]->setValue(17);
-        boxes[1]->setValue(2);
-        for (auto* box : dialog.findChildren<QComboBox*>()) {
-            if (box->findText(QStringLiteral("Dark")) >= 0)
-                box->setCurrentText(QStringLiteral("Dark"));
-        }
-        QTest::keyClick(&dialog, Qt::Key_Return);
-    });
-    press(Qt::Key_Comma, Qt::ControlModifier);
-    for (int start : {0, 1}) { // now, and in the next window
-        EXPECT_EQ(editor().send(Sci::SCI_STYLEGETSIZE, Sci::STYLE_DEFAULT), 17) << start;
-        EXPECT_EQ(editor().indentUnit(), "  ");
-        const auto ground = static_cast<QRgb>(editor().send(Sci::SCI_STYLEGETBACK, Sci::STYLE_DEFAULT));
-        EXPECT_EQ(ground, 0x221F1Fu) << "blue comes first";
-        EXPECT_EQ(static_cast<QRgb>(editor().send(Sci::SCI_STYLEGETFORE, SwfSyntaxHighlighter::Tag)), 0xFFC85Cu);
-        window = nullptr;
-        open();
-    }
-    press(Qt::Key_Z, Qt::AltModifier);
-    EXPECT_EQ(editor().send(Sci::SCI_GETWRAPMODE), long(Sci::SC_WRAP_WORD));
-    choose(CommandId::themeLight);
-    EXPECT_EQ(static_cast<QRgb>(editor().send(Sci::SCI_STYLEGETBACK, Sci::STYLE_DEFAULT)), 0xFFFFFFu);
-    choose(CommandId::themeSystem);
 }
 
 } // namespace

@@ -91,7 +91,6 @@ void writeXml(XmlNode& node, const SwfTagFileAttributes& tag) {
 }
 
 void readXml(XmlElement& element, SwfTagFileAttributes& tag) {
-    tag.flags = 0;
     for (const XmlName& flag : fileAttributes)
         tag.flags |= element.boolean(flag.name) ? flag.value : 0;
     tag.flags |= element.ui32("Reserved") & ~uint32_t(SwfTagFileAttributes::named);

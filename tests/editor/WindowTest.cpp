@@ -177,6 +177,15 @@ TEST_F(WindowTest, NamesInSaveAsGetTheSuffixOfTheirKind) {
         choose(CommandId::saveAs);
         EXPECT_EQ(window->tabs().current()->document().fileName, answer == QMessageBox::No ? last : path("new1.swf"));
     }
+    choose(CommandId::fileNew);
+    const std::string untitled = window->tabs().current()->document().fileName;
+    const auto before = libswf::readFile(path("new1.swf"));
+    answers.add([&](QWidget& dialog) { enterName(dialog, 0, folderName + QStringLiteral("new1")); });
+    answers.addButton(QMessageBox::Yes, QStringLiteral("new1.swf already exists."));
+    answers.addButton(QMessageBox::Ok, QStringLiteral("Unable to save this file."));
+    choose(CommandId::saveAs);
+    EXPECT_EQ(window->tabs().current()->document().fileName, untitled) << "the file is open in the other tab";
+    EXPECT_EQ(libswf::readFile(path("new1.swf")), before);
 }
 
 TEST_F(WindowTest, KindsOfFileStandInTheDialogsByTheirNames) {

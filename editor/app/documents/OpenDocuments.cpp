@@ -18,6 +18,14 @@ bool isUntouchedNew(const DocumentView& view) { return !view.document().hasFile 
 
 } // namespace
 
+OpenDocuments::OpenDocuments(Session& session, IFileHistory& recentFiles, DocumentTabsView& tabs)
+    : _session(session), _recentFiles(recentFiles), _tabs(tabs) {
+    _session.isOpenElsewhere = [this](const Document& document, const std::string& fileName) {
+        const DocumentView* view = viewOf(QString::fromStdString(fileName));
+        return view != nullptr && &view->document() != &document;
+    };
+}
+
 void OpenDocuments::addNew() {
     auto* view = new DocumentView;
     view->document() = newDocument(_session.names, _session.fullForm);

@@ -12,8 +12,7 @@ class OpenDocuments : public QObject {
     Q_OBJECT
 public:
     /// All outlive it.
-    OpenDocuments(Session& session, IFileHistory& recentFiles, DocumentTabsView& tabs)
-        : _session(session), _recentFiles(recentFiles), _tabs(tabs) {}
+    OpenDocuments(Session& session, IFileHistory& recentFiles, DocumentTabsView& tabs);
 
     void addNew();
     /// Opens each file in a tab of its own, or shows the tab that has it. False when one cannot be opened.

@@ -95,6 +95,8 @@ bool SaveAsFileCmd::Execute() {
     const std::optional<std::string> fileName = _session.user.chooseFileToSave(proposedName(_document));
     if (!fileName)
         return false;
+    if (_session.isOpenElsewhere && _session.isOpenElsewhere(_document, *fileName))
+        throw FileSaveException(*fileName, "It is open in another tab.");
     saveText(_session, _document, std::exchange(_document.text, {}), *fileName);
     return SetDocAttributesCmd(_document, *fileName, fileKind(*fileName).value()).Execute();
 }

@@ -91,6 +91,8 @@ struct Session {
     IPlayer* player = nullptr; ///< null when there is none
     bool fullForm = false;     ///< in which movies are opened and made: the full form, or the classic one
     bool keepsBackups = true;  ///< of files that are saved over (Backup.h)
+    /// Whether a document besides this one is of the file; none when there are no others.
+    std::function<bool(const Document& document, const std::string& fileName)> isOpenElsewhere = {};
     UntitledNames names;
     WrittenFiles writtenFiles;
     TemporaryMovies temporaryMovies; ///< what is played

@@ -118,7 +118,7 @@ double contrast(QRgb a, QRgb b) {
     return std::max(first, second) / std::min(first, second);
 }
 
-TEST(Highlighter, DarkColoursAreReadable) {
+TEST(Highlighter, ColoursAreReadable) {
     const auto& dark = SwfSyntaxHighlighter::colours(true);
     EXPECT_NEAR(contrast(0xFFFFFFFF, 0xFF777777), 4.48, 0.01);
     EXPECT_EQ(dark.size(), SwfSyntaxHighlighter::colours().size());
@@ -126,6 +126,10 @@ TEST(Highlighter, DarkColoursAreReadable) {
         EXPECT_TRUE(SwfSyntaxHighlighter::colours().contains(each));
         for (QRgb ground : {0, 1})
             EXPECT_GE(contrast(colour, TextEditorView::grounds(true)[ground]), 4.5) << each;
+        for (bool isDark : {false, true}) {
+            const QRgb selected = TextEditorView::selectedColour(isDark, each);
+            EXPECT_GE(contrast(selected, TextEditorView::grounds(isDark)[2]), 4.5) << each << isDark;
+        }
     }
 }
 

@@ -16,16 +16,21 @@ public:
     }
 };
 
-QPalette palette(const QColor& window, const QColor& base, const QColor& text, const QColor& faint) {
+struct Colors {
+    QColor window, base, text, faint, hint, link;
+};
+
+QPalette palette(const Colors& theme) {
+    const auto& [window, base, text, faint, hint, link] = theme;
     QPalette colors(text, window, window.lighter(130), window.darker(150), window.darker(120), text, base);
     colors.setColor(QPalette::BrightText, Qt::white);
     colors.setColor(QPalette::AlternateBase, window);
     colors.setColor(QPalette::ToolTipBase, base);
     colors.setColor(QPalette::ToolTipText, text);
-    colors.setColor(QPalette::PlaceholderText, faint);
+    colors.setColor(QPalette::PlaceholderText, hint);
     colors.setColor(QPalette::Highlight, QColor(0x2A, 0x6D, 0xB8));
     colors.setColor(QPalette::HighlightedText, Qt::white);
-    colors.setColor(QPalette::Link, QColor(0x4A, 0x90, 0xD9));
+    colors.setColor(QPalette::Link, link);
     for (auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         colors.setColor(QPalette::Disabled, role, faint);
     return colors;
@@ -39,11 +44,10 @@ void applyTheme(Theme theme) {
     switch (theme) {
     case Theme::system: QApplication::setPalette(QPalette()); break;
     case Theme::light:
-        QApplication::setPalette(palette(QColor(0xEF, 0xEF, 0xEF), Qt::white, QColor(0x20, 0x20, 0x20), Qt::gray));
+        QApplication::setPalette(palette({0xFFEFEFEF, Qt::white, 0xFF202020, Qt::gray, 0xFF66666A, 0xFF1F66B0}));
         break;
     case Theme::dark:
-        QApplication::setPalette(palette(QColor(0x2D, 0x2D, 0x30), QColor(0x1F, 0x1F, 0x22), QColor(0xE6, 0xE6, 0xE6),
-                                         QColor(0x80, 0x80, 0x84)));
+        QApplication::setPalette(palette({0xFF2D2D30, 0xFF1F1F22, 0xFFE6E6E6, 0xFF808084, 0xFFA0A0A4, 0xFF6AAEF0}));
         break;
     }
 }

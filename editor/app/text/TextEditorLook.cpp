@@ -11,7 +11,7 @@ namespace zelk {
 
 namespace {
 
-constexpr QRgb faint = 0xFF808080, tagShade = 0xFF2A6DB8, targetShade = 0xFFD07000, matchShade = 0xFFE0B000;
+constexpr QRgb faint = 0xFF707070, tagShade = 0xFF2A6DB8, targetShade = 0xFFD07000, matchShade = 0xFFE0B000;
 
 } // namespace
 
@@ -29,8 +29,12 @@ void TextEditorView::setLook() {
 }
 
 std::array<QRgb, 3> TextEditorView::grounds(bool isDark) {
-    return isDark ? std::array<QRgb, 3>{0xFF1F1F22, 0xFF2A2D33, 0xFF264F78}
+    return isDark ? std::array<QRgb, 3>{0xFF1F1F22, 0xFF2A2D33, 0xFF204060}
                   : std::array<QRgb, 3>{0xFFFFFFFF, 0xFFEEF4FB, 0xFFB5D5FF};
+}
+
+QRgb TextEditorView::selectedColour(bool isDark, int style) {
+    return SwfSyntaxHighlighter::colours(isDark).at(isDark ? style : SwfSyntaxHighlighter::Other);
 }
 
 // What the theme and the settings say.
@@ -58,6 +62,7 @@ void TextEditorView::setColors() {
     set(SCI_STYLESETFORE, STYLE_LINENUMBER, marks);
     set(SCI_STYLESETBACK, STYLE_LINENUMBER, margin);
     set(SCI_SETSELBACK, 1, QColor(selectionGround));
+    set(SCI_SETSELFORE, isDark ? 0 : 1, QColor(selectedColour(isDark, SwfSyntaxHighlighter::Other)));
     SendScintilla(SCI_SETCARETLINEBACK, QColor(lineGround));
     SendScintilla(SCI_SETCARETFORE, text);
     set(SCI_SETFOLDMARGINCOLOUR, 1, margin);

@@ -39,6 +39,8 @@ public:
     void setTextLook(const Look& look);
     /// The grounds that text stands on: the usual one, that of the caret's line, that of what is selected.
     static std::array<QRgb, 3> grounds(bool isDark);
+    /// What selected text of a class has. On light ground that is one colour for all: theirs could not be read.
+    static QRgb selectedColour(bool isDark, int style);
 
     bool isModified() const { return send(SCI_GETMODIFY) != 0; }
     bool canUndo() const { return send(SCI_CANUNDO) != 0; }

@@ -90,6 +90,26 @@ TEST(PayloadInText, IsThatOfTheTagAtThePlace) {
     EXPECT_THROW(zelk::payloadElementsAt("<Movie><End></Movie>", 8), xml2swf::XmlSyntaxError);
 }
 
+TEST(PayloadsOfAMovie, AreVisitedWithWhatTheyNeed) {
+    std::string text = movie;
+    text.replace(text.find("<Data>!</Data>"), 14, data("Data", {4}));
+    text.insert(text.find("<ShowFrame/>"), "<DefineBits CharacterId=\"3\">" + data("JPEGData", {5}) +
+                                               "</DefineBits><DefineSprite SpriteId=\"4\"><JPEGTables>" +
+                                               data("JPEGData", {6}) + "</JPEGTables></DefineSprite>");
+    xml2swf::MovieTarget target;
+    xmlToSwf(text, target, {});
+    std::vector<std::string> found;
+    zelk::forEachPayload(target.movie.tags,
+                         [&](const SwfTag& tag, const std::string& place, const zelk::PayloadContext& context) {
+                             std::string line = place + " " + std::to_string(tag.type) + ":";
+                             for (const auto* one : context.blocks)
+                                 line += " " + std::to_string(one->streamSoundData.size());
+                             found.push_back(context.tables == nullptr ? line : line + " tables");
+                         });
+    EXPECT_EQ(found, (std::vector<std::string>{"1 87: tables", "2.0 18: 2 tables", "3 18: 1 2 tables", "7 18: 1 tables",
+                                               "10 87: tables", "11 6: tables"}));
+}
+
 class PayloadCommands : public zelk::DocumentFixture {
 protected:
     PayloadCommands() { view.content = movie; }

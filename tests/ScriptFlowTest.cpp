@@ -3,6 +3,7 @@
 
 #include "ScriptFlow.h"
 #include "Symbols.h"
+#include "TagIndex.h"
 
 namespace {
 
@@ -87,6 +88,39 @@ TEST(ScriptFlow, LeadsWhereTheCodeGoes) {
         const Marked at(marked);
         EXPECT_FALSE(flowTargetAt(at.text, at.caret, FlowEffort::full).has_value()) << marked;
     }
+}
+
+TEST(Symbols, StandInTheOrderOfTheText) {
+    const std::string text =
+        "<Movie Form=\"full\"><FrameLabel Name=\"start\"/><ShowFrame/><DefineShape ShapeId=\"3\"/>"
+        "<DefineSprite SpriteId=\"4\"><FrameLabel Name=\"a &amp; b\"/><PlaceObject2 Depth=\"5\"/></DefineSprite>"
+        "<DoAction><Actions><DefineFunction "
+        "Name=\"f\"><Actions/></DefineFunction><DefineFunction2/></Actions></DoAction>"
+        "<DoABC Name=\"\"><Abc><Class Name=\"C\"><Constructor/><Method Name=\"m\"/><Static><Method "
+        "Name=\"n\"/></Static></Class>"
+        "<Script><Method Name=\"o\"/></Script></Abc></DoABC></Movie>";
+    const char* const expected[] = {"start (FrameLabel) <FrameLabel Name=\"start",
+                                    "DefineShape 3 (DefineShape) <DefineShape",
+                                    "DefineSprite 4 (DefineSprite) <DefineSprite",
+                                    "a & b (FrameLabel) <FrameLabel Name=\"a",
+                                    "PlaceObject2 at 5 (PlaceObject2) <PlaceObject2",
+                                    "DoAction (DoAction) <DoAction",
+                                    "f (DefineFunction) <DefineFunction ",
+                                    "DoABC (DoABC) <DoABC",
+                                    "C (Class) <Class",
+                                    "C (Constructor of C) <Constructor",
+                                    "m (Method of C) <Method Name=\"m",
+                                    "n (Method of C) <Method Name=\"n",
+                                    "o (Method) <Method Name=\"o"};
+    const TagIndex tags(text);
+    const auto all = symbolsOf(text, tags);
+    for (size_t i = 0; i < std::max(all.size(), std::size(expected)); ++i) {
+        const std::string shown =
+            i < all.size() ? all[i].name + " (" + all[i].where + ") " + text.substr(all[i].offset, 40) : "";
+        EXPECT_TRUE(i < std::size(expected) && shown.starts_with(expected[i])) << i << ": " << shown;
+    }
+    const size_t sprite = text.find("<DefineSprite"), behind = text.find("<DoAction");
+    EXPECT_EQ(symbolsOf(text, tags, sprite, behind).size(), 3u);
 }
 
 TEST(Symbols, NamesThatBeginWithTheFilterComeFirst) {

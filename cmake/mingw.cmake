@@ -1,11 +1,6 @@
-# Cross-compiles for 64-bit Windows with mingw-w64, in the variant that has std::thread. The programs need no DLL but
-# those of Windows.
-set(CMAKE_SYSTEM_NAME Windows)
-set(CMAKE_SYSTEM_PROCESSOR x86_64)
-set(triple x86_64-w64-mingw32)
-set(CMAKE_C_COMPILER ${triple}-gcc-posix)
-set(CMAKE_CXX_COMPILER ${triple}-g++-posix)
-set(CMAKE_RC_COMPILER ${triple}-windres)
+# Cross-compiles for 64-bit Windows; the programs need no DLL but those of Windows. The libraries are those that packaging/windows/libraries.sh has built, zlib Debian's.
+include(${CMAKE_CURRENT_LIST_DIR}/../packaging/windows/toolchain.cmake)
+
 set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
 
 # Header-only libraries are those of this machine. /usr/include itself would bring in the C library's headers too, so that
@@ -19,9 +14,6 @@ if(NOT inTryCompile)
     endforeach()
 endif()
 set(Boost_NO_BOOST_CMAKE ON) # Boost's own package file names /usr/include.
-set(CMAKE_FIND_ROOT_PATH /usr/${triple} ${headers})
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+set(libraries ${CMAKE_CURRENT_LIST_DIR}/../build/windows-libraries/prefix)
+set(CMAKE_FIND_ROOT_PATH ${libraries} /usr/${triple} ${headers})
 set(ZLIB_LIBRARY /usr/${triple}/lib/libz.a CACHE FILEPATH "Found before it would be the library of a DLL.")

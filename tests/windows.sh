@@ -67,14 +67,20 @@ expect 1 convert movie.swf old.swf
 same movie.swf old.swf
 [ -z "$(find . -name '*.tmp')" ]
 
-# There is no minizip for this build.
-expect 1 convert movie.swf movie.zelk
-grep -q 'this build writes no project files' err
-[ ! -e movie.zelk ]
-cp movie.swf some.zelk
-expect 1 check some.zelk
-grep -q 'Unable to open some.zelk' err
-grep -q 'this build reads no project files' err
+# Projects are archives with the text.
+expect 0 convert 'Жук 日本 🎬.xml' 'ä.zelk'
+expect 0 convert 'ä.zelk' back.xml
+same back.xml 'Жук 日本 🎬.xml'
+
+# Pictures out of a movie and into it again, under a name that the code page cannot hold.
+expect 0 convert "$(realpath --relative-to . "$(dirname "$sample")/pictures.xml")" pictures.swf
+expect 0 extract pictures.swf --out-dir 'картины'
+expect 0 replace pictures.swf --tag 1 'картины/1-DefineBitsLossless2.png' again.swf
+expect 0 compare pictures.swf again.swf
+head -c 60 'картины/1-DefineBitsLossless2.png' >cut.png
+expect 1 replace pictures.swf --tag 1 cut.png bad.swf
+grep -q 'PNG: ' err
+[ ! -e bad.swf ]
 
 # Many files, the names expanded by zelkc itself; one file under two spellings is one.
 mkdir many

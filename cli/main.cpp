@@ -3,6 +3,7 @@
 
 #include "Commands.h"
 #include "Console.h"
+#include "LongPaths.h"
 
 #ifdef _WIN32
 #include <fcntl.h>
@@ -65,6 +66,7 @@ int wmain(int argc, wchar_t** argv) {
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
     const Utf8Console console;
+    zelk::takeLongPaths();
     std::vector<std::string> texts;
     std::transform(argv, argv + argc, std::back_inserter(texts), utf8);
     std::vector<char*> arguments;

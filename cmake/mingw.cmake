@@ -1,7 +1,5 @@
-# Cross-compiles for 64-bit Windows; the programs need no DLL but those of Windows. The libraries are those that packaging/windows/libraries.sh has built, zlib Debian's.
+# Cross-compiles for 64-bit Windows. The libraries are those that packaging/windows/libraries.sh has built, zlib Debian's.
 include(${CMAKE_CURRENT_LIST_DIR}/../packaging/windows/toolchain.cmake)
-
-set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
 
 # Header-only libraries are those of this machine. /usr/include itself would bring in the C library's headers too, so that
 # the build folder serves as a prefix in which only these can be found.
@@ -14,6 +12,9 @@ if(NOT inTryCompile)
     endforeach()
 endif()
 set(Boost_NO_BOOST_CMAKE ON) # Boost's own package file names /usr/include.
-set(libraries ${CMAKE_CURRENT_LIST_DIR}/../build/windows-libraries/prefix)
+cmake_path(SET libraries NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../build/windows-libraries/prefix)
 set(CMAKE_FIND_ROOT_PATH ${libraries} /usr/${triple} ${headers})
 set(ZLIB_LIBRARY /usr/${triple}/lib/libz.a CACHE FILEPATH "Found before it would be the library of a DLL.")
+# The tools of Qt that run while something is built are those of this machine.
+set(QT_HOST_PATH /usr CACHE PATH "")
+set(QT_HOST_PATH_CMAKE_DIR /usr/lib/x86_64-linux-gnu/cmake CACHE PATH "")

@@ -227,7 +227,7 @@ static std::vector<CaseFile> parseText(const std::filesystem::path& path, const 
     std::vector<CaseFile> files;
     CaseFile file, header;
     file.path = path;
-    const std::string folder = path.parent_path().filename();
+    const std::string folder = path.parent_path().filename().string();
     file.fullForm = folder == "full" || folder == "abc";
     std::istringstream in(text);
     size_t row = 0, sectionRow = 0;

@@ -84,6 +84,7 @@ public:
         return found == values.end() ? std::nullopt : std::optional(found->second);
     }
     void setValue(const std::string& key, const std::string& text) override { values[key] = text; }
+    void setNumber(const std::string& key, uint32_t number) override { values[key] = std::to_string(number); }
     void remove(const std::string& key) override { values.erase(key); }
 };
 

@@ -72,6 +72,15 @@ expect 0 convert 'Жук 日本 🎬.xml' 'ä.zelk'
 expect 0 convert 'ä.zelk' back.xml
 same back.xml 'Жук 日本 🎬.xml'
 
+# A path of more than 260 characters.
+far="$(printf 'папка-%.0s' {1..10})"
+far="$far/$far/$far/$far/$far"
+mkdir -p "$far"
+expect 0 convert movie.swf "$far/фильм.xml"
+expect 0 convert "$far/фильм.xml" "$far/фильм.swf"
+expect 0 convert "$far/фильм.xml" "$far/фильм.swf" # replaced
+same "$far/фильм.swf" movie.swf
+
 # Pictures out of a movie and into it again, under a name that the code page cannot hold.
 expect 0 convert "$(realpath --relative-to . "$(dirname "$sample")/pictures.xml")" pictures.swf
 expect 0 extract pictures.swf --out-dir 'картины'

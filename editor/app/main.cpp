@@ -2,6 +2,8 @@
 #include <QCommandLineParser>
 #include <QDir>
 
+#include "FileTypes.h"
+#include "LongPaths.h"
 #include "MainWindow.h"
 #include "SingleInstance.h"
 #include "StateFolder.h"
@@ -19,6 +21,7 @@ QStringList fullPaths(const QStringList& names) {
 } // namespace
 
 int main(int argc, char** argv) {
+    zelk::takeLongPaths();
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Orvane"));
     QApplication::setApplicationName(QStringLiteral("Zelk"));
@@ -34,10 +37,22 @@ int main(int argc, char** argv) {
     const QCommandLineOption alone(QStringLiteral("new-window"),
                                    QCoreApplication::translate("main", "Do not hand the files to a running Zelk."));
     parser.addOption(alone);
+    const QCommandLineOption associate(
+        QStringLiteral("associate"), QCoreApplication::translate("main", "Offer Zelk for its kinds of file, and end."));
+    const QCommandLineOption dissociate(QStringLiteral("dissociate"),
+                                        QCoreApplication::translate("main", "Take that back, and end."));
+    if (zelk::canSetFileTypes())
+        parser.addOptions({associate, dissociate}); // for the installer
     parser.addPositionalArgument(QStringLiteral("FILE"), QCoreApplication::translate("main", "Files to open"),
                                  QStringLiteral("[FILE...]"));
     parser.process(application);
 
+    for (const QCommandLineOption* option : {&associate, &dissociate}) {
+        if (zelk::canSetFileTypes() && parser.isSet(*option)) {
+            zelk::setFileTypes(option == &associate);
+            return 0;
+        }
+    }
     const QStringList files = fullPaths(parser.positionalArguments());
     zelk::SingleInstance instance;
     if (!parser.isSet(alone) && instance.handOver(files))

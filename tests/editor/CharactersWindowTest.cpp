@@ -81,7 +81,7 @@ TEST_F(CharactersWindow, NamesStandBesideIdsInListStatusAndCompletion) {
     editor().gotoOffset(at("1\" Move"));
     editor().complete();
     char chosen[100] = {};
-    editor().SendScintilla(QsciScintillaBase::SCI_AUTOCGETCURRENTTEXT, 0UL, chosen);
+    editor().SendScintilla(QsciScintillaBase::SCI_AUTOCGETCURRENTTEXT, 0UL, static_cast<void*>(chosen));
     EXPECT_STREQ(chosen, "1  DefineShape ball");
     editor().send(QsciScintillaBase::SCI_AUTOCCANCEL);
     window->actions().action(CommandId::tagList)->trigger();

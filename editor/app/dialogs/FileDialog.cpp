@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QOperatingSystemVersion>
 
 namespace zelk {
 
@@ -47,11 +48,24 @@ qsizetype FileDialog::selectedKind() const {
     return std::max<qsizetype>(index, 0);
 }
 
+// Windows puts the chosen kind's suffix even behind the suffix of another kind, unless a program has made that known to
+// it.
+QString FileDialog::nameToSave() const {
+    QString name = selectedFiles().value(0);
+    constexpr bool isWindows = QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows;
+    if (!isWindows || QFileInfo::exists(name))
+        return name;
+    const QFileInfo typed(name.chopped(QFileInfo(name).suffix().size() + 1));
+    const QString pattern = QStringLiteral("*.") + typed.suffix();
+    const bool hasKind = std::ranges::any_of(_kinds, [&](const Kind& kind) { return kind.patterns == pattern; });
+    return hasKind ? typed.filePath() : name;
+}
+
 std::optional<QString>
 FileDialog::askWhereToSave(const std::function<QString(const QString& name, qsizetype kind)>& complete) {
     setAcceptMode(AcceptSave);
     while (exec() == Accepted) {
-        const QString name = complete(selectedFiles().value(0), selectedKind());
+        const QString name = complete(nameToSave(), selectedKind());
         const auto mayReplace = [&] {
             return QMessageBox::warning(
                        parentWidget(), windowTitle(),

@@ -10,8 +10,7 @@ namespace zelk {
 
 /// Tells which kind of file is chosen, and shows the names of kinds as they are given. Both depend on whether Qt or the
 /// desktop draws the dialog.
-class FileDialog : public QFileDialog {
-    Q_OBJECT
+class FileDialog : public QFileDialog { // without Q_OBJECT: Qt lets the desktop draw only what calls itself QFileDialog
 public:
     struct Kind {
         QString shown;    ///< "Xml File (*.xml)"
@@ -31,6 +30,8 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    QString nameToSave() const;
+
     const QList<Kind> _kinds;
 };
 

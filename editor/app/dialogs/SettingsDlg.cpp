@@ -9,6 +9,8 @@
 #include <QLineEdit>
 #include <QSpinBox>
 
+#include "FileTypes.h"
+
 namespace zelk {
 
 namespace {
@@ -103,6 +105,10 @@ SettingsDlg::SettingsDlg(const QSettings& settings, int theme, bool fullForm, QW
     layout->addRow(tr("&Command:"), _command);
     layout->addRow(QString(), _copies);
     layout->addRow(QString(), _backups);
+    if (canSetFileTypes()) {
+        _types = tick(this, tr("Offer Zelk for &movies in the file manager"), hasFileTypes());
+        layout->addRow(QString(), _types);
+    }
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -127,6 +133,8 @@ void SettingsDlg::keepIn(QSettings& settings) const {
     settings.setValue(commandKey, _command->text());
     settings.setValue(copiesKey, _copies->isChecked());
     settings.setValue(backupsKey, _backups->isChecked());
+    if (_types != nullptr && _types->isChecked() != hasFileTypes())
+        setFileTypes(_types->isChecked());
 }
 
 } // namespace zelk

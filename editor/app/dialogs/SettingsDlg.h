@@ -36,6 +36,7 @@ private:
     QFontComboBox* _font;
     QSpinBox *_size, *_tabWidth;
     QCheckBox *_wraps, *_copies, *_backups;
+    QCheckBox* _types = nullptr; // where the program can set them
     QLineEdit* _command;
 };
 

@@ -1,5 +1,6 @@
 #include "WindowDialogs.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGridLayout>
@@ -75,7 +76,7 @@ std::optional<std::string> WindowDialogs::chooseFileToSave(const std::string& pr
         const QString extension = QString::fromLatin1(extensionOf(kinds[kind]));
         return typed.endsWith(u'.') ? typed + extension : typed + u'.' + extension;
     });
-    return name ? std::optional(name->toStdString()) : std::nullopt;
+    return name ? std::optional(QDir::toNativeSeparators(*name).toStdString()) : std::nullopt;
 }
 
 void WindowDialogs::setPayloadFolder(const Document& document) {

@@ -1,5 +1,6 @@
 #include "OpenDocuments.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 #include "DocumentViewCommands.h"
@@ -47,7 +48,7 @@ bool OpenDocuments::open(const QStringList& fileNames) {
 }
 
 bool OpenDocuments::openFile(const QString& fileName) {
-    const QString name = QFileInfo(fileName).absoluteFilePath();
+    const QString name = QDir::toNativeSeparators(QFileInfo(fileName).absoluteFilePath()); // as it is shown
     if (DocumentView* view = viewOf(name)) {
         _recentFiles.add(view->document().fileName);
         _tabs.setCurrentWidget(view);

@@ -1,11 +1,11 @@
 #include "ThemeIcon.h"
 
-#include <QFile>
 #include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
 #include <QPalette>
-#include <QSvgRenderer>
+
+#include "IconDrawing.h"
 
 namespace zelk {
 
@@ -13,15 +13,12 @@ namespace {
 
 class ThemeIconEngine : public QIconEngine {
 public:
-    explicit ThemeIconEngine(QByteArray drawing) : _drawing(std::move(drawing)) {}
+    explicit ThemeIconEngine(IconDrawing drawing) : _drawing(std::move(drawing)) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
         const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
         const auto role = mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::WindowText;
-        const QColor color = QGuiApplication::palette().color(group, role);
-        QByteArray drawing = _drawing;
-        drawing.replace("currentColor", color.name().toLatin1());
-        QSvgRenderer(drawing).render(painter, rect);
+        _drawing.paint(*painter, rect, QGuiApplication::palette().color(group, role));
     }
 
     QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
@@ -39,16 +36,14 @@ public:
     QIconEngine* clone() const override { return new ThemeIconEngine(_drawing); }
 
 private:
-    QByteArray _drawing;
+    IconDrawing _drawing;
 };
 
 } // namespace
 
 QIcon themeIcon(const QString& name) {
-    QFile file(QStringLiteral(":/icons/%1.svg").arg(name));
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QIcon(new ThemeIconEngine(file.readAll()));
+    const IconDrawing drawing(name);
+    return drawing.isNull() ? QIcon() : QIcon(new ThemeIconEngine(drawing));
 }
 
 } // namespace zelk

@@ -141,7 +141,8 @@ void PlayerProcess::startCommand(const QString& command, const QString& movie) {
 
 void PlayerProcess::startOwn(const Playing& first) {
     if (!QFileInfo(_program).isExecutable())
-        throw NoPlayerException(tr("This Zelk was built without a player.").toStdString());
+        throw NoPlayerException(
+            tr("This Zelk has no player of its own. Tools, Settings takes a program that plays movies.").toStdString());
     auto* process = new QProcess(this);
     // Its complaints go where the editor's own go; the last one may be the reason for its end.
     const auto complaints = std::make_shared<QByteArray>();

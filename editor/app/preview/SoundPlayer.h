@@ -1,13 +1,10 @@
 // Plays samples.
 #pragma once
 
-#include <QBuffer>
 #include <QTimer>
 #include <memory>
 
-#include "SoundCodec.h"
-
-class QAudioSink;
+#include "SoundOutput.h"
 
 namespace zelk {
 
@@ -15,14 +12,12 @@ class SoundPlayer : public QObject {
     Q_OBJECT
 public:
     explicit SoundPlayer(QObject* parent = nullptr);
-    ~SoundPlayer() override;
 
-    /// False where there is nothing to play on. The first call looks for it.
-    static bool hasDevice();
+    static bool hasDevice() { return SoundOutput::hasDevice(); }
 
     void play(std::shared_ptr<const Sound> sound);
     void stop();
-    bool isPlaying() const { return _sink != nullptr; }
+    bool isPlaying() const { return _output != nullptr; }
     /// How far it is, from 0 to 1; below 0 when nothing is played.
     double played() const;
     /// What kept the last sound from being played to its end; empty for nothing.
@@ -36,8 +31,7 @@ private:
     void look();
 
     std::shared_ptr<const Sound> _sound;
-    QBuffer _samples;
-    std::unique_ptr<QAudioSink> _sink; // null while nothing is played
+    std::unique_ptr<SoundOutput> _output; // null while nothing is played
     QTimer _timer;
     QString _problem;
 };

@@ -12,6 +12,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include "IconDrawing.h"
+
 namespace zelk {
 
 namespace {
@@ -130,7 +132,7 @@ QIcon StartPage::iconOf(const QImage& picture) const {
         area.moveCenter(all.center());
         QRect sign(0, 0, side, side);
         sign.moveCenter(all.center());
-        QIcon(QStringLiteral(":/icons/zelk.svg")).paint(&painter, sign, Qt::AlignCenter, QIcon::Disabled);
+        programIcon().paint(&painter, sign, Qt::AlignCenter, QIcon::Disabled);
     } else {
         area = QRect(QPoint(), picture.size().scaled(all.size(), Qt::KeepAspectRatio));
         area.moveCenter(all.center());

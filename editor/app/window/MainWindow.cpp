@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "FormNotice.h"
+#include "IconDrawing.h"
 #include "LinesNotice.h"
 #include "PreviewPane.h"
 #include "SettingsDlg.h"
@@ -56,7 +57,7 @@ MainWindow::MainWindow(QSettings& settings, const QString& stateFolder)
 }
 
 void MainWindow::buildLayout() {
-    setWindowIcon(QIcon(QStringLiteral(":/icons/zelk.svg")));
+    setWindowIcon(programIcon());
     setAcceptDrops(true);
     auto* documents = new QWidget(this);
     auto* layout = new QVBoxLayout(documents);

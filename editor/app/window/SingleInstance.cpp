@@ -4,6 +4,10 @@
 #include <QDir>
 #include <QLocalSocket>
 
+#ifdef Q_OS_WIN
+#include <windows.h>
+#endif
+
 namespace zelk {
 
 namespace {
@@ -11,6 +15,13 @@ namespace {
 constexpr int patience = 5000;                  // milliseconds
 constexpr qint64 longestMessage = 16 << 20;     // bytes; a command line has 2 MB
 constexpr QChar separator = QChar(QChar::Null); // which stands in no path
+
+// Windows lets only the program that the user has just started come to the front, and those that it lets.
+void letOthersComeToFront() {
+#ifdef Q_OS_WIN
+    AllowSetForegroundWindow(ASFW_ANY);
+#endif
+}
 
 } // namespace
 
@@ -29,6 +40,7 @@ bool SingleInstance::handOver(const QStringList& files) {
         }
         return false;
     }
+    letOthersComeToFront();
     QDataStream stream(&socket);
     stream << files.join(separator).toUtf8();
     while (socket.bytesToWrite() > 0) {

@@ -14,6 +14,7 @@ public:
 
     std::optional<std::string> value(const std::string& key) const override;
     void setValue(const std::string& key, const std::string& value) override;
+    void setNumber(const std::string& key, uint32_t value) override { _settings.setValue(path(key), value); }
     void remove(const std::string& key) override { _settings.remove(path(key)); }
 
 private:

@@ -51,7 +51,7 @@ void FilesRecentList::remove(const std::string& fileName) {
 }
 
 void FilesRecentList::save() {
-    _settings.setValue(countKey, std::to_string(_limit));
+    _settings.setNumber(countKey, _limit);
     for (size_t i = _files.size(); i >= 1; --i)
         _settings.setValue(entryKey(i), _files[i - 1]);
     for (size_t i = _files.size() + 1; i <= most; ++i)

@@ -14,6 +14,7 @@ public:
     virtual ~ISettings() = default;
     virtual std::optional<std::string> value(const std::string& key) const = 0;
     virtual void setValue(const std::string& key, const std::string& value) = 0;
+    virtual void setNumber(const std::string& key, uint32_t value) = 0;
     virtual void remove(const std::string& key) = 0;
 };
 

@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <io.h>
 #include <sys/stat.h>
+#include <windows.h>
 #else
 #include <unistd.h>
 #endif
@@ -48,7 +49,19 @@ bool isProtected(const fs::path& path) {
     return (fs::status(path, ignored).permissions() & fs::perms::owner_write) == fs::perms::none;
 }
 
-void copyPermissions(const fs::path&, const fs::path&) {} // There are none besides the read-only flag.
+// Keeps who may do what with the file. A virus scanner, or whatever else looks at new files, may hold one for a moment.
+std::error_code replaceFile(const fs::path& scratch, const fs::path& target) {
+    constexpr DWORD keepOn = REPLACEFILE_IGNORE_MERGE_ERRORS | REPLACEFILE_IGNORE_ACL_ERRORS, pause = 50;
+    for (int left = 5;; --left) {
+        if (ReplaceFileW(target.c_str(), scratch.c_str(), nullptr, keepOn, nullptr, nullptr) != 0 ||
+            MoveFileExW(scratch.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0)
+            return {};
+        const DWORD error = GetLastError();
+        if (left == 1 || (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED))
+            return {static_cast<int>(error), std::system_category()};
+        Sleep(pause);
+    }
+}
 
 #else
 
@@ -67,6 +80,13 @@ void copyPermissions(const fs::path& from, const fs::path& to) {
     const fs::file_status status = fs::status(from, ignored);
     if (fs::exists(status))
         fs::permissions(to, status.permissions(), ignored);
+}
+
+std::error_code replaceFile(const fs::path& scratch, const fs::path& target) {
+    std::error_code failure;
+    copyPermissions(target, scratch);
+    fs::rename(scratch, target, failure);
+    return failure;
 }
 
 #endif
@@ -131,9 +151,7 @@ void writeBeside(const std::string& fileName, const void* data, size_t size) {
     }
     std::string reason = systemReason(error);
     if (done) {
-        std::error_code failure;
-        copyPermissions(target, scratch);
-        fs::rename(scratch, target, failure);
+        const std::error_code failure = replaceFile(scratch, target);
         done = !failure;
         reason = reasonOf(failure);
     }

@@ -162,6 +162,17 @@ TEST_F(ColouredView, FollowsEdits) {
     EXPECT_EQ(colours(), ".......\"\"\"....TTT...\"\"\"..") << "no old colour stays";
 }
 
+TEST_F(ColouredView, FollowsTheHeightOfTheView) {
+    std::string text;
+    while (text.size() < 600)
+        text += "<End/>\n";
+    view.resize(600, 60);
+    view.setText(text);
+    EXPECT_TRUE(colours().ends_with("......."));
+    view.resize(600, 3000);
+    EXPECT_TRUE(colours().ends_with(".TTT..."));
+}
+
 // Only base64 of payloads is shortened.
 TEST_F(ColouredView, LongLinesAreSeenToTheirEnd) {
     const std::string many(3000, 'A');

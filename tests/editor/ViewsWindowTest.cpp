@@ -51,6 +51,8 @@ TEST_F(ViewsTest, ViewsStayWhereTheyWereLeft) {
 
     press(Qt::Key_Z, Qt::AltModifier);
     EXPECT_EQ(editor().send(Sci::SCI_GETWRAPMODE), long(Sci::SC_WRAP_WORD));
+    openFile("long.xml", "<Movie a=\"" + std::string(140'000, 'x') + "\"/>");
+    EXPECT_EQ(editor().send(Sci::SCI_GETWRAPMODE), long(Sci::SC_WRAP_NONE));
 
     auto* preview = window->findChild<QDockWidget*>(QStringLiteral("preview"));
     ASSERT_NE(preview, nullptr);

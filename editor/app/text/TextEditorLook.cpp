@@ -78,7 +78,22 @@ void TextEditorView::setTextLook(const Look& look) {
         setColors();
     send(SCI_SETTABWIDTH, look.tabWidth);
     send(SCI_SETINDENT, look.tabWidth);
-    send(SCI_SETWRAPMODE, look.wraps ? SC_WRAP_WORD : SC_WRAP_NONE);
+    send(SCI_SETWRAPMODE, look.wraps && canWrap() ? SC_WRAP_WORD : SC_WRAP_NONE);
+}
+
+// The control lays a line out in one piece, and notes the height of all lines at once: the window would stand still.
+bool TextEditorView::canWrap() const {
+    constexpr size_t most = size_t(32) << 20, longest = size_t(128) << 10; // each a tenth of a second at most
+    const std::string_view bytes = text();
+    if (bytes.size() > most)
+        return false;
+    for (size_t start = 0; start < bytes.size();) {
+        const size_t end = std::min(bytes.find('\n', start), bytes.size());
+        if (end - start > longest)
+            return false;
+        start = end + 1;
+    }
+    return true;
 }
 
 void TextEditorView::changeEvent(QEvent* event) {

@@ -39,6 +39,14 @@ TextEditorView::TextEditorView(QWidget* parent)
             Q_EMIT placeChanged();
         }
     });
+    // The screen can come to have other lines without a word of that: when the view grows, for one.
+    connect(this, &QsciScintillaBase::SCN_PAINTED, this, [this] {
+        if (linesOnScreen() == _styled)
+            return;
+        styleVisible();
+        if (_marked != nullptr)
+            markVisibleMatches();
+    });
     connect(this, &TextControl::edited, this, &TextEditorView::placeChanged);
     connect(this, &TextControl::willInsert, this, [this](size_t at, size_t bytes) { _jumps.inserted(at, bytes); });
     connect(this, &TextControl::willDelete, this,
@@ -254,9 +262,14 @@ void TextEditorView::insertElement(ElementKind kind) {
 
 // --- what is drawn ---------------------------------------------------------------------------------------------------
 
+std::pair<long, long> TextEditorView::linesOnScreen() const {
+    const long top = send(SCI_GETFIRSTVISIBLELINE), shown = send(SCI_LINESONSCREEN) + 1;
+    return {send(SCI_DOCLINEFROMVISIBLE, top), send(SCI_DOCLINEFROMVISIBLE, top + shown)};
+}
+
 void TextEditorView::forVisible(const std::function<void(long first, long last)>& act) const {
     const long top = send(SCI_GETFIRSTVISIBLELINE), shown = send(SCI_LINESONSCREEN) + 1;
-    const long first = send(SCI_DOCLINEFROMVISIBLE, top), last = send(SCI_DOCLINEFROMVISIBLE, top + shown);
+    const auto [first, last] = linesOnScreen();
     long run = first; // Folded lines between the visible ones are left out.
     long before = first;
     for (long i = 1; i <= shown; ++i) {
@@ -274,6 +287,7 @@ void TextEditorView::forVisible(const std::function<void(long first, long last)>
 void TextEditorView::styleVisible() {
     if (_longLines.size() > 1000)
         _longLines.clear();
+    _styled = linesOnScreen();
     forVisible([this](long first, long last) { styleLines(first, last); });
     // All the rest counts as coloured; it will be when it is on the screen.
     send(SCI_STARTSTYLING, send(SCI_GETLENGTH));

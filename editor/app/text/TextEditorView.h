@@ -37,6 +37,8 @@ public:
         bool operator==(const Look&) const = default;
     };
     void setTextLook(const Look& look);
+    /// Not in a text of more than 32 MB, or with a line of more than 128 KB: it stays as it is.
+    bool canWrap() const;
     /// The grounds that text stands on: the usual one, that of the caret's line, that of what is selected.
     static std::array<QRgb, 3> grounds(bool isDark);
     /// What selected text of a class has. On light ground that is one colour for all: theirs could not be read.
@@ -133,6 +135,8 @@ private:
     void setKeys();
     void setMargins();
     void setIndicators();
+    /// The first and the last.
+    std::pair<long, long> linesOnScreen() const;
     /// Calls it with the first and last line of each run of lines on the screen.
     void forVisible(const std::function<void(long first, long last)>& act) const;
     void styleVisible();
@@ -161,6 +165,7 @@ private:
     JumpHistory _jumps;
     std::shared_ptr<const TextSearch> _marked;
     TextEditorAutocomplete* _autocomplete;
+    std::pair<long, long> _styled{-1, -1}; // lines
 };
 
 } // namespace zelk

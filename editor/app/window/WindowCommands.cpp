@@ -119,6 +119,10 @@ void WindowCommands::addProgramCommands() {
         TextEditorView::Look look = textLook(_parts.settings);
         look.wraps = !look.wraps;
         setTextLook(look);
+        DocumentView* view = _parts.tabs.current();
+        if (look.wraps && view != nullptr && !view->editor().canWrap())
+            _parts.statusBar.showMessage(
+                tr("Not in this document: it has more than 32 MB, or a line of more than 128 KB."));
     };
     _handlers[CommandId::find] = [this] { _parts.search.openFind(); };
     _handlers[CommandId::findNext] = [this] { _parts.search.findNext(); };

@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include "FilterKeys.h"
+#include "Theme.h"
 
 namespace zelk {
 
@@ -37,7 +38,7 @@ FindSymbolDlg::FindSymbolDlg(const std::vector<Symbol>& symbols, QWidget* parent
     for (QWidget* widget : {static_cast<QWidget*>(_filter), static_cast<QWidget*>(_list), static_cast<QWidget*>(_count),
                             static_cast<QWidget*>(buttons)})
         layout->addWidget(widget);
-    resize(640, 460);
+    resizeOnScreen(*this, {640, 460});
     showMatching({});
     _filter->setFocus();
 }

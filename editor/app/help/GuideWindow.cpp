@@ -7,6 +7,8 @@
 #include <QSplitter>
 #include <QToolBar>
 
+#include "Theme.h"
+
 // A library's resources are linked in only when something asks for them, and not from inside a namespace.
 static void loadGuide() { Q_INIT_RESOURCE(guide); }
 
@@ -62,7 +64,7 @@ GuideWindow::GuideWindow(QWidget* parent)
     : QMainWindow(parent), _contents(new QListWidget(this)), _browser(new GuideBrowser(this)) {
     loadGuide();
     setWindowTitle(tr("Guide - Zelk"));
-    resize(920, 640);
+    resizeOnScreen(*this, {920, 640});
     _contents->setAccessibleName(tr("Pages of the guide"));
     for (const QString& page : pages()) {
         auto* item = new QListWidgetItem(titleOf(page), _contents);

@@ -15,6 +15,7 @@
 
 #include "Exceptions.h"
 #include "TextEditorView.h"
+#include "Theme.h"
 
 namespace zelk {
 
@@ -49,7 +50,7 @@ RecoveryDialog::RecoveryDialog(const std::vector<KeptDocument>& documents, Texts
     addButton(tr("&Discard..."), "Remove what was kept of the selected documents", [this] { choose(Choice::discard); });
     addButton(tr("La&ter"), "Keep them, and ask again at the next start", [this] { reject(); });
     _list->setFocus();
-    resize(720, 300);
+    resizeOnScreen(*this, {720, 300});
 }
 
 void RecoveryDialog::addRow(const KeptDocument& document) {

@@ -10,6 +10,7 @@
 
 #include "DocumentFonts.h"
 #include "TagCheck.h"
+#include "Theme.h"
 #include "ThemeIcon.h"
 #include "WindowDialogs.h"
 
@@ -19,7 +20,7 @@ TagEditorDlg::TagEditorDlg(QWidget* parent, TaggedText& document)
     : QDialog(parent), _document(document), _editor(new TextEditorView(this)) {
     setWindowTitle(tr("Tag Editor"));
     setSizeGripEnabled(true);
-    resize(760, 480);
+    resizeOnScreen(*this, {760, 480});
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(_editor);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);

@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QPalette>
 #include <QProxyStyle>
+#include <QScreen>
+#include <QWidget>
 
 namespace zelk {
 
@@ -39,6 +41,11 @@ QPalette palette(const Colors& theme) {
 } // namespace
 
 void setPlainButtons() { QApplication::setStyle(new PlainButtons); }
+
+void resizeOnScreen(QWidget& window, const QSize& wanted) {
+    constexpr QSize frame(16, 48);
+    window.resize(wanted.boundedTo(window.screen()->availableSize() - frame));
+}
 
 void applyTheme(Theme theme) {
     switch (theme) {

@@ -1,7 +1,10 @@
-// Light, dark, or what the system says.
+// What all windows have in common: light, dark, or what the system says; buttons; sizes.
 #pragma once
 
+#include <QSize>
 #include <QString>
+
+class QWidget;
 
 namespace zelk {
 
@@ -9,6 +12,9 @@ enum class Theme : uint8_t { system, light, dark };
 
 /// The style of the desktop, with words alone on the buttons of dialogs.
 void setPlainButtons();
+
+/// Makes a window that is not shown yet this big, or as big as its screen and a frame allow.
+void resizeOnScreen(QWidget& window, const QSize& wanted);
 
 /// Gives all windows the colours of a theme.
 void applyTheme(Theme theme);

@@ -9,6 +9,7 @@
 #include <QPushButton>
 
 #include "FilterKeys.h"
+#include "Theme.h"
 
 namespace zelk {
 
@@ -46,7 +47,7 @@ InsertElementDlg::InsertElementDlg(const QString& title, const std::vector<xml2s
     layout->addWidget(buttons, 2, 0, 1, 2);
     layout->setColumnStretch(0, 2);
     layout->setColumnStretch(1, 5);
-    resize(760, 420);
+    resizeOnScreen(*this, {760, 420});
     showMatching({});
     _filter->setFocus();
 }

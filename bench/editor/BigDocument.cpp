@@ -1,5 +1,5 @@
-// A document of 100 MB in the text view, and 100,000 tags and 30,000 methods in the tag list: how long each step
-// keeps the window from doing anything else, and how much memory the text takes. Runs without a display.
+// A document of 100 MB in the text view, the tools for it, and 100,000 tags and 30,000 methods in the tag list: how
+// long each step keeps the window from doing anything else, and how much memory it takes. Runs without a display.
 #include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <fstream>
 
+#include "BigDocument.h"
 #include "CommandTable.h"
 #include "Conversion.h"
 #include "DocumentView.h"
@@ -23,23 +24,18 @@
 #include "UsesPanel.h"
 #include "WindowDialogs.h"
 
-namespace {
-
-constexpr size_t textSize = 100'000'000;
-
-// Shapes and scripts as a conversion shows them, and a payload now and then.
-std::string bigText() {
+std::string bench::bigText(size_t size, bool hasPayloads) {
     std::string text =
         "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n<Movie SwfVersion=\"8\" Width=\"550\" Height=\"400\" "
         "FrameRate=\"12\">\n";
-    text.reserve(textSize + 2'000'000);
-    for (int id = 1; text.size() < textSize; ++id) {
+    text.reserve(size + 2'000'000);
+    for (int id = 1; text.size() < size; ++id) {
         const std::string number = std::to_string(id);
         text += "    <DefineShape3 ShapeId=\"" + number + "\">\n        <Shapes>\n";
         for (int edge = 0; edge < 500; ++edge)
             text += "            <Line X=\"" + std::to_string(edge) + "\" Y=\"" + number + "\" />\n";
         text += "        </Shapes>\n    </DefineShape3>\n";
-        if (id % 500 == 0) {
+        if (hasPayloads && id % 500 == 0) {
             const std::string payload(1'000'000, 'A');
             text += "    <DefineBinaryData Id=\"" + number + "\">\n        <Data><![CDATA[" + payload +
                     "]]></Data>\n    </DefineBinaryData>\n";
@@ -48,8 +44,7 @@ std::string bigText() {
     return text + "    <FrameLabel Name=\"the needle\" />\n</Movie>";
 }
 
-// Megabytes of "VmRSS" or "VmHWM".
-double memory(const std::string& what) {
+double bench::memory(const std::string& what) {
     std::ifstream status("/proc/self/status");
     for (std::string line; std::getline(status, line);) {
         if (line.starts_with(what + ":"))
@@ -58,53 +53,9 @@ double memory(const std::string& what) {
     return 0;
 }
 
-void handleEvents() {
-    for (int i = 0; i < 3; ++i)
-        QCoreApplication::processEvents();
-}
+namespace {
 
-// The longest of some runs, in milliseconds, with all that the step makes the window do.
-template <class Step>
-void measure(const char* name, int runs, Step step) {
-    double longest = 0;
-    for (int i = 0; i < runs; ++i) {
-        QElapsedTimer timer;
-        timer.start();
-        step();
-        handleEvents();
-        longest = std::max(longest, static_cast<double>(timer.nsecsElapsed()) / 1e6);
-    }
-    std::printf("%-44s %9.1f ms\n", name, longest);
-}
-
-// The longest that the window waits for its next event, while a step runs a loop of its own.
-template <class Step>
-void measureWaits(const char* name, Step step) {
-    double longest = 0;
-    QElapsedTimer since;
-    const auto look = [&] {
-        longest = std::max(longest, static_cast<double>(since.nsecsElapsed()) / 1e6);
-        since.start();
-    };
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, look);
-    timer.start(0);
-    since.start();
-    step();
-    handleEvents();
-    look();
-    std::printf("%-44s %9.1f ms\n", name, longest);
-}
-
-void press(QWidget& widget, int key, const QString& text, Qt::KeyboardModifiers modifiers = {}) {
-    QKeyEvent event(QEvent::KeyPress, key, modifiers, text);
-    QApplication::sendEvent(&widget, &event);
-}
-
-void showBig(QWidget& view) {
-    view.resize(1000, 700);
-    view.show();
-}
+using namespace bench;
 
 // A movie with 45 MB of code in 3,000 classes.
 std::string manyMethods() {
@@ -289,6 +240,8 @@ int main(int argc, char** argv) {
     std::printf("%-44s %9.2f x\n", "memory, in sizes of the text", (memory("VmRSS") - before) / textMegabytes);
     std::printf("%-44s %9.2f x\n", "at most, with the text handed over", (memory("VmHWM") - before) / textMegabytes);
     measureCopies(view);
+    view.setText({});
+    measureTools();
     measureTagList();
     measurePanes();
     measureMethods();

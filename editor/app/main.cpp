@@ -27,7 +27,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("Zelk"));
     QApplication::setApplicationVersion(QStringLiteral(ZELK_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("zelk"));
-    zelk::setPlainButtons();
+    zelk::applyStyle();
 
     QCommandLineParser parser;
     parser.setApplicationDescription(

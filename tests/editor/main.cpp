@@ -3,11 +3,13 @@
 
 #include <QApplication>
 
+#include "Theme.h"
+
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
-    QApplication::setStyle(QStringLiteral("fusion"));
+    zelk::applyStyle();
     return RUN_ALL_TESTS();
 }

@@ -1,21 +1,74 @@
 #include "Theme.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QPainter>
 #include <QPalette>
 #include <QProxyStyle>
 #include <QScreen>
+#include <QStyleOption>
 #include <QWidget>
 
 namespace zelk {
 
 namespace {
 
-class PlainButtons : public QProxyStyle {
+// Qt's own style shows faintly where the keyboard is, on dark ground not at all, and nothing in empty lists.
+class ProgramStyle : public QProxyStyle {
 public:
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* more) const override {
         return hint == SH_DialogButtonBox_ButtonsHaveIcons ? 0 : QProxyStyle::styleHint(hint, option, widget, more);
     }
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override {
+        if (element != PE_FrameFocusRect || !_isQtsOwn)
+            return QProxyStyle::drawPrimitive(element, option, painter, widget);
+        if (!option->state.testFlag(State_KeyboardFocusChange))
+            return;
+        const auto* focus = qstyleoption_cast<const QStyleOptionFocusRect*>(option);
+        const bool hasGround = focus != nullptr && focus->backgroundColor.isValid();
+        drawFocus(*option, hasGround ? focus->backgroundColor : option->palette.color(QPalette::Window), option->rect,
+                  2, *painter);
+    }
+
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+        QProxyStyle::drawControl(element, option, painter, widget);
+        if (!_isQtsOwn || !option->state.testFlag(State_HasFocus))
+            return;
+        const bool isByKeys = option->state.testFlag(State_KeyboardFocusChange);
+        if (element == CE_ShapedFrame && showsInFrame(widget))
+            drawFocus(*option, option->palette.color(QPalette::Base), option->rect, 0, *painter);
+        else if (isByKeys && (element == CE_PushButton || element == CE_TabBarTabLabel))
+            drawFocus(*option, option->palette.color(QPalette::Button), option->rect.adjusted(3, 3, -3, -3), 2,
+                      *painter);
+    }
+
+private:
+    // Where something is typed the caret shows it.
+    static bool showsInFrame(const QWidget* widget) {
+        return qobject_cast<const QAbstractItemView*>(widget) != nullptr ||
+               (qobject_cast<const QAbstractScrollArea*>(widget) != nullptr &&
+                !widget->testAttribute(Qt::WA_InputMethodEnabled));
+    }
+
+    static void drawFocus(const QStyleOption& option, const QColor& ground, const QRect& rect, double radius,
+                          QPainter& painter) {
+        const QColor highlight = option.palette.color(QPalette::Highlight);
+        const bool isDark = ground.lightness() < 128;
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(ground == highlight ? option.palette.color(QPalette::HighlightedText)
+                       : isDark            ? highlight.lighter(160)
+                                           : highlight.darker(110));
+        painter.drawRoundedRect(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+        painter.restore();
+    }
+
+    const bool _isQtsOwn = baseStyle()->name() == u"fusion";
 };
 
 struct Colors {
@@ -40,7 +93,7 @@ QPalette palette(const Colors& theme) {
 
 } // namespace
 
-void setPlainButtons() { QApplication::setStyle(new PlainButtons); }
+void applyStyle() { QApplication::setStyle(new ProgramStyle); }
 
 void resizeOnScreen(QWidget& window, const QSize& wanted) {
     constexpr QSize frame(16, 48);

@@ -10,8 +10,9 @@ namespace zelk {
 
 enum class Theme : uint8_t { system, light, dark };
 
-/// The style of the desktop, with words alone on the buttons of dialogs.
-void setPlainButtons();
+/// The style of the desktop, with words alone on the buttons of dialogs and, where it is Qt's own, a frame around what
+/// has the keyboard.
+void applyStyle();
 
 /// Makes a window that is not shown yet this big, or as big as its screen and a frame allow.
 void resizeOnScreen(QWidget& window, const QSize& wanted);

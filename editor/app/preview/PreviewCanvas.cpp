@@ -1,10 +1,12 @@
 #include "PreviewCanvas.h"
 
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPixmap>
 #include <QPromise>
+#include <QStyleOption>
 #include <QThreadPool>
 #include <QWheelEvent>
 #include <algorithm>
@@ -40,12 +42,19 @@ QImage painted(const TagPreview& preview, double ratio, const QSize& size, doubl
     return image;
 }
 
+QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
+    auto* canvas = qobject_cast<PreviewCanvas*>(object);
+    return canvas == nullptr ? nullptr : new QAccessibleWidget(canvas, QAccessible::Graphic);
+}
+
 } // namespace
 
 PreviewCanvas::PreviewCanvas(QWidget* parent) : QWidget(parent) {
+    static const bool isInstalled = (QAccessible::installFactory(makeAccessible), true);
+    static_cast<void>(isInstalled);
     setMinimumSize(120, 100);
     setMouseTracking(true);
-    setFocusPolicy(Qt::ClickFocus);
+    setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(tr("Picture of the tag"));
     connect(&_painting, &QFutureWatcherBase::finished, this, &PreviewCanvas::takePicture);
 }
@@ -148,6 +157,16 @@ QPixmap PreviewCanvas::chequer() const {
 void PreviewCanvas::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(rect(), chequer());
+    paintPicture(painter);
+    if (hasFocus()) {
+        QStyleOptionFocusRect option;
+        option.initFrom(this);
+        option.backgroundColor = Qt::lightGray;
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    }
+}
+
+void PreviewCanvas::paintPicture(QPainter& painter) const {
     if (_preview == nullptr)
         return;
     if (!_picture.image.isNull()) {

@@ -52,6 +52,7 @@ private:
     /// From twips to pixels of the widget.
     QTransform transform() const;
     QPixmap chequer() const;
+    void paintPicture(QPainter& painter) const;
     void paintMarks(QPainter& painter) const;
     void showAll();
     void repaintPicture();

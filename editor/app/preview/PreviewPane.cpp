@@ -206,6 +206,7 @@ void PreviewPane::showWords() {
         lines.append(_play->isEnabled() ? _player->problem() : tr("There is no audio device."));
     lines.removeAll(QString());
     _words->setText(lines.join(u'\n'));
+    _canvas->setAccessibleDescription(_words->text());
 }
 
 QString PreviewPane::words() const { return _words->text(); }

@@ -115,6 +115,9 @@ void StartPage::showFiles(const std::vector<std::string>& fileNames) {
     }
     if (_files->currentItem() == nullptr)
         _files->setCurrentRow(0);
+    // An empty list would take the keyboard and show nothing of it.
+    _files->setFocusPolicy(_files->count() > 0 ? Qt::StrongFocus : Qt::NoFocus);
+    setFocusProxy(_files->count() > 0 ? static_cast<QWidget*>(_files) : findChild<QToolButton*>());
     _pictures.want(unknown, pictureSize * devicePixelRatioF());
 }
 

@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QMimeData>
 #include <QScreen>
+#include <QTabBar>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -169,7 +170,7 @@ void MainWindow::goToDocument() {
     if (DocumentView* view = _tabs->current())
         view->setFocus();
     else
-        _start->files().setFocus();
+        _start->setFocus();
 }
 
 void MainWindow::connectKinds() {
@@ -301,7 +302,7 @@ void MainWindow::showPreview() {
 
 void MainWindow::showStart() {
     _start->showFiles(_recentFiles.files());
-    _start->files().setFocus();
+    _start->setFocus();
 }
 
 void MainWindow::showContextMenu(std::span<const MenuItem> items, const QPoint& globalPos) {
@@ -365,6 +366,15 @@ void MainWindow::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::ActivationChange && isActiveWindow())
         _keeper.look();
+}
+
+// The bar that panes share stands far outside while it is not needed, and Tab would lead there. Panes have their keys.
+void MainWindow::childEvent(QChildEvent* event) {
+    QMainWindow::childEvent(event);
+    if (auto* bar = event->polished() ? qobject_cast<QTabBar*>(event->child()) : nullptr) {
+        bar->setFocusPolicy(Qt::NoFocus);
+        bar->setAccessibleName(tr("Panes"));
+    }
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

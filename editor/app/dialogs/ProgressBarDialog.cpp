@@ -18,6 +18,7 @@ ProgressBarDialog::ProgressBarDialog(QWidget* parent, const QString& title, Thre
     auto* what = new QLabel(fontMetrics().elidedText(title, Qt::ElideMiddle, 420), this);
     what->setTextFormat(Qt::PlainText);
     _bar->setRange(0, JobProgress::range);
+    _bar->setAccessibleName(what->text());
     auto* row = new QHBoxLayout;
     row->addWidget(_estimate, 1);
     row->addWidget(_cancel);

@@ -26,6 +26,7 @@ RecoveryDialog::RecoveryDialog(const std::vector<KeptDocument>& documents, Texts
                                 "saved. The files themselves are as they were saved last."),
                              this);
     words->setWordWrap(true);
+    _list->setAccessibleName(tr("Documents"));
     _list->setHeaderLabels({tr("Document"), tr("Folder"), tr("Last change"), tr("Size of the text")});
     _list->setRootIsDecorated(false);
     _list->setSelectionMode(QAbstractItemView::ExtendedSelection);

@@ -17,7 +17,8 @@ protected:
             <FillStyles><SolidFillStyle Color="ff0000ff"/></FillStyles><LineStyles/>
             <Edges><StyleChange><SetFill1 Index="1"/></StyleChange><Line DX="1000" DY="0"/><Line DX="0" DY="1000"/>
             <Line DX="-1000" DY="0"/><Line DX="0" DY="-1000"/></Edges></DefineShape3>
-            <ShowFrame/><PlaceObject2 Depth="1" CharacterId="1"/><ShowFrame/></Movie>)");
+            <DefineSprite Id="2" FrameCount="1"><PlaceObject2 Depth="1" CharacterId="1"/><ShowFrame/></DefineSprite>
+            <ShowFrame/><PlaceObject2 Depth="1" CharacterId="2"/><ShowFrame/></Movie>)");
         answers.addText(path(name + ".swf"));
         choose(CommandId::saveAs);
     }

@@ -5,8 +5,12 @@
 #include <QFileInfo>
 #include <QPainter>
 
+#include <map>
+
 #include "BitmapImages.h"
 #include "SwfMovie.h"
+#include "SwfTagDefineButton.h"
+#include "SwfTagDefineSprite.h"
 #include "SwfTagsControl.h"
 #include "TagDrawing.h"
 
@@ -36,6 +40,22 @@ QColor backgroundOf(const SwfTags& tags) {
             return {background->color.red, background->color.green, background->color.blue};
     }
     return Qt::white;
+}
+
+// What tags place: definitions, and sprites and buttons, which the library does not count among them.
+std::map<uint16_t, SwfTagWrapper> charactersOf(const SwfTags& tags) {
+    std::map<uint16_t, SwfTagWrapper> characters;
+    for (const auto& tag : tags.items()) {
+        if (const auto* sprite = dynamic_cast<const SwfTagDefineSprite*>(tag.get()))
+            characters[sprite->spriteId] = tag;
+        else if (const auto* button = dynamic_cast<const SwfTagDefineButton*>(tag.get()))
+            characters[button->buttonId] = tag;
+        else if (const auto* button2 = dynamic_cast<const SwfTagDefineButton2*>(tag.get()))
+            characters[button2->buttonId] = tag;
+        else if (tag->isDefinition())
+            characters[tag->definitionId()] = tag;
+    }
+    return characters;
 }
 
 // The bitmaps of one movie, each decoded once.
@@ -74,7 +94,10 @@ QImage picture(const SwfMovieSafe& movie, const QSize& size, const std::stop_tok
         return {};
     const auto bitmaps = std::make_shared<MovieBitmaps>(movie.tags.tags());
     Characters characters;
-    characters.definition = [&](uint16_t id) { return movie.tags.definition(id); };
+    characters.definition = [all = charactersOf(movie.tags.tags())](uint16_t id) {
+        const auto found = all.find(id);
+        return found == all.end() ? nullptr : found->second;
+    };
     characters.bitmap = [bitmaps](uint16_t id) { return (*bitmaps)(id); };
     const Drawing drawing = drawMovie(movie.tags.tags(), characters);
     if (drawing.isEmpty())

@@ -119,8 +119,9 @@ void UsesPanel::lookAgain() {
     const int current = list().currentIndex().row();
     _model->show(_view, characters, characters->of(_id));
     const auto count = _model->places().size();
-    words().setText(
-        tr("Character %1 stands at %2 places.").arg(QString::fromStdString(characters->shown(_id))).arg(count));
+    const QString id = QString::fromStdString(characters->shown(_id));
+    words().setText(count == 1 ? tr("Character %1 stands at 1 place.").arg(id)
+                               : tr("Character %1 stands at %2 places.").arg(id).arg(count));
     list().setCurrentIndex(_model->index(std::clamp(current, 0, std::max(0, _model->rowCount() - 1)), 0));
 }
 

@@ -114,7 +114,7 @@ protected:
         return holds();
     }
     std::string path(const std::string& name) const {
-        return folder.filePath(QString::fromStdString(name)).toStdString();
+        return QDir::toNativeSeparators(folder.filePath(QString::fromStdString(name))).toStdString();
     }
     // Opens a file of this name and text.
     void openFile(const std::string& name, const std::string& text = "<Movie/>") {

@@ -213,8 +213,11 @@ TEST(ScriptLabels, LeaveAllElseAsItIsTyped) {
         {"<FrameLabel Name=\" At=\"/><DoAction><Actions><Jump Offset=\"9\"/></Actions></DoAction>", nullptr},
     };
     for (const auto& c : cases) {
-        const std::string start = "<Movie SwfVersion=\"8\">\n", end = "\n</Movie>", numbers = start + c.numbers + end;
-        const std::string labels = start + (c.labels == nullptr ? c.numbers : c.labels) + end;
+        const auto movie = [](const char* tag) {
+            std::string text("<Movie SwfVersion=\"8\">\n");
+            return text.append(tag).append("\n</Movie>");
+        };
+        const std::string numbers = movie(c.numbers), labels = movie(c.labels == nullptr ? c.numbers : c.labels);
         EXPECT_EQ(changed(BranchTargets::labels, numbers), labels);
         EXPECT_EQ(hexDiff(compiled(numbers, true), compiled(labels, true)), "");
         if (numbers.find('\'') == numbers.npos) {

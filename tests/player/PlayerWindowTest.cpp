@@ -139,8 +139,12 @@ TEST_F(PlayerWindowTest, FramesPassOneByOneAndAnotherMovieTakesTheWindow) {
 TEST_F(PlayerWindowTest, TheWindowFitsTheScreen) {
     open(compile("<ShowFrame />", R"(Width="5000" Height="4000")"));
     EXPECT_TRUE(window->screen()->availableSize().expandedTo(window->size()) == window->screen()->availableSize());
-    open(compile("<ShowFrame />"), {225, 200});
+    open(compile("<SetBackgroundColor Color=\"ff0000ff\" /><ShowFrame />"), {225, 200});
     EXPECT_EQ(window->view().size(), QSize(225, 200));
+    for (const QPoint place : {QPoint(112, 100), QPoint(2, 2), QPoint(222, 197)}) {
+        const auto color = [&] { return window->view().grab().toImage().pixelColor(place); };
+        EXPECT_TRUE(waitFor([&] { return color() == QColor(Qt::red); })) << color().name().toStdString();
+    }
     window->setPercent(200);
     EXPECT_EQ(window->view().size(), QSize(450, 400));
     window->setPercent(50);
@@ -246,31 +250,6 @@ public:
     std::vector<Failure> failures;
     void report(const Failure& failure) override { failures.push_back(failure); }
 };
-
-class HerePlayer : public IPlayer {
-public:
-    using Opener = std::function<void(const std::string&, QSize)>;
-    explicit HerePlayer(Opener opener) : _opener(std::move(opener)) {}
-    void play(const PlayRequest& movie, Ended) override { _opener(movie.fileName, {movie.width, movie.height}); }
-
-private:
-    Opener _opener;
-};
-
-TEST_F(PlayerWindowTest, ShowColorOpensRed) {
-    SilentUser user;
-    Session session(user);
-    HerePlayer player([this](const std::string& name, QSize size) { open(name, size); });
-    session.player = &player;
-    guicommand::documentviewtext::ShowColorCmd command(session, "ff0000ff");
-    ASSERT_TRUE(guicommand::runCommand(session, command));
-    ASSERT_NE(window, nullptr);
-    EXPECT_EQ(window->view().size(), QSize(225, 200));
-    for (const QPoint place : {QPoint(112, 100), QPoint(2, 2), QPoint(222, 197)}) {
-        const auto color = [&] { return window->view().grab().toImage().pixelColor(place); };
-        EXPECT_TRUE(waitFor([&] { return color() == QColor(Qt::red); })) << color().name().toStdString();
-    }
-}
 
 TEST_F(PlayerWindowTest, WhatIsNoMovieIsReportedByTheEditor) {
     SilentUser user;

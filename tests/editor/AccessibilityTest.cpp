@@ -133,9 +133,11 @@ TEST_F(AccessibilityTest, TheWindowSaysWhatIsInItAndWhereTheKeyboardIs) {
 }
 
 TEST_F(AccessibilityTest, DialogsSayWhatIsInThemAndWhereTheKeyboardIs) {
-    static constexpr int commands[] = {CommandId::settings,   CommandId::movieSettings,   CommandId::gotoLine,
-                                       CommandId::findSymbol, CommandId::renameCharacter, CommandId::insertTagTemplate,
-                                       CommandId::about,      CommandId::tagList,         CommandId::editTag};
+    using namespace CommandId;
+    static constexpr int commands[] = {
+        insertStruct,    insertAction,      CommandId::settings,  CommandId::movieSettings, gotoLine, findSymbol,
+        renameCharacter, insertTagTemplate, insertStructTemplate, insertActionTemplate,     about,    tagList,
+        editTag};
     QStringList seen;
     answers.addForOthers([&](QWidget& dialog) {
         seen.append(dialog.windowTitle());
@@ -146,8 +148,9 @@ TEST_F(AccessibilityTest, DialogsSayWhatIsInThemAndWhereTheKeyboardIs) {
         choose(command);
         runUntil([] { return QApplication::activeModalWidget() == nullptr; });
     }
-    EXPECT_EQ(seen.join(u',').toStdString(), "Settings,Movie settings,Go To Line,Find Symbol,Rename Character,"
-                                             "Insert Tag Template,About Zelk,Tag Editor");
+    EXPECT_EQ(seen.join(u',').toStdString(), "Insert Struct Template,Insert Action Template,Settings,Movie settings,"
+                                             "Go To Line,Find Symbol,Rename Character,Insert Tag Template,"
+                                             "Insert Struct Template,Insert Action Template,About Zelk,Tag Editor");
     KeptDocument kept;
     kept.fileName = path("kept.swf");
     RecoveryDialog recovery(

@@ -1,7 +1,4 @@
 // Characters in the window: names, definitions, uses, another id, what a check finds.
-#include <gtest/gtest.h>
-
-#include <QTest>
 
 #include "DocumentTags.h"
 #include "WindowFixture.h"
@@ -29,11 +26,6 @@ protected:
     void goTo(const std::string& word) {
         editor().gotoOffset(at(word) + 2);
         QApplication::processEvents();
-    }
-    void waitForTags() {
-        DocumentTags& tags = DocumentTags::of(editor());
-        tags.find();
-        ASSERT_TRUE(runUntil([&] { return tags.isCurrent(); }));
     }
     UsesPanel& panel() { return *window->findChild<UsesPanel*>(); }
     QTreeView& uses() { return panel().list(); }
@@ -71,13 +63,11 @@ TEST_F(CharactersWindow, KeysGoToDefinitionsAndThroughUses) {
 }
 
 TEST_F(CharactersWindow, NamesStandBesideIdsInListStatusAndCompletion) {
-    waitForTags();
-    const auto says = [&](const QString& words) {
-        return std::ranges::any_of(window->statusBar()->findChildren<QLabel*>(),
-                                   [&](const QLabel* label) { return label->text() == words; });
-    };
+    DocumentTags& tags = DocumentTags::of(editor());
+    tags.find();
+    ASSERT_TRUE(runUntil([&] { return tags.isCurrent(); }));
     goTo("CharacterId=\"1\" Move");
-    EXPECT_TRUE(says(QStringLiteral("Character 1, called ball, used 2 times")));
+    EXPECT_TRUE(statusShows(QStringLiteral("Character 1, called ball, used 2 times")));
     editor().gotoOffset(at("1\" Move"));
     editor().complete();
     char chosen[100] = {};
@@ -86,7 +76,7 @@ TEST_F(CharactersWindow, NamesStandBesideIdsInListStatusAndCompletion) {
     editor().send(QsciScintillaBase::SCI_AUTOCCANCEL);
     window->actions().action(CommandId::tagList)->trigger();
     DocumentViewList& list = window->tabs().current()->list();
-    EXPECT_TRUE(says(QStringLiteral("Character 1, called ball, used 2 times")));
+    EXPECT_TRUE(statusShows(QStringLiteral("Character 1, called ball, used 2 times")));
     EXPECT_TRUE(list.tree().currentIndex().siblingAtColumn(1).data().toString().contains(
         QStringLiteral("CharacterId=\"1\" (ball)")));
     press(Qt::Key_F12);

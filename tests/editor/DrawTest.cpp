@@ -5,6 +5,7 @@
 
 #include <map>
 
+#include "BitmapImages.h"
 #include "Glyphs.h"
 #include "ImageCodec.h"
 #include "SingleTag.h"
@@ -406,54 +407,7 @@ TEST(Drawing, WordsCountWhatIsInATag) {
               "DefineShape3 1 · 145 × 80 px · 2 fills, 1 line style, 4 edges");
 }
 
-// --- hostile tags ----------------------------------------------------------------------------------------------------
-
-std::string repeated(const std::string& text, int count) {
-    std::string all;
-    for (int i = 0; i < count; ++i)
-        all += text;
-    return all;
-}
-
-TEST(Drawing, EndsWhateverATagSays) {
-    const std::string far = "<Line DX=\"2000000000\" DY=\"-2000000000\" /><Curve CDX=\"-2147483648\" "
-                            "CDY=\"2147483647\" ADX=\"2147483647\" ADY=\"-2147483648\" />";
-    const std::pair<const char*, std::string> cases[] = {
-        {"far away",
-         shape3(solid("ff"), line(3000, "ff"), moveTo(0, 0, set("Fill1", 1) + set("Line", 1)) + repeated(far, 50))},
-        {"styles that are not there",
-         shape3("", "", square(0, 0, 20, set("Fill0", 900) + set("Fill1", 65535) + set("Line", 3)))},
-        {"more edges than are drawn",
-         shape3(solid("ff"), "", moveTo(0, 0, set("Fill1", 1)) + repeated("<Line DX=\"1\" DY=\"0\" />", 450'000))},
-        {"no number",
-         "<DefineText Id=\"1\"><Matrix><Scale ScaleX=\"nan\" ScaleY=\"inf\" /></Matrix><TextRecords><TextRecord "
-         "XOffset=\"0\" FontId=\"5\" Height=\"9\"><GlyphEntries><GlyphEntry Index=\"4294967295\" Advance=\"-5\" "
-         "/></GlyphEntries></TextRecord></TextRecords></DefineText>"},
-        {"a morph shape without an end",
-         "<DefineMorphShape ShapeId=\"1\"><StartEdges>" + square(0, 0, 20, "") + "</StartEdges></DefineMorphShape>"},
-    };
-    for (const auto& [name, element] : cases) {
-        SCOPED_TRACE(name);
-        const auto tag = compileTag(element, 8, nullptr);
-        ASSERT_NE(tag, nullptr);
-        const Elements others = {{5, font("DefineFont2", 1)}};
-        const Characters characters = charactersOf(others);
-        const Drawing drawing = drawTag(*tag, characters, 0.3);
-        EXPECT_LE(drawing.pieces().size(), 20'000U);
-        const QImage image = imageOf(drawing, 0.05, characters.bitmap);
-        EXPECT_LE(double(image.width()) * image.height(), 16.1e6);
-        painted(drawing, characters.bitmap);
-    }
-}
-
 // --- movies ----------------------------------------------------------------------------------------------------------
-
-QImage decoded(const SwfTag& tag) {
-    const Image image = decodeBitmap(tag, nullptr);
-    return QImage(image.rgba.data(), static_cast<int>(image.width), static_cast<int>(image.height),
-                  QImage::Format_RGBA8888)
-        .copy();
-}
 
 void drawAll(const SwfTags& tags, const Characters& characters, int& drawn) {
     for (const auto& tag : tags.items()) {
@@ -485,7 +439,7 @@ TEST(Drawing, DrawsEveryTagOfTheCorpus) {
         characters.bitmap = [&](uint16_t id) {
             const auto tag = movie.tags.definition(id);
             try {
-                return tag != nullptr && isBitmap(*tag) ? decoded(*tag) : QImage();
+                return tag != nullptr && isBitmap(*tag) ? BitmapImages().imageOf(*tag, nullptr) : QImage();
             } catch (const SwfException&) {
                 return QImage();
             }

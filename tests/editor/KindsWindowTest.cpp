@@ -1,9 +1,5 @@
 // The tree by kind in the window.
-#include <gtest/gtest.h>
 
-#include <QTest>
-
-#include "DocumentTags.h"
 #include "WindowFixture.h"
 
 namespace {

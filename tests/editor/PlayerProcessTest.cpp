@@ -33,28 +33,11 @@ TEST(PlayerCommand, TheMovieIsOneArgument) {
         EXPECT_EQ(playerCommand(text(c.command), movie), c.expected) << c.command;
 }
 
-TEST(PlayerCommand, TheSettingsChooseThePlayer) {
-    const QTemporaryDir folder;
-    const QDir root(folder.path());
-    const QString movie = root.filePath(QStringLiteral("a b.swf")), copy = root.filePath(QStringLiteral("copy"));
-    QFile file(movie);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("content");
-    file.close();
-    QSettings settings(root.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
-    RequestQueue requests;
-    PlayerProcess player(settings, requests);
-    const auto play = [&](const QString& kind, const QString& command) {
-        settings.setValue(QStringLiteral("Player/kind"), kind);
-        settings.setValue(QStringLiteral("Player/command"), command);
-        player.play({movie.toStdString()}, [](const std::exception_ptr&) { ADD_FAILURE() << "nobody knows"; });
-    };
-    const QString command = QStringLiteral("command");
-    EXPECT_THROW(play(QStringLiteral("none"), QStringLiteral("cp")), NoPlayerException);
-    EXPECT_THROW(play(command, {}), NoPlayerException);
-    EXPECT_THROW(play(command, QStringLiteral("/none/such %1")), NoPlayerException);
-    play(command, QStringLiteral("cp %1 \"%2\"").arg(QStringLiteral("%1"), copy));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return QFileInfo(copy).size() == 7; }, 30'000));
+void writeProgram(const QString& name, const QByteArray& script) {
+    QFile file(name);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write("#!/bin/sh\n" + script + "\n");
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
 // What a player that cannot play writes and returns, and what the user is told of it.
@@ -79,11 +62,7 @@ TEST(PlayerCommand, TheReasonComesFromThePlayer) {
     RequestQueue requests;
     PlayerProcess player(settings, requests, program);
     const auto play = [&](const char* script) {
-        QFile file(program);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(QByteArray("#!/bin/sh\n") + script + "\n");
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        file.close();
+        writeProgram(program, script);
         std::optional<std::exception_ptr> result;
         player.play({"movie.swf"}, [&result](const std::exception_ptr& failure) { result = failure; });
         EXPECT_TRUE(QTest::qWaitFor([&result] { return result.has_value(); }, 30'000));
@@ -102,6 +81,11 @@ TEST(PlayerCommand, TheReasonComesFromThePlayer) {
         }
     }
     EXPECT_FALSE(play("echo 'only a warning' >&2; exit 0"));
+    settings.setValue(QStringLiteral("Player/kind"), QStringLiteral("command"));
+    for (const char* command : {"", "/none/such %1"}) {
+        settings.setValue(QStringLiteral("Player/command"), QString::fromUtf8(command));
+        EXPECT_THROW(player.play({"movie.swf"}, {}), NoPlayerException) << command;
+    }
 }
 
 // A script for a player: it writes down each start, and plays what it is told of until the movie "last".
@@ -109,19 +93,12 @@ TEST(PlayerCommand, OneWindowPlaysOneMovieAfterTheOther) {
     const QTemporaryDir folder;
     const QString program = folder.filePath(QStringLiteral("player")),
                   starts = folder.filePath(QStringLiteral("starts"));
-    QFile file(program);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(QByteArray(R"(#!/bin/sh
-echo "$*" >>)") +
-               starts.toUtf8() + R"(
+    writeProgram(program, R"(echo "$*" >>)" + starts.toUtf8() + R"(
 while read -r line; do
     [ "$line" = '["last","t"]' ] && exit 0
     name=${line#??}
     echo "plays ${name%%\"*}"
-done
-)");
-    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    file.close();
+done)");
     QSettings settings(folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
     RequestQueue requests;
     PlayerProcess player(settings, requests, program);
@@ -143,7 +120,7 @@ done
     play("last"); // the window is being closed: another one plays it
     wait((ended + "d").c_str());
     ASSERT_TRUE(QTest::qWaitFor([&] { return QFileInfo(starts).size() > 110; }, 30'000));
-    file.setFileName(starts);
+    QFile file(starts);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll(),
               "--width 0 --height 0 --movie-name t --follow -- a\n--width 0 --height 0 --movie-name t -- apart\n"

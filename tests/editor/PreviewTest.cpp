@@ -1,20 +1,10 @@
 // The preview pane: what it shows of a document, and of tags that ask for too much.
-#include <gtest/gtest.h>
-
-#include <QApplication>
-#include <QPainter>
-#include <QPushButton>
-#include <QSlider>
-#include <QTest>
-
 #include <map>
 
-#include "CommandTable.h"
 #include "DocumentTags.h"
-#include "MainWindow.h"
 #include "PreviewPane.h"
-#include "SwfUtils.h"
 #include "TagPreview.h"
+#include "WindowFixture.h"
 
 namespace {
 
@@ -22,18 +12,12 @@ using namespace zelk;
 
 // --- the window ------------------------------------------------------------------------------------------------------
 
-class PreviewTest : public testing::Test {
+class PreviewTest : public WindowTest {
 protected:
-    PreviewTest() : settings(folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat), window(settings) {
-        window.openFiles({QStringLiteral(SAMPLES_DIR "/pictures.xml")});
-        window.show();
-        pane = window.findChild<PreviewPane*>();
-    }
+    PreviewTest() { window->openFiles({QStringLiteral(SAMPLES_DIR "/pictures.xml")}); }
 
-    TextEditorView& editor() { return window.tabs().current()->editor(); }
     size_t find(std::string_view text) { return editor().text().find(text); }
     void goTo(std::string_view text) { editor().select({find(text), find(text)}); }
-    void open() { window.actions().action(CommandId::preview)->trigger(); }
     std::string shown() {
         QApplication::processEvents();
         EXPECT_TRUE(QTest::qWaitFor([this] { return !pane->isBusy() && tags().isCurrent(); }, 20'000));
@@ -42,14 +26,11 @@ protected:
     }
     DocumentTags& tags() { return DocumentTags::of(editor()); }
 
-    QTemporaryDir folder;
-    QSettings settings;
-    MainWindow window;
-    PreviewPane* pane;
+    PreviewPane* const pane = window->findChild<PreviewPane*>();
 };
 
 TEST_F(PreviewTest, FollowsTheCaret) {
-    open();
+    choose(CommandId::preview);
     const std::pair<const char*, const char*> cases[] = {
         {"<PngData>", "DefineBitsLossless2 1 · 48 × 48 px"},
         {"BitmapId=\"1\"", "DefineShape3 2 · 96 × 96 px · 1 fill, 4 edges"},
@@ -69,7 +50,7 @@ TEST_F(PreviewTest, FollowsTheCaret) {
 }
 
 TEST_F(PreviewTest, FollowsEdits) {
-    open();
+    choose(CommandId::preview);
     goTo("<DefineBitsLossless2");
     shown();
     editor().replaceBytes(find("</DefineBitsLossless2>"), find("</DefineBitsLossless2>"), "<");
@@ -82,7 +63,7 @@ TEST_F(PreviewTest, FollowsEdits) {
 }
 
 TEST_F(PreviewTest, ShowsATagOfAList) {
-    open();
+    choose(CommandId::preview);
     const std::string end = "</DefineSound>";
     pane->showTag(editor(), {find("<DefineSound"), find(end) + end.size()});
     EXPECT_TRUE(shown().starts_with("DefineSound 6 · PCM · 5513 Hz · mono · 500 ms")) << pane->words().toStdString();
@@ -90,7 +71,7 @@ TEST_F(PreviewTest, ShowsATagOfAList) {
     EXPECT_EQ(shown().substr(0, 13), "DefineSound 6") << "the caret does not count then";
     pane->showCaret(&editor());
     EXPECT_EQ(shown().substr(0, 14), "DefineSprite 5");
-    window.actions().action(CommandId::closeAll)->trigger();
+    choose(CommandId::closeAll);
     EXPECT_EQ(pane->preview(), nullptr);
 }
 
@@ -98,12 +79,12 @@ TEST_F(PreviewTest, LooksForNothingWhileItIsHidden) {
     goTo("<DefineSprite");
     QTest::qWait(400);
     EXPECT_EQ(pane->preview(), nullptr);
-    open();
+    choose(CommandId::preview);
     EXPECT_EQ(shown().substr(0, 14), "DefineSprite 5");
 }
 
 TEST_F(PreviewTest, OffersWhatFitsTheTag) {
-    open();
+    choose(CommandId::preview);
     const auto* slider = pane->findChild<QSlider*>();
     const std::tuple<const char*, bool, bool> cases[] = {
         {"<DefineMorphShape", true, false}, {"<DefineSound", false, true}, {"<DefineSprite", false, false}};
@@ -175,6 +156,12 @@ std::string placed(int count, int id) {
     return all;
 }
 
+std::string shapeOf(const std::string& fills, const std::string& lines, const std::string& styles,
+                    const std::string& edges) {
+    return "<DefineShape3 ShapeId=\"2\"><Bounds /><FillStyles>" + fills + "</FillStyles><LineStyles>" + lines +
+           "</LineStyles><Edges><StyleChange>" + styles + "</StyleChange>" + edges + "</Edges></DefineShape3>";
+}
+
 struct Hostile {
     const char* name;
     std::string element;
@@ -184,12 +171,12 @@ struct Hostile {
 
 std::vector<Hostile> hostileTags() {
     const std::string sprite = "<DefineSprite Id=\"9\">" + placed(40, 9) + "</DefineSprite>";
-    const std::string shape =
-        "<DefineShape3 ShapeId=\"2\"><Bounds /><FillStyles><BitmapFillStyle Type=\"Clipped\" "
-        "BitmapId=\"1\"><Matrix /></BitmapFillStyle></FillStyles><LineStyles /><Edges><StyleChange>"
-        "<SetFill1 Index=\"1\" /></StyleChange><Line DX=\"2000000\" DY=\"0\" /><Line DX=\"0\" "
-        "DY=\"2000000\" /><Line DX=\"-2000000\" DY=\"-2000000\" /></Edges></DefineShape3>";
-    const std::string many = "<DefineSprite Id=\"8\">" + placed(5000, 2) + "</DefineSprite>";
+    const std::string shape = shapeOf("<BitmapFillStyle Type=\"Clipped\" BitmapId=\"1\"><Matrix /></BitmapFillStyle>",
+                                      "", "<SetFill1 Index=\"1\" />",
+                                      "<Line DX=\"2000000\" DY=\"0\" /><Line DX=\"0\" DY=\"2000000\" />"
+                                      "<Line DX=\"-2000000\" DY=\"-2000000\" />");
+    const std::string many = "<DefineSprite Id=\"8\">" + placed(5000, 2) + "</DefineSprite>",
+                      one = "<DefineSprite Id=\"8\">" + placed(1, 2) + "</DefineSprite>"; // which draws another one
     return {
         {"65,535 by 65,535 pixels", lossless("65535", "eNo="), "the bitmap is too big"},
         {"pixels that are not there", lossless("5000", "eNo="), "*"},
@@ -215,6 +202,32 @@ std::vector<Hostile> hostileTags() {
          "<DefineSound SoundId=\"1\" SoundFormat=\"Nellymoser\" SoundSampleCount=\"9\"><SoundData>AAAA</SoundData>"
          "</DefineSound>",
          "*"},
+        {"edges that go far away",
+         shapeOf("<SolidFillStyle Color=\"ff\" />", "<LineStyle Width=\"60000\" Color=\"ff\" />",
+                 "<SetFill1 Index=\"1\" /><SetLine Index=\"1\" />",
+                 repeated("<Line DX=\"2000000000\" DY=\"-2000000000\" /><Curve CDX=\"-2147483648\" "
+                          "CDY=\"2147483647\" ADX=\"2147483647\" ADY=\"-2147483648\" />",
+                          50)),
+         ""},
+        {"styles that are not there",
+         one,
+         "Nothing is drawn.",
+         {{2, shapeOf("", "", "<SetFill0 Index=\"900\" /><SetFill1 Index=\"65535\" /><SetLine Index=\"3\" />",
+                      "<Line DX=\"400\" DY=\"0\" /><Line DX=\"0\" DY=\"400\" /><Line DX=\"-400\" DY=\"-400\" />")}}},
+        {"more edges than are drawn",
+         shapeOf("<SolidFillStyle Color=\"ff\" />", "", "<SetFill1 Index=\"1\" />",
+                 repeated("<Line DX=\"1\" DY=\"0\" />", 450'000)),
+         ""},
+        {"a scale that is no number",
+         one,
+         "",
+         {{2, "<DefineText Id=\"2\"><Matrix><Scale ScaleX=\"nan\" ScaleY=\"inf\" /></Matrix><TextRecords><TextRecord "
+              "XOffset=\"0\" FontId=\"5\" Height=\"9\"><GlyphEntries><GlyphEntry Index=\"4294967295\" Advance=\"-5\" "
+              "/></GlyphEntries></TextRecord></TextRecords></DefineText>"},
+          {5, "<DefineFont2 FontId=\"5\"><Glyphs><Glyphs /></Glyphs></DefineFont2>"}}},
+        {"a morph shape without an end",
+         "<DefineMorphShape ShapeId=\"1\"><StartEdges><Line DX=\"9\" DY=\"9\" /></StartEdges></DefineMorphShape>",
+         "Nothing is drawn."},
         {"no tag", "<Nothing />", "This element is no tag."},
         {"no XML", "<DefineShape", "*"},
         {"no numbers", "<DefineShape ShapeId=\"x\"><Bounds MinX=\"y\" /></DefineShape>", "*"},
@@ -241,9 +254,15 @@ TEST(TagPreview, EndsWhateverATagSays) {
         QPainter painter(&image);
         painter.scale(0.001, 0.001);
         int pieces = 0;
-        preview.drawing(0.5)->paint(
-            painter, [&](uint16_t id) { return preview.bitmap(id); }, [&] { return ++pieces < 100; });
+        const auto bitmaps = [&](uint16_t id) { return preview.bitmap(id); };
+        const auto drawing = preview.drawing(0.3);
+        drawing->paint(painter, bitmaps, [&] { return ++pieces < 100; });
         EXPECT_LE(pieces, 100);
+        EXPECT_LE(drawing->pieces().size(), 20'000u);
+        if (drawing->pieces().size() < 1000) { // all of those would take minutes
+            const QImage whole = imageOf(*drawing, 0.05, bitmaps);
+            EXPECT_LE(double(whole.width()) * whole.height(), 16.1e6);
+        }
     }
 }
 

@@ -4,7 +4,6 @@
 
 #include "HtmlWriter.h"
 #include "PagePainter.h"
-#include "StatusBar.h"
 #include "WindowFixture.h"
 
 namespace zelk {

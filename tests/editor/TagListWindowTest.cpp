@@ -3,7 +3,6 @@
 #include "FormNotice.h"
 #include "InsertElementDlg.h"
 #include "NoticeBar.h"
-#include "StatusBar.h"
 #include "TagEditorDlg.h"
 #include "TagListModel.h"
 #include "WindowFixture.h"
@@ -49,6 +48,13 @@ protected:
         }
         return result;
     }
+    // Into the tag editor, and takes it over.
+    static void typeTag(QWidget& dialog, const char* text) {
+        auto& tag = dynamic_cast<TagEditorDlg&>(dialog);
+        tag.editor().selectAll();
+        tag.editor().replaceSelection(text);
+        tag.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+    }
     std::string current() { return list().tree().currentIndex().siblingAtColumn(0).data().toString().toStdString(); }
 };
 
@@ -72,11 +78,6 @@ TEST_F(TagListWindowTest, TheViewsSwitchAndKeepThePlace) {
     EXPECT_EQ(editor().row(), 6u);
     EXPECT_EQ(editor().column(), 9u);
     editor().gotoPlace(9, 30);
-    choose(CommandId::tagList);
-    EXPECT_EQ(current(), "FrameLabel");
-
-    choose(CommandId::movieXml);
-    EXPECT_EQ(editor().column(), 30u) << "a caret in the tag stays";
     type("<");
     answers.add([](QWidget& box) {
         const int title =
@@ -93,11 +94,6 @@ TEST_F(TagListWindowTest, RowsFollowTheFormAndSayWhatUnknownTagsAre) {
     const std::string tags = "<ImportAssets URL=\"a\" />\n<PlaceObject4 Depth=\"1\" />\n"
                              "<Unknown TagType=\"88\"><Data>AQ==</Data></Unknown>\n</Movie>";
     const QString words = QStringLiteral("DefineFontName, kept raw: FontId: data ends here (code 3)");
-    const auto* status = window->findChild<StatusBar*>();
-    const auto statusShows = [&](const QString& text) {
-        const auto labels = status->findChildren<QLabel*>();
-        return std::ranges::any_of(labels, [&](const QLabel* label) { return label->text() == text; });
-    };
     for (const bool isFull : {true, false}) {
         load("<Movie SwfVersion=\"8\"" + std::string(isFull ? " Form=\"full\"" : "") + ">\n" + tags);
         choose(CommandId::tagList);
@@ -142,24 +138,13 @@ TEST_F(TagListWindowTest, ABarTellsWhatPlayersReadOtherwise) {
 
 TEST_F(TagListWindowTest, KeysEditTheTagsWithOneHistory) {
     choose(CommandId::tagList);
-    press(Qt::Key_Delete);
-    EXPECT_EQ(current(), "DefineSprite");
-    EXPECT_EQ(editor().text().find("SetBackgroundColor"), std::string::npos);
-    EXPECT_NE(editor().text().find("<!-- the background -->\n    <DefineSprite"), std::string::npos);
-    EXPECT_TRUE(view().document().isModified);
-    press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(editor().text(), movie);
-    EXPECT_EQ(current(), "SetBackgroundColor");
-    EXPECT_FALSE(view().document().isModified);
-    press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
-    EXPECT_EQ(current(), "DefineSprite");
-    choose(CommandId::movieXml);
-    press(Qt::Key_Z, Qt::ControlModifier);
-    EXPECT_EQ(editor().text(), movie) << "the text view takes it back as well";
-    choose(CommandId::tagList);
     press(Qt::Key_Home);
     press(Qt::Key_Down, Qt::ShiftModifier);
     press(Qt::Key_X, Qt::ControlModifier);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(editor().text(), movie);
+    EXPECT_FALSE(view().document().isModified);
+    press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(rows(), "FrameLabel Label=\"caf\xC3\xA9 & bar\"\nShowFrame\n");
     press(Qt::Key_End);
     press(Qt::Key_V, Qt::ControlModifier);
@@ -177,12 +162,6 @@ TEST_F(TagListWindowTest, KeysEditTheTagsWithOneHistory) {
     EXPECT_NE(editor().text().find("    </DefineSprite>\n    <ShowFrame />\n</Movie>"), std::string::npos);
     press(Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("<ShowFrame />\n"));
-
-    // Into another document.
-    press(Qt::Key_N, Qt::ControlModifier);
-    choose(CommandId::tagList);
-    press(Qt::Key_V, Qt::ControlModifier);
-    EXPECT_EQ(rows(), "ShowFrame\n");
 }
 
 // Through the system's clipboard, from either view to either view.
@@ -206,12 +185,6 @@ TEST_F(TagListWindowTest, BytesGoBetweenTheViewsAsTheyAre) {
 
 TEST_F(TagListWindowTest, TheTagEditorChecksBeforeItTakesOver) {
     choose(CommandId::tagList);
-    const auto typeTag = [](QWidget& dialog, const char* text) {
-        auto& tag = dynamic_cast<TagEditorDlg&>(dialog);
-        tag.editor().selectAll();
-        tag.editor().replaceSelection(text);
-        tag.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
-    };
     answers.add([&](QWidget& dialog) {
         EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Tag Editor"));
         EXPECT_EQ(dynamic_cast<TagEditorDlg&>(dialog).editor().text(), "<SetBackgroundColor Color=\"336699ff\" />");
@@ -224,17 +197,8 @@ TEST_F(TagListWindowTest, TheTagEditorChecksBeforeItTakesOver) {
     });
     press(Qt::Key_Return);
     EXPECT_EQ(list().tree().model()->index(0, 1).data().toString(), QStringLiteral("Color=\"ff0000ff\""));
-    answers.addText("protect");
-    answers.add([&](QWidget& dialog) {
-        auto& tag = dynamic_cast<TagEditorDlg&>(dialog);
-        EXPECT_EQ(tag.editor().text(), "<Protect />") << "what was chosen";
-        tag.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
-    });
-    press(Qt::Key_Insert);
-    EXPECT_EQ(current(), "Protect");
     answers.add([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
     press(Qt::Key_Return);
-    press(Qt::Key_Z, Qt::ControlModifier);
     press(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(editor().text(), movie);
 }
@@ -242,12 +206,9 @@ TEST_F(TagListWindowTest, TheTagEditorChecksBeforeItTakesOver) {
 TEST_F(TagListWindowTest, CommandsOnTheTextShowInTheList) {
     choose(CommandId::tagList);
     press(Qt::Key_Down);
-    answers.add([](QWidget& dialog) {
-        QTest::keyClick(dialog.focusWidget(), Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClicks(dialog.focusWidget(), QStringLiteral("9"));
-        QTest::keyClick(&dialog, Qt::Key_Return);
-    });
-    choose(CommandId::movieSettings);
+    const size_t version = editor().text().find("8\" Width");
+    view().replace(version, version + 1, "9");
+    QApplication::processEvents();
     EXPECT_TRUE(list().headerText().startsWith(QStringLiteral("[ SWF version: 9 Width: 550")));
     EXPECT_EQ(current(), "DefineSprite");
     press(Qt::Key_Z, Qt::ControlModifier);
@@ -327,12 +288,7 @@ TEST_F(TagListWindowTest, WhatWasDoneStaysInSightAndGoesWhereTheUserLooks) {
     press(Qt::Key_F, Qt::ControlModifier);
     QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("bar"));
     press(Qt::Key_Return);
-    answers.add([](QWidget& dialog) {
-        auto& tag = dynamic_cast<TagEditorDlg&>(dialog);
-        tag.editor().selectAll();
-        tag.editor().replaceSelection("<FrameLabel Name=\"x\" />");
-        tag.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
-    });
+    answers.add([](QWidget& dialog) { typeTag(dialog, "<FrameLabel Name=\"x\" />"); });
     choose(CommandId::editTag);
     EXPECT_EQ(rows(), "FrameLabel Name=\"x\"\n");
     view().replace(editor().text().find("x\" />"), editor().text().find("\" />\n    <Sh"), "yy");
@@ -375,13 +331,15 @@ TEST_F(TagListWindowTest, DraggedTagsMove) {
 
 TEST_F(TagListWindowTest, ErrorsOfSavingAreShownAtTheirTag) {
     struct Case {
-        const char *old, *now, *message, *tag;
+        const char *old, *now, *message;
+        const char* tag = nullptr; // none for the movie itself, which is no row
     };
     const Case cases[] = {
         {"Depth=\"1\"", "Depth=\"x\"", "Incorrect value of attribute Depth", "RemoveObject2"},
         {"336699ff", "none", "Incorrect value of attribute Color", "SetBackgroundColor"},
         {"<FrameLabel", "<DefineBinaryData CharacterId=\"1\"><Data>%</Data></DefineBinaryData><FrameLabel",
          "Incorrect Base64 data", "DefineBinaryData"},
+        {"550", "wide", "Incorrect value of attribute Width"},
     };
     openFile("m.xml", movie);
     for (const Case& c : cases) {
@@ -392,19 +350,10 @@ TEST_F(TagListWindowTest, ErrorsOfSavingAreShownAtTheirTag) {
         answers.addText(path("out.swf"));
         answers.addButton(QMessageBox::Ok, QString::fromUtf8(c.message));
         choose(CommandId::saveAs);
-        EXPECT_TRUE(view().showsList());
-        EXPECT_EQ(current(), c.tag);
+        EXPECT_EQ(view().showsList(), c.tag != nullptr) << c.now;
+        EXPECT_EQ(view().showsList() ? current() : std::to_string(editor().row()), c.tag != nullptr ? c.tag : "2");
         choose(CommandId::movieXml);
     }
-    std::string text = movie;
-    text.replace(text.find("550"), 3, "wide");
-    load(text);
-    choose(CommandId::tagList);
-    answers.addText(path("out.swf"));
-    answers.addButton(QMessageBox::Ok, QStringLiteral("Incorrect value of attribute Width"));
-    choose(CommandId::saveAs);
-    EXPECT_FALSE(view().showsList()) << "the movie itself is no row";
-    EXPECT_EQ(editor().row(), 2u);
 }
 
 // Classes and methods are rows of their own, which no command of the list takes for tags.

@@ -1,9 +1,6 @@
 // The text view: bytes, undo, places, search, tags.
 #include <gtest/gtest.h>
 
-#include <QClipboard>
-#include <QDropEvent>
-#include <QMimeData>
 #include <QTest>
 #include <QtWidgets>
 

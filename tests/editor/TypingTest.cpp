@@ -1,5 +1,7 @@
-// What is typed into the text by hand, and Format XML in the window.
+// What is typed into the text by hand, the list of what may be typed, the dialog for new elements, and Format XML in
+// the window.
 
+#include "InsertElementDlg.h"
 #include "WindowFixture.h"
 
 namespace {
@@ -12,6 +14,8 @@ protected:
         for (; *text != 0; ++text) {
             if (*text == '\n')
                 press(Qt::Key_Return);
+            else if (*text == '\t')
+                QTest::keyClick(&editor(), Qt::Key_Down);
             else
                 QTest::keyClick(&editor(), *text);
             QApplication::processEvents();
@@ -23,6 +27,7 @@ protected:
         editor().select({caret, caret});
     }
     std::string textAndCaret() { return std::string(editor().text()).insert(editor().caret(), "|"); }
+    bool hasList() { return editor().send(QsciScintillaBase::SCI_AUTOCACTIVE) != 0; }
     void selectLines(long first, long last) {
         editor().select({static_cast<size_t>(editor().send(QsciScintillaBase::SCI_POSITIONFROMLINE, first)),
                          static_cast<size_t>(editor().send(QsciScintillaBase::SCI_POSITIONFROMLINE, last + 1))});
@@ -105,6 +110,64 @@ TEST_F(TypingTest, KeysDoWhatTheirPlaceAsksFor) {
         while (editor().canUndo())
             editor().undo();
     }
+}
+
+TEST_F(TypingTest, TheListPutsInWhatIsChosen) {
+    const struct {
+        const char *text, *keys, *expected;
+        bool hasList;
+    } cases[] = {
+        {"<FillStyles>|</FillStyles>", "<gr\n", "<FillStyles><GradientFillStyle|</FillStyles>", false},
+        {"<FillStyles>|</FillStyles>", "<gr\n \n", "<FillStyles><GradientFillStyle Type=\"|\"</FillStyles>", true},
+        {"<FillStyles>|</FillStyles>", "<gr\n \n\t\n/>",
+         "<FillStyles><GradientFillStyle Type=\"Radial\"/>|</FillStyles>", false},
+        {"<FillStyles>\n|", "</", "<FillStyles>\n</FillStyles>|", false},
+        {"<FillStyles>\n|", "<\t\t\t\n", "<FillStyles>\n</FillStyles>|", false},
+        {"<FillStyles>\n<|/FillStyles>", "s", "<FillStyles>\n<s|/FillStyles>", false},
+        {"<Edges><Line DX=\"1\"|/>", " \n", "<Edges><Line DX=\"1\" DY=\"|\"/>", false},
+        {"<Protect>|", " x", "<Protect> x|", false},
+        {"<DefineShape><Bounds|/>", " q", "<DefineShape><Bounds q|/>", false},
+    };
+    for (const auto& c : cases) {
+        setText(c.text);
+        const std::string before(editor().text());
+        keys(c.keys);
+        EXPECT_EQ(textAndCaret(), c.expected) << c.text << c.keys;
+        EXPECT_EQ(hasList(), c.hasList) << c.text << c.keys;
+        while (editor().canUndo())
+            editor().undo();
+        EXPECT_EQ(editor().text(), before);
+    }
+    setText("<Push><Nu|");
+    editor().complete();
+    EXPECT_TRUE(hasList());
+    keys("\n");
+    EXPECT_EQ(textAndCaret(), "<Push><Null|");
+}
+
+TEST_F(TypingTest, NewElementsAreChosenByPartOfTheirName) {
+    setText("<Movie>\n    <End />|\n</Movie>");
+    answers.add([](QWidget& asked) {
+        auto* dialog = qobject_cast<InsertElementDlg*>(&asked);
+        ASSERT_NE(dialog, nullptr);
+        QTest::keyClicks(dialog->focusWidget(), QStringLiteral("color"));
+        EXPECT_EQ(dialog->choice().name, "SetBackgroundColor");
+        QTest::keyClicks(dialog->focusWidget(), QStringLiteral("s"));
+        QTest::keyClick(dialog->focusWidget(), Qt::Key_Return);
+        EXPECT_TRUE(dialog->isVisible()) << "there is no \"colors\"";
+        static_cast<QLineEdit*>(dialog->focusWidget())->setText(QStringLiteral("shape"));
+        EXPECT_EQ(dialog->choice().name, "DefineMorphShape");
+        static_cast<QLineEdit*>(dialog->focusWidget())->setText(QStringLiteral("sc"));
+        EXPECT_EQ(dialog->choice().name, "ScriptLimits") << "and not DefineScalingGrid, which has it inside";
+        EXPECT_TRUE(dialog->findChild<QPlainTextEdit*>()->toPlainText().startsWith(QStringLiteral("<ScriptLimits")));
+        QTest::keyClick(dialog->focusWidget(), Qt::Key_Return);
+    });
+    editor().insertNewTag();
+    EXPECT_EQ(editor().text(), "<Movie>\n    <End />\n"
+                               "    <ScriptLimits MaxRecursionDepth=\"0\" ScriptTimeoutSeconds=\"0\" />\n</Movie>");
+    EXPECT_EQ(editor().selectedText(), "0");
+    editor().undo();
+    EXPECT_EQ(editor().text(), "<Movie>\n    <End />\n</Movie>");
 }
 
 TEST_F(TypingTest, ALongLineIsOfferedToBeFormatted) {

@@ -51,10 +51,6 @@ TEST_F(WarningsWindowTest, RowsFollowEditsAndLeadToTheirTags) {
     ASSERT_EQ(rows().size(), 3u);
     const std::vector<std::string> before = rows();
 
-    press(Qt::Key_Escape);
-    EXPECT_TRUE(editor().hasFocus()) << "Escape leads back to the text";
-    EXPECT_FALSE(panel().isVisible());
-    toggle();
     press(Qt::Key_X, Qt::ControlModifier | Qt::ShiftModifier); // the texts share its place
     toggle();
     EXPECT_FALSE(panel().list().visibleRegion().isEmpty()) << "behind another one, its key brings it to the front";

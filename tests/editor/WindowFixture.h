@@ -125,6 +125,11 @@ protected:
         window->actions().action(id)->trigger();
         QApplication::processEvents();
     }
+    // Whether a label of the status bar has this text.
+    bool statusShows(const QString& text) {
+        return std::ranges::any_of(window->statusBar()->findChildren<QLabel*>(),
+                                   [&](const QLabel* label) { return label->text() == text; });
+    }
     static QAbstractButton& button(QWidget& parent, const QString& text) {
         for (auto* each : parent.findChildren<QAbstractButton*>()) {
             if (each->text().remove(u'&') == text)

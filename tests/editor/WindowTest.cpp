@@ -44,25 +44,6 @@ TEST_F(WindowTest, EachEntryOfAMenuHasALetterOfItsOwn) {
     }
 }
 
-TEST_F(WindowTest, NewElementsAreAskedForByKeysAndMenus) {
-    const std::tuple<Qt::Key, int, const char*> commands[] = {
-        {Qt::Key_T, CommandId::insertTagTemplate, "Insert Tag Template"},
-        {Qt::Key_S, CommandId::insertStructTemplate, "Insert Struct Template"},
-        {Qt::Key_C, CommandId::insertActionTemplate, "Insert Action Template"}};
-    for (const auto& [key, id, title] : commands) {
-        const auto expectDialog = [this, title = title] {
-            answers.add([title](QWidget& dialog) {
-                EXPECT_EQ(dialog.windowTitle(), QString::fromUtf8(title));
-                QTest::keyClick(&dialog, Qt::Key_Escape);
-            });
-        };
-        expectDialog();
-        press(key, Qt::ControlModifier | Qt::ShiftModifier);
-        expectDialog();
-        choose(id);
-    }
-}
-
 TEST_F(WindowTest, ClosingAModifiedDocumentAsks) {
     const QString question =
         QStringLiteral("The file has been changed.\nTo save the changes and close, click \"Yes\".\n"
@@ -103,8 +84,6 @@ TEST_F(WindowTest, ClosingAModifiedDocumentAsks) {
 }
 
 TEST_F(WindowTest, FailuresAreToldAndTheCaretGoesThere) {
-    answers.addButton(QMessageBox::Ok, QString::fromStdString("Unable to open " + path("gone.swf")));
-    EXPECT_FALSE(window->openFiles({QString::fromStdString(path("gone.swf"))}));
     openFile("b.xml", "<Movie>\n  <A>\n</Movie>");
     answers.addButton(QMessageBox::Ok, QStringLiteral("Error description: "));
     choose(CommandId::checkXml);

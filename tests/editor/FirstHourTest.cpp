@@ -36,7 +36,9 @@ protected:
         open(folder.filePath(QStringLiteral("state")));
     }
     std::string played() const { return path("played.swf"); }
-    static bool has(const Bytes& bytes, const Bytes& part) { return !std::ranges::search(bytes, part).empty(); }
+    static bool has(const Bytes& bytes, const Bytes& part) {
+        return std::search(bytes.begin(), bytes.end(), part.begin(), part.end()) != bytes.end();
+    }
     Bytes onDisk(const char* name) const { return libswf::readFile(path(name)); }
 
     // To whatever has the keyboard.
@@ -104,10 +106,10 @@ protected:
         EXPECT_EQ(title(), QStringLiteral("scripted.swf - Zelk"));
         Bytes expected = before;
         const std::string_view label = "step", more = "Two";
-        const auto place = std::ranges::search(expected, label);
-        *(place.begin() - 2) = static_cast<uint8_t>(*(place.begin() - 2) + more.size()); // the tag's length
-        expected[4] = static_cast<uint8_t>(expected[4] + more.size());                   // the file's
-        expected.insert(place.end(), more.begin(), more.end());
+        const auto place = std::search(expected.begin(), expected.end(), label.begin(), label.end());
+        *(place - 2) = static_cast<uint8_t>(*(place - 2) + more.size()); // the tag's length
+        expected[4] = static_cast<uint8_t>(expected[4] + more.size());   // the file's
+        expected.insert(place + static_cast<ptrdiff_t>(label.size()), more.begin(), more.end());
         EXPECT_EQ(onDisk("scripted.swf"), expected);
         EXPECT_EQ(onDisk("scripted.swf.bak"), before);
     }

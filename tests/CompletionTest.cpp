@@ -1,6 +1,7 @@
 // What may be typed at a place, and where new elements go. "|" in a text is the place.
 #include "Tests.h"
 
+#include "CharacterIndex.h"
 #include "Completion.h"
 #include "ElementInsertion.h"
 
@@ -71,6 +72,9 @@ TEST(Completion, OffersWhatMayStandThere) {
     };
     for (const auto& [text, expected] : cases)
         EXPECT_EQ(completed(text), expected) << text;
+    const std::string ids = "<Movie><DefineShape ShapeId=\"7\"/><PlaceObject CharacterId=\"\"/></Movie>";
+    const CharacterIndex characters(ids);
+    EXPECT_EQ(completionAt(ids, ids.find("\"\"") + 1, {}, &characters).value().words, std::vector<std::string>{"7"});
 
     // Tags are told by those before them, however far the root is.
     const std::string tags = completed("</DefineBits><ShowFrame/>\n<|");

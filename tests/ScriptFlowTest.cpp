@@ -3,7 +3,6 @@
 
 #include "ScriptFlow.h"
 #include "Symbols.h"
-#include "TagIndex.h"
 
 namespace {
 

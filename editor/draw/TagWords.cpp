@@ -118,7 +118,9 @@ QStringList partsOf(const SwfTag& tag) {
     return {};
 }
 
-std::optional<uint16_t> idOf(const SwfTag& tag) {
+} // namespace
+
+std::optional<uint16_t> characterId(const SwfTag& tag) {
     if (const auto* sprite = dynamic_cast<const SwfTagDefineSprite*>(&tag))
         return sprite->spriteId;
     if (const auto* button = dynamic_cast<const SwfTagDefineButton*>(&tag))
@@ -127,8 +129,6 @@ std::optional<uint16_t> idOf(const SwfTag& tag) {
         return button2->buttonId;
     return tag.isDefinition() ? std::optional(tag.definitionId()) : std::nullopt;
 }
-
-} // namespace
 
 QString pixelWords(double width, double height) {
     const auto text = [](double value) {
@@ -139,7 +139,7 @@ QString pixelWords(double width, double height) {
 
 QString tagWords(const SwfTag& tag) {
     QString name = QString::fromStdString(tagName(tag.type));
-    if (const auto id = idOf(tag))
+    if (const auto id = characterId(tag))
         name += QStringLiteral(" %1").arg(*id);
     QStringList parts = partsOf(tag);
     parts.removeAll(QString());

@@ -2,10 +2,15 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 
 #include "SwfTag.h"
 
 namespace zelk {
+
+/// The id that other tags place it by. Sprites and buttons have one as well, which the library does not count as
+/// definitions.
+std::optional<uint16_t> characterId(const libswf::SwfTag& tag);
 
 /// "8 × 12.5 px", rounded.
 QString pixelWords(double width, double height);

@@ -2,7 +2,6 @@
 // Each one ends with what is to be seen then, or with the bytes on the disk.
 
 #include "Conversion.h"
-#include "TagListModel.h"
 #include "WindowFixture.h"
 
 namespace {

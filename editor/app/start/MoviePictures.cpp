@@ -9,10 +9,9 @@
 
 #include "BitmapImages.h"
 #include "SwfMovie.h"
-#include "SwfTagDefineButton.h"
-#include "SwfTagDefineSprite.h"
 #include "SwfTagsControl.h"
 #include "TagDrawing.h"
+#include "TagWords.h"
 
 namespace zelk {
 
@@ -42,18 +41,11 @@ QColor backgroundOf(const SwfTags& tags) {
     return Qt::white;
 }
 
-// What tags place: definitions, and sprites and buttons, which the library does not count among them.
 std::map<uint16_t, SwfTagWrapper> charactersOf(const SwfTags& tags) {
     std::map<uint16_t, SwfTagWrapper> characters;
     for (const auto& tag : tags.items()) {
-        if (const auto* sprite = dynamic_cast<const SwfTagDefineSprite*>(tag.get()))
-            characters[sprite->spriteId] = tag;
-        else if (const auto* button = dynamic_cast<const SwfTagDefineButton*>(tag.get()))
-            characters[button->buttonId] = tag;
-        else if (const auto* button2 = dynamic_cast<const SwfTagDefineButton2*>(tag.get()))
-            characters[button2->buttonId] = tag;
-        else if (tag->isDefinition())
-            characters[tag->definitionId()] = tag;
+        if (const auto id = characterId(*tag))
+            characters[*id] = tag;
     }
     return characters;
 }

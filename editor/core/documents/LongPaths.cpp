@@ -12,6 +12,9 @@ namespace zelk {
 
 #ifdef _WIN32
 
+// The compiler takes what lies at an offset of a segment register for an array of no size.
+#pragma GCC diagnostic ignored "-Warray-bounds"
+
 // The loader sets a flag in the process's own block when both say so, and that flag is all that is looked at later.
 void takeLongPaths() {
     constexpr DWORD firstMajor = 10, firstBuild = 15063; // which knows the flag

@@ -36,6 +36,8 @@ others="$others:WindowTest.EveryKeyReachesItsCommand:KindsWindow.KeysShowFilterA
 QT_PLUGIN_PATH="$(windows_path "$prefix/plugins")" WINEPATH="$WINEPATH" wine "$build/bin/zelk_editor_tests.exe" \
     --gtest_brief=1 --gtest_filter="-$others"
 unset WINEPATH
+# A desktop that was begun without a display shows nothing, and stays for a moment.
+wineserver --wait
 
 # --- from any folder ------------------------------------------------------------------------------------------------------
 

@@ -197,8 +197,8 @@ void measureFormat(DocumentView& view, Session& session) {
         format.Execute();
     });
     printMemory("memory then");
-    measure("taken back", 1, [&] { view.undo(); });
-    measure("done again", 1, [&] { view.redo(); });
+    measureWaits("taken back", [&] { view.undo(); });
+    measureWaits("done again", [&] { view.redo(); });
 }
 
 } // namespace

@@ -75,6 +75,86 @@ TEST(TextView, BigTextsComeWhole) {
     EXPECT_FALSE(view.isModified());
 }
 
+// Each big one leads to a text with steps of its own, which no one is to notice.
+TEST(TextView, BigChangesAreStepsAsAnyOther) {
+    const auto lines = [](size_t size) {
+        std::string text(size, '-');
+        for (size_t end = 99; end < size; end += 100)
+            text[end] = '\n';
+        return text;
+    };
+    std::string text = lines(9 << 20);
+    std::fill_n(text.begin(), 10, '\n');
+    TextEditorView view;
+    view.setText(text);
+    view.gotoOffset(5);
+    view.toggleBookmark();
+    const auto type = [&](const char* keys) { QTest::keyClicks(&view, QString::fromLatin1(keys)); };
+    int told = 0;
+    size_t moved = 0;
+    QObject::connect(&view, &TextControl::edited, &view, [&] { ++told; });
+    QObject::connect(&view, &TextControl::willDelete, &view, [&](size_t start, size_t end) { moved += start + end; });
+    QObject::connect(&view, &TextControl::willInsert, &view, [&](size_t at, size_t size) { moved += at * size; });
+    bool isModified = false;
+    QObject::connect(&view, &TextEditorView::modificationChanged, &view, [&](bool is) { isModified = is; });
+
+    type("a");
+    QCoreApplication::processEvents();
+    told = 0;
+    view.setSavePoint();
+    const std::string saved(view.text()), some = lines(700'000);
+    const std::vector<TextChange> changes{{0, 2, "y"}, {4, 4, some}, {7, 9, "zz"}};
+    const std::string changed = "y\n\n" + some + "\na\nzz" + saved.substr(9);
+    moved = 0;
+    view.replaceAll(changes);
+    EXPECT_EQ(moved, (7 + 9) + 7 * 2 + 4 * 700'000 + (0 + 2) + 0) << "from the last to the first";
+    EXPECT_TRUE(view.text() == changed);
+    EXPECT_EQ(view.caret(), 700'005) << "behind the a";
+    EXPECT_TRUE(isModified && view.isModified());
+    EXPECT_EQ(told, 0);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(told, 1) << "of all of them";
+    view.gotoOffset(0);
+    view.nextBookmark();
+    EXPECT_EQ(view.row(), 7'004) << "that of the a";
+
+    moved = 0;
+    view.undo();
+    EXPECT_EQ(moved, (700'006 + 700'008) + 700'006 * 2 + (3 + 700'003) + (0 + 1) + 0) << "places of the longer text";
+    EXPECT_TRUE(view.text() == saved);
+    EXPECT_EQ(view.caret(), 6) << "as it was left";
+    EXPECT_FALSE(isModified || view.isModified());
+    view.undo();
+    EXPECT_TRUE(view.text() == text);
+    EXPECT_FALSE(view.canUndo());
+    EXPECT_TRUE(isModified && view.isModified());
+    view.redo();
+    EXPECT_FALSE(isModified || view.isModified());
+    view.redo();
+    EXPECT_TRUE(view.text() == changed);
+    EXPECT_FALSE(view.canRedo());
+    type("b");
+    view.undo();
+    EXPECT_TRUE(isModified && view.isModified()) << "its beginning was not saved";
+    view.setSavePoint();
+    view.undo();
+    EXPECT_TRUE(isModified && view.isModified());
+    type("c");
+    EXPECT_FALSE(view.canRedo());
+    view.redo();
+    view.undo();
+    EXPECT_TRUE(view.text() == saved);
+    EXPECT_TRUE(view.isModified()) << "what was saved is gone";
+
+    for (int i = 0; i < 7; ++i) // more than it has texts for
+        view.replaceAll(changes);
+    QTest::keyClick(&view, Qt::Key_Return);
+    EXPECT_EQ(view.text().size(), saved.size() + 7 * (some.size() - 1) + 1);
+    while (view.canUndo())
+        view.undo();
+    EXPECT_TRUE(view.text() == text);
+}
+
 // Pasted and dropped, into a text whose lines end in another way.
 TEST(TextView, TextsOfOtherProgramsKeepTheirLineEnds) {
     constexpr const char* foreign = "a\rb\r\nc\n";

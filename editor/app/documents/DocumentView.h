@@ -73,7 +73,8 @@ public:
     void setText(std::string bytes) override;
     std::string_view text() override { return _editor->text(); }
     void replace(size_t start, size_t end, std::string_view bytes) override {
-        _editor->replaceBytes(start, end, bytes);
+        const TextChange change{start, end, std::string(bytes)};
+        _editor->replaceAll({&change, 1});
     }
     void setSavePoint() override;
     /// In the tag list, selects the tag there; the text comes up when there is none.

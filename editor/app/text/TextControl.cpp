@@ -2,20 +2,13 @@
 
 #include <QClipboard>
 #include <QDropEvent>
-#include <QEventLoop>
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QMouseEvent>
-#include <QTimer>
-
-#ifdef Q_OS_LINUX
-#include <sys/mman.h>
-#include <unistd.h>
-#endif
 
 #include <algorithm>
-#include <memory>
 
+#include "PaintLoop.h"
 #include "TextAccessible.h"
 
 namespace zelk {
@@ -23,20 +16,6 @@ namespace zelk {
 namespace {
 
 QString formatName() { return QString::fromLatin1(TextControl::bytesFormat); }
-
-constexpr size_t pieceSize = 2 << 20; // of a text that is handed over: some 10 ms
-constexpr size_t bigSize = 8 << 20;   // smaller texts are there before anyone waits
-
-// Gives the whole pages in a range of a string that is no longer needed back to the system; they read as zeros then.
-void letGo([[maybe_unused]] char* start, [[maybe_unused]] char* end) {
-#ifdef Q_OS_LINUX
-    const auto page = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
-    const uintptr_t first = (reinterpret_cast<uintptr_t>(start) + page - 1) / page * page;
-    const uintptr_t last = reinterpret_cast<uintptr_t>(end) / page * page;
-    if (first < last)
-        madvise(reinterpret_cast<void*>(first), last - first, MADV_DONTNEED);
-#endif
-}
 
 } // namespace
 
@@ -58,6 +37,8 @@ TextControl::TextControl(QWidget* parent) : QsciScintillaBase(parent) {
 void TextControl::willChange(int position, int type, int length) {
     if ((type & (SC_MOD_BEFOREINSERT | SC_MOD_BEFOREDELETE)) == 0)
         return;
+    if ((type & SC_PERFORMED_USER) != 0)
+        forgetNext();
     ++_changeCount;
     const auto start = static_cast<size_t>(position);
     _quotes.changedAt(start);
@@ -85,69 +66,42 @@ void TextControl::setUpDocument() {
     send(SCI_SETCODEPAGE, SC_CP_UTF8);
     send(SCI_SETTABWIDTH, 4);
     send(SCI_SETINDENT, 4);
+    send(SCI_SETUNDOCOLLECTION, 1);
     send(SCI_SETUSETABS, 0);
     send(SCI_SETTABINDENTS, 1);
     send(SCI_SETBACKSPACEUNINDENTS, 1);
 }
 
-void TextControl::inTurns(size_t size, const std::function<void(size_t start, size_t size)>& work) {
-    if (size <= bigSize) {
-        work(0, size);
-        return;
-    }
-    size_t start = 0;
-    untilDone([&] {
-        const size_t piece = std::min(pieceSize, size - start);
-        work(start, piece);
-        start += piece;
-        return start == size;
-    });
-}
-
-void TextControl::untilDone(const std::function<bool()>& work) {
-    QEventLoop loop;
-    QTimer timer;
-    connect(&timer, &QTimer::timeout, &loop, [&] {
-        if (work())
-            loop.quit();
-    });
-    timer.start(0);
-    loop.exec(QEventLoop::ExcludeUserInputEvents);
-}
-
-// Into the document of a control that no one sees.
-void TextControl::takeInto(QsciScintillaBase& taker, std::string& bytes) {
-    taker.SendScintilla(SCI_SETMODEVENTMASK, 0UL);
-    taker.SendScintilla(SCI_SETCODEPAGE, static_cast<unsigned long>(SC_CP_UTF8));
-    taker.SendScintilla(SCI_SETUNDOCOLLECTION, 0UL);
-    taker.SendScintilla(SCI_ALLOCATE, static_cast<unsigned long>(bytes.size()) + 1024);
-    inTurns(bytes.size(), [&](size_t start, size_t size) {
-        taker.SendScintilla(SCI_ADDTEXT, static_cast<uintptr_t>(size), bytes.data() + start);
-        letGo(bytes.data() + start, bytes.data() + start + size);
-    });
-}
-
 void TextControl::setBytes(std::string bytes) {
-    std::unique_ptr<QsciScintillaBase> taker;
     if (bytes.size() > bigSize) {
-        taker = std::make_unique<QsciScintillaBase>();
-        takeInto(*taker, bytes);
-    }
-    _isReplacingAll = true;
-    if (taker != nullptr) {
-        SendScintilla(SCI_SETDOCPOINTER, 0UL, taker->SendScintillaPtrResult(SCI_GETDOCPOINTER));
+        const size_t size = bytes.size();
+        TextDocumentMaker maker(*this);
+        QuoteMap quotes;
+        besideWindow([&] {
+            quotes.at(bytes, size); // all of them once, so that a jump to the end need not
+            maker.fill(bytes);
+            bytes = {};
+        });
+        showDocument(*this, maker.take());
         setUpDocument();
-        willChange(0, SC_MOD_BEFOREINSERT, static_cast<int>(bytes.size()));
+        ++_changeCount;
+        if (!_isEditedQueued)
+            queueEdited();
+        _quotes = std::move(quotes);
     } else {
+        _isReplacingAll = true;
         send(SCI_SETUNDOCOLLECTION, 0);
         send(SCI_CLEARALL);
         SendScintilla(SCI_ADDTEXT, static_cast<uintptr_t>(bytes.size()), bytes.data());
+        send(SCI_SETUNDOCOLLECTION, 1);
+        _isReplacingAll = false;
     }
-    send(SCI_SETUNDOCOLLECTION, 1);
+    _versions.assign(1, {});
+    _shown = 0;
     send(SCI_EMPTYUNDOBUFFER);
-    send(SCI_SETSAVEPOINT);
+    setSavePoint();
     send(SCI_GOTOPOS, 0);
-    _isReplacingAll = false;
+    Q_EMIT documentShown();
 }
 
 std::string_view TextControl::bytes() const {
@@ -174,27 +128,6 @@ std::string TextControl::indentUnit() const { return std::string(static_cast<siz
 void TextControl::replaceBytes(size_t start, size_t end, std::string_view bytes) {
     send(SCI_SETTARGETRANGE, static_cast<long>(start), static_cast<long>(end));
     SendScintilla(SCI_REPLACETARGET, static_cast<uintptr_t>(bytes.size()), bytes.data());
-}
-
-void TextControl::replaceAll(std::span<const TextChange> changes) {
-    size_t size = 0, left = changes.size();
-    for (const TextChange& change : changes)
-        size += change.end - change.start + change.text.size();
-    const auto replaceLast = [&] { // so that places before it stay
-        --left;
-        replaceBytes(changes[left].start, changes[left].end, changes[left].text);
-        return left == 0;
-    };
-    send(SCI_BEGINUNDOACTION);
-    if (size > bigSize && left > 1) {
-        _isEditedQueued = true;
-        untilDone(replaceLast);
-        queueEdited();
-    } else {
-        while (left > 0)
-            replaceLast();
-    }
-    send(SCI_ENDUNDOACTION);
 }
 
 // --- clipboard and drops: the control would change the line ends of everything that it puts in -----------------------

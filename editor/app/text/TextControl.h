@@ -9,6 +9,7 @@
 
 #include "QuoteMap.h"
 #include "Session.h"
+#include "TextDocument.h"
 
 namespace zelk {
 
@@ -20,8 +21,9 @@ public:
     explicit TextControl(QWidget* parent = nullptr);
 
     /// Replaces everything. No undo step; the new text counts as saved. Its memory goes as the control takes it in.
-    /// A big text is taken in piece by piece in a loop of its own, so that the window goes on painting; what the user
-    /// does meanwhile waits, and until it returns the text is still the one before.
+    /// A big text is taken in beside a loop of its own, so that the window goes on painting; what the user does
+    /// meanwhile waits, and until it returns the text is still the one before. Throws std::bad_alloc, as all that puts
+    /// in text.
     void setBytes(std::string bytes);
     /// Valid until the next change.
     std::string_view bytes() const;
@@ -34,9 +36,15 @@ public:
     std::string indentUnit() const;
     /// One undo step.
     void replaceBytes(size_t start, size_t end, std::string_view bytes);
-    /// Ascending and apart from each other. One undo step. Big ones are made one after the other in a loop, as those of
-    /// setBytes; edited() comes when all are made.
+    /// Ascending and apart from each other. One undo step. Big ones are made in a loop, as that of setBytes; edited()
+    /// comes when all are made. Those that change much of a big text show another document: folds are open then.
     void replaceAll(std::span<const TextChange> changes);
+    bool isModified() const { return _saved != _shown || send(SCI_GETMODIFY) != 0; }
+    void setSavePoint();
+    bool canUndo() const { return _shown > 0 || send(SCI_CANUNDO) != 0; }
+    bool canRedo() const { return _shown + 1 < _versions.size() || send(SCI_CANREDO) != 0; }
+    void undo();
+    void redo();
     /// Another number after every change.
     uint64_t changeCount() const { return _changeCount; }
 
@@ -44,11 +52,6 @@ public:
     static constexpr const char* bytesFormat = "application/x-zelk-text";
     /// Puts in what the clipboard holds with its bytes and line ends.
     void pasteBytes();
-
-    /// Calls it until it says that it is done, in a loop that lets the window paint, but lets no one use it.
-    static void untilDone(const std::function<bool()>& work);
-    /// Does something with all of a text of `size` bytes, as setBytes does when it is big.
-    static void inTurns(size_t size, const std::function<void(size_t start, size_t size)>& work);
 
     QuoteMap::State quoteStateAt(size_t position) { return _quotes.at(bytes(), position); }
     void setStyles(size_t start, const std::string& styles);
@@ -63,6 +66,8 @@ Q_SIGNALS:
     void willDelete(size_t start, size_t end);
     /// After changes, once for all that were made before the window got to run again.
     void edited();
+    /// It is another one, with nothing of what documents keep for themselves.
+    void documentShown();
 
 protected:
     bool canInsertFromMimeData(const QMimeData* source) const override;
@@ -72,14 +77,36 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
+    static constexpr size_t bigSize = 8 << 20; // smaller texts are there, and changed, before anyone waits
+
+    /// A change that led to another version of the text: bytes of the one before.
+    struct Moved {
+        uint32_t start, removed, added;
+    };
+    /// What a big change led to, or began with. The control would take long for it, and longer to undo it.
+    struct Version {
+        TextDocument document = {}; // of those not shown; so is the rest
+        QuoteMap quotes = {};
+        long caret = -1; // as long as it was not shown
+        std::vector<Moved> toNext = {};
+    };
+
     void setUpDocument();
-    static void takeInto(QsciScintillaBase& taker, std::string& bytes);
     void queueEdited();
     void willChange(int position, int type, int length);
+    bool isBig(std::span<const TextChange> changes) const;
+    void addVersion(std::span<const TextChange> changes);
+    void showVersion(size_t version);
+    void forgetNext();
+    void tellMoved(const std::vector<Moved>& moved, bool isBack);
+    static std::vector<size_t> movedPlaces(const std::vector<Moved>& moved, std::vector<size_t> places);
+    std::vector<size_t> markedPlaces() const;
     bool insertFrom(const QMimeData* source);
     void moveOrCopyTo(size_t place, std::string_view bytes, bool isMove);
 
     QuoteMap _quotes;
+    std::vector<Version> _versions{1};
+    size_t _shown = 0, _saved = 0; // of them
     uint64_t _changeCount = 0;
     bool _isEditedQueued = false, _isReplacingAll = false;
 };

@@ -71,6 +71,8 @@ void TextEditorView::setColors() {
         set(SCI_MARKERSETFORE, marker, QColor(ground));
         set(SCI_MARKERSETBACK, marker, marks);
     }
+    _digits = 0; // They may have another width.
+    fitNumbers();
 }
 
 void TextEditorView::setTextLook(const Look& look) {
@@ -125,6 +127,15 @@ void TextEditorView::setMargins() {
     }
     send(SCI_SETFOLDFLAGS, SC_FOLDFLAG_LINEAFTER_CONTRACTED);
     send(SCI_SETAUTOMATICFOLD, SC_AUTOMATICFOLD_SHOW | SC_AUTOMATICFOLD_CHANGE);
+}
+
+void TextEditorView::fitNumbers() {
+    const size_t digits = std::to_string(rowCount()).size();
+    if (std::exchange(_digits, digits) == digits)
+        return;
+    const QByteArray widest(static_cast<qsizetype>(digits) + 2, '9');
+    send(SCI_SETMARGINWIDTHN, numbers,
+         SendScintilla(SCI_TEXTWIDTH, static_cast<uintptr_t>(STYLE_LINENUMBER), widest.constData()));
 }
 
 void TextEditorView::setIndicators() {

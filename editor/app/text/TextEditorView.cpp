@@ -22,8 +22,8 @@ TextEditorView::TextEditorView(QWidget* parent)
     setLook();
     setColors();
     setKeys();
-    connect(this, &QsciScintillaBase::SCN_SAVEPOINTLEFT, this, [this] { Q_EMIT modificationChanged(true); });
-    connect(this, &QsciScintillaBase::SCN_SAVEPOINTREACHED, this, [this] { Q_EMIT modificationChanged(false); });
+    connect(this, &QsciScintillaBase::SCN_SAVEPOINTLEFT, this, [this] { Q_EMIT modificationChanged(isModified()); });
+    connect(this, &QsciScintillaBase::SCN_SAVEPOINTREACHED, this, [this] { Q_EMIT modificationChanged(isModified()); });
     connect(this, &QsciScintillaBase::SCN_STYLENEEDED, this, [this] { styleVisible(); });
     connect(this, &QsciScintillaBase::SCN_CHARADDED, this, [this](int character) { _typing.typed(character); });
     connect(this, &QsciScintillaBase::SCN_MARGINCLICK, this,
@@ -47,7 +47,15 @@ TextEditorView::TextEditorView(QWidget* parent)
         if (_marked != nullptr)
             markVisibleMatches();
     });
-    connect(this, &TextControl::edited, this, &TextEditorView::placeChanged);
+    connect(this, &TextControl::edited, this, [this] {
+        fitNumbers();
+        Q_EMIT placeChanged();
+    });
+    connect(this, &TextControl::documentShown, this, [this] {
+        setTextLook(_look);
+        fitNumbers();
+        Q_EMIT modificationChanged(isModified());
+    });
     connect(this, &TextControl::willInsert, this, [this](size_t at, size_t bytes) { _jumps.inserted(at, bytes); });
     connect(this, &TextControl::willDelete, this,
             [this](size_t start, size_t end) { _jumps.removed(start, end - start); });
@@ -152,20 +160,14 @@ void TextEditorView::mousePressEvent(QMouseEvent* event) {
 
 void TextEditorView::setText(std::string newText) {
     setBytes(std::move(newText));
-    setTextLook(_look); // which the control keeps with its document
     _jumps.clear();
     _lastCaret = 0;
     const std::string_view bytes = text();
-    // Counts them all once, so that a jump to the end need not.
-    inTurns(bytes.size(), [this](size_t start, size_t size) { quoteStateAt(start + size); });
     // New lines end as the first one does.
     const size_t end = bytes.find_first_of("\r\n");
     const bool isCr = end != bytes.npos && bytes[end] == '\r';
     const bool isCrLf = isCr && bytes.substr(end).starts_with("\r\n");
     send(SCI_SETEOLMODE, isCrLf ? SC_EOL_CRLF : isCr ? SC_EOL_CR : SC_EOL_LF);
-    const QByteArray widest(static_cast<qsizetype>(std::to_string(rowCount()).size()) + 2, '9');
-    send(SCI_SETMARGINWIDTHN, numbers,
-         SendScintilla(SCI_TEXTWIDTH, static_cast<uintptr_t>(STYLE_LINENUMBER), widest.constData()));
 }
 
 TextMatch TextEditorView::selection() const {

@@ -27,7 +27,6 @@ public:
     void setText(std::string bytes);
     /// Valid until the next change.
     std::string_view text() const { return bytes(); }
-    void setSavePoint() { send(SCI_SETSAVEPOINT); }
 
     /// How texts are shown. An empty family and a size of 0 are the system's.
     struct Look {
@@ -44,9 +43,6 @@ public:
     /// What selected text of a class has. On light ground that is one colour for all: theirs could not be read.
     static QRgb selectedColour(bool isDark, int style);
 
-    bool isModified() const { return send(SCI_GETMODIFY) != 0; }
-    bool canUndo() const { return send(SCI_CANUNDO) != 0; }
-    bool canRedo() const { return send(SCI_CANREDO) != 0; }
     bool hasSelection() const { return send(SCI_GETSELECTIONEMPTY) == 0; }
     TextMatch selection() const;
     std::string selectedText() const;
@@ -84,8 +80,6 @@ public:
     /// The nearest place that there is. Shows it even if it was folded away.
     void gotoPlace(uint32_t row, uint32_t column);
 
-    void undo() { send(SCI_UNDO); }
-    void redo() { send(SCI_REDO); }
     void cut() { send(SCI_CUT); }
     void copy() { send(SCI_COPY); }
     void paste() { pasteBytes(); }
@@ -134,6 +128,7 @@ private:
     void noteMove();
     void setKeys();
     void setMargins();
+    void fitNumbers();
     void setIndicators();
     /// The first and the last.
     std::pair<long, long> linesOnScreen() const;
@@ -166,6 +161,7 @@ private:
     std::shared_ptr<const TextSearch> _marked;
     TextEditorAutocomplete* _autocomplete;
     std::pair<long, long> _styled{-1, -1}; // lines
+    size_t _digits = 0;                    // that line numbers have room for
 };
 
 } // namespace zelk

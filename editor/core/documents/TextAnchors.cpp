@@ -18,9 +18,13 @@ size_t without(size_t offset, size_t start, size_t end) {
 
 // To the end of the start tag or of the line.
 std::string_view headOf(std::string_view element) {
-    const size_t end = element.find_first_of(">\r\n");
-    return element.substr(0, end == element.npos || element[end] != '>' ? end : end + 1);
+    size_t end = 0; // find_first_of takes four times as long.
+    while (end < element.size() && element[end] != '>' && element[end] != '\n' && element[end] != '\r')
+        ++end;
+    return element.substr(0, end < element.size() && element[end] == '>' ? end + 1 : end);
 }
+
+using Element = std::vector<size_t>; // the places of one element that went
 
 // The start of an element that was deleted only in part is too short to look for.
 bool isWhole(std::string_view head) {
@@ -132,7 +136,6 @@ std::vector<TextAnchors::Found> TextAnchors::findWhereTheyWere(const Reader& tex
 
 // Elements that were moved: by how they start, in their order.
 void TextAnchors::findElsewhere(const Reader& text, std::vector<Found>& found) const {
-    using Element = std::vector<size_t>; // the places of one element that went
     std::unordered_map<std::string_view, std::vector<Element>> missing;
     size_t before = _places.size(), next = 0;
     const size_t foundBefore = found.size();
@@ -155,21 +158,24 @@ void TextAnchors::findElsewhere(const Reader& text, std::vector<Found>& found) c
     if (missing.empty())
         return;
     for (auto& [head, elements] : missing)
-        std::ranges::reverse(elements); // so that the first one is taken from the end
-    const std::string put = text(_newStart, _newEnd);
-    const std::string_view fresh = put;
-    for (size_t at = fresh.find('<'); at != fresh.npos && !missing.empty(); at = fresh.find('<', at + 1)) {
-        const auto match = missing.find(headOf(fresh.substr(at, headSize)));
-        const size_t offset = _newStart + at;
-        const auto isFoundHere = [offset](const Found& other) { return other.offset == offset; };
-        if (match == missing.end() || isTaken(offset) ||
-            std::any_of(found.begin(), found.begin() + static_cast<ptrdiff_t>(foundBefore), isFoundHere))
-            continue;
-        for (size_t index : match->second.back())
-            found.push_back({index, offset});
-        match->second.pop_back();
-        if (match->second.empty())
-            missing.erase(match);
+        std::ranges::reverse(elements);      // so that the first one is taken from the end
+    constexpr size_t pieceSize = 256 * 1024; // All of it may be as big as the text.
+    for (size_t start = _newStart; start < _newEnd && !missing.empty(); start += pieceSize) {
+        const std::string put = text(start, std::min(_newEnd, start + pieceSize + headSize));
+        const std::string_view piece = put;
+        for (size_t at = piece.find('<'); at < pieceSize && !missing.empty(); at = piece.find('<', at + 1)) {
+            const auto match = missing.find(headOf(piece.substr(at, headSize)));
+            const size_t offset = start + at;
+            const auto isFoundHere = [offset](const Found& other) { return other.offset == offset; };
+            if (match == missing.end() || isTaken(offset) ||
+                std::any_of(found.begin(), found.begin() + static_cast<ptrdiff_t>(foundBefore), isFoundHere))
+                continue;
+            for (size_t index : match->second.back())
+                found.push_back({index, offset});
+            match->second.pop_back();
+            if (match->second.empty())
+                missing.erase(match);
+        }
     }
 }
 

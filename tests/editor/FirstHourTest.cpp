@@ -223,6 +223,7 @@ protected:
         });
         press(Qt::Key_Comma, Qt::ControlModifier);
         EXPECT_TRUE(hasSettings());
+        EXPECT_EQ(settings.value(QStringLiteral("Player/kind")), QStringLiteral("command")) << "as it was";
         press(Qt::Key_S, Qt::ControlModifier);
         const Bytes size = {1, 0, 3, 2, 0, 3, 0}; // the format, the width and the height of the picture
         EXPECT_TRUE(has(onDisk("pictures.swf"), size));

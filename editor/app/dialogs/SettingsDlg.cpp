@@ -21,11 +21,8 @@ const QString fontKey = QStringLiteral("Text/font"), sizeKey = QStringLiteral("T
               playerKey = QStringLiteral("Player/kind"), commandKey = QStringLiteral("Player/command");
 constexpr int smallest = 6, biggest = 72, widestTab = 16;
 
-// In the order of the box.
-const QStringList& players() {
-    static const QStringList kinds = {QStringLiteral("ruffle"), QStringLiteral("command"), QStringLiteral("none")};
-    return kinds;
-}
+const QString ownPlayer = QStringLiteral("ruffle"), programPlayer = QStringLiteral("command"),
+              noPlayer = QStringLiteral("none");
 
 QSpinBox* numberField(QWidget* parent, int least, int most, int value) {
     auto* field = new QSpinBox(parent);
@@ -68,7 +65,8 @@ void keepTextLook(QSettings& settings, const TextEditorView::Look& look) {
     settings.setValue(wrapKey, look.wraps);
 }
 
-SettingsDlg::SettingsDlg(const QSettings& settings, int theme, bool fullForm, QWidget* parent) : QDialog(parent) {
+SettingsDlg::SettingsDlg(const QSettings& settings, int theme, bool fullForm, bool hasOwnPlayer, QWidget* parent)
+    : QDialog(parent) {
     setWindowTitle(tr("Settings"));
     const TextEditorView::Look look = textLook(settings);
     const QFont usual = QFontDatabase::systemFont(QFontDatabase::FixedFont);
@@ -81,8 +79,13 @@ SettingsDlg::SettingsDlg(const QSettings& settings, int theme, bool fullForm, QW
     _size->setSuffix(tr(" pt"));
     _tabWidth = numberField(this, 1, widestTab, look.tabWidth);
     _wraps = tick(this, tr("&Break long lines at the edge of the window"), look.wraps);
-    const qsizetype kind = players().indexOf(settings.value(playerKey).toString());
-    _player = choice(this, {tr("Built in"), tr("A program"), tr("None")}, kind < 0 ? 0 : static_cast<int>(kind));
+    _player = choice(this, {tr("A program"), tr("None")}, 1);
+    _player->setItemData(0, programPlayer);
+    _player->setItemData(1, noPlayer);
+    if (hasOwnPlayer)
+        _player->insertItem(0, tr("Built in"), ownPlayer);
+    if (const int kind = _player->findData(settings.value(playerKey, ownPlayer)); kind >= 0)
+        _player->setCurrentIndex(kind);
     _command = new QLineEdit(settings.value(commandKey).toString(), this);
     _copies = tick(this, tr("&Keep copies of unsaved changes for the case of a crash"),
                    settings.value(copiesKey, true).toBool());
@@ -90,9 +93,9 @@ SettingsDlg::SettingsDlg(const QSettings& settings, int theme, bool fullForm, QW
     _backups = tick(this, tr("Keep a b&ackup of each file as it was before its first save"), keepsBackups(settings));
     _backups->setToolTip(tr("As NAME.swf.bak beside the file. A version that another program made since, and that is "
                             "saved over, becomes NAME.swf.2.bak."));
-    connect(_player, &QComboBox::currentIndexChanged, _command,
-            [this](int chosen) { _command->setEnabled(chosen == 1); });
-    _command->setEnabled(_player->currentIndex() == 1);
+    const auto enableCommand = [this] { _command->setEnabled(_player->currentData() == programPlayer); };
+    connect(_player, &QComboBox::currentIndexChanged, _command, enableCommand);
+    enableCommand();
 
     auto* layout = new QFormLayout(this);
     layout->addRow(tr("&Form of movies:"), _form);
@@ -129,7 +132,7 @@ void SettingsDlg::keepIn(QSettings& settings) const {
     look.tabWidth = _tabWidth->value();
     look.wraps = _wraps->isChecked();
     keepTextLook(settings, look);
-    settings.setValue(playerKey, players()[_player->currentIndex()]);
+    settings.setValue(playerKey, _player->currentData());
     settings.setValue(commandKey, _command->text());
     settings.setValue(copiesKey, _copies->isChecked());
     settings.setValue(backupsKey, _backups->isChecked());

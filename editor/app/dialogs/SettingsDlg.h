@@ -23,8 +23,8 @@ void keepTextLook(QSettings& settings, const TextEditorView::Look& look);
 class SettingsDlg : public QDialog {
     Q_OBJECT
 public:
-    /// `theme` counts from 0: the system's, light, dark.
-    SettingsDlg(const QSettings& settings, int theme, bool fullForm, QWidget* parent);
+    /// `theme` counts from 0: the system's, light, dark. The player that is built in is offered where there is one.
+    SettingsDlg(const QSettings& settings, int theme, bool fullForm, bool hasOwnPlayer, QWidget* parent);
 
     int theme() const;
     bool fullForm() const;

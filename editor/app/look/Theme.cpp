@@ -13,7 +13,8 @@ namespace zelk {
 
 namespace {
 
-// Qt's own style shows faintly where the keyboard is, on dark ground not at all, and nothing in empty lists.
+// Qt's own style shows faintly where the keyboard is, on dark ground neither that nor boxes to tick, and nothing in
+// empty lists.
 class ProgramStyle : public QProxyStyle {
 public:
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
@@ -23,8 +24,12 @@ public:
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override {
-        if (element != PE_FrameFocusRect || !_isQtsOwn)
-            return QProxyStyle::drawPrimitive(element, option, painter, widget);
+        if (element != PE_FrameFocusRect || !_isQtsOwn) {
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
+            if (_isQtsOwn && element == PE_IndicatorCheckBox)
+                drawTickFrame(*option, *painter);
+            return;
+        }
         if (!option->state.testFlag(State_KeyboardFocusChange))
             return;
         const auto* focus = qstyleoption_cast<const QStyleOptionFocusRect*>(option);
@@ -52,6 +57,17 @@ private:
         return qobject_cast<const QAbstractItemView*>(widget) != nullptr ||
                (qobject_cast<const QAbstractScrollArea*>(widget) != nullptr &&
                 !widget->testAttribute(Qt::WA_InputMethodEnabled));
+    }
+
+    // A dark theme's is as dark as the ground.
+    static void drawTickFrame(const QStyleOption& option, QPainter& painter) {
+        if (option.palette.color(QPalette::Base).lightness() >= 128)
+            return;
+        painter.save();
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(option.palette.color(QPalette::PlaceholderText));
+        painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+        painter.restore();
     }
 
     static void drawFocus(const QStyleOption& option, const QColor& ground, const QRect& rect, double radius,

@@ -1,6 +1,7 @@
 // Plays movies in other programs: the player that belongs to the editor, or one that the user has chosen.
 #pragma once
 
+#include <QFileInfo>
 #include <QObject>
 #include <QSettings>
 
@@ -25,6 +26,8 @@ public:
     /// Ends the players of the editor.
     ~PlayerProcess() override;
 
+    /// Whether a player belongs to the editor.
+    static bool hasOwn() { return QFileInfo::exists(besideTheEditor()); }
     void play(const PlayRequest& request, Ended ended) override;
 
 private:

@@ -15,6 +15,7 @@
 #include "GuideWindow.h"
 #include "LinesNotice.h"
 #include "PayloadCommands.h"
+#include "PlayerProcess.h"
 #include "PreviewPane.h"
 #include "PrintCommands.h"
 #include "RenameCharacterCmd.h"
@@ -158,7 +159,7 @@ void WindowCommands::setTextLook(const TextEditorView::Look& look) {
 void WindowCommands::changeSettings() {
     const int theme = _parts.settings.value(QStringLiteral("Window/theme"), CommandId::themeSystem).toInt();
     SettingsDlg dialog(_parts.settings, std::clamp(theme - CommandId::themeSystem, 0, 2), _parts.session.fullForm,
-                       &_parts.window);
+                       PlayerProcess::hasOwn(), &_parts.window);
     if (dialog.exec() != QDialog::Accepted)
         return;
     dialog.keepIn(_parts.settings);

@@ -71,6 +71,13 @@ TEST_F(SearchWindowTest, FindGoesWhereItIsTold) {
     editor().select({3, 5});
     press(Qt::Key_F, Qt::ControlModifier);
     EXPECT_EQ(find.options().pattern, "Ab") << "what is selected is proposed";
+    editor().select({3, 3});
+    press(Qt::Key_Escape);
+    press(Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier); // asks for what, and Return finds that in all
+    press(Qt::Key_B);
+    press(Qt::Key_Return);
+    const QLabel& words = window->findChild<ResultsPanel*>()->words();
+    EXPECT_TRUE(runUntil([&] { return words.text().startsWith(u"b: "); })) << words.text().toStdString();
 }
 
 TEST_F(SearchWindowTest, ReplaceChangesWhatItIsTold) {

@@ -25,7 +25,12 @@ SearchController::SearchController(QWidget* window, QSettings& settings)
 }
 
 void SearchController::connectBar(FindDlg& bar) {
-    connect(&bar, &FindDlg::findAsked, this, [this, &bar] { search(bar, bar.searchesUp()); });
+    connect(&bar, &FindDlg::findAsked, this, [this, &bar] {
+        if (std::exchange(_wantsAll, false))
+            findInAll();
+        else
+            search(bar, bar.searchesUp());
+    });
     connect(&bar, &FindDlg::findPreviousAsked, this, [this, &bar] { search(bar, !bar.searchesUp()); });
     connect(&bar, &FindDlg::countAsked, this, [this, &bar] { count(bar); });
     connect(&bar, &FindDlg::findInAllAsked, this, &SearchController::findInAll);
@@ -72,6 +77,7 @@ FindDlg* SearchController::openBar() const {
 }
 
 void SearchController::openFind() {
+    _wantsAll = false;
     if (openBar() == _replace)
         _find->takeOver(*_replace);
     _replace->hide();
@@ -80,6 +86,7 @@ void SearchController::openFind() {
 }
 
 void SearchController::openReplace() {
+    _wantsAll = false;
     if (openBar() != _replace)
         _replace->takeOver(*_find);
     _find->hide();
@@ -103,8 +110,10 @@ void SearchController::findInAll() {
     if (openBar() == nullptr) {
         const bool hasProposal = !proposal(_view).isEmpty();
         openFind();
-        if (!hasProposal)
+        if (!hasProposal) {
+            _wantsAll = true;
             return;
+        }
     }
     if (prepare(*openBar()))
         Q_EMIT findInAllAsked(_search->options());

@@ -74,7 +74,8 @@ private:
     TextSearch::Count _count;
     std::optional<TextMatch> _current;
     QString _words;        // with %1 for the count
-    uint64_t _counted = 0; // change of the text
+    uint64_t _counted = 0;  // change of the text
+    bool _wantsAll = false; // what is typed next is to be found in all documents
 };
 
 } // namespace zelk

@@ -129,9 +129,12 @@ TEST_F(SearchWindowTest, ReplacesByExpressionInSeveralDocumentsByKeys) {
               "Find Next,Count,All Documents,Replace,Replace All,Replace all in the selection only,"
               "Match whole word only,Match case,Regular expression,Wrap around");
     press(Qt::Key_X, Qt::AltModifier);
-    EXPECT_FALSE(
-        dialog("Replace").geometry().intersects(QRect(editor().mapTo(window.get(), QPoint()), editor().size())))
-        << "the text stays to be seen";
+    const auto inWindow = [&](const QWidget& part) { return QRect(part.mapTo(window.get(), QPoint()), part.size()); };
+    EXPECT_FALSE(inWindow(dialog("Replace")).intersects(inWindow(editor()))) << "the text stays to be seen";
+    window->resize(window->minimumSizeHint());
+    for (const auto* part : dialog("Replace").findChildren<QAbstractButton*>())
+        EXPECT_TRUE(dialog("Replace").rect().contains(part->geometry())) << part->text().toStdString();
+    EXPECT_LT(dialog("Replace").width(), 600);
     EXPECT_TRUE(runUntil([&] { return result(dialog("Replace")) == "1 match"; })) << result(dialog("Replace"));
     EXPECT_EQ(editor().send(QsciScintillaBase::SCI_INDICATORVALUEAT, 10, 4), 1) << "it is marked";
     EXPECT_EQ(editor().send(QsciScintillaBase::SCI_INDICATORVALUEAT, 10, 9), 0);

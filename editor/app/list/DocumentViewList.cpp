@@ -47,6 +47,7 @@ DocumentViewList::DocumentViewList(TaggedText& text, QWidget* parent)
 void DocumentViewList::buildLayout() {
     _header->setTextFormat(Qt::PlainText);
     _header->setToolTip(tr("Double-click to change the movie's settings"));
+    _header->setMinimumWidth(80); // In narrow windows its end is cut off.
     _header->installEventFilter(this);
     _counts->setForegroundRole(QPalette::PlaceholderText);
     _filter->setPlaceholderText(tr("Filter"));

@@ -26,8 +26,8 @@ public:
                        const QWidget* widget) const override {
         if (element != PE_FrameFocusRect || !_isQtsOwn) {
             QProxyStyle::drawPrimitive(element, option, painter, widget);
-            if (_isQtsOwn && element == PE_IndicatorCheckBox)
-                drawTickFrame(*option, *painter);
+            if (_isQtsOwn && (element == PE_IndicatorCheckBox || element == PE_IndicatorRadioButton))
+                drawTickFrame(*option, element == PE_IndicatorRadioButton, *painter);
             return;
         }
         if (!option->state.testFlag(State_KeyboardFocusChange))
@@ -60,13 +60,19 @@ private:
     }
 
     // A dark theme's is as dark as the ground.
-    static void drawTickFrame(const QStyleOption& option, QPainter& painter) {
+    static void drawTickFrame(const QStyleOption& option, bool isRound, QPainter& painter) {
         if (option.palette.color(QPalette::Base).lightness() >= 128)
             return;
         painter.save();
         painter.setBrush(Qt::NoBrush);
         painter.setPen(option.palette.color(QPalette::PlaceholderText));
-        painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+        const QRect frame = option.rect.adjusted(0, 0, -1, -1);
+        if (isRound) {
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.drawEllipse(QRectF(frame).adjusted(0.5, 0.5, -0.5, -0.5));
+        } else {
+            painter.drawRect(frame);
+        }
         painter.restore();
     }
 

@@ -13,10 +13,11 @@
 namespace zelk {
 
 FindDlg::FindDlg(QWidget* parent)
-    : QFrame(parent), _rows(new QGridLayout), _choices(new QHBoxLayout), _pattern(addField(0, tr("Fi&nd what:"))),
-      _wholeWord(new QCheckBox(tr("Match &whole word only"), this)), _matchCase(new QCheckBox(tr("Match &case"), this)),
-      _expression(new QCheckBox(tr("Regular e&xpression"), this)), _wrap(new QCheckBox(tr("Wrap ar&ound"), this)),
-      _up(new QRadioButton(tr("&Up"), this)), _down(new QRadioButton(tr("&Down"), this)), _result(new QLabel(this)) {
+    : QFrame(parent), _rows(new QGridLayout), _choices(new QBoxLayout(QBoxLayout::LeftToRight)),
+      _pattern(addField(0, tr("Fi&nd what:"))), _wholeWord(new QCheckBox(tr("Match &whole word only"), this)),
+      _matchCase(new QCheckBox(tr("Match &case"), this)), _expression(new QCheckBox(tr("Regular e&xpression"), this)),
+      _wrap(new QCheckBox(tr("Wrap ar&ound"), this)), _up(new QRadioButton(tr("&Up"), this)),
+      _down(new QRadioButton(tr("&Down"), this)), _result(new QLabel(this)) {
     setWindowTitle(tr("Find"));
     setFrameShape(QFrame::StyledPanel);
     QPushButton *next = addButton(0, 2, tr("&Find Next")), *count = addButton(0, 3, tr("Coun&t")),
@@ -40,10 +41,12 @@ FindDlg::FindDlg(QWidget* parent)
     _result->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     addOptions();
     _rows->setColumnStretch(1, 1);
-    _rows->addLayout(_choices, 2, 0, 1, 6);
-    _rows->setContentsMargins(6, 4, 6, 4);
     _rows->setVerticalSpacing(3);
-    setLayout(_rows);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(6, 4, 6, 4);
+    layout->setSpacing(3);
+    layout->addLayout(_rows);
+    layout->addLayout(_choices);
     setOrder({}, {});
     hide();
 }
@@ -51,13 +54,19 @@ FindDlg::FindDlg(QWidget* parent)
 void FindDlg::addOptions() {
     _down->setChecked(true);
     _wrap->setChecked(true);
+    QHBoxLayout* lines[] = {new QHBoxLayout, new QHBoxLayout};
+    for (QHBoxLayout* line : lines)
+        _choices->addLayout(line);
     for (QAbstractButton* each :
          std::initializer_list<QAbstractButton*>{_wholeWord, _matchCase, _expression, _wrap, _up, _down}) {
         each->setShortcut({});
-        _choices->addWidget(each);
+        lines[each == _wrap || each == _up || each == _down]->addWidget(each);
     }
-    _choices->addSpacing(12);
-    _choices->addWidget(_result, 1);
+    lines[0]->addStretch();
+    lines[1]->addSpacing(12);
+    lines[1]->addWidget(_result, 1);
+    _choices->setStretch(1, 1);
+    _choices->setSpacing(3);
     connect(_pattern, &QComboBox::editTextChanged, this, [this] {
         _result->clear();
         Q_EMIT optionsChanged();
@@ -103,6 +112,31 @@ void FindDlg::setOrder(const QList<QWidget*>& fields, const QList<QWidget*>& but
         if (auto* field = qobject_cast<QComboBox*>(order[i]))
             field->lineEdit()->installEventFilter(this);
     }
+}
+
+// --- its width -------------------------------------------------------------------------------------------------------
+
+namespace {
+
+int widthOf(const QLayoutItem* item) { return item->minimumSize().width(); }
+
+} // namespace
+
+QSize FindDlg::minimumSizeHint() const {
+    int width = widthOf(_rows);
+    for (int i = 0; i < _choices->count(); ++i)
+        width = std::max(width, widthOf(_choices->itemAt(i)));
+    const QMargins margins = layout()->contentsMargins();
+    return {width + margins.left() + margins.right() + 2 * frameWidth(), QFrame::minimumSizeHint().height()};
+}
+
+void FindDlg::resizeEvent(QResizeEvent* event) {
+    QFrame::resizeEvent(event);
+    int width = 0; // of all in one line
+    for (int i = 0; i < _choices->count(); ++i)
+        width += widthOf(_choices->itemAt(i)) + _choices->spacing();
+    const bool isNarrow = width > _choices->geometry().width();
+    _choices->setDirection(isNarrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
 }
 
 void FindDlg::present(const QString& pattern) {

@@ -6,10 +6,10 @@
 #include "TextSearch.h"
 
 class QAbstractButton;
+class QBoxLayout;
 class QCheckBox;
 class QComboBox;
 class QGridLayout;
-class QHBoxLayout;
 class QLabel;
 class QPushButton;
 class QRadioButton;
@@ -20,6 +20,9 @@ class FindDlg : public QFrame {
     Q_OBJECT
 public:
     explicit FindDlg(QWidget* parent);
+
+    /// As narrow as it can be made by breaking the line of options.
+    QSize minimumSizeHint() const override;
 
     /// Opens the bar and gives it the keyboard, with this text to search for unless it is empty.
     void present(const QString& pattern);
@@ -48,8 +51,8 @@ Q_SIGNALS:
     void left();
 
 protected:
-    QGridLayout* _rows;    ///< a row for each field: name, field, buttons
-    QHBoxLayout* _choices; ///< what can be ticked, below
+    QGridLayout* _rows;   ///< a row for each field: name, field, buttons
+    QBoxLayout* _choices; ///< what can be ticked, below: one line, or in narrow windows several
 
     QComboBox* addField(int row, const QString& label);
     QPushButton* addButton(int row, int column, const QString& text);
@@ -59,6 +62,7 @@ protected:
     static QStringList historyOf(const QComboBox* field);
     static void setHistoryOf(QComboBox* field, const QStringList& texts);
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void addOptions();

@@ -1,5 +1,6 @@
 #include "ReplaceDlg.h"
 
+#include <QBoxLayout>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
@@ -15,7 +16,7 @@ ReplaceDlg::ReplaceDlg(QWidget* parent)
     QPushButton* replace = addButton(1, 2, tr("&Replace"));
     QPushButton* all = addButton(1, 3, tr("Replace &All"));
     _inSelection->setShortcut({});
-    _rows->addWidget(_inSelection, 1, 4, 1, 2);
+    _choices->insertWidget(0, _inSelection);
     connect(replace, &QPushButton::clicked, this, &ReplaceDlg::replaceAsked);
     connect(all, &QPushButton::clicked, this, &ReplaceDlg::replaceAllAsked);
     setOrder({_replacement}, {replace, all, _inSelection});

@@ -73,7 +73,7 @@ private:
     QTimer _counting, _marking;
     TextSearch::Count _count;
     std::optional<TextMatch> _current;
-    QString _words;        // with %1 for the count
+    QString _words;         // with %1 for the count
     uint64_t _counted = 0;  // change of the text
     bool _wantsAll = false; // what is typed next is to be found in all documents
 };

@@ -51,6 +51,14 @@ public:
                       *painter);
     }
 
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override {
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+        if (_isQtsOwn && control == CC_ToolButton && option->state.testFlag(State_HasFocus) &&
+            option->state.testFlag(State_KeyboardFocusChange))
+            drawFocus(*option, option->palette.color(QPalette::Button), option->rect, 2, *painter);
+    }
+
 private:
     // Where something is typed the caret shows it.
     static bool showsInFrame(const QWidget* widget) {

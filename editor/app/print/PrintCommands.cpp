@@ -6,6 +6,7 @@
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QSaveFile>
+#include <QToolButton>
 
 #include "Exceptions.h"
 #include "FileDialog.h"
@@ -99,11 +100,28 @@ bool PrintCmd::Execute() {
     return true;
 }
 
+namespace {
+
+// Qt leaves some parts of its dialog without a name for screen readers.
+void nameParts(QPrintPreviewDialog& dialog) {
+    for (auto* more : dialog.findChildren<QToolButton*>(QStringLiteral("qt_toolbar_ext_button")))
+        more->setAccessibleName(QObject::tr("More"));
+    for (auto* pages : dialog.findChildren<QGraphicsView*>())
+        pages->setAccessibleName(QObject::tr("Pages"));
+    for (auto* field : dialog.findChildren<QLineEdit*>()) {
+        if (qobject_cast<QComboBox*>(field->parent()) == nullptr)
+            field->setAccessibleName(QObject::tr("Page"));
+    }
+}
+
+} // namespace
+
 bool PrintPreviewCmd::Execute() {
     QPrinter printer(QPrinter::HighResolution);
     printer.setDocName(_view.title());
     QPrintPreviewDialog dialog(&printer, _view.window());
     dialog.setWindowTitle(QObject::tr("Print Preview - %1").arg(_view.title()));
+    nameParts(dialog);
     QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog, [&](QPrinter* pages) {
         PageParams params;
         params.device = pages;

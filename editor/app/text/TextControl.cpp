@@ -74,15 +74,9 @@ void TextControl::setUpDocument() {
 
 void TextControl::setBytes(std::string bytes) {
     if (bytes.size() > bigSize) {
-        const size_t size = bytes.size();
-        TextDocumentMaker maker(*this);
         QuoteMap quotes;
-        besideWindow([&] {
-            quotes.at(bytes, size); // all of them once, so that a jump to the end need not
-            maker.fill(bytes);
-            bytes = {};
-        });
-        showDocument(*this, maker.take());
+        besideWindow([&] { quotes.at(bytes, bytes.size()); }); // once, so that a jump to the end need not
+        showDocument(*this, makeDocument(*this, std::move(bytes)));
         setUpDocument();
         ++_changeCount;
         if (!_isEditedQueued)

@@ -36,7 +36,7 @@ bool TextControl::isBig(std::span<const TextChange> changes) const {
     size_t added = 0;
     for (const TextChange& change : changes)
         added += change.text.size();
-    return added > TextDocumentMaker::room || changes.size() > manyChanges;
+    return added > documentRoom || changes.size() > manyChanges;
 }
 
 void TextControl::replaceAll(std::span<const TextChange> changes) {
@@ -66,17 +66,16 @@ void TextControl::addVersion(std::span<const TextChange> changes) {
     Version next;
     std::vector<Moved> moved;
     const std::string_view text = bytes();
-    TextDocumentMaker maker(*this);
+    std::string result;
     besideWindow([&] {
         moved.reserve(changes.size());
         for (const TextChange& change : changes)
             moved.push_back({static_cast<uint32_t>(change.start), static_cast<uint32_t>(change.end - change.start),
                              static_cast<uint32_t>(change.text.size())});
-        const std::string result = changed(text, changes);
+        result = changed(text, changes);
         next.quotes.at(result, result.size());
-        maker.fill(result);
     });
-    next.document = maker.take();
+    next.document = makeDocument(*this, std::move(result));
     forgetNext();
     _versions[_shown].toNext = std::move(moved);
     _versions.push_back(std::move(next));

@@ -2,13 +2,9 @@
 #pragma once
 
 #include <memory>
-#include <string_view>
+#include <string>
 
 class QsciScintillaBase;
-
-namespace Scintilla {
-class ILoader;
-}
 
 namespace zelk {
 
@@ -18,25 +14,10 @@ using TextDocument = std::shared_ptr<void>;
 TextDocument shownDocument(QsciScintillaBase& control);
 void showDocument(QsciScintillaBase& control, const TextDocument& document);
 
-class TextDocumentMaker {
-public:
-    explicit TextDocumentMaker(QsciScintillaBase& control);
-    ~TextDocumentMaker();
-    TextDocumentMaker(const TextDocumentMaker&) = delete;
-    TextDocumentMaker& operator=(const TextDocumentMaker&) = delete;
-
-    /// Bytes that a document has room for without asking for memory anew, when it would copy all of its text.
-    static constexpr size_t room = 512 * 1024;
-    /// Once, in any thread. Throws std::bad_alloc.
-    void fill(std::string_view bytes);
-    /// Nothing in it can be undone, and it counts as saved.
-    TextDocument take();
-
-private:
-    void add(std::string_view bytes);
-
-    QsciScintillaBase& _control;
-    Scintilla::ILoader* _loader;
-};
+/// Bytes that a document has room for without asking for memory anew, when it would copy all of its text.
+constexpr size_t documentRoom = 512 * 1024;
+/// For this control, in loops of its own. Nothing in it can be undone, and it counts as saved. The memory of `bytes`
+/// goes as the document takes it in. Throws std::bad_alloc.
+TextDocument makeDocument(QsciScintillaBase& control, std::string bytes);
 
 } // namespace zelk

@@ -17,6 +17,7 @@
 #include "HtmlWriter.h"
 #include "KindsPanel.h"
 #include "PagePainter.h"
+#include "ReplaceDlg.h"
 #include "ResultsPanel.h"
 #include "SearchController.h"
 #include "StaticTextSearch.h"
@@ -102,6 +103,12 @@ void measureSearch(TextEditorView& editor) {
         search.findNext();
         handleEventsFor(200);
     });
+    look("a word again", "Line", false);
+    measureWaits("all replaced", [&] {
+        fields[2]->setEditText(QStringLiteral("Lines"));
+        Q_EMIT search.bars().findChild<ReplaceDlg*>()->replaceAllAsked();
+    });
+    measureWaits("taken back", [&] { editor.undo(); });
     search.setTarget(nullptr);
 }
 

@@ -2,6 +2,8 @@
 
 #include <QVBoxLayout>
 
+#include "PaintLoop.h"
+
 namespace zelk {
 
 SearchController::SearchController(QWidget* window, QSettings& settings)
@@ -285,11 +287,19 @@ void SearchController::replaceAll() {
     saveHistory();
     const std::string_view text = _view->text();
     const TextMatch range = _replace->onlyInSelection() ? _view->selection() : TextMatch{0, text.size()};
+    const auto search = _search;
+    const std::string with = _replace->replacement();
+    TextSearch::Replaced replaced;
+    const auto work = [&] { replaced = search->replaceAll(text, range.start, range.end, with); };
     try {
-        const TextSearch::Replaced replaced =
-            _search->replaceAll(text, range.start, range.end, _replace->replacement());
-        if (replaced.count > 0)
-            _view->replaceBytes(replaced.start, replaced.end, replaced.text);
+        if (range.end - range.start > TextControl::bigSize)
+            besideWindow(work);
+        else
+            work();
+        if (replaced.count > 0) {
+            const TextChange change{replaced.start, replaced.end, std::move(replaced.text)};
+            _view->replaceAll({&change, 1});
+        }
         _counting.stop();
         _counted = _view->changeCount(); // so that this stays to be read
         show(replaced.count == 1 ? tr("1 replaced") : tr("%1 replaced").arg(replaced.count), replaced.count == 0);

@@ -20,6 +20,9 @@ class TextControl : public QsciScintillaBase {
 public:
     explicit TextControl(QWidget* parent = nullptr);
 
+    /// Smaller texts are there, and changed, before anyone waits: bytes.
+    static constexpr size_t bigSize = 8 << 20;
+
     /// Replaces everything. No undo step; the new text counts as saved. Its memory goes as the control takes it in.
     /// A big text is taken in beside a loop of its own, so that the window goes on painting; what the user does
     /// meanwhile waits, and until it returns the text is still the one before. Throws std::bad_alloc, as all that puts
@@ -77,8 +80,6 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
-    static constexpr size_t bigSize = 8 << 20; // smaller texts are there, and changed, before anyone waits
-
     /// A change that led to another version of the text: bytes of the one before.
     struct Moved {
         uint32_t start, removed, added;

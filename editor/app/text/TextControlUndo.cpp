@@ -24,7 +24,8 @@ std::string changed(std::string_view text, std::span<const TextChange> changes) 
         result.append(text.substr(last, change.start - last)).append(change.text);
         last = change.end;
     }
-    return result.append(text.substr(last));
+    result.append(text.substr(last));
+    return result;
 }
 
 } // namespace

@@ -23,6 +23,11 @@ fail() {
 before="$(frames)"
 Xvfb $DISPLAY -screen 0 1280x720x24 >/dev/null 2>&1 &
 server=$!
+trap 'kill $server 2>/dev/null' EXIT
+for _ in $(seq 150); do
+    xdotool getdisplaygeometry >/dev/null 2>&1 && break
+    sleep 0.2
+done
 zelk "$movie" >"$HOME/zelk.log" 2>&1 &
 trap 'kill $! $server 2>/dev/null' EXIT
 

@@ -100,6 +100,13 @@ TEST_F(SearchWindowTest, ReplaceChangesWhatItIsTold) {
         EXPECT_EQ(editor().text(), c.text);
         EXPECT_EQ(result(dialog("Replace")), c.result);
     }
+    std::string big(9 << 20, '-');
+    for (size_t at = 0; at < big.size(); at += 100)
+        big[at] = '\n';
+    big.back() = 'a';
+    editor().setText(big);
+    ask(dialog("Replace"), {}, {QStringLiteral("a"), QStringLiteral("bc")}, QStringLiteral("Replace All"));
+    EXPECT_TRUE(editor().text().substr(big.size() - 2) == "-bc");
     editor().setText("a-a");
     editor().select({0, 1});
     ask(dialog("Replace"), {}, {QStringLiteral("a"), QStringLiteral("x")}, QStringLiteral("Replace"));

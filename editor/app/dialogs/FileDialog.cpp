@@ -36,7 +36,10 @@ void FileDialog::showEvent(QShowEvent* event) {
     if (QComboBox* box = kindBox(*this)) {
         for (int i = 0; i < box->count(); ++i)
             box->setItemText(i, _kinds[i].shown);
+        box->setAccessibleName(tr("Kind of file"));
     }
+    if (auto* folders = findChild<QComboBox*>(QStringLiteral("lookInCombo")))
+        folders->setAccessibleName(tr("Folder"));
 }
 
 void FileDialog::selectKind(qsizetype index) { selectNameFilter(nameFilters().at(index)); }

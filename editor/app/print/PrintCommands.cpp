@@ -108,6 +108,8 @@ void nameParts(QPrintPreviewDialog& dialog) {
         more->setAccessibleName(QObject::tr("More"));
     for (auto* pages : dialog.findChildren<QGraphicsView*>())
         pages->setAccessibleName(QObject::tr("Pages"));
+    for (auto* scale : dialog.findChildren<QComboBox*>())
+        scale->setAccessibleName(QObject::tr("Scale"));
     for (auto* field : dialog.findChildren<QLineEdit*>()) {
         if (qobject_cast<QComboBox*>(field->parent()) == nullptr)
             field->setAccessibleName(QObject::tr("Page"));

@@ -133,6 +133,18 @@ TEST(WarningListTest, WarningsFollowTheirElementsThroughRandomEdits) {
     }
 }
 
+TEST(WarningListTest, AnElementIsFoundInWhicheverPieceOfTheTextItComesBack) {
+    const std::string text = "<Movie>\n" + element(1) + "\n</Movie>";
+    for (const size_t before : {0x3FFF7u, 0x3FFFFu, 0x40000u, 0x90000u}) {
+        WarningList list = listOfLoad(text, {"one"});
+        EditedText edited(text, list);
+        edited.replace(element(1), std::string(before, ' ') + element(1));
+        edited.settle();
+        ASSERT_EQ(list.entries().size(), 1u) << before;
+        EXPECT_EQ(edited.at(list.entries()[0]), element(1) + "\n</Movie>");
+    }
+}
+
 TEST(WarningListTest, ThoseOfLoadStayAsLongAsTheirBytesDo) {
     const std::string text = "<Movie>\n" + element(1) + "\n" + element(2) + "\n</Movie>";
     const auto fresh = [&] { return listOfLoad(text, {"one", "two", "movie"}); };

@@ -68,11 +68,6 @@ TEST(TextView, BigTextsComeWhole) {
     view.gotoOffset(view.text().find('\r'));
     QTest::keyClick(&view, Qt::Key_Return);
     EXPECT_NE(view.text().find(" />\r\n        \r\n    <Line"), std::string_view::npos);
-    EXPECT_TRUE(view.isModified());
-    while (view.canUndo())
-        view.undo();
-    EXPECT_TRUE(view.text() == text);
-    EXPECT_FALSE(view.isModified());
 }
 
 // Each big one leads to a text with steps of its own, which no one is to notice.
@@ -90,29 +85,25 @@ TEST(TextView, BigChangesAreStepsAsAnyOther) {
     view.gotoOffset(7);
     view.toggleBookmark();
     view.gotoOffset(5);
-    const auto type = [&](const char* keys) { QTest::keyClicks(&view, QString::fromLatin1(keys)); };
+    bool isModified = false;
+    QObject::connect(&view, &TextEditorView::modificationChanged, &view, [&](bool is) { isModified = is; });
+
+    QTest::keyClick(&view, Qt::Key_A);
+    QCoreApplication::processEvents();
     int told = 0;
     size_t moved = 0;
     QObject::connect(&view, &TextControl::edited, &view, [&] { ++told; });
     QObject::connect(&view, &TextControl::willDelete, &view, [&](size_t start, size_t end) { moved += start + end; });
     QObject::connect(&view, &TextControl::willInsert, &view, [&](size_t at, size_t size) { moved += at * size; });
-    bool isModified = false;
-    QObject::connect(&view, &TextEditorView::modificationChanged, &view, [&](bool is) { isModified = is; });
-
-    type("a");
-    QCoreApplication::processEvents();
-    told = 0;
     view.setSavePoint();
     const std::string saved(view.text()), some = lines(700'000);
     const std::vector<TextChange> changes{{0, 2, "y"}, {6, 6, some}, {10, 12, "zz"}};
     const std::string changed = "y\n\n\na" + some + "\n\n\n\nzz" + saved.substr(12);
-    moved = 0;
     view.replaceAll(changes);
     EXPECT_EQ(moved, (10 + 12) + 10 * 2 + 6 * 700'000 + (0 + 2) + 0) << "from the last to the first";
     EXPECT_TRUE(view.text() == changed);
     EXPECT_EQ(view.caret(), 700'005) << "behind what comes in there";
     EXPECT_TRUE(isModified && view.isModified());
-    EXPECT_EQ(told, 0);
     QCoreApplication::processEvents();
     EXPECT_EQ(told, 1) << "of all of them";
     view.gotoOffset(0);
@@ -134,13 +125,13 @@ TEST(TextView, BigChangesAreStepsAsAnyOther) {
     view.redo();
     EXPECT_TRUE(view.text() == changed);
     EXPECT_FALSE(view.canRedo());
-    type("b");
+    QTest::keyClick(&view, Qt::Key_B);
     view.undo();
     EXPECT_TRUE(isModified && view.isModified()) << "its beginning was not saved";
     view.setSavePoint();
     view.undo();
     EXPECT_TRUE(isModified && view.isModified());
-    type("c");
+    QTest::keyClick(&view, Qt::Key_C);
     EXPECT_FALSE(view.canRedo());
     view.redo();
     view.undo();
@@ -149,8 +140,7 @@ TEST(TextView, BigChangesAreStepsAsAnyOther) {
 
     for (int i = 0; i < 7; ++i) // more than it has texts for
         view.replaceAll(changes);
-    QTest::keyClick(&view, Qt::Key_Return);
-    EXPECT_EQ(view.text().size(), saved.size() + 7 * (some.size() - 1) + 1);
+    EXPECT_EQ(view.text().size(), saved.size() + 7 * (some.size() - 1));
     while (view.canUndo())
         view.undo();
     EXPECT_TRUE(view.text() == text);

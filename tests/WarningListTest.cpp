@@ -133,15 +133,17 @@ TEST(WarningListTest, WarningsFollowTheirElementsThroughRandomEdits) {
     }
 }
 
-TEST(WarningListTest, AnElementIsFoundInWhicheverPieceOfTheTextItComesBack) {
-    const std::string text = "<Movie>\n" + element(1) + "\n</Movie>";
-    for (const size_t before : {0x3FFF7u, 0x3FFFFu, 0x40000u, 0x90000u}) {
-        WarningList list = listOfLoad(text, {"one"});
+TEST(WarningListTest, ElementsAreFoundInWhicheverPieceOfTheTextTheyComeBack) {
+    const std::string two = element(1) + element(1), text = "<Movie>\n" + two + "\n</Movie>";
+    for (const size_t before : {0u, 0x3FFF7u, 0x3FFFFu, 0x40000u, 0x90000u}) {
+        WarningList list = listOfLoad(text, {"one", "two"});
         EditedText edited(text, list);
-        edited.replace(element(1), std::string(before, ' ') + element(1));
+        edited.replace(two, "\n");
+        edited.insert(7, std::string(before, ' ') + two);
         edited.settle();
-        ASSERT_EQ(list.entries().size(), 1u) << before;
-        EXPECT_EQ(edited.at(list.entries()[0]), element(1) + "\n</Movie>");
+        ASSERT_EQ(list.entries().size(), 2u) << before;
+        EXPECT_EQ(edited.at(list.entries()[0]), two + "\n\n\n</Movie>");
+        EXPECT_EQ(edited.at(list.entries()[1]), element(1) + "\n\n\n</Movie>");
     }
 }
 

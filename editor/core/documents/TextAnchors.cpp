@@ -1,6 +1,7 @@
 #include "TextAnchors.h"
 
 #include <algorithm>
+#include <bitset>
 #include <unordered_map>
 #include <utility>
 
@@ -25,6 +26,27 @@ std::string_view headOf(std::string_view element) {
 }
 
 using Element = std::vector<size_t>; // the places of one element that went
+
+// Tells most other elements from those that are looked for, by their first bytes: in a big text that is most of the
+// work.
+class HeadFilter {
+public:
+    explicit HeadFilter(const std::unordered_map<std::string_view, std::vector<Element>>& heads) {
+        for (const auto& head : heads)
+            _length = std::min(_length, head.first.size());
+        for (const auto& head : heads)
+            _begins.set(numberOf(head.first));
+    }
+    bool mayBegin(std::string_view element) const { return _begins[numberOf(element)]; }
+
+private:
+    size_t numberOf(std::string_view head) const {
+        return std::hash<std::string_view>()(head.substr(0, _length)) % _begins.size();
+    }
+
+    size_t _length = 16; // or what the shortest has
+    std::bitset<1 << 12> _begins;
+};
 
 // The start of an element that was deleted only in part is too short to look for.
 bool isWhole(std::string_view head) {
@@ -158,12 +180,15 @@ void TextAnchors::findElsewhere(const Reader& text, std::vector<Found>& found) c
     if (missing.empty())
         return;
     for (auto& [head, elements] : missing)
-        std::ranges::reverse(elements);      // so that the first one is taken from the end
+        std::ranges::reverse(elements); // so that the first one is taken from the end
+    const HeadFilter filter(missing);
     constexpr size_t pieceSize = 256 * 1024; // All of it may be as big as the text.
     for (size_t start = _newStart; start < _newEnd && !missing.empty(); start += pieceSize) {
         const std::string put = text(start, std::min(_newEnd, start + pieceSize + headSize));
         const std::string_view piece = put;
         for (size_t at = piece.find('<'); at < pieceSize && !missing.empty(); at = piece.find('<', at + 1)) {
+            if (!filter.mayBegin(piece.substr(at)))
+                continue;
             const auto match = missing.find(headOf(piece.substr(at, headSize)));
             const size_t offset = start + at;
             const auto isFoundHere = [offset](const Found& other) { return other.offset == offset; };

@@ -210,7 +210,7 @@ bool FindDlg::press(const QKeyEvent& event) {
         else if (event.modifiers().testFlag(Qt::ShiftModifier))
             Q_EMIT findPreviousAsked();
         else
-            Q_EMIT findAsked();
+            Q_EMIT entered();
         return true;
     }
     QWidget* target = event.modifiers() == Qt::AltModifier ? withMnemonic(event.key()) : nullptr;

@@ -42,6 +42,8 @@ public:
 
 Q_SIGNALS:
     void findAsked();
+    /// Return was pressed in a field.
+    void entered();
     void findPreviousAsked();
     void countAsked();
     void findInAllAsked();

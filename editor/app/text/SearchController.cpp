@@ -27,8 +27,9 @@ SearchController::SearchController(QWidget* window, QSettings& settings)
 }
 
 void SearchController::connectBar(FindDlg& bar) {
-    connect(&bar, &FindDlg::findAsked, this, [this, &bar] {
-        if (std::exchange(_wantsAll, false))
+    connect(&bar, &FindDlg::findAsked, this, [this, &bar] { search(bar, bar.searchesUp()); });
+    connect(&bar, &FindDlg::entered, this, [this, &bar] {
+        if (_wantsAll)
             findInAll();
         else
             search(bar, bar.searchesUp());
@@ -117,6 +118,7 @@ void SearchController::findInAll() {
             return;
         }
     }
+    _wantsAll = false;
     if (prepare(*openBar()))
         Q_EMIT findInAllAsked(_search->options());
 }

@@ -75,7 +75,7 @@ private:
     std::optional<TextMatch> _current;
     QString _words;         // with %1 for the count
     uint64_t _counted = 0;  // change of the text
-    bool _wantsAll = false; // what is typed next is to be found in all documents
+    bool _wantsAll = false; // Return finds what is typed in all documents
 };
 
 } // namespace zelk

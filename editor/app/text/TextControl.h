@@ -25,8 +25,7 @@ public:
 
     /// Replaces everything. No undo step; the new text counts as saved. Its memory goes as the control takes it in.
     /// A big text is taken in beside a loop of its own, so that the window goes on painting; what the user does
-    /// meanwhile waits, and until it returns the text is still the one before. Throws std::bad_alloc, as all that puts
-    /// in text.
+    /// meanwhile waits, and until it returns the text is still the one before. Throws std::bad_alloc.
     void setBytes(std::string bytes);
     /// Valid until the next change.
     std::string_view bytes() const;
@@ -45,7 +44,7 @@ public:
     bool isModified() const { return _saved != _shown || send(SCI_GETMODIFY) != 0; }
     void setSavePoint();
     bool canUndo() const { return _shown > 0 || send(SCI_CANUNDO) != 0; }
-    bool canRedo() const { return _shown + 1 < _versions.size() || send(SCI_CANREDO) != 0; }
+    bool canRedo() const { return hasNext() || send(SCI_CANREDO) != 0; }
     void undo();
     void redo();
     /// Another number after every change.
@@ -90,6 +89,7 @@ private:
         QuoteMap quotes = {};
         long caret = -1; // as long as it was not shown
         std::vector<Moved> toNext = {};
+        size_t undone = 0; // steps since it led to the next one; the control may know of older ones to redo
     };
 
     void setUpDocument();
@@ -98,6 +98,7 @@ private:
     bool isBig(std::span<const TextChange> changes) const;
     void addVersion(std::span<const TextChange> changes);
     void showVersion(size_t version);
+    bool hasNext() const { return _shown + 1 < _versions.size(); }
     void forgetNext();
     void tellMoved(const std::vector<Moved>& moved, bool isBack);
     static std::vector<size_t> movedPlaces(const std::vector<Moved>& moved, std::vector<size_t> places);

@@ -79,6 +79,7 @@ void TextControl::addVersion(std::span<const TextChange> changes) {
     next.document = makeDocument(*this, std::move(result));
     forgetNext();
     _versions[_shown].toNext = std::move(moved);
+    _versions[_shown].undone = 0;
     _versions.push_back(std::move(next));
     showVersion(_shown + 1);
 }
@@ -100,7 +101,6 @@ void TextControl::showVersion(size_t version) {
         marked = movedPlaces(moved, markedPlaces());
         next.caret = static_cast<long>(movedPlaces(moved, {static_cast<size_t>(send(SCI_GETCURRENTPOS))})[0]);
     }
-    _isEditedQueued = true;
     tellMoved(moved, isBack);
     old.document = shownDocument(*this);
     old.quotes = std::move(_quotes);
@@ -168,17 +168,22 @@ void TextControl::setSavePoint() {
 }
 
 void TextControl::undo() {
-    if (_shown > 0 && send(SCI_CANUNDO) == 0)
-        showVersion(_shown - 1);
-    else
-        send(SCI_UNDO);
+    if (send(SCI_CANUNDO) == 0) {
+        if (_shown > 0)
+            showVersion(_shown - 1);
+        return;
+    }
+    ++_versions[_shown].undone;
+    send(SCI_UNDO);
 }
 
 void TextControl::redo() {
-    if (_shown + 1 < _versions.size() && send(SCI_CANREDO) == 0)
+    if (hasNext() && _versions[_shown].undone == 0) {
         showVersion(_shown + 1);
-    else
+    } else if (send(SCI_CANREDO) != 0) {
+        --_versions[_shown].undone;
         send(SCI_REDO);
+    }
 }
 
 } // namespace zelk
